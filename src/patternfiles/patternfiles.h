@@ -1,0 +1,41 @@
+// Pattern files: opening, nine readers, five writers.
+#pragma once
+
+#include <span>
+#include <string>
+
+// Makes a file the current pattern in slot 1. mode below 1: asks for the file by `filetype`; 1 to 4:
+// recentfiles(mode); above: patternpath is set already. The format comes from filetype in the first
+// case and from the extension in the others. On success resets the options and redraws.
+void OpenPattern(int mode);
+
+// What a reader has to say for a format number of `filetype`.
+struct PatternFormat {
+  int filetype;
+  const char* extension;                      // lower case, without a dot
+  int (*read)(int slot, const std::string& path);
+  const char* handlingerror;                  // box of Background from file
+};
+std::span<const PatternFormat> PatternFormats();
+const PatternFormat* FindFormat(int filetype);
+const PatternFormat* FindFormatByExtension(const std::string& path);
+
+// Each reads a pattern into a slot and returns 1, or shows its message and returns 0. Into slot 1 it
+// also fills the copy in slot 3, scanwave, wavelen and the information strings.
+int ReadXy(int slot, const std::string& path);
+int ReadChi(int slot, const std::string& path);
+int ReadTxt(int slot, const std::string& path);
+int ReadUxd(int slot, const std::string& path);
+int ReadUdf(int slot, const std::string& path);
+int ReadGdf(int slot, const std::string& path);
+int ReadDat(int slot, const std::string& path);
+int ReadCif(int slot, const std::string& path);
+int ReadXrdml(int slot, const std::string& path);
+
+// Asks for a file name and writes by savecontent and saveformat, within savestart to savestop.
+void SavePattern();
+// Each writes a slot after PrepareSaveGrid and returns 1, or shows its message and returns 0.
+int WriteGdf(const std::string& path, int slot);
+int WriteXy(const std::string& path, int slot);
+int WriteDat(const std::string& path, int slot);
+int WriteCif(const std::string& path, int slot);

@@ -1,0 +1,103 @@
+// What a front end must do. An executable links exactly one; it holds no rule of the application.
+#pragma once
+
+#include <functional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "toolkit/displaylist.h"
+#include "toolkit/resources.h"
+#include "toolkit/toolkit.h"
+
+// State of a control of a loaded dialog, kept by the common part. A front end shows it and writes
+// what the user enters back through the functions below.
+struct FieldState {
+  std::string text;      // as shown: number, string, or "on" and "off"
+  double value = 0;      // exact value of an untouched number
+  bool touched = false;  // the user has changed the text since it was put
+  bool enabled = true;
+  bool visible = true;
+};
+
+struct DialogState {
+  const DialogResource* resource = nullptr;
+  std::vector<FieldState> fields;  // in the order of resource->controls
+  int button = 0;                  // that ended it, 0 while it stands
+  bool modal = false;
+  bool shown = false;
+};
+
+// For front ends: the user has entered `text` into control `index` (0-based). A decimal comma is
+// accepted. Returns a complaint with the allowed range for text that cannot stand, else blank;
+// the text is kept in either case. Radio buttons and check boxes take "on" and "off".
+std::string DialogEnter(DialogState& dialog, int index, const std::string& text);
+// The same check without entering anything.
+std::string DialogComplaint(const DialogState& dialog, int index, const std::string& text);
+// For front ends: the user has pressed the button `id`, or closed the dialog (ButtonCancel). Returns
+// the index of a field that holds a wrong number and so keeps all but Cancel closed, else -1.
+int DialogPress(DialogState& dialog, int id);
+
+// Menu state as a front end shows it.
+struct MenuItem {
+  MenuRow row;
+  std::string text;
+  bool enabled = true;
+  bool checked = false;
+};
+const std::vector<MenuItem>& MenuItems();
+
+namespace frontend {
+
+// argc and argv as given to main; what the front end takes for itself is removed.
+void Initialise(int& argc, char** argv);
+void ScreenSize(int& width, int& height);
+void OpenWindow(int x, int y, int width, int height, const std::string& title);
+void SetTitle(const std::string& title);
+int OpenChildWindow(int width, int height, const std::string& title);
+void CloseWindow(int handle);
+void SetStatusParts(const std::vector<int>& widths);
+void SetStatus(int part, const std::string& text);
+void MenuChanged(int id);
+
+// Blocks until the user has done something and posts at least one message.
+void WaitEvent();
+// Paints what needs painting without taking input.
+void KeepAlive();
+// A command begins to run or has ended.
+void SetBusy(bool busy);
+void SetCursor(int shape);
+
+// Boxes wait. Query returns true for OK.
+enum class BoxKind { Error, Info, Query };
+bool ShowBox(BoxKind kind, const std::string& caption, const std::string& text);
+// An absolute path, or blank when cancelled. `directory` is where to begin.
+std::string SelectFile(const std::string& filter, int flags, const std::string& name,
+                       const std::string& title, const std::string& directory);
+
+// Shows a dialog from its state. Modal: returns when dialog.button is set, having called `changed`
+// with the id of each control that the user changed. Otherwise returns at once and posts
+// messages 3 and 10.
+void ShowDialog(DialogState& dialog, const std::function<void(int)>& changed);
+// The program has changed field `index` of a dialog on show.
+void DialogChanged(DialogState& dialog, int index);
+void HideDialog(DialogState& dialog);
+
+// Size of the drawing area of the window in pixels.
+void AreaPixels(int& width, int& height);
+// The screen's list has changed: show it.
+void Repaint();
+// Tracks the mouse from a start to a release of the button, both in user units, drawing a box.
+// Returns the type of the ending message.
+int RubberBand(float x, float y, float& endx, float& endy);
+
+// Asks for a printer; false when cancelled. Print sends a list to it, false when that failed.
+bool PrintDialog(const std::string& job);
+bool Print(const DisplayList& list, const std::string& job);
+// The window's content as .bmp or .jpg.
+bool SaveImage(const DisplayList& list, const std::string& path);
+
+// Starts a child process; false when it could not be started.
+bool StartProcess(const std::vector<std::string>& words);
+
+}  // namespace frontend

@@ -1,0 +1,54 @@
+// Menus and dialogs as data: the tables from which a front end builds them.
+#pragma once
+
+#include <span>
+
+// A row of a menu. The rows of one popup stand in the order in which they are shown.
+struct MenuRow {
+  int id;
+  const char* text;   // as in the resource, "&" in front of a mnemonic where it has one
+  int parent;         // id of the popup, 0 for the menu bar
+  bool popup = false;
+  const char* accelerator = "";  // "Shift+G", "F1"; several parted by "|"
+  bool enabled = true;
+};
+
+enum class ControlKind {
+  Text,     // a text that only the program changes
+  Real,     // a number in a display format
+  Integer,  // a spinner
+  String,
+  Radio,    // consecutive radio buttons with the same group are one choice
+  Check,
+  Button,
+};
+
+// What may be typed into an Integer outside its range.
+enum class OutOfRange {
+  Refused,  // marked at the field, and OK stays closed to it
+  Passed,   // marked at the field, and handed to the dialog's own validation
+};
+
+struct Control {
+  int id;
+  ControlKind kind;
+  const char* label;
+  const char* format = "";   // display format of a Real, "(f10.3)"
+  double lowest = -1e30, highest = 1e30;
+  const char* initial = "";  // value until a routine puts another
+  const char* group = "";    // title of the box that holds this and its neighbours of the same group
+  const char* unit = "";
+  OutOfRange outside = OutOfRange::Refused;
+};
+
+// Buttons that end a modal dialog by themselves; any other Button does so too.
+inline constexpr int ButtonOk = 1;
+inline constexpr int ButtonCancel = 2;
+
+// OK and Cancel are rows of `controls` like all others, as not every dialog has both.
+struct DialogResource {
+  int number;
+  const char* caption;
+  std::span<const Control> controls;
+  int focus = 0;  // control that has the focus at first; 0: the first that takes input
+};

@@ -1,0 +1,216 @@
+// All that the application asks of a screen, a printer and a user.
+//
+// A small procedural toolkit: one current window, one drawing area with units of its own, one pen,
+// one current dialog, one queue of numbered messages. The common part is written once, in this
+// folder; a front end (frontend.h) shows it. Nothing here knows of patterns.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "toolkit/resources.h"
+
+// ---- Messages ---------------------------------------------------------------------------------
+
+enum MessageType {
+  MessageKey = 1,
+  MessageMenu = 2,
+  MessageButton = 3,  // a button of a semi-modeless dialog: value1 is the control
+  MessageMouseDown = 4,
+  MessageMouseUp = 5,
+  MessageMouseMove = 6,
+  MessageExpose = 7,
+  MessageResize = 8,
+  MessageClose = 9,
+  MessageFieldChanged = 10,  // value1 is the control
+  MessageMouseOther = 16,
+  MessageFileDropped = 17,  // a file to open: its path is WInfoDroppedFile()
+};
+
+enum Key { KeyLeft = 1, KeyRight, KeyUp, KeyDown };
+enum MouseButton { MouseLeft = 1, MouseRight = 3 };
+
+struct Message {
+  int type = 0;
+  int value1 = 0;  // key code, menu id, mouse button or control
+  int value2 = 0;
+  float x = 0, y = 0;  // user units of the window's drawing area
+  int window = 0;
+};
+
+inline constexpr int RootWindow = 1;
+
+// Brings the toolkit up. `arguments` are those of main, the program's path first; options that a
+// front end takes for itself are gone from IOsArgument afterwards.
+void WInitialise(int argc, char** argv);
+// Waits for the next message and fills `data`; returns its type too.
+int WMessage(Message& data);
+// Turns on (1) or off (0) a type that is off at first: 4, 5 and 6. Menus, keys, expose are on.
+void WMessageEnable(int type, int on);
+// Puts a message at the end of the queue, as a front end does.
+void PostMessage(const Message& message);
+// Queues the request to open a file, as dropping it on the window does.
+void PostFileDropped(const std::string& path);
+std::string WInfoDroppedFile();
+// Lets the window paint itself and nothing else; for long calculations.
+void WKeepAlive();
+
+// ---- Windows ----------------------------------------------------------------------------------
+
+// Screen width (1) or height (2) in pixels.
+int WInfoScreen(int which);
+// Opens the root window with its top left corner and its size in pixels.
+void WindowOpen(int x, int y, int width, int height, int menu, const std::string& title);
+void WindowTitle(const std::string& title);
+// A child window; returns its handle. Width and height are pixels.
+int WindowOpenChild(int width, int height, int options, const std::string& title);
+void WindowCloseChild(int handle);
+void WindowSelect(int handle);
+void WindowClose();
+// `widths` are thousandths of the window's width.
+void WindowStatusBarParts(int n, std::span<const int> widths);
+// part counts from 1. Appears at once, in the middle of a calculation too.
+void WindowOutStatusBar(int part, const std::string& text);
+
+// Error box with OK, and a box with OK and Cancel (1 for OK, 0 otherwise). Both wait.
+void MessageBoxError(const std::string& caption, const std::string& text);
+void MessageBoxInfo(const std::string& caption, const std::string& text);
+int MessageBoxQuery(const std::string& caption, const std::string& text);
+
+enum FileFlags { FileMustExist = 1, FileSave = 2 };
+// The file selector. `filter` is "description|*.ext|"; `path` comes in as the default name and goes
+// out as the absolute path picked, or blank when cancelled. On saving the filter's extension is
+// added to a name without one. Starts in the directory last used.
+void WSelectFile(const std::string& filter, int flags, std::string& path, const std::string& title);
+
+// ---- Menu -------------------------------------------------------------------------------------
+
+enum MenuOption { MenuEnabled = 1, MenuChecked = 2 };
+
+// Makes a menu known under its resource number, before WindowOpen.
+void WRegisterMenu(int number, std::span<const MenuRow> rows);
+void WMenuSetState(int id, int option, int value);
+void WMenuSetString(int id, const std::string& text);
+int WMenuGetState(int id, int option);
+std::string WMenuGetString(int id);
+
+// ---- Dialogs ----------------------------------------------------------------------------------
+
+enum DialogMode { Modal = 1, SemiModeless = 2 };
+
+// Makes dialog resources known, before they are loaded.
+void WRegisterDialogs(std::span<const DialogResource> resources);
+// Loads a resource with its initial values and selects it. Also drops what an earlier load left.
+void WDialogLoad(int number);
+void WDialogSelect(int number);
+// Modal: waits, and leaves the pressed button to WInfoDialog(4); `changed` is called with a control
+// whose value the user has changed. Semi-modeless: returns at once; buttons and changes arrive as
+// messages 3 and 10. x and y below 0: in the middle of the window.
+void WDialogShow(int x, int y, int button, int mode,
+                 const std::function<void(int field)>& changed = {});
+void WDialogHide();
+void WDialogUnload();
+// 4: the button that ended the last dialog (or hardcopy dialog), 1 being OK.
+int WInfoDialog(int n);
+// 0 disabled, 1 enabled, 2 hidden.
+void WDialogFieldState(int field, int state);
+// Shows a real in a display format such as "(f10.2)", or the resource's format when none is given.
+// A value that the user leaves alone comes back exactly as it was put; a typed one as typed.
+void WDialogPutReal(int field, float value, const std::string& format = "");
+void WDialogGetReal(int field, float& value);
+void WDialogPutInteger(int field, int value);
+void WDialogGetInteger(int field, int& value);
+void WDialogPutString(int field, const std::string& text);
+void WDialogGetString(int field, std::string& text);
+void WDialogPutRadioButton(int field);
+// 1-based index of the selected button in the group that begins with `firstfield`.
+void WDialogGetRadioButton(int firstfield, int& index);
+void WDialogPutCheckBox(int field, int value);
+void WDialogGetCheckBox(int field, int& value);
+// The values that stand for an empty numeric field.
+void WDialogUndefined(int i, float r, double d);
+
+// ---- Drawing ----------------------------------------------------------------------------------
+
+void IGrInit(const std::string& mode);  // "H": hardcopy, blank: the screen
+void IGrSelect(int kind, int id);
+// Area as fractions of the target, and the user units of its corners.
+void IGrArea(float x1, float y1, float x2, float y2);
+void IGrUnits(float x1, float y1, float x2, float y2);
+// Turns the user units by a multiple of 90 degrees against the way the target feeds its pages.
+void IGrUnitsRotate(int degrees);
+void IGrAreaClear();
+void IGrColourModel(int n);
+void IGrLineType(int n);    // 0 solid, 1 to 4 dashes
+void IGrLineWidth(float w);
+void IGrColour(const std::string& name);
+void IGrColourN(int n);  // red + 256 green + 65536 blue in colour model 24
+void IGrMoveTo(float x, float y);
+void IGrLineTo(float x, float y);
+void WGrTextFont(int font, int style, float height);
+void WGrTextOrientation(int alignment, float angle);
+void WGrTextString(float x, float y, const std::string& text);
+
+enum GraphicsInfo {
+  GraphicsGlyphX = 1,  // user units in x that look as long as one unit of a letter's height
+  GraphicsGlyphY = 2,  // the same in y
+};
+// About the graphics state. A unit of letter height is the smaller of the two user units as they
+// appear on the target, so that letters and markers keep their shape in an area of any shape and
+// never need more room than the units give.
+float WInfoGrReal(int n);
+
+// Mode 3: rubber band from (x, y) until the mouse button is released; gives the end, in user units,
+// and the type of the ending message.
+void WGrInput(int mode, float x, float y, float& endx, float& endy, int& ending);
+void WCursorShape(int n);  // 0 the arrow, 1 busy
+
+// ---- Hardcopy ---------------------------------------------------------------------------------
+
+enum HardcopyDriver { DriverEps = 2, DriverPrinter = 10 };
+
+void IGrHardcopySelect(int n, int driver);
+void IGrHardcopyOptions(int option, float value);
+// Mode 3: the printer dialog, or for a file driver the file selector with `file` as default name.
+// The button that ended it is WInfoDialog(4).
+void WHardcopyOptions(int mode, const std::string& file = "");
+// Starts a hardcopy under a job name, or ends it with "S", when it is written out.
+void IGrHardcopy(const std::string& name);
+// Present content of the window to a .bmp, .jpg, .eps or .svg file, chosen by the extension.
+// A file that cannot be written gives an "Error" box that names it; returns false then.
+bool IGrSaveImage(const std::string& file);
+
+// ---- Operating system -------------------------------------------------------------------------
+
+int IOsArgumentCount();                 // without the program's path
+std::string IOsArgument(int n);         // 0: the program's path
+void IOsDirChange(const std::string& path);
+// Absolute form of a path that the user gave, taken from the directory of the program's start.
+std::string IOsFullPath(const std::string& path);
+// Starts a program without a shell and without waiting. `text` is split into words at blanks outside
+// double quotes. One that cannot be started gives an "Error" box that names the command.
+void IOsCommand(const std::string& text, int flags = 0);
+// The same for a command followed by a file, which stays one word whatever its name holds.
+void IOsCommandOnFile(const std::string& command, const std::string& file);
+void IOsCopyFile(const std::string& from, const std::string& to);
+void IOsDeleteFile(const std::string& file);
+int WInfoError(int n);  // code of the last failed operation and 0; reading it clears it
+int IOsDate();          // yyyymmdd
+int IOsTime();          // hhmmss
+
+// ---- What a front end may ask of the application ----------------------------------------------
+
+// Set once by main; the replay front end needs them for `get` and for positions on the plot.
+struct ApplicationHooks {
+  // Values of a field by name, or nothing for an unknown one.
+  std::function<std::optional<std::string>(std::string_view name)> field;
+  // Data coordinates of the plot to user units.
+  std::function<std::pair<float, float>(float x, float y)> tounits;
+};
+void SetApplicationHooks(ApplicationHooks hooks);
+const ApplicationHooks& Hooks();

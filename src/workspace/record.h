@@ -1,0 +1,71 @@
+// Formatted records: files and messages defined by edit descriptors.
+//
+//   std::string line = WriteRecord<"(f9.3,f10.1,4f9.4,4i5)">(x, y, w, g, wr, gr, h, k, l, m);
+//   if (ReadRecord<"(2f15.0)">(line, x, y)) ...
+//
+// The format text stands in the code as the documentation of the file has it, and is parsed once per
+// call site. Known are Iw, Iw.m, Fw.d, Ew.d, A, Aw, nX, Tn, slashes, repeat counts, nested groups,
+// quoted texts, nH texts in either case, and a statement label in front. Carriage-control columns
+// such as 1h0 are characters like all others. Blanks outside texts and missing commas are accepted.
+#pragma once
+
+#include <algorithm>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+// A parsed format. A faulty format text is a fault of the program and ends it with a message.
+class Format {
+ public:
+  explicit Format(std::string_view text);
+  struct Item;  // one descriptor with its repeat count
+  const std::vector<Item>& items() const { return items_; }
+
+ private:
+  std::vector<Item> items_;
+};
+
+using WriteValue = std::variant<int, float, double, std::string_view>;
+using ReadTarget = std::variant<int*, float*, double*, std::string*>;
+
+// Values in a format; records parted by "\n" (slashes, or the format used again from its last group
+// when values are left). A value that does not fit its field gives asterisks.
+std::string WriteValues(const Format& format, std::span<const WriteValue> values);
+
+// Reads values from a line, or from the records of a text parted by "\n". A field ends after its
+// width or at a comma; blanks inside are ignored and an all-blank field is 0; without a decimal point
+// d digits are the fraction; where the line runs out the fields are blank. Returns the number of
+// values read: all of them, or those in front of the first that failed, which are set.
+int ReadValues(std::string_view text, const Format& format, std::span<const ReadTarget> targets);
+
+// A format text as a template argument.
+template <std::size_t N>
+struct FormatText {
+  char text[N];
+  constexpr FormatText(const char (&literal)[N]) { std::copy_n(literal, N, text); }
+};
+
+template <FormatText F>
+const Format& FormatOf() {
+  static const Format format(std::string_view(F.text, sizeof(F.text) - 1));
+  return format;
+}
+
+template <FormatText F, class... V>
+std::string WriteRecord(const V&... value) {
+  const WriteValue values[sizeof...(V) + 1] = {WriteValue(value)..., WriteValue(0)};
+  return WriteValues(FormatOf<F>(), {values, sizeof...(V)});
+}
+
+// True if all values were read; those in front of a failure are set all the same.
+template <FormatText F, class... V>
+bool ReadRecord(std::string_view text, V&... value) {
+  const ReadTarget targets[] = {ReadTarget(&value)...};
+  return ReadValues(text, FormatOf<F>(), targets) == static_cast<int>(sizeof...(V));
+}
+
+// A real in free form: a plain decimal number with blanks around it. False for anything else.
+bool ReadFreeReal(std::string_view text, float& value);

@@ -1,0 +1,57 @@
+// The program-wide Workspace, its reset and its derived axes.
+#include "workspace/workspace.h"
+
+#include <cmath>
+
+#include "toolkit/toolkit.h"
+#include "workspace/menuids.h"
+
+Workspace ws;
+
+void ResetWorkspace() {
+  static_cast<PerPattern&>(ws) = PerPattern{};
+  WMenuSetState(MenuAlpha2Strip, MenuEnabled, 1);
+  WMenuSetState(MenuAutodivergence, MenuEnabled, 1);
+  for (int id : {MenuPopupClosePattern, MenuAddPatterns, MenuDisplacePatterns, MenuFitPatterns,
+                 MenuSaveFitted, MenuClearFit})
+    WMenuSetState(id, MenuEnabled, 0);
+}
+
+namespace {
+
+void DeriveDAndQ(int slot, float wavelength) {
+  for (int i = 1; i <= ws.npts(slot); ++i) {
+    const float tth = ws.xval(AxisTth, slot, i);
+    float d = 0;
+    if (tth > 0) d = (wavelength * 0.5f) / std::sin(tth * 0.5f / RadToDeg);
+    ws.xval(AxisD, slot, i) = d;
+    ws.xval(AxisQ, slot, i) = d > 0 ? 6.283185f / d : 0.0f;
+  }
+}
+
+}  // namespace
+
+void ComputeXAxes() {
+  DeriveDAndQ(SlotInput, ws.wavelen(1));
+  for (int slot = SlotBackground; slot <= SlotRefined; ++slot)
+    for (int axis = AxisTth; axis <= AxisQ; ++axis)
+      for (int i = 1; i <= ws.npts(SlotInput); ++i)
+        ws.xval(axis, slot, i) = ws.xval(axis, SlotInput, i);
+  for (int k = 1; k <= ws.noverlay; ++k)
+    DeriveDAndQ(SlotOverlay + k - 1, ws.wavelen(SlotOverlay + k - 1));
+}
+
+int ActiveSlot() {
+  if (ws.plotmask & PlotInput) return SlotInput;
+  if (ws.plotmask & PlotRefined) return SlotRefined;
+  if (ws.plotmask & PlotNet) return SlotNet;
+  if (ws.plotmask & PlotBackground) return SlotBackground;
+  return SlotInput;
+}
+
+void ClearPeakFit() {
+  ws.peaks.fill(0);
+  ws.npeaks = 0;
+  for (float& y : ws.yval.row(SlotRefined)) y = 0;
+  ws.plotmask = PlotInput;
+}

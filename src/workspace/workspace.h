@@ -1,0 +1,206 @@
+// The one shared state of the running program: plain fields that every command reads and rewrites.
+//
+// Reals are 32-bit, integers 32-bit signed. Angles are two-theta in degrees, lengths in angstrom,
+// intensities in counts. Texts carry no trailing blanks; an unset text is empty.
+#pragma once
+
+#include <string>
+
+#include "workspace/table.h"
+
+inline constexpr int MaxPoints = 20000;  // points a slot can hold
+inline constexpr int MaxSlots = 9;
+inline constexpr int MaxPeaks = 200;
+inline constexpr int MaxManualPoints = 100;  // manual background points
+inline constexpr int MaxOverlays = 4;
+inline constexpr int MaxRecent = 4;
+inline constexpr int MaxChebyshev = 15;  // coefficients of a background polynomial
+inline constexpr int TextLength = 256;   // characters of a text field
+
+enum Slot {
+  SlotInput = 1,       // (A) the pattern as read, changed in place by every Modify command
+  SlotBackground = 2,  // (B)
+  SlotNet = 3,         // pattern minus background; a copy of slot 1 after a load
+  SlotRefined = 4,     // (C) the calculated pattern of the last fit
+  SlotOverlay = 5,     // overlays 1 to 4 lie in slots 5 to 8
+  SlotScratch = 9,
+};
+
+enum Axis { AxisTth = 1, AxisD = 2, AxisQ = 3 };
+
+// Switches of `plotmask`.
+enum PlotSwitch {
+  PlotInput = 1,
+  PlotBackground = 2,
+  PlotRefined = 4,
+  PlotNet = 8,
+  PlotResidual = 16,
+  PlotPeaks = 32,
+};
+
+// Rows of `peaks`. After a general fit pfwhmr and pshaper hold the left values.
+enum PeakField { ptth = 1, pint, pfwhm, pshape, pfwhmr, pshaper, phkl, pmult };
+
+// Angle conversion of the whole program: degrees = radians * RadToDeg, and twice that for the
+// two-theta that belongs to an arcsine.
+inline constexpr float RadToDeg = 57.29578f;
+inline constexpr float TwoRadToDeg = 114.59156f;
+inline constexpr float Log10OfE = 0.4342945f;
+inline constexpr float CuKalpha1 = 1.54056f;
+inline constexpr float CuKalpha2 = 1.54433f;
+
+// What a new pattern puts back to its default: the options of all commands and the view.
+struct PerPattern {
+  // View
+  int analysiskind = 0;  // viewmode 3: 1 FWHM, 2 shape; viewmode 4: 1 size, 2 Williamson-Hall
+  int xaxismode = 1;     // an Axis
+  int yaxismode = 1;     // 1 linear, 2 decadic logarithm
+  int xgrid = 0, ygrid = 0;
+  float viewxmin = 0, viewxmax = 0;  // range of the view in the selected axis; both 0: full range
+  float viewymin = 0, viewymax = 0;  // viewymax 0: automatic
+  float bandx1 = 0, bandx2 = 0, bandy1 = 0, bandy2 = 0;  // last rubber band, data units
+
+  Table<float, 9> wavelen{{CuKalpha1, CuKalpha2}};  // alpha1, alpha2, ratio, -, overlays 1-4, -
+
+  // Autosubtract
+  int autosubwindow = 201;
+  int autosubcycles = 25;
+  int autosubscale = 1;    // 1 minimum, 2 scaled with maximum deviation, 3 scaled in interval
+  float autosubdev = 5.0f;  // percent
+  float fullstart = 0, fullstop = 0;
+
+  // Background
+  int manualbgmode = 2;  // 1 linear, 2 spline, 3 Chebyshev
+  std::string bgpath;
+  float bgscale = 0;
+  float bgintstart = 0, bgintend = 0;
+  float cryststart = 0, crystend = 0;
+  float crystallinity = 0;  // percent; 0: none
+
+  // Modify
+  int lpmode = 1;
+  int a2steps = 0, a2interp = 0;  // 1 to 6, 1 to 3
+  float a2ratio = 0;
+  int a2start = 0;
+  float muR = 0;         // mu times radius of the capillary
+  float mut = 0;         // mu times thickness of the plate
+  float plateangle = 0;  // degrees
+  int smoothwindow = 3;
+  int sgwindow = 5;
+  float zeroshift = 0;
+  int useorigsteps = 0;
+  float scalefactor = 1.0f;
+  float savestart = 0, savestep = 0, savestop = 0;
+  float origwavelength = 0;
+  float newwavelength = CuKalpha1;
+  Table<float, 5> polycoef;  // orders 0 to 4
+  int chebyorder = 0;
+  int chebyused = 0;  // terms of the polynomial in chebycoef
+  float chebyxmin = 0, chebyxmax = 0;
+  Table<float, MaxChebyshev> chebycoef;
+
+  // Peak search
+  int pksmooth = 15;
+  float pkminfwhm = 0.05f, pkmaxfwhm = 0.4f;
+  float pksigma = 2.0f;
+
+  // Single peak fit
+  int spmode = 1;  // 1 minimum halfwidth, 2 Cagliotti
+  float spinitwidth = 0.5f;
+  int spinithw = 5;
+  int spfinalhw = 6;
+  float sphwtol = 2.0f;
+  float spgeom = 0.9f;
+  float spminhw = 0.08f;
+  float spu = 0, spv = 0, spw = 0.01f;
+
+  // Save
+  int savecontent = 1;  // 1 input/modified, 2 refined, 3 background, 4 all
+  int saveformat = 2;   // 1 gdf, 2 xy, 3 dat, 4 cif, 5 tab
+
+  // Overlays and their fit
+  int noverlay = 0;
+  float displacex = 0, displacey = 0;
+  int fitbgorder = 1;
+  float fitscale = 1.0f, fitzero = 0;
+  int fitscalerefine = 0, fitzerorefine = 0;
+  int fitpatmode = 0;  // 0 none, 1 fit, 2 clear
+  int fitshown = 0;    // 1 while the fit's result replaces the overlays in the plot
+  float profrvalue = 0;  // profile R-value of the last fit; 0: none
+
+  int headerskip = 0;  // leading lines that the xy and dat readers skip
+
+  // Indexing: 1 sinsq(th), 2 1/dsq, 3 theta, 4 2theta, 5 d
+  int itoform = 4, treform = 4;
+};
+
+struct Workspace : PerPattern {
+  // Pattern store
+  Table<float, 3, MaxSlots, MaxPoints> xval;  // axis, slot, point
+  Table<float, MaxSlots, MaxPoints> yval;
+  Table<int, MaxSlots> npts;
+  Table<int, 4, MaxPoints> ptrefl;  // which reflections reach a point
+
+  // View
+  int viewmode = 0;  // 0 nothing, 1 pattern, 2 report, 3 width plots, 4 size plots
+  int plotmask = 0;  // sum of PlotSwitch
+  float plotxmin = 0, plotxmax = 0;  // x limits that clip all but the primary curve
+  float plotx0 = 0, ploty0 = 0, plotwidth = 0, plotheight = 0;  // plot area, drawing units
+  float xperunit = 0, yperunit = 0;                             // data units per drawing unit
+  float plotscalex = 1, plotscaley = 1;
+  int printflag = 0;  // 1 while a hardcopy is drawn
+  int epsflag = 0;    // 1 while an EPS file is drawn
+
+  // Files and names
+  std::string patternpath;
+  std::string patternstem;
+  std::string stem20;  // first 20 characters of patternstem; the title of the plot
+  int filetype = 0;    // 1 xy, 2 gdf, 3 txt, 4 uxd, 5 cif, 6 dat, 7 xrdml, 8 udf, 9 chi
+  std::string peakfilename;
+  std::string editorpath;
+  std::string startdir;
+  std::string inipath;
+  Table<std::string, MaxRecent> recentfiles;
+  int recentpending = 0;
+  Table<float, 3> caglmin{{0, 0, 0.02f}};
+  Table<float, 3> shapemin{{0.5f, 0, 0}};
+  int debugmode = 0;
+  int batchmode = 0;
+
+  // Information strings
+  std::string sampleid, infodepartment, infocompany, infoaddress;
+  std::string instrument, infoline, scandate;
+  Table<std::string, 16> gdfhead;  // header lines of a gdf file; line 8 is the exposure time
+  Table<std::string, MaxOverlays> overlayname;
+
+  Table<float, 3> scanwave;  // the file's alpha1, alpha2 and their ratio
+
+  // Peak list in rising two-theta order, with one spare row that no reader uses.
+  Table<float, 8, MaxPeaks + 1> peaks;
+  int npeaks = 0;
+
+  // Points set by hand: row 1 two-theta, row 2 counts.
+  Table<float, 2, MaxManualPoints> manualbg;
+  int nmanualbg = 0;
+
+  // Results of the last single peak fit
+  float spposition = 0, sparea = 0;
+  float spfwhmleft = 0, spfwhmmean = 0, spfwhmright = 0;
+  float spshapeleft = 0, spshapemean = 0, spshaperight = 0;
+  float spsize = 0;  // angstrom
+};
+
+extern Workspace ws;
+
+// Puts all per-pattern fields back to their defaults and sets the menu items that depend on them.
+void ResetWorkspace();
+
+// Fills the d and Q axes of slot 1 with wavelen(1), copies all three axes to slots 2 to 4, and
+// fills d and Q of each overlay with its own wavelength. A two-theta of 0 gives d 0 and Q 0.
+void ComputeXAxes();
+
+// The pattern that the Modify and Background commands work on, by `plotmask`: 1, 4, 3 or 2.
+int ActiveSlot();
+
+// Empties the peak list and the refined curve and puts the fit's parameters to their defaults.
+void ClearPeakFit();
