@@ -3,7 +3,9 @@
 
 enum MenuId {
   MenuSavePattern = 40003,
+  MenuExit = 40006,
   MenuPrintGraphics = 40005,
+  MenuDebug = 40028,
   MenuFullPattern = 40029,
   MenuPlotPeaks = 40017,
   MenuPopupPeakFit = 40019,

@@ -6,6 +6,10 @@
 #include <concepts>
 #include <cstddef>
 #include <span>
+#include <type_traits>
+
+template <class T>
+concept TableIndex = std::integral<T> || std::is_enum_v<T>;
 
 // Table<float, 3, 9, 20000> t; t(axis, slot, point) with each index from 1 to its extent.
 // The last index runs fastest, so row(axis, slot) is one contiguous run of points.
@@ -18,19 +22,19 @@ struct Table {
 
   std::array<T, kSize> cells{};
 
-  template <std::integral... I>
+  template <TableIndex... I>
     requires(sizeof...(I) == kRank)
   T& operator()(I... index) {
     return cells[Place(index...)];
   }
-  template <std::integral... I>
+  template <TableIndex... I>
     requires(sizeof...(I) == kRank)
   const T& operator()(I... index) const {
     return cells[Place(index...)];
   }
 
   // The run of the last index for fixed leading indices; element [0] is index 1.
-  template <std::integral... I>
+  template <TableIndex... I>
     requires(sizeof...(I) + 1 == kRank)
   std::span<T> row(I... index) {
     return {&cells[Place(index..., 1)], static_cast<std::size_t>(kExtent[kRank - 1])};
