@@ -9,6 +9,13 @@
 // case and from the extension in the others. On success resets the options and redraws.
 void OpenPattern(int mode);
 
+// What the shell does around a load: keeps the recent files, enables the menus. Set once at start.
+struct OpenHooks {
+  void (*updaterecent)();
+  void (*setmenuloaded)(int flag);
+};
+void SetOpenHooks(const OpenHooks& hooks);
+
 // What a reader has to say for a format number of `filetype`.
 struct PatternFormat {
   int filetype;

@@ -197,9 +197,9 @@ void DisableUnbuiltItems() {
 }
 
 void SetMenuLoaded(int flag) {
-  for (int id : {MenuPopupModify, MenuPopupMulti, MenuPopupBackground, MenuPopupPeakSearch,
-                 MenuPopupPeakFit, MenuPopupIndex, MenuPopupPlot, MenuSavePattern,
-                 MenuPrintGraphics, MenuPrintReport})
+  for (int id :
+       {MenuPopupModify, MenuPopupMulti, MenuPopupBackground, MenuPopupPeakSearch, MenuPopupPeakFit,
+        MenuPopupIndex, MenuPopupPlot, MenuSavePattern, MenuPrintGraphics, MenuPrintReport})
     WMenuSetState(id, MenuEnabled, flag);
   DisableUnbuiltItems();
   if (flag == 0) {

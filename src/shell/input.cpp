@@ -1,0 +1,116 @@
+// Keys and mouse on the plot.
+#include <algorithm>
+
+#include "plot/plot.h"
+#include "shell/shell.h"
+#include "workspace/record.h"
+#include "workspace/workspace.h"
+
+namespace {
+
+struct DataPoint {
+  float x, y;
+};
+
+DataPoint ToData(float x, float y) {
+  return {(x - ws.plotx0) * ws.xperunit + ws.viewxmin, (y - ws.ploty0) * ws.yperunit + ws.viewymin};
+}
+
+DataPoint ClampToView(DataPoint at) {
+  return {std::clamp(at.x, ws.viewxmin, std::max(ws.viewxmin, ws.viewxmax)),
+          std::clamp(at.y, ws.viewymin, std::max(ws.viewymin, ws.viewymax))};
+}
+
+bool InView(DataPoint at) {
+  return at.x >= ws.viewxmin && at.x <= ws.viewxmax && at.y >= ws.viewymin && at.y <= ws.viewymax;
+}
+
+void ClipCurvesTo(float xmin, float xmax) {
+  ws.plotxmin = xmin;
+  ws.plotxmax = xmax;
+}
+
+void ShowReadOuts(DataPoint at) {
+  if (!InView(at)) return;
+  WindowOutStatusBar(1, WriteRecord<"(a,f7.2)">("TwoTh", at.x));
+  WindowOutStatusBar(2, WriteRecord<"(a,f10.0)">("Int", at.y));
+}
+
+void DrawBand(float x, float y) {
+  ClipCurvesTo(ws.viewxmin, ws.viewxmax);
+  const DataPoint from = ClampToView(ToData(x, y));
+  ws.bandx1 = from.x;
+  ws.bandy1 = from.y;
+  IGrColour("Cyan");
+  float endx = x, endy = y;
+  int ending = 0;
+  WGrInput(3, x, y, endx, endy, ending);
+  if (ending == MessageMouseUp) {
+    const DataPoint to = ClampToView(ToData(endx, endy));
+    ws.bandx2 = to.x;
+    ws.bandy2 = to.y;
+    if (ws.bandx2 < ws.bandx1) std::swap(ws.bandx1, ws.bandx2);
+    if (ws.bandy2 < ws.bandy1) std::swap(ws.bandy1, ws.bandy2);
+    ClipCurvesTo(ws.bandx1, ws.bandx2);
+  }
+  WCursorShape(0);
+  IGrColour("Black");
+  RedrawView(0);
+}
+
+void PageLeft(float first, float last) {
+  const float oldmin = ws.viewxmin, oldmax = ws.viewxmax;
+  ws.viewxmax = oldmin;
+  ws.viewxmin = 2 * oldmin - oldmax;
+  if (ws.viewxmin < first) ws.viewxmin = first;
+  if (oldmin > last) ws.viewxmax = last;
+  if (ws.viewxmax <= first) ws.viewxmax = last;
+}
+
+void PageRight(float first, float last) {
+  const float oldmin = ws.viewxmin, oldmax = ws.viewxmax;
+  ws.viewxmin = oldmax;
+  ws.viewxmax = 2 * oldmax - oldmin;
+  if (oldmax < first) ws.viewxmin = first;
+  if (ws.viewxmax > last) ws.viewxmax = last;
+  if (ws.viewxmin >= last) ws.viewxmin = first;
+}
+
+// Widens the view by a share of its width on each side, or narrows it for a negative share.
+void Zoom(float share, float first, float last) {
+  const float width = ws.viewxmax - ws.viewxmin;
+  ws.viewxmin -= width * share;
+  ws.viewxmax += width * share;
+  if (ws.viewxmin < first) ws.viewxmin = first;
+  if (ws.viewxmax > last) ws.viewxmax = last;
+}
+
+}  // namespace
+
+void OnKey(int key) {
+  if (key < KeyLeft || key > KeyDown || ws.npts(SlotInput) < 1) return;
+  // The limits are those of two-theta, whatever the axis shows.
+  const float first = ws.xval(AxisTth, SlotInput, 1);
+  const float last = ws.xval(AxisTth, SlotInput, ws.npts(SlotInput));
+  if (key == KeyLeft) PageLeft(first, last);
+  if (key == KeyRight) PageRight(first, last);
+  if (key == KeyUp) Zoom(0.5f, first, last);
+  if (key == KeyDown) Zoom(-0.25f, first, last);
+  ws.bandx1 = ws.bandx2 = 0;
+  ws.viewymin = ws.viewymax = 0;
+  ClipCurvesTo(ws.viewxmin, ws.viewxmax);
+  RedrawView(0);
+}
+
+void OnMouse(const Message& message) {
+  if (ws.viewmode == 0) return;
+  if (message.type == MessageMouseMove) ShowReadOuts(ToData(message.x, message.y));
+  if (message.type == MessageMouseDown && message.value1 == MouseLeft)
+    DrawBand(message.x, message.y);
+}
+
+std::pair<float, float> PlotPosition(float x, float y) {
+  const auto units = [](float from, float perunit) { return perunit != 0 ? from / perunit : 0.0f; };
+  return {ws.plotx0 + units(x - ws.viewxmin, ws.xperunit),
+          ws.ploty0 + units(y - ws.viewymin, ws.yperunit)};
+}

@@ -1,0 +1,104 @@
+// Start-up, the event loop and the end of the program.
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+
+#include "patternfiles/patternfiles.h"
+#include "plot/plot.h"
+#include "shell/shell.h"
+#include "workspace/text.h"
+#include "workspace/workspace.h"
+
+namespace {
+
+constexpr const char* kTitle = "Quillagram";
+constexpr int kStatusParts[] = {1000, 1000, 1500, 1000};  // thousandths, in proportion
+
+// Where the configuration file lies: beside the program, unless the environment names a place that
+// its user can write to.
+std::string StartDirectory() {
+  if (const char* home = std::getenv("QUILLAGRAM_HOME"); home && *home) {
+    const std::string directory = IOsFullPath(home);
+    return directory.ends_with('/') ? directory : directory + "/";
+  }
+  std::string program = IOsArgument(0);
+  std::error_code failed;
+  // A program found by its bare name tells its place only through the system.
+  if (FileDirectory(program).empty())
+    program = std::filesystem::read_symlink("/proc/self/exe", failed).string();
+  return FileDirectory(IOsFullPath(program));
+}
+
+void OnClose(int window, int& quitflag) {
+  if (window == RootWindow)
+    quitflag = 1;
+  else
+    WindowCloseChild(window);
+}
+
+}  // namespace
+
+void OpenFile(const std::string& path) {
+  ws.recentfiles(MaxRecent) = Field(IOsFullPath(path));
+  ws.plotmask = PlotInput;
+  ws.viewmode = 1;
+  OpenPattern(MaxRecent);
+}
+
+void StartProgram() {
+  RegisterResources();
+  SetApplicationHooks({FieldText, PlotPosition});
+  SetOpenHooks({UpdateRecentFiles, SetMenuLoaded});
+  const int width = WInfoScreen(1) * 8 / 10, height = WInfoScreen(2) * 8 / 10;
+  WindowOpen(20, 20, width, height, MainMenu, kTitle);
+  WindowStatusBarParts(4, kStatusParts);
+  ws.startdir = StartDirectory();
+  IOsDirChange(ws.startdir);
+  ReadConfiguration();
+  ws.plotmask = 0;
+  ws.recentpending = 0;
+  ResetWorkspace();
+  ClearPeakFit();
+  SetMenuLoaded(0);
+  ws.patternpath.clear();
+  ws.stem20.clear();
+  IGrSelect(1, RootWindow);
+  IGrArea(0, 0, 1, 1);
+  IGrUnits(0, 0, 1000, 1000);
+  WMessageEnable(MessageMouseMove, 1);
+  WMessageEnable(MessageMouseUp, 1);
+  ws.viewmode = 0;
+  if (IOsArgumentCount() > 0) OpenFile(IOsArgument(1));
+}
+
+void RunProgram() {
+  int quitflag = 0;
+  while (quitflag == 0) {
+    Message message;
+    switch (WMessage(message)) {
+      case MessageKey:
+        OnKey(message.value1);
+        break;
+      case MessageMenu:
+        OnMenu(message.value1, quitflag);
+        break;
+      case MessageMouseDown:
+      case MessageMouseUp:
+      case MessageMouseMove:
+      case MessageMouseOther:
+        OnMouse(message);
+        break;
+      case MessageExpose:
+      case MessageResize:
+        RedrawView(0);
+        break;
+      case MessageClose:
+        OnClose(message.window, quitflag);
+        break;
+      case MessageFileDropped:
+        OpenFile(WInfoDroppedFile());
+        break;
+    }
+  }
+  WindowClose();
+}
