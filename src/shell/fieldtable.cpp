@@ -138,6 +138,7 @@ const std::map<std::string_view, NamedField>& Fields() {
                                                              FIELD(chebyxmin),
                                                              FIELD(chebyxmax),
                                                              FIELD(chebycoef),
+                                                             FIELD(bgcoef),
                                                              FIELD(pksmooth),
                                                              FIELD(pkminfwhm),
                                                              FIELD(pkmaxfwhm),

@@ -52,6 +52,7 @@ int ActiveSlot() {
 void ClearPeakFit() {
   ws.peaks.fill(0);
   ws.npeaks = 0;
+  ws.bgcoef.fill(0);
   for (float& y : ws.yval.row(SlotRefined)) y = 0;
   ws.plotmask = PlotInput;
 }

@@ -98,6 +98,7 @@ struct PerPattern {
   int chebyused = 0;  // terms of the polynomial in chebycoef
   float chebyxmin = 0, chebyxmax = 0;
   Table<float, MaxChebyshev> chebycoef;
+  Table<float, MaxChebyshev> bgcoef;  // background of the whole-pattern fit
 
   // Peak search
   int pksmooth = 15;
