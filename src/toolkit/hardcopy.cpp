@@ -1,0 +1,83 @@
+// Printing, EPS files, and pictures of the window.
+#include <filesystem>
+
+#include "toolkit/common.h"
+#include "toolkit/dialogs.h"
+
+namespace {
+
+int driver = DriverPrinter;
+std::string epsfile;
+std::string job;
+bool accepted = false;  // the hardcopy dialog ended with OK
+bool started = false;
+
+constexpr float PageWidth = PaperWidth * PointsPerMillimetre;
+constexpr float PageHeight = PaperHeight * PointsPerMillimetre;
+
+void WriteOut() {
+  if (driver == DriverEps) {
+    if (!WriteEps(PaperList(), epsfile, job, PageWidth, PageHeight))
+      MessageBoxError("Error", "Cannot write " + epsfile);
+  } else if (!frontend::Print(PaperList(), job)) {
+    MessageBoxError("Error", "Cannot print " + job);
+  }
+}
+
+bool HasExtension(const std::string& file, std::string_view extension) {
+  std::string own = std::filesystem::path(file).extension().string();
+  for (char& c : own)
+    if (c >= 'A' && c <= 'Z') c += 'a' - 'A';
+  return own == extension;
+}
+
+}  // namespace
+
+void IGrHardcopySelect(int, int which) { driver = which; }
+
+// The page, its scale and its resolution are fixed here: the options leave nothing to choose.
+void IGrHardcopyOptions(int, float) {}
+
+void WHardcopyOptions(int, const std::string& file) {
+  started = false;
+  if (driver == DriverEps) {
+    epsfile = file;
+    WSelectFile("EPS file|*.eps|", FileSave, epsfile, "Save EPS file");
+    accepted = !epsfile.empty();
+  } else {
+    const PauseBusy pause;
+    ShowDrawing();
+    accepted = frontend::PrintDialog(file);
+  }
+  SetInfoDialog(accepted ? ButtonOk : ButtonCancel);
+}
+
+// A job may itself be called "S": it is the end only of one that has been started.
+void IGrHardcopy(const std::string& name) {
+  if (!accepted) return;
+  if (started && name == "S") {
+    accepted = started = false;
+    WriteOut();
+    return;
+  }
+  job = name;
+  started = true;
+}
+
+bool SaveScreen(const std::string& file) {
+  int columns = 0, rows = 0;
+  frontend::AreaPixels(columns, rows);
+  constexpr float width = 720;
+  const float height = columns > 0 && rows > 0 ? width * rows / columns : width;
+  const std::string title = std::filesystem::path(file).stem().string();
+  if (HasExtension(file, ".eps")) return WriteEps(ScreenList(), file, title, width, height);
+  if (HasExtension(file, ".svg")) return WriteSvg(ScreenList(), file, title, width, height);
+  return frontend::SaveImage(ScreenList(), file);
+}
+
+bool IGrSaveImage(const std::string& file) {
+  ShowDrawing();
+  const bool saved = SaveScreen(file);
+  if (!saved) MessageBoxError("Error", "Cannot write " + file);
+  return saved;
+}

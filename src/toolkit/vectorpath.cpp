@@ -1,0 +1,160 @@
+// The path emitter behind the vector formats.
+#include "toolkit/vectorpath.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <fstream>
+#include <numbers>
+
+#include "toolkit/common.h"
+
+namespace {
+
+constexpr std::size_t LongestPath = 1000;  // points; old interpreters stop at 1500
+
+void AppendPoint(std::string& out, const PageMap& map, DrawPoint p, const char* operation) {
+  AppendNumbers(out, {map.X(p.x), map.Y(p.y)});
+  out += operation;
+}
+
+void AppendColour(std::string& out, std::uint32_t colour, const char* operation) {
+  for (int shift : {0, 8, 16}) AppendNumbers(out, {(colour >> shift & 255) / 255.0});
+  out += operation;
+}
+
+// Changes of the pen since `before`.
+void AppendPen(std::string& out, const Pen& pen, const Pen* before) {
+  if (!before || before->colour != pen.colour) AppendColour(out, pen.colour, "RG\n");
+  if (!before || before->width != pen.width) {
+    AppendNumbers(out, {pen.width * ThinLine});
+    out += "w\n";
+  }
+  if (before ? before->linetype == pen.linetype : pen.linetype == 0) return;
+  out += '[';
+  for (float length : DashPattern(pen.linetype)) AppendNumbers(out, {length * 2 * ThinLine});
+  out += "] 0 d\n";
+}
+
+// A long stroke goes out in pieces that share a point.
+void AppendStroke(std::string& out, std::span<const DrawPoint> points, const PageMap& map) {
+  for (std::size_t begin = 0; begin + 1 < points.size(); begin += LongestPath - 1) {
+    const std::size_t end = std::min(begin + LongestPath, points.size());
+    AppendPoint(out, map, points[begin], "m\n");
+    for (std::size_t i = begin + 1; i < end; ++i) AppendPoint(out, map, points[i], "l\n");
+    out += "S\n";
+  }
+}
+
+// A text in parentheses in Latin-1, as both formats write it.
+std::string Literal(std::string_view text) {
+  std::string out = "(";
+  for (char32_t c : Characters(text)) {
+    const char byte = c >= 32 && c < 256 ? static_cast<char>(c) : '?';
+    if (byte == '(' || byte == ')' || byte == '\\') out += '\\';
+    out += byte;
+  }
+  return out + ")";
+}
+
+void AppendText(std::string& out, const DrawnText& text, const PageMap& map) {
+  const double size = text.height * std::abs(map.yscale);
+  const double angle = text.angle * std::numbers::pi / 180;
+  const double c = std::cos(angle), s = std::sin(angle);
+  const double back = TextWidth(text, size) * (text.alignment + 1) / 2;
+  AppendColour(out += "BT ", text.colour, "rg /F1 ");
+  AppendNumbers(out, {size});
+  out += "Tf ";
+  AppendNumbers(out, {c, s, -s, c, map.X(text.x) - back * c, map.Y(text.y) - back * s});
+  out += "Tm " + Literal(text.text) + " Tj ET\n";
+}
+
+}  // namespace
+
+PageMap::PageMap(const DisplayList& list, float width, float height, bool upward) {
+  const auto scale = [](double length, double units) { return units != 0 ? length / units : 0; };
+  const DrawRect &area = list.area, &units = list.units;
+  xunit = units.x1;
+  yunit = units.y1;
+  xstart = area.x1 * width;
+  xscale = scale((area.x2 - area.x1) * width, units.x2 - units.x1);
+  ystart = upward ? area.y1 * height : (1 - area.y1) * height;
+  yscale = scale((area.y2 - area.y1) * height, units.y2 - units.y1) * (upward ? 1 : -1);
+}
+
+PageBox CoveredBox(const DisplayList& list, const PageMap& map, float width, float height) {
+  if (list.strokes.empty() && list.texts.empty()) return {0, 0, width, height};
+  PageBox box{1e30, 1e30, -1e30, -1e30};
+  const auto cover = [&](double x, double y, double reach) {
+    box = {std::min(box.x1, x - reach), std::min(box.y1, y - reach), std::max(box.x2, x + reach),
+           std::max(box.y2, y + reach)};
+  };
+  for (const Stroke& stroke : list.strokes)
+    for (std::size_t i = 0; i < stroke.count; ++i) {
+      const DrawPoint& p = list.points[stroke.first + i];
+      cover(map.X(p.x), map.Y(p.y), stroke.pen.width * ThinLine / 2);
+    }
+  for (const DrawnText& text : list.texts) {
+    const double size = text.height * std::abs(map.yscale);
+    cover(map.X(text.x), map.Y(text.y), std::max(size, TextWidth(text, size)));
+  }
+  return box;
+}
+
+void AppendNumber(std::string& out, double value) {
+  constexpr double furthest = 1e6;  // beyond any page
+  value = std::isfinite(value) ? std::clamp(value, -furthest, furthest) : 0;
+  char buffer[32];
+  char* end = std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::fixed, 3).ptr;
+  while (end[-1] == '0') --end;
+  if (end[-1] == '.') --end;
+  const std::string_view text(buffer, end - buffer);
+  out += text == "-0" ? "0" : text;
+}
+
+void AppendNumbers(std::string& out, std::initializer_list<double> values) {
+  for (double value : values) {
+    AppendNumber(out, value);
+    out += ' ';
+  }
+}
+
+std::string PathOperators(const DisplayList& list, const PageMap& map) {
+  std::string out = "1 J 1 j\n";
+  out.reserve(list.points.size() * 18 + 1000);
+  const Pen* before = nullptr;
+  for (const Stroke& stroke : list.strokes) {
+    AppendPen(out, stroke.pen, before);
+    before = &stroke.pen;
+    AppendStroke(out, std::span(list.points).subspan(stroke.first, stroke.count), map);
+  }
+  for (const DrawnText& text : list.texts) AppendText(out, text, map);
+  return out;
+}
+
+double TextWidth(const DrawnText& text, double size) {
+  return 0.55 * size * Characters(text.text).size();
+}
+
+std::u32string Characters(std::string_view text) {
+  std::u32string out;
+  for (std::size_t i = 0; i < text.size();) {
+    const unsigned char lead = text[i];
+    const int more = lead >= 0xf0 ? 3 : lead >= 0xe0 ? 2 : lead >= 0xc2 ? 1 : 0;
+    char32_t c = more ? lead & (0x3f >> more) : lead;
+    int taken = 0;
+    while (taken < more && i + taken + 1 < text.size() && (text[i + taken + 1] & 0xc0) == 0x80)
+      c = c << 6 | (text[i + ++taken] & 0x3f);
+    const bool whole = taken == more && c <= 0x10ffff && (c < 0xd800 || c > 0xdfff);
+    out += whole ? c : lead;
+    i += whole ? more + 1 : 1;
+  }
+  return out;
+}
+
+bool WriteWholeFile(const std::string& path, const std::string& content) {
+  std::ofstream file(path, std::ios::binary);
+  file.write(content.data(), static_cast<std::streamsize>(content.size()));
+  file.close();
+  return !file.fail();
+}

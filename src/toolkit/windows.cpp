@@ -1,0 +1,83 @@
+// Windows, the status bar, boxes and the file selector.
+#include <algorithm>
+#include <filesystem>
+
+#include "toolkit/common.h"
+
+namespace {
+
+std::string lastdirectory;  // of the file selector; blank: where the program was started
+
+bool Answer(frontend::BoxKind kind, const std::string& caption, const std::string& text) {
+  const PauseBusy pause;
+  ShowDrawing();
+  return frontend::ShowBox(kind, caption, text);
+}
+
+// ".eps" of "EPS file|*.eps|"; blank if the filter names no single extension.
+std::string FilterExtension(const std::string& filter) {
+  const std::size_t star = filter.find("|*.");
+  if (star == std::string::npos) return "";
+  const std::size_t begin = star + 2;
+  return filter.substr(begin, filter.find_first_of("|; ", begin) - begin);
+}
+
+}  // namespace
+
+int WInfoScreen(int which) {
+  int width = 0, height = 0;
+  frontend::ScreenSize(width, height);
+  return which == 1 ? width : height;
+}
+
+void WindowOpen(int x, int y, int width, int height, int menu, const std::string& title) {
+  UseMenu(menu);
+  frontend::OpenWindow(x, y, width, height, title);
+}
+
+void WindowTitle(const std::string& title) { frontend::SetTitle(title); }
+
+int WindowOpenChild(int width, int height, int, const std::string& title) {
+  return frontend::OpenChildWindow(width, height, title);
+}
+
+void WindowCloseChild(int handle) { frontend::CloseWindow(handle); }
+// All plots go to the root window, so that there is nothing to switch.
+void WindowSelect(int) {}
+void WindowClose() { frontend::CloseWindow(RootWindow); }
+
+void WindowStatusBarParts(int n, std::span<const int> widths) {
+  const auto used = widths.first(std::min<std::size_t>(n > 0 ? n : 0, widths.size()));
+  frontend::SetStatusParts({used.begin(), used.end()});
+}
+
+void WindowOutStatusBar(int part, const std::string& text) { frontend::SetStatus(part, text); }
+
+void MessageBoxError(const std::string& caption, const std::string& text) {
+  Answer(frontend::BoxKind::Error, caption, text);
+}
+
+void MessageBoxInfo(const std::string& caption, const std::string& text) {
+  Answer(frontend::BoxKind::Info, caption, text);
+}
+
+int MessageBoxQuery(const std::string& caption, const std::string& text) {
+  return Answer(frontend::BoxKind::Query, caption, text) ? 1 : 0;
+}
+
+void RememberDirectory(const std::string& path) {
+  lastdirectory = std::filesystem::path(IOsFullPath(path)).parent_path().string();
+}
+
+void WSelectFile(const std::string& filter, int flags, std::string& path,
+                 const std::string& title) {
+  const PauseBusy pause;
+  ShowDrawing();
+  const std::string directory = lastdirectory.empty() ? IOsFullPath("") : lastdirectory;
+  path = frontend::SelectFile(filter, flags, path, title, directory);
+  if (path.empty()) return;
+  path = IOsFullPath(path);
+  if ((flags & FileSave) && std::filesystem::path(path).extension().empty())
+    path += FilterExtension(filter);
+  RememberDirectory(path);
+}
