@@ -1,0 +1,175 @@
+// Auto peak search: runs of negative second difference of the smoothed pattern.
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+#include "background/background.h"
+#include "peaks/peaklist.h"
+#include "peaks/peaks.h"
+#include "toolkit/toolkit.h"
+#include "workspace/text.h"
+#include "workspace/workspace.h"
+
+namespace {
+
+using List = std::vector<float>;  // from index 1; element 0 is not in use
+
+struct Candidate {
+  int at = 0;     // point of the lowest second difference; 0: none
+  int width = 0;  // points of the run
+};
+
+// Sum of `count` values from `first` in steps of +1 or -1.
+float Sum(const List& y, int first, int count, int step) {
+  float sum = 0;
+  for (int k = 0; k < count; ++k) sum += y[first + k * step];
+  return sum;
+}
+
+// Moving average of both lists with a window of m points. Unlike the one of the Modify menu, which
+// is only given odd windows, it takes even ones as they are: they sum m - 1 points, divide by m,
+// and leave point m/2 at 0. That scales an even-smoothed list by (m - 1)/m. At the ends the window
+// of y shrinks to what the list has, and x stays. A window wider than the list does nothing.
+void MovingAverage(List& x, List& y, int m) {
+  const int n = static_cast<int>(y.size()) - 1;
+  if (m < 2 || m > n) return;
+  const int h = (m - 1) / 2;
+  List xmean(x.size()), ymean(y.size());
+  for (int i = 1; i <= h; ++i) {
+    const int last = n - i + 1;
+    xmean[i] = x[i];
+    xmean[last] = x[last];
+    ymean[i] = Sum(y, 1, h + i, 1) / static_cast<float>(h + i);
+    ymean[last] = Sum(y, n, h + i, -1) / static_cast<float>(h + i);
+  }
+  for (int i = m / 2 + 1; i <= n - h; ++i) {
+    xmean[i] = Sum(x, i - h, 2 * h + 1, 1) / static_cast<float>(m);
+    ymean[i] = Sum(y, i - h, 2 * h + 1, 1) / static_cast<float>(m);
+  }
+  x.swap(xmean);
+  y.swap(ymean);
+}
+
+// Falls from each point to the next, kept at the later one: d(i) = y(i-1) - y(i) from point `first`
+// on, 0 before.
+List Fall(const List& y, int first) {
+  List d(y.size());
+  for (std::size_t i = first; i < y.size(); ++i) d[i] = y[i - 1] - y[i];
+  return d;
+}
+
+// Runs of negative e whose length lies within [lo, hi]. A run still open at the end is dropped.
+// With lo = 0 an empty run counts too; it takes over the place of a run that was too long just
+// before it.
+std::vector<Candidate> FindRuns(const List& e, int lo, int hi) {
+  constexpr float highest = 1.0e30f;
+  std::vector<Candidate> found;
+  Candidate open;
+  int run = 0;
+  float best = highest;
+  for (int i = 3; i < static_cast<int>(e.size()); ++i) {
+    if (e[i] < 0) {
+      ++run;
+      if (e[i] < best) {
+        best = e[i];
+        open.at = i;
+      }
+      open.width = run;
+      continue;
+    }
+    if (lo <= run && run <= hi) {
+      found.push_back(open);
+      open = {};
+    }
+    run = 0;
+    best = highest;
+  }
+  return found;
+}
+
+struct Match {
+  float root = 0;    // square root of the constant below the peak; not a number if that is negative
+  float height = 0;  // above the constant
+};
+
+// Linear least-squares match of a Gaussian of FWHM c.width points, step s, on a constant to y.
+// Zeros for a candidate within one and a half widths of an end. The sums take one point more than
+// the template covers, which counts as background; behind the data lies a 0.
+Match GaussMatch(const List& y, int n, const Candidate& c, float s) {
+  const int reach = 3 * c.width / 2;
+  const int first = c.at - reach - 1, last = c.at + reach;
+  if (first < 1 || last > n) return {};
+  const float fwhm = s * static_cast<float>(c.width);
+  const int half = (last - first) / 2, count = last - first + 1;
+  const auto gauss = [&](int k) {
+    const float k2 = static_cast<float>(k * k), w2 = static_cast<float>(c.width * c.width);
+    return 0.9394372f * std::exp(-2.7725887f * k2 / w2) / fwhm;
+  };
+  List g(count);
+  g[half] = 0.9394372f / fwhm;
+  for (int k = 1; k <= half; ++k) g[half + k] = g[half - k] = gauss(k);
+
+  float sy = 0, sg = 0, sgy = 0, sgg = 0;
+  for (int t = 0; t < count; ++t) {
+    const float value = y[first + 1 + t];
+    sy += value;
+    sg += g[t];
+    sgy += g[t] * value;
+    sgg += g[t] * g[t];
+  }
+  const float points = static_cast<float>(count);
+  const float det = points * sgg - sg * sg;
+  return {std::sqrt((sy * sgg - sgy * sg) / det), (points * sgy - sy * sg) * g[half] / det};
+}
+
+// Puts the background into slot 2: a window of about one degree, or two for broad peaks.
+void SearchBackground(int n, float s) {
+  int window = std::clamp(nint(1.0f / s), -MaxPoints, MaxPoints) + 1;
+  if (ws.pkmaxfwhm > 0.5f) window = 2 * window - 1;
+  std::copy_n(&ws.xval(AxisTth, SlotInput, 1), n, &ws.xval(AxisTth, SlotBackground, 1));
+  std::copy_n(&ws.yval(SlotInput, 1), n, &ws.yval(SlotBackground, 1));
+  BackgroundEnvelope(&ws.yval(SlotBackground, 1), n, window);
+}
+
+}  // namespace
+
+// Replaces the list by the peaks of slot 1, in degrees and counts, and leaves a background in
+// slot 2. Fields that the search does not know keep what they held. A second difference is centred
+// one point before the one it is kept at, so positions lie one step high; that stays. With more
+// peaks than the list holds, `npeaks` ends one above the limit.
+void OnPeakSearch() {
+  if (ws.debugmode) MessageBoxInfo("Progress", "Entering OnPeakSearch");
+  ws.npeaks = 0;
+  const int n = ws.npts(SlotInput);
+  if (n < 2) return;
+  const float s = ws.xval(AxisTth, SlotInput, 2) - ws.xval(AxisTth, SlotInput, 1);
+  if (s == 0) return;
+  SearchBackground(n, s);
+
+  List x(n + 1), raw(n + 2);  // a 0 behind the data
+  std::copy_n(&ws.xval(AxisTth, SlotInput, 1), n, &x[1]);
+  std::copy_n(&ws.yval(SlotInput, 1), n, &raw[1]);
+  List smooth(raw.begin(), raw.end() - 1);
+  MovingAverage(x, smooth, ws.pksmooth);
+  List fall = Fall(smooth, 2);
+  MovingAverage(x, fall, ws.pksmooth);
+
+  const std::vector<Candidate> found =
+      FindRuns(Fall(fall, 3), nint(ws.pkminfwhm / s), nint(ws.pkmaxfwhm / s));
+  for (int j = 1; j <= static_cast<int>(found.size()); ++j) {
+    const Candidate& c = found[j - 1];
+    const Match match = GaussMatch(raw, n, c, s);
+    if (match.height <= 0 || match.root <= 0) continue;  // not a number passes
+    // The background is read at the candidate's ordinal number, not at its point.
+    const float background = ws.yval(SlotBackground, j);
+    if (ws.pksigma * std::sqrt(background) > raw[c.at] - background) continue;
+    if (++ws.npeaks > MaxPeaks) {
+      TellListFull();
+      break;
+    }
+    ws.peaks(ptth, ws.npeaks) = x[c.at];
+    ws.peaks(pint, ws.npeaks) = raw[c.at];
+    ws.peaks(pfwhm, ws.npeaks) = s * static_cast<float>(c.width);
+  }
+  if (ws.npeaks > 0) ws.plotmask = PlotInput + PlotBackground + PlotPeaks;
+}

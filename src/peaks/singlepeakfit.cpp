@@ -1,0 +1,183 @@
+// "Fit single peak": fits the peak in view in two passes, sizes it, and offers it to the peak list.
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <vector>
+
+#include "peaks/peaklist.h"
+#include "peaks/peaks.h"
+#include "plot/plot.h"
+#include "toolkit/toolkit.h"
+#include "workspace/record.h"
+#include "workspace/text.h"
+#include "workspace/workspace.h"
+
+namespace {
+
+enum ResultsDialog { DialogNumber = 126, FieldPosition = 1151, FieldWidth, FieldShape, FieldSize };
+
+using Parameters = std::array<float, 8>;  // in the order of PeakProfileFit
+
+struct Points {
+  std::vector<float> x, y;
+};
+
+// The part of slot 1 that the plot shows, up to the first point beyond it.
+Points CollectVisible() {
+  Points points;
+  for (int i = 1; i <= ws.npts(SlotInput); ++i) {
+    const float x = ws.xval(AxisTth, SlotInput, i);
+    if (x > ws.plotxmax) break;
+    if (x < ws.plotxmin) continue;
+    points.x.push_back(x);
+    points.y.push_back(ws.yval(SlotInput, i));
+  }
+  return points;
+}
+
+float FirstStep() { return ws.xval(AxisTth, SlotInput, 2) - ws.xval(AxisTth, SlotInput, 1); }
+
+float MeanWidth(const Parameters& p) { return (p[6] + p[4]) / 2; }
+
+// Fits from the points alone. False if that failed, could not begin (p then stays at zero), or
+// ended beyond all numbers.
+bool FitPass(const Points& points, std::vector<float>& calc, Parameters& p) {
+  p = {};
+  const int n = static_cast<int>(points.x.size());
+  calc.resize(n);
+  if (PeakProfileFit(points.x.data(), points.y.data(), calc.data(), n, p) < 0) return false;
+  return p != Parameters{} && std::isfinite(MeanWidth(p));
+}
+
+// The points up to `spfinalhw` mean widths from the position; none for a negative width.
+Points CutToPeak(const Points& all, const Parameters& p) {
+  const auto reached = std::ranges::find_if(all.x, [&](float x) { return x >= p[1]; });
+  const int end = static_cast<int>(all.x.size());
+  const int center = std::min(static_cast<int>(reached - all.x.begin()), end - 1);
+  const long long wanted = static_cast<long long>(nint(MeanWidth(p) / FirstStep())) * ws.spfinalhw;
+  const int reach = static_cast<int>(std::clamp<long long>(wanted, -1, MaxPoints));
+  const int first = std::max(0, center - reach);
+  const int behind = std::max(first, std::min(end, center + reach + 1));
+  const auto cut = [&](const std::vector<float>& list) {
+    return std::vector<float>(list.begin() + first, list.begin() + behind);
+  };
+  return {cut(all.x), cut(all.y)};
+}
+
+float InstrumentWidth(float position) {
+  if (ws.spmode != 2) return ws.spminhw;
+  const float t = std::tan(position / 2 / RadToDeg);
+  return std::sqrt(std::max(1.0e-6f, ws.spu * t * t + ws.spv * t + ws.spw));
+}
+
+// Scherrer size in angstrom with the width that is left after the instrument's, by plain
+// difference. A peak narrower than the instrument's gets a negative size.
+float ParticleSize(float position, float width) {
+  const float net = width - InstrumentWidth(position);
+  if (std::fabs(net) <= 0.001f) return 0;
+  return ws.wavelen(1) * RadToDeg * ws.spgeom / std::cos(position / 2 / RadToDeg) / net;
+}
+
+void KeepResults(const Parameters& p) {
+  ws.sparea = p[0];
+  ws.spposition = p[1];
+  ws.spfwhmleft = p[4];
+  ws.spfwhmright = p[6];
+  ws.spfwhmmean = MeanWidth(p);
+  ws.spshapeleft = p[5];
+  ws.spshaperight = p[7];
+  ws.spshapemean = (p[5] + p[7]) / 2;
+  ws.spsize = ParticleSize(ws.spposition, ws.spfwhmmean);
+}
+
+// Puts the calculated curve at its place in slot 4; curves of earlier fits stay elsewhere.
+void CurveToRefined(const Points& piece, const std::vector<float>& calc) {
+  const float before = piece.x.front() - FirstStep() / 5;
+  int start = 0;
+  for (int i = 1; i <= ws.npts(SlotInput); ++i) {
+    const float x = ws.xval(AxisTth, SlotInput, i);
+    ws.xval(AxisTth, SlotRefined, i) = x;
+    if (x < before)
+      start = i;
+    else if (x > piece.x.back() || i - start > static_cast<int>(calc.size()))
+      break;
+    else
+      ws.yval(SlotRefined, i) = calc[i - start - 1];
+  }
+  ws.npts(SlotRefined) = ws.npts(SlotInput);
+}
+
+struct ListChange {
+  int row = 0;  // 0: the list was full
+  bool appended = false;
+};
+
+// Writes the results to the first row within the tolerance, or to a new one. The left width and
+// shape are not kept: they follow from the means and the right ones.
+ListChange UpdateList() {
+  const float tolerance = ws.sphwtol * ws.spfwhmmean;
+  ListChange change{1};
+  while (change.row <= PeakRows() &&
+         !(std::fabs(ws.peaks(ptth, change.row) - ws.spposition) <= tolerance))
+    ++change.row;
+  if (change.row > PeakRows()) {
+    if (!RoomForPeak()) return {};
+    ws.npeaks = change.row;
+    change.appended = true;
+  }
+  const float fields[] = {ws.spposition,  ws.sparea,      ws.spfwhmmean,
+                          ws.spshapemean, ws.spfwhmright, ws.spshaperight};
+  for (int field = ptth; field <= pshaper; ++field)
+    ws.peaks(field, change.row) = fields[field - ptth];
+  return change;
+}
+
+std::string LeftMeanRight(float left, float mean, float right) {
+  return WriteRecord<"(f6.3,'      ',f12.3,'      ',f16.3)">(left, mean, right);
+}
+
+// True if the user accepts.
+bool ShowResults() {
+  WDialogUndefined(0, 0, 0);
+  WDialogLoad(DialogNumber);
+  WDialogPutString(FieldPosition,
+                   WriteRecord<"(f10.3,'  deg.    /   ',f15.1)">(ws.spposition, ws.sparea));
+  WDialogPutString(FieldWidth, LeftMeanRight(ws.spfwhmleft, ws.spfwhmmean, ws.spfwhmright));
+  WDialogPutString(FieldShape, LeftMeanRight(ws.spshapeleft, ws.spshapemean, ws.spshaperight));
+  WDialogPutString(FieldSize, WriteRecord<"(f10.0)">(ws.spsize));
+  WDialogShow(-1, -1, 0, Modal);
+  const bool accepted = WInfoDialog(4) == ButtonOk;
+  WDialogUnload();
+  return accepted;
+}
+
+}  // namespace
+
+// Leaves the results, the curve in slot 4 and a row in the list. Cancel takes the row out again,
+// and with it a peak that stood there before the fit. A fit that fails changes nothing.
+void SinglePeakFit() {
+  const Points visible = CollectVisible();
+  std::vector<float> calc;
+  Parameters p;
+  Points piece;
+  bool fitted = FitPass(visible, calc, p);
+  if (fitted) {
+    piece = CutToPeak(visible, p);
+    fitted = FitPass(piece, calc, p);
+  }
+  if (!fitted) {
+    MessageBoxError("Error", "Peak fit error");
+    return;
+  }
+  KeepResults(p);
+  CurveToRefined(piece, calc);
+  const ListChange change = UpdateList();
+  ws.plotmask = PlotInput + PlotRefined + PlotPeaks;
+  RedrawView(0);
+  if (ShowResults()) {
+    ws.plotmask = PlotInput + PlotRefined + PlotResidual + PlotPeaks;
+    return;
+  }
+  if (change.row > 0) RemovePeak(change.row, pmult);
+  ws.plotmask = PlotInput;
+}
