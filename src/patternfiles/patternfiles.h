@@ -4,31 +4,39 @@
 #include <span>
 #include <string>
 
-// Makes a file the current pattern in slot 1. mode below 1: asks for the file by `filetype`; 1 to 4:
-// recentfiles(mode); above: patternpath is set already. The format comes from filetype in the first
-// case and from the extension in the others. On success resets the options and redraws.
+// ---- Opening ----------------------------------------------------------------------------------
+
+// Makes a file the current pattern in slot 1. mode below 1: asks for the file by `filetype`; 1 to
+// 4: recentfiles(mode); above: patternpath is set already. The format comes from filetype in the
+// first case and from the extension in the others. On success resets the options and redraws.
 void OpenPattern(int mode);
 
-// What the shell does around a load: keeps the recent files, enables the menus. Set once at start.
+// What the shell does when a pattern has been opened; set once at the start.
 struct OpenHooks {
-  void (*updaterecent)();
-  void (*setmenuloaded)(int flag);
+  void (*updaterecent)() = nullptr;
+  void (*setmenuloaded)(int flag) = nullptr;
 };
 void SetOpenHooks(const OpenHooks& hooks);
 
-// What a reader has to say for a format number of `filetype`.
+// Asks for an existing file of a format; blank when the user cancels.
+std::string AskForPattern(int filetype);
+
+// What there is to say of a format number of `filetype`.
 struct PatternFormat {
   int filetype;
-  const char* extension;                      // lower case, without a dot
+  const char* extension;  // lower case, without a dot
   int (*read)(int slot, const std::string& path);
-  const char* handlingerror;                  // box of Background from file
+  const char* handlingerror;  // box of Background from file
+  const char* description;
 };
 std::span<const PatternFormat> PatternFormats();
 const PatternFormat* FindFormat(int filetype);
 const PatternFormat* FindFormatByExtension(const std::string& path);
 
-// Each reads a pattern into a slot and returns 1, or shows its message and returns 0. Into slot 1 it
-// also fills the copy in slot 3, scanwave, wavelen and the information strings.
+// ---- Readers ----------------------------------------------------------------------------------
+
+// Each reads a pattern into a slot and returns 1, or shows its message and returns 0. Into slot 1
+// it also fills the copy in slot 3, scanwave, wavelen and the information strings.
 int ReadXy(int slot, const std::string& path);
 int ReadChi(int slot, const std::string& path);
 int ReadTxt(int slot, const std::string& path);
@@ -39,9 +47,12 @@ int ReadDat(int slot, const std::string& path);
 int ReadCif(int slot, const std::string& path);
 int ReadXrdml(int slot, const std::string& path);
 
+// ---- Writers ----------------------------------------------------------------------------------
+
 // Asks for a file name and writes by savecontent and saveformat, within savestart to savestop.
 void SavePattern();
-// Each writes a slot after PrepareSaveGrid and returns 1, or shows its message and returns 0.
+// Each writes a slot within the limits and on the step asked for and returns 1, or shows its
+// message and returns 0. savestep and savestop may change.
 int WriteGdf(const std::string& path, int slot);
 int WriteXy(const std::string& path, int slot);
 int WriteDat(const std::string& path, int slot);

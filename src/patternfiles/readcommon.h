@@ -1,0 +1,76 @@
+// What the pattern readers share.
+#pragma once
+
+#include <cmath>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "workspace/lines.h"
+#include "workspace/record.h"
+
+// Every reader begins with an empty slot: all counts 0, the two-theta as they are.
+void ClearCounts(int slot);
+
+// Shows a box and returns 0, a reader's result.
+int ReadFailure(const std::string& caption, const std::string& text);
+
+// Drops lines in front of the data; false if there are not so many.
+bool SkipLines(LineReader& in, int lines);
+
+// Whether a line begins with a key. A blank at the key's end must be one in the line too, and
+// behind the line's end there are blanks.
+bool HasKey(std::string_view line, std::string_view key);
+// Columns first to last of a line, counted from 1; blank where there are none.
+std::string_view Columns(std::string_view line, int first, int last = 1 << 20);
+
+// A real in a format or in free form. One that cannot be read, or that is no finite number, leaves
+// `value` as it was and gives false.
+template <FormatText F>
+bool ReadReal(std::string_view text, float& value) {
+  float read = 0;
+  if (!ReadRecord<F>(text, read) || !std::isfinite(read)) return false;
+  value = read;
+  return true;
+}
+bool ReadFree(std::string_view text, float& value);
+
+// A header line "KEY=value", the value in a field of ten columns with six implied decimals.
+struct RealKey {
+  std::string_view key;
+  float* value;
+};
+// Takes the value if the line has one of the keys.
+void ReadRealKeys(std::string_view line, std::span<const RealKey> keys);
+
+// Two-theta and intensity of a line that CleanNumberLine has rewritten.
+bool ReadPair(std::string_view line, float& x, float& y);
+
+// Reads lines of `fields` counts each into a slot until the file ends, a line begins with something
+// else than a number, or the last index has reached `limit`. Returns the last index. Where a line
+// holds fewer numbers, so do all that follow, while every line still begins `fields` points
+// further.
+int ReadCountRows(LineReader& in, int slot, const Format& format, int fields, int limit);
+
+// Two-theta of points 1 to n from the first and the step. A grid that leaves the range of numbers
+// stays at its start.
+void FillGrid(int slot, int n, float start, float step);
+
+// Sets npts to the last of n points with a count above 0, or with any but 0 where negative counts
+// are data too. False, and npts as it was, if there is none.
+bool CutAtLastPoint(int slot, int n, bool negative = false);
+
+// What every reader does for slot 1 at its end: the copy in slot 3, wavelen(2) and wavelen(3) from
+// scanwave, the sample's name and a blank remark.
+void FinishInput(const std::string& sample, bool copyx = true);
+
+// Total counting time of slot 1, as header line 8 keeps it.
+void SetExposure(float seconds);
+
+// A date "month/day..." in columns 1 to 10, taken apart. Where a slash is missing, so is what
+// follows it.
+struct SlashDate {
+  std::string month, day;  // two digits
+  std::string rest;        // from the second slash on
+};
+SlashDate SplitDate(std::string_view text);

@@ -1,0 +1,89 @@
+// The gdf format: sixteen header lines, then a whole count a line.
+//
+//   Imaging plate scan              1, 2   text
+//    7251                           3      a whole number, columns 1 to 5
+//   fluorite                        4      sample
+//   Cu anode                        5, 6   text
+//   7/15/2014 12:00:00              7      date, the month first
+//        21753                      8      counting time
+//   Gain >1.00< arbitrary           10     a value between ">" and "<"
+//        5.000                      11     first two-theta
+//      150.000                      12     last two-theta, not needed
+//        0.020                      13     step
+//        151                        17 on  counts, columns 1 to 8
+#include "patternfiles/patternfiles.h"
+#include "patternfiles/readcommon.h"
+#include "workspace/text.h"
+#include "workspace/workspace.h"
+
+namespace {
+
+constexpr int kPointLimit = 19991;
+constexpr int kHeaderLines = 16;
+
+struct Header {
+  float start = 0, stop = 0, step = 0;
+};
+
+// Behind the first ">" up to and including the first "<", which stays to mark the value's end.
+std::string MarkedValue(std::string_view line) {
+  line.remove_prefix(FindText(line, ">"));
+  return std::string(line.substr(0, FindText(line, "<")));
+}
+
+// Takes header line `number`; returns 1, or shows a message and returns 0.
+int ReadHeaderLine(const std::string& line, int number, int slot, Header& header) {
+  if (slot == SlotInput) ws.gdfhead(number) = line;
+  int unused;
+  switch (number) {
+    case 3:
+      if (ReadRecord<"(i5)">(line, unused)) return 1;
+      return ReadFailure("File Read Error", std::string(Trim(line)));
+    case 10:
+      if (slot < SlotRefined) ws.gdfhead(10) = MarkedValue(line);
+      return 1;
+    case 11:
+      if (ReadReal<"(f10.0)">(line, header.start)) return 1;
+      return ReadFailure("Error", "Error reading gdf file2");
+    case 12:
+      if (ReadReal<"(f10.0)">(line, header.stop)) return 1;
+      return ReadFailure("Error", "Error reading gdf file3");
+    case 13:
+      if (ReadReal<"(f10.0)">(line, header.step)) return 1;
+      return ReadFailure("Error", "Error reading gdf file4");
+    default:
+      return 1;
+  }
+}
+
+}  // namespace
+
+int ReadGdf(int slot, const std::string& path) {
+  ClearCounts(slot);
+  LineReader in(path);
+  if (!in.IsOpen()) return ReadFailure("Error", "Error opening gdf-file");
+  Header header;
+  std::string line;
+  for (int number = 1; number <= kHeaderLines; ++number) {
+    if (!in.Read(line)) return ReadFailure("Error", "Error reading gdf-file");
+    if (!ReadHeaderLine(line, number, slot, header)) return 0;
+  }
+  ws.wavelen(slot) = CuKalpha1;
+  ws.npts(slot) = 0;
+
+  int n = 0, count;
+  while (n < kPointLimit && in.Read(line) && ReadRecord<"(i8)">(line, count))
+    ws.yval(slot, ++n) = static_cast<float>(count);
+  FillGrid(slot, n, header.start, header.step);
+  if (n < 1) return ReadFailure("Error", "Nothing read from gdf file1");
+  if (!CutAtLastPoint(slot, n)) return ReadFailure("Error", "Nothing read from gdf file2");
+  if (slot != SlotInput) return 1;
+
+  ws.scanwave(1) = ws.scanwave(2) = CuKalpha1;
+  ws.scanwave(3) = 0;
+  const SlashDate date = SplitDate(ws.gdfhead(7));
+  ws.scandate = Field(date.day + "/" + date.month + date.rest);
+  ws.instrument = "Huber G670";
+  FinishInput(Trim(ws.gdfhead(4)).empty() ? ws.stem20 : ws.gdfhead(4));
+  return 1;
+}
