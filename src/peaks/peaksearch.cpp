@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "background/background.h"
+#include "peaks/gaussmatch.h"
 #include "peaks/peaklist.h"
 #include "peaks/peaks.h"
 #include "toolkit/toolkit.h"
@@ -13,11 +14,6 @@
 namespace {
 
 using List = std::vector<float>;  // from index 1; element 0 is not in use
-
-struct Candidate {
-  int at = 0;     // point of the lowest second difference; 0: none
-  int width = 0;  // points of the run
-};
 
 // Sum of `count` values from `first` in steps of +1 or -1.
 float Sum(const List& y, int first, int count, int step) {
@@ -87,41 +83,6 @@ std::vector<Candidate> FindRuns(const List& e, int lo, int hi) {
   return found;
 }
 
-struct Match {
-  float root = 0;    // square root of the constant below the peak; not a number if that is negative
-  float height = 0;  // above the constant
-};
-
-// Linear least-squares match of a Gaussian of FWHM c.width points, step s, on a constant to y.
-// Zeros for a candidate within one and a half widths of an end. The sums take one point more than
-// the template covers, which counts as background; behind the data lies a 0.
-Match GaussMatch(const List& y, int n, const Candidate& c, float s) {
-  const int reach = 3 * c.width / 2;
-  const int first = c.at - reach - 1, last = c.at + reach;
-  if (first < 1 || last > n) return {};
-  const float fwhm = s * static_cast<float>(c.width);
-  const int half = (last - first) / 2, count = last - first + 1;
-  const auto gauss = [&](int k) {
-    const float k2 = static_cast<float>(k * k), w2 = static_cast<float>(c.width * c.width);
-    return 0.9394372f * std::exp(-2.7725887f * k2 / w2) / fwhm;
-  };
-  List g(count);
-  g[half] = 0.9394372f / fwhm;
-  for (int k = 1; k <= half; ++k) g[half + k] = g[half - k] = gauss(k);
-
-  float sy = 0, sg = 0, sgy = 0, sgg = 0;
-  for (int t = 0; t < count; ++t) {
-    const float value = y[first + 1 + t];
-    sy += value;
-    sg += g[t];
-    sgy += g[t] * value;
-    sgg += g[t] * g[t];
-  }
-  const float points = static_cast<float>(count);
-  const float det = points * sgg - sg * sg;
-  return {std::sqrt((sy * sgg - sgy * sg) / det), (points * sgy - sy * sg) * g[half] / det};
-}
-
 // Puts the background into slot 2: a window of about one degree, or two for broad peaks.
 void SearchBackground(int n, float s) {
   int window = std::clamp(nint(1.0f / s), -MaxPoints, MaxPoints) + 1;
@@ -146,10 +107,10 @@ void OnPeakSearch() {
   if (s == 0) return;
   SearchBackground(n, s);
 
-  List x(n + 1), raw(n + 2);  // a 0 behind the data
+  List x(n + 1), raw(n + 1);
   std::copy_n(&ws.xval(AxisTth, SlotInput, 1), n, &x[1]);
   std::copy_n(&ws.yval(SlotInput, 1), n, &raw[1]);
-  List smooth(raw.begin(), raw.end() - 1);
+  List smooth = raw;
   MovingAverage(x, smooth, ws.pksmooth);
   List fall = Fall(smooth, 2);
   MovingAverage(x, fall, ws.pksmooth);
@@ -158,7 +119,7 @@ void OnPeakSearch() {
       FindRuns(Fall(fall, 3), nint(ws.pkminfwhm / s), nint(ws.pkmaxfwhm / s));
   for (int j = 1; j <= static_cast<int>(found.size()); ++j) {
     const Candidate& c = found[j - 1];
-    const Match match = GaussMatch(raw, n, c, s);
+    const GaussianMatch match = GaussMatch(raw, c, s);
     if (match.height <= 0 || match.root <= 0) continue;  // not a number passes
     // The background is read at the candidate's ordinal number, not at its point.
     const float background = ws.yval(SlotBackground, j);
