@@ -1,0 +1,82 @@
+// The background estimator at its defaults against the plain loop of the same rule, in one run.
+//
+// The counter "ratio" of BM_Envelope is how many times faster it is than the plain loop.
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <vector>
+
+#include "background/background.h"
+#include "workspace/workspace.h"
+
+namespace {
+
+constexpr int kPoints = 20000;
+
+std::vector<float> Pattern() {
+  std::vector<float> y(kPoints);
+  for (int i = 0; i < kPoints; ++i)
+    y[i] = 200 + 80 * std::sin(i * 0.0007f) + (i % 400 < 30 ? 900 : 0) + (i * 7919LL) % 53;
+  return y;
+}
+
+// For the defaults only: an odd window above 15 and below nine tenths of the pattern.
+[[gnu::noinline]] void PlainEnvelope(float* y, int n, int w) {
+  const int m = (w - 1) / 2;
+  std::vector<float> z(n + 2 * m, y[n - 1]);
+  std::fill_n(z.begin(), m, y[0]);
+  for (int cycle = 0; cycle < ws.autosubcycles; ++cycle) {
+    std::copy_n(y, n, z.begin() + m);
+    for (int i = 0; i < n; ++i) {
+      float s = 0;
+      for (int k = 0; k < w; ++k) s += z[i + k];
+      y[i] = std::min(y[i], s / static_cast<float>(w));
+    }
+  }
+  std::copy_n(y, n, z.begin() + m);
+  for (int i = 0; i < n; ++i) {
+    float s = 0;
+    for (int k = -7; k <= 7; ++k) s += z[m + i + k];
+    y[i] = s / 15;
+  }
+}
+
+template <class Routine>
+double BestTime(Routine routine, int rounds) {
+  double best = 1e9;
+  for (int r = 0; r < rounds; ++r) {
+    std::vector<float> y = Pattern();
+    const auto start = std::chrono::steady_clock::now();
+    routine(y.data(), kPoints, ws.autosubwindow);
+    const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
+    best = std::min(best, took.count());
+    benchmark::DoNotOptimize(y.data());
+  }
+  return best;
+}
+
+template <class Routine>
+void Time(benchmark::State& state, Routine routine) {
+  for (auto _ : state) {
+    state.PauseTiming();
+    std::vector<float> y = Pattern();
+    state.ResumeTiming();
+    routine(y.data(), kPoints, ws.autosubwindow);
+  }
+}
+
+void BM_PlainEnvelope(benchmark::State& state) { Time(state, PlainEnvelope); }
+
+void BM_Envelope(benchmark::State& state) {
+  Time(state, BackgroundEnvelope);
+  state.counters["ratio"] = BestTime(PlainEnvelope, 5) / BestTime(BackgroundEnvelope, 20);
+}
+
+BENCHMARK(BM_PlainEnvelope)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_Envelope)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+
+BENCHMARK_MAIN();
