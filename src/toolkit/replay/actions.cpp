@@ -1,0 +1,288 @@
+// What each line of a transcript does.
+#include "toolkit/replay/actions.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+
+#include "toolkit/common.h"
+#include "toolkit/replay/transcript.h"
+
+namespace replay {
+namespace {
+
+using Words = std::vector<Word>;
+
+// A whole number, or 0 for anything else: no menu item, control or field has that number.
+int Number(const Word& word) {
+  int number = 0;
+  const char* end = word.text.data() + word.text.size();
+  if (word.quoted || std::from_chars(word.text.data(), end, number).ptr != end) return 0;
+  return number;
+}
+
+float Coordinate(const Word& word) {
+  float value = 0;
+  const char* end = word.text.data() + word.text.size();
+  const auto result = std::from_chars(word.text.data(), end, value);
+  if (result.ptr != end || result.ec != std::errc() || !std::isfinite(value))
+    Fail("\"" + word.text + "\" is not a number");
+  return value;
+}
+
+template <std::size_t N>
+int OneOf(const Word& word, const std::pair<const char*, int> (&known)[N]) {
+  for (const auto& [name, value] : known)
+    if (word.text == name) return value;
+  Fail("\"" + word.text + "\" is not known here");
+}
+
+// ---- Menu ----
+
+const MenuItem* ItemById(int id) {
+  const auto& items = MenuItems();
+  const auto found = std::ranges::find(items, id, [](const MenuItem& item) { return item.row.id; });
+  return found == items.end() ? nullptr : &*found;
+}
+
+// Texts given by the program, such as file names, stand as they are.
+std::string ItemText(const MenuItem& item) {
+  return item.text == item.row.text ? Shown(item.text) : item.text;
+}
+
+// "Peak search/Auto peak search"
+std::string ItemPath(const MenuItem& item) {
+  const MenuItem* parent = ItemById(item.row.parent);
+  return (parent ? ItemPath(*parent) + "/" : "") + ItemText(item);
+}
+
+const MenuItem& ItemOf(const Word& word) {
+  if (const MenuItem* item = ItemById(Number(word))) return *item;
+  for (const MenuItem& item : MenuItems())
+    if (ItemPath(item) == word.text) return item;
+  Fail("no menu item " + word.text);
+}
+
+bool Reachable(const MenuItem& item) {
+  const MenuItem* parent = ItemById(item.row.parent);
+  return item.enabled && (!parent || Reachable(*parent));
+}
+
+void PickMenu(Situation& now, const Words& words) {
+  const MenuItem& item = ItemOf(words[1]);
+  if (item.row.popup) Fail("menu " + ItemPath(item) + " is not an item");
+  if (!Reachable(item)) Fail("menu item " + ItemPath(item) + " is disabled");
+  PostMessage({.type = MessageMenu, .value1 = item.row.id, .window = RootWindow});
+  now.done = true;
+}
+
+void PrintItem(Situation&, const Words& words) {
+  const MenuItem& item = ItemOf(words[1]);
+  Emit({"item", std::to_string(item.row.id), ItemText(item), Reachable(item) ? "1" : "0",
+        item.checked ? "1" : "0"});
+}
+
+// ---- Keys and mouse ----
+
+void PressKey(Situation& now, const Words& words) {
+  static constexpr std::pair<const char*, int> keys[] = {
+      {"left", KeyLeft}, {"right", KeyRight}, {"up", KeyUp}, {"down", KeyDown}};
+  PostMessage({.type = MessageKey, .value1 = OneOf(words[1], keys), .window = RootWindow});
+  now.done = true;
+}
+
+Message MouseMessage(int button, const Word& x, const Word& y) {
+  float px = Coordinate(x), py = Coordinate(y);
+  if (Hooks().tounits) std::tie(px, py) = Hooks().tounits(px, py);
+  if (!std::isfinite(px) || !std::isfinite(py)) Fail("there is no plot");
+  return {.type = MessageMouseDown, .value1 = button, .x = px, .y = py, .window = RootWindow};
+}
+
+// Moves to the start, presses, and leaves the release to whoever asks for it.
+void PressMouse(Situation& now, const Message& down, Message up) {
+  Message move = down;
+  move.type = MessageMouseMove;
+  move.value1 = 0;
+  PostMessage(move);
+  PostMessage(down);
+  up.type = MessageMouseUp;
+  PendingRelease() = {true, up};
+  now.done = true;
+}
+
+void ClickMouse(Situation& now, const Words& words) {
+  static constexpr std::pair<const char*, int> buttons[] = {{"left", MouseLeft},
+                                                            {"right", MouseRight}};
+  const Message down = MouseMessage(OneOf(words[1], buttons), words[2], words[3]);
+  PressMouse(now, down, down);
+}
+
+void DragMouse(Situation& now, const Words& words) {
+  PressMouse(now, MouseMessage(MouseLeft, words[1], words[2]),
+             MouseMessage(MouseLeft, words[3], words[4]));
+}
+
+// ---- Dialogs ----
+
+// Index of the control that a word names by number or label.
+int ControlIndex(const DialogState& dialog, const Word& word, bool button) {
+  const int n = static_cast<int>(dialog.fields.size()), id = Number(word);
+  for (int i = 0; i < n; ++i) {
+    const Control& control = dialog.resource->controls[i];
+    if ((control.kind == ControlKind::Button) != button) continue;
+    if (id ? control.id == id : Shown(control.label) == Shown(word.text)) return i;
+  }
+  Fail((button ? "no button " : "no field ") + word.text);
+}
+
+int UsableControl(const DialogState& dialog, const Word& word, bool button) {
+  const int index = ControlIndex(dialog, word, button);
+  const FieldState& field = dialog.fields[index];
+  if (!field.enabled || !field.visible) Fail(word.text + " is disabled");
+  return index;
+}
+
+void SetField(Situation& now, const Words& words) {
+  DialogState& dialog = *now.dialog;
+  const int index = UsableControl(dialog, words[1], false);
+  const std::string before = dialog.fields[index].text, &text = words[2].text;
+  const std::string complaint = DialogEnter(dialog, index, text);
+  const bool entry = dialog.resource->controls[index].kind != ControlKind::Text;
+  if (!complaint.empty() && (!entry || DialogRefuses(dialog, index, text))) Fail(complaint);
+  if (dialog.fields[index].text == before) return;
+  const int id = dialog.resource->controls[index].id;
+  if (now.changed && *now.changed) (*now.changed)(id);
+  if (now.place != Place::Beside) return;
+  PostMessage({.type = MessageFieldChanged, .value1 = id, .window = RootWindow});
+  now.done = true;
+}
+
+void PressQueryButton(Situation& now, const Word& word) {
+  const int id = Number(word);
+  if (id != ButtonOk && id != ButtonCancel && word.text != "OK" && word.text != "Cancel")
+    Fail("no button " + word.text);
+  now.accepted = id == ButtonOk || word.text == "OK";
+  now.done = true;
+}
+
+void PressButton(Situation& now, const Words& words) {
+  if (now.place == Place::Query) return PressQueryButton(now, words[1]);
+  DialogState& dialog = *now.dialog;
+  const int index = UsableControl(dialog, words[1], true);
+  const int id = dialog.resource->controls[index].id;
+  if (const int wrong = DialogPress(dialog, id); wrong >= 0)
+    Fail(DialogComplaint(dialog, wrong, dialog.fields[wrong].text));
+  if (now.place == Place::Beside)
+    PostMessage({.type = MessageButton, .value1 = id, .window = RootWindow});
+  now.done = true;
+}
+
+// ---- Files and fields ----
+
+void OpenPattern(Situation& now, const Words& words) {
+  PostFileDropped(IOsFullPath(words[1].text));
+  now.done = true;
+}
+
+void AnswerSelector(Situation& now, const Words& words) {
+  if (words.size() > 1) now.path = IOsFullPath(words[1].text);
+  now.done = true;
+}
+
+void PrintField(Situation&, const Words& words) {
+  const std::string& name = words[1].text;
+  const auto values = Hooks().field ? Hooks().field(name) : std::nullopt;
+  if (!values) Fail("no field " + name);
+  std::vector<std::string> event{"value", name};
+  for (std::size_t begin = 0; begin <= values->size();) {
+    const std::size_t end = std::min(values->find('\t', begin), values->size());
+    event.push_back(values->substr(begin, end - begin));
+    begin = end + 1;
+  }
+  Emit(event);
+}
+
+void WritePlot(Situation&, const Words& words) {
+  const std::string path = IOsFullPath(words[1].text);
+  if (!SaveScreen(path)) Fail("cannot write " + path);
+}
+
+// ---- The table of lines ----
+
+constexpr unsigned In(Place place) { return 1u << static_cast<unsigned>(place); }
+constexpr unsigned InWindow = In(Place::Window);
+constexpr unsigned InDialog = In(Place::Beside) | In(Place::Modal);
+constexpr unsigned Anywhere = ~0u;
+
+struct Action {
+  const char* name;
+  std::size_t fewest, most;  // words behind the name
+  unsigned places;
+  const char* missing;  // what a place lacks where the line cannot be done
+  void (*run)(Situation&, const Words&);
+};
+
+constexpr Action Actions[] = {
+    {"open", 1, 1, InWindow, "", OpenPattern},
+    {"menu", 1, 1, InWindow, "", PickMenu},
+    {"key", 1, 1, InWindow | In(Place::Beside), "", PressKey},
+    {"mouse", 3, 3, InWindow | In(Place::Beside), "", ClickMouse},
+    {"drag", 4, 4, InWindow | In(Place::Beside), "", DragMouse},
+    {"set", 2, 2, InDialog, "no dialog is on show", SetField},
+    {"press", 1, 1, InDialog | In(Place::Query), "no dialog is on show", PressButton},
+    {"file", 0, 1, In(Place::Selector), "no file selector is on show", AnswerSelector},
+    {"get", 1, 1, Anywhere, "", PrintField},
+    {"item", 1, 1, Anywhere, "", PrintItem},
+    {"plot", 1, 1, Anywhere, "", WritePlot},
+};
+
+// What stands in the way: "dialog 108".
+std::string OnShow(const Situation& now) {
+  if (now.dialog) return "dialog " + std::to_string(now.dialog->resource->number);
+  if (now.place == Place::Query) return "a query box";
+  return now.place == Place::Selector ? "a file selector" : "the window";
+}
+
+void RunLine(Situation& now, const Words& words) {
+  const std::string& name = words[0].text;
+  const auto action =
+      std::ranges::find_if(Actions, [&](const Action& a) { return name == a.name; });
+  if (action == std::end(Actions)) Fail("unknown line " + name);
+  if (!(action->places & In(now.place)))
+    Fail(now.place == Place::Window ? action->missing
+                                    : name + " cannot be done while " + OnShow(now) + " is open");
+  const std::size_t count = words.size() - 1;
+  if (count < action->fewest || count > action->most)
+    Fail(name + (count < action->fewest ? " needs more words" : " has too many words"));
+  action->run(now, words);
+}
+
+}  // namespace
+
+Release& PendingRelease() {
+  static Release release;
+  return release;
+}
+
+std::string Shown(const std::string& text) {
+  std::string out;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (text[i] == '&' && i + 1 < text.size()) ++i;
+    out += text[i];
+  }
+  return out;
+}
+
+bool Perform(Situation& situation) {
+  Words words;
+  while (!situation.done) {
+    if (!NextLine(words)) {
+      if (situation.place != Place::Window) Fail(OnShow(situation) + " is still open at the end");
+      return false;
+    }
+    RunLine(situation, words);
+  }
+  return true;
+}
+
+}  // namespace replay

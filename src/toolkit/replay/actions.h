@@ -1,0 +1,37 @@
+// The lines of a transcript, done one after the other.
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "toolkit/frontend.h"
+
+namespace replay {
+
+// What stands in front of the user and takes the lines.
+enum class Place { Window, Beside, Modal, Query, Selector };
+
+struct Situation {
+  Place place = Place::Window;
+  DialogState* dialog = nullptr;  // of Beside and Modal
+  const std::function<void(int)>* changed = nullptr;
+  bool done = false;      // what the situation waits for has come
+  bool accepted = false;  // answer to a query
+  std::string path;       // answer to a selector
+};
+
+// Does lines until the situation is done. Fails at the end of the transcript, except in the window.
+// False if the transcript has ended.
+bool Perform(Situation& situation);
+
+// End of the mouse movement of the last press of a button, in user units.
+struct Release {
+  bool pending = false;
+  Message message;
+};
+Release& PendingRelease();
+
+// A text as shown, without the marks in front of mnemonics.
+std::string Shown(const std::string& text);
+
+}  // namespace replay

@@ -1,0 +1,194 @@
+// The front end of transcripts: a window that is only written about.
+#include <spawn.h>
+
+#include <algorithm>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <string_view>
+
+#include "toolkit/common.h"
+#include "toolkit/replay/actions.h"
+#include "toolkit/replay/image.h"
+#include "toolkit/replay/transcript.h"
+
+extern char** environ;
+
+using replay::Emit;
+using replay::Perform;
+using replay::Place;
+using replay::Situation;
+
+namespace {
+
+constexpr const char* Usage =
+    "Usage: quillagram-replay [--run-commands] [FILE]\n"
+    "Does what the lines of FILE (or of standard input) say and prints what a user would see.\n"
+    "  --run-commands  start child processes instead of only naming them\n"
+    "  --help          show this text\n"
+    "  --version       show the version\n";
+
+bool runcommands = false;
+int windowwidth = 1536, windowheight = 864;
+std::vector<DialogState*> beside;  // dialogs that stand beside the plot, the last one in front
+bool closed = false;               // the window has been asked to close
+std::string printfile;
+
+[[noreturn]] void Leave(std::FILE* stream, const char* text, int status) {
+  std::fputs(text, stream);
+  std::exit(status);
+}
+
+// "1" for a control that takes input.
+std::string Usable(const FieldState& field) { return field.enabled && field.visible ? "1" : "0"; }
+
+void EmitDialog(const DialogState& dialog) {
+  const DialogResource& resource = *dialog.resource;
+  Emit({"dialog", std::to_string(resource.number), resource.caption});
+  for (std::size_t i = 0; i < dialog.fields.size(); ++i) {
+    const Control& control = resource.controls[i];
+    const FieldState& field = dialog.fields[i];
+    Emit({"field", std::to_string(control.id), replay::Shown(control.label), field.text,
+          Usable(field)});
+  }
+}
+
+// A command as a user would type it.
+std::string CommandText(const std::vector<std::string>& words) {
+  std::string text;
+  for (const std::string& word : words) {
+    const bool quoted = word.empty() || word.find_first_of(" \t") != std::string::npos;
+    text += (text.empty() ? "" : " ") + (quoted ? "\"" + word + "\"" : word);
+  }
+  return text;
+}
+
+}  // namespace
+
+namespace frontend {
+
+void Initialise(int& argc, char** argv) {
+  std::string transcript;
+  int files = 0;
+  for (int i = 1; i < argc; ++i) {
+    const std::string_view word = argv[i];
+    if (word == "--help") Leave(stdout, Usage, 0);
+    if (word == "--version") Leave(stdout, "quillagram-replay 1.0\n", 0);
+    if (word == "--run-commands")
+      runcommands = true;
+    else if (word.starts_with("--") || ++files > 1)
+      Leave(stderr, Usage, 2);
+    else
+      transcript = word;
+  }
+  argc = std::min(argc, 1);
+  if (runcommands) std::signal(SIGCHLD, SIG_IGN);  // children end by themselves
+  if (!replay::OpenTranscript(transcript == "-" ? "" : transcript))
+    replay::Fail("cannot read " + transcript);
+}
+
+void ScreenSize(int& width, int& height) {
+  width = 1920;
+  height = 1080;
+}
+
+void OpenWindow(int, int, int width, int height, const std::string&) {
+  windowwidth = width;
+  windowheight = height;
+}
+
+// What follows is seen only on a real window.
+void SetTitle(const std::string&) {}
+int OpenChildWindow(int, int, const std::string&) { return RootWindow + 1; }
+void CloseWindow(int) {}
+void SetStatusParts(const std::vector<int>&) {}
+void MenuChanged(int) {}
+void KeepAlive() {}
+void SetBusy(bool) {}
+void SetCursor(int) {}
+void Repaint() {}
+void DialogChanged(DialogState&, int) {}
+
+void SetStatus(int part, const std::string& text) { Emit({"status", std::to_string(part), text}); }
+
+void WaitEvent() {
+  if (replay::Release& release = replay::PendingRelease(); release.pending) {
+    release.pending = false;
+    return PostMessage(release.message);
+  }
+  Situation now;
+  if (!beside.empty()) now = {.place = Place::Beside, .dialog = beside.back()};
+  if (Perform(now)) {
+    closed = false;
+    return;
+  }
+  if (closed) replay::Fail("the window does not close");
+  closed = true;
+  PostMessage({.type = MessageClose, .window = RootWindow});
+}
+
+bool ShowBox(BoxKind kind, const std::string& caption, const std::string& text) {
+  Emit({kind == BoxKind::Query ? "query" : "box", caption, text});
+  if (kind != BoxKind::Query) return true;
+  Situation now{.place = Place::Query};
+  Perform(now);
+  return now.accepted;
+}
+
+std::string SelectFile(const std::string& filter, int, const std::string& name,
+                       const std::string& title, const std::string&) {
+  Emit({"select", title, filter, name});
+  Situation now{.place = Place::Selector};
+  Perform(now);
+  return now.path;
+}
+
+void ShowDialog(DialogState& dialog, const std::function<void(int)>& changed) {
+  EmitDialog(dialog);
+  if (!dialog.modal) return beside.push_back(&dialog);
+  Situation now{.place = Place::Modal, .dialog = &dialog, .changed = &changed};
+  Perform(now);
+}
+
+void HideDialog(DialogState& dialog) { std::erase(beside, &dialog); }
+
+void AreaPixels(int& width, int& height) {
+  width = windowwidth;
+  height = windowheight;
+}
+
+int RubberBand(float, float, float& endx, float& endy) {
+  replay::Release& release = replay::PendingRelease();
+  release.pending = false;
+  endx = release.message.x;
+  endy = release.message.y;
+  return MessageMouseUp;
+}
+
+bool PrintDialog(const std::string& job) {
+  printfile = (job.empty() ? "job" : job) + ".pdf";
+  WSelectFile("PDF file|*.pdf|", FileSave, printfile, "Print to file");
+  return !printfile.empty();
+}
+
+bool Print(const DisplayList& list, const std::string& job) {
+  constexpr float a4width = 210 * PointsPerMillimetre, a4height = 297 * PointsPerMillimetre;
+  return WritePdf(list, printfile, job, PaperWidth * PointsPerMillimetre,
+                  PaperHeight * PointsPerMillimetre, a4width, a4height);
+}
+
+bool SaveImage(const DisplayList& list, const std::string& path) {
+  return replay::WriteImage(list, path, windowwidth, windowheight);
+}
+
+bool StartProcess(const std::vector<std::string>& words) {
+  Emit({"command", CommandText(words)});
+  if (!runcommands) return true;
+  std::vector<char*> arguments;
+  for (const std::string& word : words) arguments.push_back(const_cast<char*>(word.c_str()));
+  arguments.push_back(nullptr);
+  pid_t child = 0;
+  return posix_spawnp(&child, arguments[0], nullptr, nullptr, arguments.data(), environ) == 0;
+}
+
+}  // namespace frontend

@@ -1,0 +1,137 @@
+#include "support/support.h"
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <sstream>
+#include <stdexcept>
+#include <utility>
+
+#include "shell/shell.h"
+#include "toolkit/replay/transcript.h"
+#include "toolkit/toolkit.h"
+#include "workspace/workspace.h"
+
+extern char** environ;
+
+namespace {
+
+std::vector<std::string> events;
+
+std::vector<std::string> LinesOf(const std::string& text) {
+  std::vector<std::string> lines;
+  std::istringstream stream(text);
+  for (std::string line; std::getline(stream, line);) lines.push_back(line);
+  return lines;
+}
+
+// Words as a null-terminated list of pointers to them.
+std::vector<char*> Pointers(std::vector<std::string>& words) {
+  std::vector<char*> pointers;
+  for (std::string& word : words) pointers.push_back(word.data());
+  pointers.push_back(nullptr);
+  return pointers;
+}
+
+// The environment with another place for the configuration file.
+std::vector<std::string> EnvironmentWithHome(const std::string& home) {
+  std::vector<std::string> words{"QUILLAGRAM_HOME=" + home};
+  for (char** word = environ; *word; ++word)
+    if (std::string(*word).find("QUILLAGRAM_HOME=") != 0) words.push_back(*word);
+  return words;
+}
+
+// Brings the toolkit of this process up once, with events kept for Events().
+void StartToolkit() {
+  static const bool started = [] {
+    replay::Redirect([](const std::string& event) { events.push_back(event); },
+                     [] { throw std::runtime_error("transcript: " + events.back()); });
+    static char name[] = "test";
+    static char* arguments[] = {name, nullptr};
+    WInitialise(1, arguments);
+    replay::NoInput();
+    return true;
+  }();
+  static_cast<void>(started);
+}
+
+}  // namespace
+
+TempDir::TempDir() {
+  std::string pattern = (std::filesystem::temp_directory_path() / "quillagram-XXXXXX").string();
+  if (!mkdtemp(pattern.data())) throw std::runtime_error("no temporary directory");
+  path_ = pattern;
+}
+
+TempDir::~TempDir() {
+  std::error_code failed;
+  std::filesystem::remove_all(path_, failed);
+}
+
+void WriteFile(const std::string& path, const std::string& content) {
+  std::ofstream(path, std::ios::binary) << content;
+}
+
+std::string ReadFile(const std::string& path) {
+  std::ostringstream content;
+  content << std::ifstream(path, std::ios::binary).rdbuf();
+  return content.str();
+}
+
+ReplayRun RunReplay(const std::string& transcript, const std::string& workdir,
+                    const std::vector<std::string>& options) {
+  const TempDir home;
+  const std::string input = home.file("transcript"), output = home.file("output");
+  WriteFile(input, transcript);
+
+  std::vector<std::string> words{QUILLAGRAM_REPLAY};
+  words.insert(words.end(), options.begin(), options.end());
+  words.push_back(input);
+  std::vector<std::string> environment = EnvironmentWithHome(home.path() + "/");
+
+  posix_spawn_file_actions_t actions;
+  posix_spawn_file_actions_init(&actions);
+  posix_spawn_file_actions_addchdir_np(&actions, workdir.c_str());
+  posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, output.c_str(), O_WRONLY | O_CREAT,
+                                   0600);
+  pid_t child = 0;
+  const int failed = posix_spawn(&child, words[0].c_str(), &actions, nullptr,
+                                 Pointers(words).data(), Pointers(environment).data());
+  posix_spawn_file_actions_destroy(&actions);
+  ReplayRun run;
+  int status = 0;
+  if (failed || waitpid(child, &status, 0) != child) return run;
+  if (WIFEXITED(status)) run.status = WEXITSTATUS(status);
+  run.lines = LinesOf(ReadFile(output));
+  return run;
+}
+
+void Answer(const std::string& transcriptlines) {
+  StartToolkit();
+  replay::FeedLines(transcriptlines);
+}
+
+std::vector<std::string> Events() { return std::exchange(events, {}); }
+
+void FreshWorkspace() {
+  StartToolkit();
+  RegisterResources();
+  SetApplicationHooks({FieldText, PlotPosition});
+  WindowOpen(20, 20, 1536, 864, MainMenu, "Quillagram");
+  IGrInit("");
+  IGrArea(0, 0, 1, 1);
+  IGrUnits(0, 0, 1000, 1000);
+  IGrAreaClear();
+  ws = *std::make_unique<Workspace>();
+  ResetWorkspace();
+  ClearPeakFit();
+  SetMenuLoaded(0);
+  ws.plotmask = 0;
+  events.clear();
+}

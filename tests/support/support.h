@@ -1,0 +1,42 @@
+// What tests share: temporary directories, transcripts in a process of their own and in this one.
+#pragma once
+
+#include <string>
+#include <vector>
+
+// A directory of its own that goes away with the object.
+class TempDir {
+ public:
+  TempDir();
+  ~TempDir();
+  TempDir(const TempDir&) = delete;
+  TempDir& operator=(const TempDir&) = delete;
+  const std::string& path() const { return path_; }
+  // Path of a file in it.
+  std::string file(const std::string& name) const { return path_ + "/" + name; }
+
+ private:
+  std::string path_;
+};
+
+void WriteFile(const std::string& path, const std::string& content);
+// Content of a file, empty if it cannot be read.
+std::string ReadFile(const std::string& path);
+
+struct ReplayRun {
+  int status = -1;                 // exit status, -1 if a signal ended it
+  std::vector<std::string> lines;  // of the standard output
+};
+
+// Runs a transcript in the replay program, in `workdir`, with a configuration file of its own.
+// `options` stand in front of the transcript's file.
+ReplayRun RunReplay(const std::string& transcript, const std::string& workdir,
+                    const std::vector<std::string>& options = {});
+
+// In this process: queues lines that answer the boxes, selectors and dialogs to come. A line that
+// cannot be done, and a wait without a line, throw std::runtime_error.
+void Answer(const std::string& transcriptlines);
+// The events since the last call, as lines: "box\tError\tnstep = 0".
+std::vector<std::string> Events();
+// The Workspace as at the start of the program, menu and dialogs registered, an empty plot.
+void FreshWorkspace();
