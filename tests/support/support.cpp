@@ -121,6 +121,7 @@ std::vector<std::string> Events() { return std::exchange(events, {}); }
 
 void FreshWorkspace() {
   StartToolkit();
+  replay::NoInput();
   RegisterResources();
   SetApplicationHooks({FieldText, PlotPosition});
   WindowOpen(20, 20, 1536, 864, MainMenu, "Quillagram");

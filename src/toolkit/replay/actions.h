@@ -17,7 +17,7 @@ struct Situation {
   const std::function<void(int)>* changed = nullptr;
   bool done = false;      // what the situation waits for has come
   bool accepted = false;  // answer to a query
-  std::string path;       // answer to a selector
+  std::string path{};     // answer to a selector
 };
 
 // Does lines until the situation is done. Fails at the end of the transcript, except in the window.

@@ -97,6 +97,7 @@ bool OpenTranscript(const std::string& path) {
 
 void NoInput() {
   input = nullptr;
+  fed.clear();
   linenumber = 0;
 }
 

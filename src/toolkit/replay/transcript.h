@@ -16,7 +16,7 @@ struct Word {
 bool OpenTranscript(const std::string& path);
 // Puts lines at the end of those that wait; they come before those of a file.
 void FeedLines(const std::string& lines);
-// Takes no lines but those that are fed.
+// Takes no lines but those that will be fed; forgets those that wait.
 void NoInput();
 // The words of the next line that has any; false at the end of the transcript.
 bool NextLine(std::vector<Word>& words);
