@@ -1,0 +1,91 @@
+// The background taken off the pattern: the present one, or one made by the estimator.
+#include <algorithm>
+#include <string>
+
+#include "background/background.h"
+#include "background/curve.h"
+#include "plot/plot.h"
+#include "toolkit/toolkit.h"
+#include "workspace/text.h"
+#include "workspace/workspace.h"
+
+namespace {
+
+enum Scaling { ScaleMinimum = 1, ScaleDeviation, ScaleInterval };
+
+// Slots 3 to `lastslot` take the two-theta of slot 2, and pattern minus background.
+void StoreDifference(int lastslot) {
+  for (int slot = SlotNet; slot <= lastslot; ++slot) {
+    for (int i = 1; i <= ws.npts(SlotBackground); ++i) {
+      ws.xval(AxisTth, slot, i) = ws.xval(AxisTth, SlotBackground, i);
+      ws.yval(slot, i) = ws.yval(SlotInput, i) - ws.yval(SlotBackground, i);
+    }
+    ws.npts(slot) = ws.npts(SlotBackground);
+  }
+}
+
+// Asks on the plot of both curves. Either way the next view has one curve.
+void SubtractIfWanted(const std::string& caption, const std::string& question) {
+  RedrawView(0);
+  if (MessageBoxQuery(caption, question) == 1) {
+    StoreDifference(SlotRefined);
+    ws.plotmask = PlotNet;
+  } else {
+    ws.plotmask = PlotInput;
+  }
+}
+
+// Percentage of the pattern's counts that are background.
+float BackgroundPercentage() {
+  float pattern = 0, background = 0;
+  for (int i = 1; i <= ws.npts(SlotBackground); ++i) {
+    pattern += ws.yval(SlotInput, i);
+    background += ws.yval(SlotBackground, i);
+  }
+  return pattern > 0 ? 100.0f * background / pattern : 100.0f;
+}
+
+// Factor that fits the estimate to the pattern by `autosubscale`. Only points with an estimate
+// above 0 count; without any, "Minimum" keeps the value it starts from.
+float EstimateScale() {
+  const float tolerance = 1.0f + ws.autosubdev / 100.0f;
+  float lowest = 1.0e30f, pattern = 0, background = 0;
+  for (int i = 1; i <= ws.npts(SlotInput); ++i) {
+    const float y = ws.yval(SlotInput, i), b = ws.yval(SlotBackground, i);
+    const float tth = ws.xval(AxisTth, SlotInput, i);
+    if (!(b > 0)) continue;
+    lowest = std::min(lowest, y / b);
+    const bool counts = ws.autosubscale == ScaleDeviation
+                            ? y / b <= tolerance
+                            : tth >= ws.fullstart && tth <= ws.fullstop;
+    if (!counts) continue;
+    pattern += y;
+    background += b;
+  }
+  return ws.autosubscale == ScaleMinimum ? lowest : ScaleOfSums(pattern, background);
+}
+
+}  // namespace
+
+void SubtractBackground() {
+  SubtractIfWanted(
+      "Background Subtraction",
+      "Background =" + LeftAlign(RealField(BackgroundPercentage(), 8, 2)) + "%. Subtract?");
+}
+
+void Autosubtract() {
+  const int n = ws.npts(SlotInput);
+  float* background = ws.yval.row(SlotBackground).data();
+  std::copy_n(ws.yval.row(SlotInput).begin(), n, background);
+  BackgroundEnvelope(background, n, ws.autosubwindow);
+  PutBackgroundOnInputGrid();
+  const float scale = EstimateScale();
+  MultiplyBackground(scale);
+  if (ws.batchmode == 1) {
+    StoreDifference(SlotNet);
+    return;
+  }
+  ws.plotmask = PlotInput + PlotBackground;
+  SubtractIfWanted("Background subtraction",
+                   "scale = " + LeftAlign(RealField(scale, 9, 5)) + ".  Subtract now?");
+}
