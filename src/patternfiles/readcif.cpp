@@ -25,7 +25,7 @@ constexpr std::string_view kDataKey = "  _pd_meas_intensity_total";
 
 bool ReadValue(std::string_view line, std::string_view key, float& value) {
   return HasKey(line, key) &&
-         ReadReal<"(f15.6)">(Columns(line, static_cast<int>(key.size()) + 1), value);
+         ReadRecord<"(f15.6)">(Columns(line, static_cast<int>(key.size()) + 1), value);
 }
 
 int ReadData(LineReader& in, int slot) {
@@ -35,7 +35,7 @@ int ReadData(LineReader& in, int slot) {
   while (n < kPointLimit && in.Read(line, kWidth)) {
     if (line.starts_with('_') || line.starts_with('#')) break;
     float y;
-    if (!ReadReal<"(f20.0)">(line, y)) break;
+    if (!ReadRecord<"(f20.0)">(line, y)) break;
     ws.yval(slot, ++n) = y;
   }
   return n;

@@ -34,23 +34,12 @@ std::string_view Columns(std::string_view line, int first, int last) {
   return line.substr(first - 1, last - first + 1);
 }
 
-bool ReadFree(std::string_view text, float& value) {
-  float read = 0;
-  if (!ReadFreeReal(text, read) || !std::isfinite(read)) return false;
-  value = read;
-  return true;
-}
-
 void ReadRealKeys(std::string_view line, std::span<const RealKey> keys) {
   for (const RealKey& row : keys) {
     if (!HasKey(line, row.key)) continue;
-    ReadReal<"(f10.6)">(Columns(line, static_cast<int>(row.key.size()) + 1), *row.value);
+    ReadRecord<"(f10.6)">(Columns(line, static_cast<int>(row.key.size()) + 1), *row.value);
     return;
   }
-}
-
-bool ReadPair(std::string_view line, float& x, float& y) {
-  return ReadRecord<"(2f15.0)">(line, x, y) && std::isfinite(x) && std::isfinite(y);
 }
 
 int ReadCountRows(LineReader& in, int slot, const Format& format, int fields, int limit) {
@@ -62,14 +51,8 @@ int ReadCountRows(LineReader& in, int slot, const Format& format, int fields, in
   int last = 0;
   for (int first = 1; last < limit && in.Read(line, kWidth); first += fields) {
     for (int k = 0; k < perline; ++k) targets[k] = counts + first - 1 + k;
-    int read = ReadValues(line, format, {targets.data(), static_cast<std::size_t>(perline)});
-    for (int k = 0; k < read; ++k) {
-      if (std::isfinite(counts[first - 1 + k])) continue;
-      counts[first - 1 + k] = 0;
-      read = k;
-    }
-    if (read == 0) break;
-    perline = read;
+    perline = ReadValues(line, format, {targets.data(), static_cast<std::size_t>(perline)});
+    if (perline == 0) break;
     last = first + perline - 1;
   }
   return last;

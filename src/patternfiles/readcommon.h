@@ -1,7 +1,6 @@
 // What the pattern readers share.
 #pragma once
 
-#include <cmath>
 #include <span>
 #include <string>
 #include <string_view>
@@ -24,27 +23,13 @@ bool HasKey(std::string_view line, std::string_view key);
 // Columns first to last of a line, counted from 1; blank where there are none.
 std::string_view Columns(std::string_view line, int first, int last = 1 << 20);
 
-// A real in a format or in free form. One that cannot be read, or that is no finite number, leaves
-// `value` as it was and gives false.
-template <FormatText F>
-bool ReadReal(std::string_view text, float& value) {
-  float read = 0;
-  if (!ReadRecord<F>(text, read) || !std::isfinite(read)) return false;
-  value = read;
-  return true;
-}
-bool ReadFree(std::string_view text, float& value);
-
 // A header line "KEY=value", the value in a field of ten columns with six implied decimals.
 struct RealKey {
   std::string_view key;
   float* value;
 };
-// Takes the value if the line has one of the keys.
+// Takes the value if the line has one of the keys; what is no number leaves it as it was.
 void ReadRealKeys(std::string_view line, std::span<const RealKey> keys);
-
-// Two-theta and intensity of a line that CleanNumberLine has rewritten.
-bool ReadPair(std::string_view line, float& x, float& y);
 
 // Reads lines of `fields` counts each into a slot until the file ends, a line begins with something
 // else than a number, or the last index has reached `limit`. Returns the last index. Where a line

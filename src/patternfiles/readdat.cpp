@@ -7,8 +7,6 @@
 // The first line may also be parted by commas: 10.0000,0.0200,80.0000
 #include "patternfiles/patternfiles.h"
 
-#include <cmath>
-
 #include "patternfiles/readcommon.h"
 #include "workspace/workspace.h"
 
@@ -19,9 +17,7 @@ constexpr int kFields = 10;
 constexpr int kLastLimit = 19990;
 
 bool ReadGrid(std::string_view line, float& start, float& step) {
-  if (!ReadRecord<"(2f8.0)">(line, start, step) && !ReadRecord<"(2f10.0)">(line, start, step))
-    return false;
-  return std::isfinite(start) && std::isfinite(step);
+  return ReadRecord<"(2f8.0)">(line, start, step) || ReadRecord<"(2f10.0)">(line, start, step);
 }
 
 }  // namespace

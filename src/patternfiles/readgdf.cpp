@@ -43,13 +43,13 @@ int ReadHeaderLine(const std::string& line, int number, int slot, Header& header
       if (slot < SlotRefined) ws.gdfhead(10) = MarkedValue(line);
       return 1;
     case 11:
-      if (ReadReal<"(f10.0)">(line, header.start)) return 1;
+      if (ReadRecord<"(f10.0)">(line, header.start)) return 1;
       return ReadFailure("Error", "Error reading gdf file2");
     case 12:
-      if (ReadReal<"(f10.0)">(line, header.stop)) return 1;
+      if (ReadRecord<"(f10.0)">(line, header.stop)) return 1;
       return ReadFailure("Error", "Error reading gdf file3");
     case 13:
-      if (ReadReal<"(f10.0)">(line, header.step)) return 1;
+      if (ReadRecord<"(f10.0)">(line, header.step)) return 1;
       return ReadFailure("Error", "Error reading gdf file4");
     default:
       return 1;

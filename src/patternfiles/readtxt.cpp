@@ -15,8 +15,6 @@
 #include "patternfiles/patternfiles.h"
 
 #include <algorithm>
-#include <cmath>
-
 #include "patternfiles/readcommon.h"
 #include "workspace/text.h"
 #include "workspace/workspace.h"
@@ -40,7 +38,7 @@ void ReadHeaderLine(std::string_view line, int slot, Header& header) {
   } else if (HasKey(line, "Time=")) {
     ++header.timelines;
     if (header.timelines == 1) header.time = Columns(line, 6, 13);
-    if (header.timelines == 2) ReadFree(Columns(line, 6), header.steptime);
+    if (header.timelines == 2) ReadFreeReal(Columns(line, 6), header.steptime);
   } else if (HasKey(line, "NumberOfCompleteData= ")) {
     int n;
     if (ReadRecord<"(i6)">(Columns(line, 23), n)) ws.npts(slot) = std::clamp(n, 0, MaxPoints);
@@ -56,7 +54,7 @@ int ReadData(LineReader& in, int slot) {
   while (n < MaxPoints && in.Read(line, kWidth)) {
     float x;
     int count;
-    if (!ReadRecord<"(f15.0,i15)">(line, x, count) || !std::isfinite(x)) break;
+    if (!ReadRecord<"(f15.0,i15)">(line, x, count)) break;
     ++n;
     ws.xval(AxisTth, slot, n) = x;
     ws.yval(slot, n) = static_cast<float>(count);

@@ -16,8 +16,6 @@
 // A value ends in front of the first slash of its line and the character before that.
 #include "patternfiles/patternfiles.h"
 
-#include <cmath>
-
 #include "patternfiles/readcommon.h"
 #include "workspace/text.h"
 #include "workspace/workspace.h"
@@ -38,16 +36,11 @@ struct Header {
 void ReadHeaderLine(std::string_view line, int slot, Header& header) {
   const int end = FindText(line, "/") - 2;
   if (HasKey(line, "DataAngleRange")) {
-    float start, stop;
-    if (ReadRecord<"(2f10.0)">(Columns(line, 16, end), start, stop) && std::isfinite(start) &&
-        std::isfinite(stop)) {
-      header.start = start;
-      header.stop = stop;
-    }
+    ReadRecord<"(2f10.0)">(Columns(line, 16, end), header.start, header.stop);
   } else if (HasKey(line, "ScanStepSize")) {
-    ReadReal<"(f9.0)">(Columns(line, 14, end), header.step);
+    ReadRecord<"(f9.0)">(Columns(line, 14, end), header.step);
   } else if (HasKey(line, "ScanStepTime")) {
-    ReadReal<"(13x,f8.0)">(line, header.steptime);
+    ReadRecord<"(13x,f8.0)">(line, header.steptime);
   } else if (HasKey(line, "FileDateTime")) {
     ws.scandate = Field(Columns(line, 14, end));
   } else if (HasKey(line, "SampleIdent")) {
@@ -57,11 +50,11 @@ void ReadHeaderLine(std::string_view line, int slot, Header& header) {
   } else if (slot != SlotInput) {
     return;
   } else if (HasKey(line, "LabdaAlpha1")) {
-    ReadReal<"(12x,f10.0)">(line, ws.scanwave(1));
+    ReadRecord<"(12x,f10.0)">(line, ws.scanwave(1));
   } else if (HasKey(line, "LabdaAlpha2")) {
-    ReadReal<"(12x,f10.0)">(line, ws.scanwave(2));
+    ReadRecord<"(12x,f10.0)">(line, ws.scanwave(2));
   } else if (HasKey(line, "RatioAlpha21")) {
-    ReadReal<"(13x,f10.0)">(line, ws.scanwave(3));
+    ReadRecord<"(13x,f10.0)">(line, ws.scanwave(3));
   }
 }
 

@@ -26,7 +26,7 @@ int ReadData(LineReader& in, int slot) {
   int n = 0;
   while (n < kPointLimit && in.Read(line, kWidth)) {
     float x, y;
-    if (CleanNumberLine(line) != 0 || !ReadPair(line, x, y)) break;
+    if (CleanNumberLine(line) != 0 || !ReadRecord<"(2f15.0)">(line, x, y)) break;
     ++n;
     ws.xval(AxisTth, slot, n) = x;
     ws.yval(slot, n) = y;

@@ -56,7 +56,7 @@ void ReadIntensities(std::string_view line, int slot) {
     while (e < q + kTokenLimit && e <= length && line[e - 1] != ' ' && line[e - 1] != '<') ++e;
     end = e <= length && line[e - 1] == '<';
     --e;
-    if (q < e && ReadFree(Columns(line, q, e), ws.yval(slot, n))) ws.npts(slot) = n;
+    if (q < e && ReadFreeReal(Columns(line, q, e), ws.yval(slot, n))) ws.npts(slot) = n;
     q = e + 1;
     if (q >= length || end) break;
   }
@@ -74,7 +74,7 @@ bool ReadInputTag(std::string_view line, std::string_view tag, Scan& scan) {
   }
   for (const RealKey& row : keys) {
     if (!HasKey(tag, row.key)) continue;
-    ReadFree(Content(line), *row.value);
+    ReadFreeReal(Content(line), *row.value);
     return true;
   }
   return false;
@@ -86,9 +86,9 @@ void ReadLine(std::string_view line, int slot, Scan& scan) {
   if (HasKey(tag, "positions axis=\"O")) {
     scan.omegaseen = true;
   } else if (HasKey(tag, "startPosition") && !scan.omegaseen) {
-    ReadFree(Content(line), scan.start);
+    ReadFreeReal(Content(line), scan.start);
   } else if (HasKey(tag, "endPosition") && !scan.omegaseen) {
-    ReadFree(Content(line), scan.stop);
+    ReadFreeReal(Content(line), scan.stop);
   } else if (HasKey(tag, "intensities")) {
     ReadIntensities(line, slot);
   }

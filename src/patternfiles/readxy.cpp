@@ -39,7 +39,7 @@ int ReadColumns(int slot, const std::string& path, const std::string& kind, int 
   while (n < kPointLimit && in.Read(line)) {
     if (line.starts_with(';') || line.starts_with('_')) continue;
     float x, y;
-    if (CleanNumberLine(line) != 0 || !ReadPair(line, x, y)) break;
+    if (CleanNumberLine(line) != 0 || !ReadRecord<"(2f15.0)">(line, x, y)) break;
     ++n;
     ws.xval(AxisTth, slot, n) = x;
     ws.yval(slot, n) = y;
