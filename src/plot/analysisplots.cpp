@@ -1,0 +1,250 @@
+// Plots of the fitted peak list: FWHM, peak shape, particle size, Williamson-Hall.
+#include <algorithm>
+#include <cmath>
+#include <functional>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "crystal/matrix.h"  // for PolyFit
+#include "plot/page.h"
+#include "plot/plot.h"
+#include "toolkit/toolkit.h"
+#include "workspace/record.h"
+#include "workspace/workspace.h"
+
+namespace {
+
+constexpr int kCurvePoints = 200;
+constexpr float kSmallestNetWidth = 1.0e-6f;  // degrees; its square is the least difference too
+
+// Points with the scale of NiceRange behind them.
+struct Points {
+  float x[3 * MaxPeaks + 3], y[3 * MaxPeaks + 3];
+  int n = 0;
+
+  void Add(float px, float py) {
+    if (!std::isfinite(px) || !std::isfinite(py)) return;
+    x[n] = px;
+    y[n++] = py;
+  }
+  std::span<const float> Xs() const { return {x, static_cast<std::size_t>(n)}; }
+  std::span<const float> Ys() const { return {y, static_cast<std::size_t>(n)}; }
+};
+
+struct Frame {
+  PageLayout page;
+  float xlo = 0, xhi = 0, xfactor = 0, ylo = 0, yhi = 0, yfactor = 0;
+
+  float X(float value) const { return (value - xlo) * xfactor; }
+  float Y(float value) const { return (value - ylo) * yfactor; }
+};
+
+int PeakCount() { return std::min(ws.npeaks, MaxPeaks); }
+
+// The page with its title, the origin at the lower left corner of the frame. False with too few
+// peaks.
+bool BeginPage(Frame& frame) {
+  if (ws.npeaks < 2) {
+    MessageBoxError("Warning", "Too few points to plot");
+    return false;
+  }
+  frame.page = LayPage();
+  const float h = frame.page.textheight;
+  MoveOrigin(ws.plotx0, ws.plotheight * 1.07f + ws.ploty0);
+  DrawText(ws.plotwidth * 0.5f, -2 * h, ws.stem20 + "     " + DateTimeStamp(), h, 0, 6);
+  MoveOrigin(0, -(ws.plotheight + 5 * h));
+  return true;
+}
+
+void RoundRanges(Frame& frame, Points& points) {
+  const int n = points.n;
+  NiceRange(points.x, n, ws.plotwidth);
+  NiceRange(points.y, n, ws.plotheight);
+  frame.xlo = points.x[n];
+  frame.xfactor = points.x[n + 1];
+  frame.xhi = points.x[n + 2];
+  frame.ylo = points.y[n];
+  frame.yfactor = points.y[n + 1];
+  frame.yhi = points.y[n + 2];
+}
+
+void RoundToDegrees(Frame& frame) {
+  frame.xlo = std::floor(frame.xlo + 0.001f);
+  frame.xhi = std::floor(frame.xhi + 0.999f);
+  frame.xfactor = frame.xhi > frame.xlo ? ws.plotwidth / (frame.xhi - frame.xlo) : 0.0f;
+}
+
+// Frame and y axis; the x axis in degrees where it has no label of its own.
+void DrawFrame(const Frame& f, std::string_view ylabel, std::string_view xlabel = {}) {
+  const PageLayout& page = f.page;
+  SetPen(1, 2, colours::kBlack);
+  Rectangle(0, 0, ws.plotwidth, ws.plotheight, 0);
+  SetPen(1, 1, colours::kBlack);
+  if (xlabel.empty())
+    AxisTwoTheta(ws.plotwidth, f.xlo, f.xhi, f.xfactor, page.tick, page.textheight, "2|q");
+  else
+    AxisLinear(ws.plotwidth, f.xlo, f.xhi, f.xfactor, page.tick, page.textheight, 0, xlabel);
+  AxisLinear(ws.plotheight, f.ylo, f.yhi, f.yfactor, page.tick, page.textheight, -270, ylabel);
+}
+
+void DrawMarkers(const Frame& f, const Points& points, int from, int to, int colour) {
+  SetPen(1, 1, colour);
+  for (int i = from; i < to; ++i)
+    Marker(1, f.X(points.x[i]), f.Y(points.y[i]), 0.67f * f.page.textheight);
+}
+
+// A model over the whole width, limited to the y range.
+void DrawModel(const Frame& f, const std::function<float(float)>& model) {
+  const float step = (f.xhi - f.xlo) / (kCurvePoints - 1);
+  SetPen(1, 1, colours::kBlack);
+  for (int i = 0; i < kCurvePoints; ++i) {
+    const float x = f.xlo + step * static_cast<float>(i), value = model(x);
+    const float y = std::max(f.ylo, std::min(f.yhi, value == value ? value : f.ylo));
+    (i == 0 ? PenUp : PenDown)(f.X(x), f.Y(y));
+  }
+}
+
+void WriteParameters(const Frame& f, const std::string& text) {
+  const float h = f.page.textheight;
+  DrawText(h, ws.plotheight - h, text, 1.2f * h, 0, 7);
+}
+
+// Least-squares polynomial through the first n points; false after a message.
+bool Fit(std::span<const float> x, std::span<const float> y, float* coef, int terms) {
+  if (PolyFit(x, y, coef, terms) == 0) return true;
+  MessageBoxError("Error", "LS error");
+  return false;
+}
+
+float TanTheta(float tth) { return std::tan(tth * 0.5f / RadToDeg); }
+
+float PositiveRoot(float square) { return square > 1.0e-20f ? std::sqrt(square) : 0.0f; }
+
+// A fitted curve and the text of its parameters.
+struct Model {
+  std::function<float(float)> curve;
+  std::string text;
+};
+
+// FWHM squared as a polynomial in tan(theta), after Caglioti.
+bool FitWidths(std::span<const float> tth, std::span<const float> fwhm, Model& model) {
+  static float tangent[MaxPeaks], square[MaxPeaks];
+  for (std::size_t i = 0; i < tth.size(); ++i) {
+    tangent[i] = TanTheta(tth[i]);
+    square[i] = fwhm[i] * fwhm[i];
+  }
+  float c[3] = {};
+  if (!Fit({tangent, tth.size()}, {square, tth.size()}, c, 3)) return false;
+  const float u = c[2], v = c[1], w = c[0];
+  model.curve = [=](float x) {
+    const float t = TanTheta(x);
+    return PositiveRoot((u * t + v) * t + w);
+  };
+  model.text = WriteRecord<"('u =',f8.5,' v =',f8.5,' w =',f8.5)">(u, v, w);
+  return true;
+}
+
+bool FitShapes(std::span<const float> tth, std::span<const float> shape, Model& model) {
+  float g[3] = {};
+  if (!Fit(tth, shape, g, 3)) return false;
+  const float g1 = g[0], g2 = g[1], g3 = g[2];
+  model.curve = [=](float x) { return (g3 * x + g2) * x + g1; };
+  model.text = WriteRecord<"('|g1 =',f8.5,' |g2 =',f8.5,' |g3 =',f8.5)">(g1, g2, g3);
+  return true;
+}
+
+}  // namespace
+
+void DrawWidthPlot() {
+  Frame frame;
+  if (!BeginPage(frame)) return;
+  const bool shapes = ws.analysiskind == 2;
+  const int average = shapes ? pshape : pfwhm, right = shapes ? pshaper : pfwhmr;
+
+  static Points points;
+  points.n = 0;
+  for (int j = 1; j <= PeakCount(); ++j) points.Add(ws.peaks(ptth, j), ws.peaks(average, j));
+  const int averages = points.n;
+  for (int j = 1; j <= PeakCount(); ++j)
+    if (ws.peaks(right, j) > 0) points.Add(ws.peaks(ptth, j), ws.peaks(right, j));
+  const int rights = points.n;
+  for (int j = 1; j <= PeakCount(); ++j)  // the left value is not kept: it follows from the others
+    if (ws.peaks(average, j) - ws.peaks(right, j) * 0.5f > 0)
+      points.Add(ws.peaks(ptth, j), 2 * ws.peaks(average, j) - ws.peaks(right, j));
+
+  RoundRanges(frame, points);
+  RoundToDegrees(frame);
+  DrawFrame(frame, shapes ? "|g" : "FWHM");
+  DrawMarkers(frame, points, 0, averages, colours::kBlack);
+  Model model;
+  if (!(shapes ? FitShapes : FitWidths)(points.Xs().first(averages), points.Ys().first(averages),
+                                        model))
+    return;
+  DrawMarkers(frame, points, averages, rights, colours::kRed);
+  DrawMarkers(frame, points, rights, points.n, colours::kGreen);
+  DrawModel(frame, model.curve);
+  WriteParameters(frame, model.text);
+}
+
+namespace {
+
+// Width that the instrument gives a peak, squared.
+float InstrumentSquare(float tangent) {
+  if (ws.spmode == 2) {
+    const float width = PositiveRoot((ws.spu * tangent + ws.spv) * tangent + ws.spw);
+    return width * width;
+  }
+  return ws.spminhw * ws.spminhw;
+}
+
+float NetWidth(int peak) {
+  const float fwhm = ws.peaks(pfwhm, peak);
+  const float square = fwhm * fwhm - InstrumentSquare(TanTheta(ws.peaks(ptth, peak)));
+  return square < kSmallestNetWidth ? kSmallestNetWidth : std::sqrt(square);
+}
+
+void DrawSizes(Frame& frame, Points& points) {
+  const float k = ws.spgeom * ws.wavelen(1) * RadToDeg;
+  for (int j = 1; j <= PeakCount(); ++j) {
+    const float tth = ws.peaks(ptth, j), net = NetWidth(j);
+    points.Add(tth, net > 1.0e-31f ? k / (net * std::cos(tth * 0.5f / RadToDeg)) : 0.0f);
+  }
+  RoundRanges(frame, points);
+  DrawFrame(frame, "Particle size (A)");
+  DrawMarkers(frame, points, 0, points.n, colours::kBlack);
+  if (points.n < 1) return;
+  float sum = 0;
+  for (const float size : points.Ys()) sum += size;
+  const float mean = frame.Y(sum / static_cast<float>(points.n));
+  PenUp(frame.X(points.x[0]), mean);
+  PenDown(frame.X(points.x[points.n - 1]), mean);
+}
+
+// Net width times cos(theta) against 4 sin(theta): the slope is the strain, the intercept goes with
+// the reciprocal of the size.
+void DrawWilliamsonHall(Frame& frame, Points& points) {
+  for (int j = 1; j <= PeakCount(); ++j) {
+    const float theta = ws.peaks(ptth, j) * 0.5f / RadToDeg;
+    points.Add(4 * std::sin(theta), std::cos(theta) * NetWidth(j) / RadToDeg);
+  }
+  RoundRanges(frame, points);
+  DrawFrame(frame, "Size parameter", "4*sin(|q)");
+  DrawMarkers(frame, points, 0, points.n, colours::kBlack);
+  float line[2] = {};
+  if (!Fit(points.Xs(), points.Ys(), line, 2)) return;
+  const float strain = line[1], b = line[0];
+  DrawModel(frame, [=](float x) { return strain * x + b; });
+  WriteParameters(frame, WriteRecord<"('Size =',f8.1,' (A)  Strain =',f8.6)">(
+                             b > 0 ? ws.wavelen(1) / b : 0.0f, strain));
+}
+
+}  // namespace
+
+void DrawSizePlot() {
+  Frame frame;
+  if (!BeginPage(frame)) return;
+  static Points points;
+  points.n = 0;
+  (ws.analysiskind == 2 ? DrawWilliamsonHall : DrawSizes)(frame, points);
+}

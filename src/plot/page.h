@@ -1,0 +1,27 @@
+// What the plots have in common: their place on the page and their colours.
+#pragma once
+
+#include "plot/penplot.h"
+
+namespace colours {
+inline constexpr int kBlack = RgbColour(0, 0, 0);
+inline constexpr int kGreen = RgbColour(0, 255, 0);
+inline constexpr int kOrange = RgbColour(255, 128, 0);
+inline constexpr int kMagenta = RgbColour(255, 0, 255);
+inline constexpr int kBrown = RgbColour(132, 60, 12);
+inline constexpr int kRed = RgbColour(255, 0, 0);
+inline constexpr int kGrid = RgbColour(208, 208, 208);
+}  // namespace colours
+
+inline constexpr float PaperScale = 0.1584f;  // drawing units of paper for one of the screen
+
+struct PageLayout {
+  float scale;  // of all lengths
+  float textheight, tick;
+};
+
+// Resets the pen, turns the page for print, and sets the plot's place and size in the Workspace.
+PageLayout LayPage();
+
+// The block of information below the pattern plot on paper.
+void DrawPlotHeader(const PageLayout& page);

@@ -1,0 +1,61 @@
+// The block of information below the pattern plot on paper.
+#include <algorithm>
+#include <string>
+
+#include "plot/page.h"
+#include "workspace/record.h"
+#include "workspace/text.h"
+#include "workspace/workspace.h"
+
+namespace {
+
+constexpr float kLineHeight = 10;
+constexpr float kPaperWidth = 180;
+
+// A name in a field, and what follows it.
+std::string Line(std::string name, std::size_t field, std::string_view text) {
+  name.resize(field, ' ');
+  return name.append(text);
+}
+
+// Seconds as "45 s", "5 min 30 s", "2 h 15 min".
+std::string ExposureTime(const std::string& text) {
+  int t = 0;
+  if (!ReadRecord<"(i10)">(text, t) || t <= 0) return "0";
+  const auto in = [](int value, const char* unit) { return std::to_string(value) + unit; };
+  if (t < 60) return in(t, " s");
+  if (t < 3600) return in(t / 60, " min ") + (t % 60 ? in(t % 60, " s") : "");
+  return in(t / 3600, " h ") + (t / 60 % 60 ? in(t / 60 % 60, " min") : "");
+}
+
+}  // namespace
+
+void DrawPlotHeader(const PageLayout& page) {
+  float y = (page.tick * 4 + 2) * -2.6f;
+  const auto write = [&](const std::string& line, float fall = 0.6f) {
+    // A long path is written smaller rather than over the edge of the paper.
+    const float room = kPaperWidth - ws.plotx0;
+    const float height =
+        page.textheight * std::min(1.0f, room / std::max(TextWidth(line, page.textheight), 1.0f));
+    DrawText(0, y, line, height, 0, 7);
+    y -= fall * kLineHeight;
+  };
+  const auto given = [&](const char* name, std::size_t field, const std::string& text) {
+    if (!text.empty()) write(Line(name, field, text));
+  };
+  write(Line("Quillagram", 24, ws.infodepartment));
+  write(Line("", 24, ws.infocompany));
+  write(Line("", 24, ws.infoaddress), 1.0f);
+  given("Sample:", 25, ws.sampleid);
+  given("Diffractometer:", 25, ws.instrument);
+  given("Operator:", 26, ws.gdfhead(5));
+  if (!ws.gdfhead(8).empty()) write(Line("Exposure time:", 25, ExposureTime(ws.gdfhead(8))));
+  if (ws.profrvalue > 0)
+    write(WriteRecord<"(a,f8.5)">(Line("Profile R-value:", 25, ""), ws.profrvalue));
+  write(Line("Pattern file:", 25, Field(ws.patternpath, 100)));
+  given("Data collection date:", 25, ws.scandate);
+  if (ws.crystallinity > 0)
+    write(Line("Crystallinity:", 25,
+               WriteRecord<"(f6.2,' (',f6.2,'-',f6.2,')')">(ws.crystallinity, ws.cryststart,
+                                                            ws.crystend)));
+}

@@ -1,0 +1,18 @@
+// The shapes of the stroke alphabets.
+#pragma once
+
+// A shape is a text of moves on a grid of hundredths of the height, the origin at the left end of
+// the base line:
+//   M x,y ...                begins a stroke; the pairs behind it are joined by lines
+//   L x,y ...                goes on with lines
+//   A cx,cy,rx,ry,from,to    begins a stroke with an arc of an ellipse
+//   a cx,cy,rx,ry,from,to    goes on with an arc
+// Directions of arcs count 15 degrees each, 0 to the right, 6 up, 12 to the left, 18 down.
+// Capitals are 100 high and 46 to 54 wide, small letters 66 high; descenders reach to -30.
+
+inline constexpr int DegreeSign = 127;
+
+// Codes 32 to 126 and DegreeSign; all others give the shape of "_".
+const char* CharShape(int code);
+// Greek letters by their Latin keys, and "_".
+const char* GreekShape(int code);
