@@ -1,0 +1,240 @@
+// How a dialog is laid out: sections of labels, fields and units in columns, buttons below.
+#include <QButtonGroup>
+#include <QCheckBox>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QScreen>
+#include <QScrollArea>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <cmath>
+#include <string_view>
+
+#include "toolkit/qt/dialogview.h"
+#include "toolkit/qt/fields.h"
+#include "toolkit/qt/mnemonics.h"
+
+namespace {
+
+// Rows of a section before it takes a further column.
+constexpr int kRadioRows = 8, kFieldRows = 14;
+constexpr int kGridColumns = 4;                    // label, field, unit, gap
+constexpr double kHighest = 0.65, kWidest = 0.95;  // of the screen
+
+using enum ControlKind;
+
+bool IsEntry(ControlKind kind) { return kind == Real || kind == Integer || kind == String; }
+
+bool SameBox(const Control& a, const Control& b) {
+  return a.kind != Button && b.kind != Button && std::string_view(a.group) == b.group;
+}
+
+bool SameChoice(const Control& a, const Control& b) {
+  return a.kind == Radio && b.kind == Radio && std::string_view(a.group) == b.group;
+}
+
+}  // namespace
+
+DialogView::DialogView(DialogState& state, std::function<void(int)> changed, QWidget* parent)
+    : QDialog(parent), state_(state), changed_(std::move(changed)) {
+  const DialogResource& resource = *state.resource;
+  setObjectName(QString("dialog%1").arg(resource.number));
+  setWindowTitle(QString::fromUtf8(resource.caption));
+  setModal(state.modal);
+
+  const int n = static_cast<int>(resource.controls.size());
+  rows_.resize(n);
+  complaints_.resize(n);
+  std::vector<MnemonicText> texts;
+  for (const Control& control : resource.controls) {
+    // A text takes no focus, so that a letter of its own would lead nowhere.
+    texts.push_back({control.kind == Text ? QString() : QString::fromUtf8(control.label)});
+  }
+  labels_ = WithMnemonics(texts);
+  for (int i = 0; i < n; ++i) MakeRow(i);
+
+  auto* layout = new QVBoxLayout(this);
+  layout->addWidget(ArrangeSections(), 1);
+  const auto entry = [](const Control& control) { return IsEntry(control.kind); };
+  if (std::any_of(resource.controls.begin(), resource.controls.end(), entry)) {
+    message_ = new QLabel;
+    message_->setObjectName("complaint");
+    message_->setTextFormat(Qt::PlainText);
+    message_->setWordWrap(true);
+    message_->setMinimumHeight(2 * message_->fontMetrics().lineSpacing());
+    layout->addWidget(message_);
+  }
+  layout->addWidget(MakeButtons());
+  for (int i = 0; i < n; ++i) Update(i);
+  OrderTabs();
+}
+
+void DialogView::MakeRow(int index) {
+  const Control& control = ControlAt(index);
+  Row& row = rows_[index];
+  const QString label = labels_[index];
+  if (control.kind == Radio || control.kind == Check) {
+    QAbstractButton* button = control.kind == Radio
+                                  ? static_cast<QAbstractButton*>(new QRadioButton(label))
+                                  : new QCheckBox(label);
+    button->setAutoExclusive(false);
+    row.field = button;
+    connect(button, &QAbstractButton::toggled, this, [this, index](bool on) { Chosen(index, on); });
+  } else if (control.kind == Button) {
+    auto* button = new QPushButton(label);
+    button->setAutoDefault(false);
+    row.field = button;
+    connect(button, &QPushButton::clicked, this, [this, id = control.id] { Press(id); });
+  } else if (control.kind == Text) {
+    labels_[index] = QString::fromUtf8(control.label);
+    auto* value = new QLabel;
+    value->setTextFormat(Qt::PlainText);
+    row.field = value;
+  } else if (control.kind == Integer) {
+    auto* field = new IntegerField(control);
+    row.field = field;
+    row.line = field->Line();
+    connect(field, &IntegerField::editingFinished, this, [this, index] {
+      if (unreported_ == index) Finished(index);
+    });
+  } else {
+    row.field = row.line = new LineField(control);
+    connect(row.line, &QLineEdit::editingFinished, this, [this, index] {
+      if (unreported_ == index) Finished(index);
+    });
+  }
+  if (row.line)
+    connect(row.line, &QLineEdit::textEdited, this,
+            [this, index](const QString& text) { Entered(index, text); });
+  row.field->setObjectName(
+      QString(control.kind == Button ? "button%1" : "field%1").arg(control.id));
+  row.field->setAccessibleName(QString::fromUtf8(control.label));
+  const bool parted = IsEntry(control.kind) || (control.kind == Text && *control.unit) ||
+                      (control.kind == Text && !state_.fields[index].text.empty());
+  if (parted && *control.label) {
+    row.label = new QLabel(label.isEmpty() ? labels_[index] : label);
+    if (row.line) row.label->setBuddy(row.field);
+  }
+  if (*control.unit) row.unit = new QLabel(QString::fromUtf8(control.unit));
+}
+
+void DialogView::PlaceRow(QGridLayout* grid, int index, int row, int column) {
+  const Row& widgets = rows_[index];
+  if (!widgets.label) {
+    grid->addWidget(widgets.field, row, column, 1, widgets.unit ? 2 : 3);
+  } else {
+    grid->addWidget(widgets.label, row, column);
+    grid->addWidget(widgets.field, row, column + 1);
+  }
+  if (widgets.unit) grid->addWidget(widgets.unit, row, column + 2);
+}
+
+QWidget* DialogView::MakeSection(int first, int last) {
+  const QString title = QString::fromUtf8(ControlAt(first).group).replace("&", "&&");
+  QWidget* box = title.isEmpty() ? new QWidget : new QGroupBox(title);
+  auto* grid = new QGridLayout(box);
+  if (title.isEmpty()) grid->setContentsMargins(0, 0, 0, 0);
+
+  const bool choice = SameChoice(ControlAt(first), ControlAt(last - 1));
+  const int most = choice ? kRadioRows : kFieldRows;
+  const int columns = (last - first + most - 1) / most;
+  const int rows = (last - first + columns - 1) / columns;
+  QButtonGroup* group = nullptr;
+  for (int i = first; i < last; ++i) {
+    PlaceRow(grid, i, (i - first) % rows, (i - first) / rows * kGridColumns);
+    if (ControlAt(i).kind != Radio) continue;
+    if (i == first || !SameChoice(ControlAt(i - 1), ControlAt(i))) group = new QButtonGroup(box);
+    group->addButton(static_cast<QAbstractButton*>(rows_[i].field));
+  }
+  for (int column = 1; column < columns; ++column)
+    grid->setColumnMinimumWidth(column * kGridColumns - 1, 2 * fontMetrics().averageCharWidth());
+  const bool texts = std::any_of(&rows_[first], &rows_[first] + (last - first), [](const Row& row) {
+    return row.line && row.field->sizePolicy().horizontalPolicy() != QSizePolicy::Fixed;
+  });
+  // Room to spare goes to a text, else behind everything.
+  grid->setColumnStretch(texts ? 1 : columns * kGridColumns, 1);
+  grid->setRowStretch(rows, 1);
+  return box;
+}
+
+// Sections stand below each other, or in further columns when they would be too high.
+QWidget* DialogView::ArrangeSections() {
+  std::vector<QWidget*> sections;
+  for (int first = 0, last; first < Count(); first = last) {
+    last = first + 1;
+    if (ControlAt(first).kind == Button) continue;
+    while (last < Count() && SameBox(ControlAt(first), ControlAt(last))) ++last;
+    sections.push_back(MakeSection(first, last));
+  }
+  const QSize room = screen()->availableGeometry().size();
+  int total = 0;
+  for (const QWidget* section : sections) total += section->sizeHint().height();
+  const int columns = std::clamp<int>(std::ceil(total / (kHighest * room.height())), 1, 4);
+
+  auto* all = new QWidget;
+  auto* across = new QHBoxLayout(all);
+  across->setContentsMargins(0, 0, 0, 0);
+  QVBoxLayout* down = nullptr;
+  int height = 0;
+  for (QWidget* section : sections) {
+    const int own = section->sizeHint().height();
+    if (!down || height + own / 2 > total / columns) {
+      if (down) down->addStretch(1);
+      across->addLayout(down = new QVBoxLayout, 1);
+      height = 0;
+    }
+    down->addWidget(section);
+    height += own;
+  }
+  if (down) down->addStretch(1);
+  const QSize wanted = all->sizeHint();
+  if (wanted.height() <= 0.8 * room.height() && wanted.width() <= kWidest * room.width())
+    return all;
+  auto* scroll = new QScrollArea;
+  scroll->setWidget(all);
+  scroll->setWidgetResizable(true);
+  scroll->setFrameShape(QFrame::NoFrame);
+  const QSize seen(wanted.width() + 2 * fontMetrics().height(), wanted.height());
+  scroll->setMinimumSize(seen.boundedTo(QSize(kWidest * room.width(), 0.75 * room.height())));
+  return scroll;
+}
+
+QWidget* DialogView::MakeButtons() {
+  auto* bar = new QWidget;
+  auto* row = new QHBoxLayout(bar);
+  row->setContentsMargins(0, 0, 0, 0);
+  row->addStretch(1);
+  QPushButton* first = nullptr;
+  for (int i = 0; i < Count(); ++i) {
+    if (ControlAt(i).kind != Button) continue;
+    auto* button = static_cast<QPushButton*>(rows_[i].field);
+    row->addWidget(button);
+    if (!first || ControlAt(i).id == ButtonOk) first = button;
+  }
+  if (first) first->setDefault(true);
+  return bar;
+}
+
+void DialogView::OrderTabs() {
+  QWidget* before = nullptr;
+  for (const Row& row : rows_) {
+    if (row.field->focusPolicy() == Qt::NoFocus) continue;
+    if (before) setTabOrder(before, row.field);
+    before = row.field;
+  }
+}
+
+void DialogView::SetFirstFocus() {
+  int first = IndexOf(state_.resource->focus);
+  for (int i = 0; i < Count() && first < 0; ++i) {
+    const ControlKind kind = ControlAt(i).kind;
+    const bool chosen = kind != Radio || state_.fields[i].text == "on";
+    if (kind != Text && chosen && rows_[i].field->isEnabled() && rows_[i].field->isVisible())
+      first = i;
+  }
+  if (first < 0) return;
+  rows_[first].field->setFocus();
+  if (rows_[first].line) rows_[first].line->selectAll();
+}

@@ -1,0 +1,134 @@
+// Showing dialogs, boxes and the file selector.
+#include <QDir>
+#include <QFile>
+#include <QFileDialog>
+#include <QMessageBox>
+#include <QScreen>
+#include <algorithm>
+#include <map>
+#include <memory>
+
+#include "toolkit/qt/dialogview.h"
+#include "toolkit/qt/window.h"
+
+namespace {
+
+// Dialogs on show.
+std::map<const DialogState*, std::unique_ptr<DialogView>> views;
+
+QString ShownText(const std::string& text) {
+  return QString::fromStdString(text).replace("\r\n", "\n").replace('\r', '\n');
+}
+
+// At the right edge of the main window, beside the plot or over its margin.
+void PlaceBeside(QDialog& dialog) {
+  if (!Root()) return;
+  dialog.adjustSize();
+  const QRect window = Root()->frameGeometry(), room = Root()->screen()->availableGeometry();
+  const QSize size = dialog.frameGeometry().size();
+  const int left = std::min(window.right() + 8, room.right() - size.width() - 8);
+  const int top = Root()->canvas->mapToGlobal(QPoint(0, 0)).y();
+  dialog.move(std::max(left, room.left()), std::min(top, room.bottom() - size.height()));
+}
+
+void LockMenus() {
+  if (!Root()) return;
+  const auto modeless = [](const auto& view) { return !view.first->modal; };
+  Root()->menus.SetLocked(std::any_of(views.begin(), views.end(), modeless));
+}
+
+struct FileFilter {
+  QStringList names;       // "Huber (*.gdf)"
+  QStringList extensions;  // "gdf", blank where a filter takes several
+};
+
+// "description|*.ext|description|*.ext1;*.ext2|"
+FileFilter ParseFilter(const std::string& filter) {
+  FileFilter parsed;
+  const QStringList parts = QString::fromStdString(filter).split('|');
+  for (qsizetype i = 0; i + 1 < parts.size(); i += 2) {
+    const QString patterns = QString(parts[i + 1]).replace(';', ' ').simplified();
+    const bool single = patterns.startsWith("*.") && !patterns.contains(' ');
+    parsed.names += parts[i].trimmed() + " (" + patterns + ")";
+    parsed.extensions += single ? patterns.mid(2) : QString();
+  }
+  parsed.names += "All files (*)";
+  parsed.extensions += parsed.extensions.isEmpty() ? QString() : parsed.extensions.first();
+  return parsed;
+}
+
+}  // namespace
+
+namespace frontend {
+
+bool ShowBox(BoxKind kind, const std::string& caption, const std::string& text) {
+  QMessageBox box(FrontWindow());
+  box.setObjectName("box");
+  box.setWindowTitle(QString::fromStdString(caption));
+  box.setTextFormat(Qt::PlainText);
+  box.setText(ShownText(text));
+  box.setIcon(kind == BoxKind::Error  ? QMessageBox::Warning
+              : kind == BoxKind::Info ? QMessageBox::Information
+                                      : QMessageBox::Question);
+  box.setStandardButtons(kind == BoxKind::Query ? QMessageBox::Ok | QMessageBox::Cancel
+                                                : QMessageBox::StandardButtons(QMessageBox::Ok));
+  box.setDefaultButton(QMessageBox::Ok);
+  return box.exec() == QMessageBox::Ok;
+}
+
+std::string SelectFile(const std::string& filter, int flags, const std::string& name,
+                       const std::string& title, const std::string& directory) {
+  const bool saving = flags & FileSave;
+  const FileFilter filters = ParseFilter(filter);
+  QFileDialog dialog(FrontWindow(), QString::fromStdString(title),
+                     QString::fromStdString(directory));
+  dialog.setObjectName("selector");
+  dialog.setOption(QFileDialog::DontUseNativeDialog);
+  dialog.setAcceptMode(saving ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+  dialog.setFileMode(!saving && (flags & FileMustExist) ? QFileDialog::ExistingFile
+                                                        : QFileDialog::AnyFile);
+  dialog.setNameFilters(filters.names);
+  // The question before overwriting needs the name as it will be.
+  const auto suffix = [&dialog, &filters](const QString& chosen) {
+    const qsizetype at = std::max<qsizetype>(filters.names.indexOf(chosen), 0);
+    dialog.setDefaultSuffix(filters.extensions[at]);
+  };
+  if (saving) {
+    suffix(filters.names.first());
+    QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, suffix);
+  }
+  // A default such as "*.xy" only repeats the filter.
+  if (!name.empty() && name.front() != '*') dialog.selectFile(QString::fromStdString(name));
+  if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return "";
+  return QFile::encodeName(dialog.selectedFiles().first()).toStdString();
+}
+
+void ShowDialog(DialogState& dialog, const std::function<void(int)>& changed) {
+  HideDialog(dialog);
+  DialogView* view =
+      (views[&dialog] = std::make_unique<DialogView>(dialog, changed, FrontWindow())).get();
+  if (dialog.modal) {
+    view->exec();
+    views.erase(&dialog);
+    return;
+  }
+  LockMenus();
+  PlaceBeside(*view);
+  view->show();
+}
+
+void DialogChanged(DialogState& dialog, int index) {
+  if (const auto view = views.find(&dialog); view != views.end()) view->second->Update(index);
+}
+
+void HideDialog(DialogState& dialog) {
+  const auto view = views.find(&dialog);
+  if (view == views.end()) return;
+  // It may be one of its own buttons that ends it.
+  view->second->hide();
+  view->second.release()->deleteLater();
+  views.erase(view);
+  LockMenus();
+}
+
+}  // namespace frontend

@@ -1,0 +1,97 @@
+// What a dialog does with what the user enters.
+#include "toolkit/qt/dialogview.h"
+
+#include <QAbstractButton>
+#include <QShowEvent>
+#include <algorithm>
+
+#include "toolkit/qt/events.h"
+#include "toolkit/qt/fields.h"
+
+int DialogView::IndexOf(int id) const {
+  const auto controls = state_.resource->controls;
+  const auto at = std::find_if(controls.begin(), controls.end(),
+                               [id](const Control& control) { return control.id == id; });
+  return at == controls.end() ? -1 : static_cast<int>(at - controls.begin());
+}
+
+void DialogView::Update(int index) {
+  const FieldState& field = state_.fields[index];
+  const Row& row = rows_[index];
+  const QString text = QString::fromStdString(field.text);
+  if (row.line) {
+    if (row.line->text() != text) row.line->setText(text);
+    if (!field.touched) complaints_[index].clear();
+    MarkWrong(row.field, row.line, complaints_[index]);
+    ShowComplaint();
+  } else if (auto* button = qobject_cast<QAbstractButton*>(row.field)) {
+    if (button->isCheckable() && button->isChecked() != (field.text == "on"))
+      button->setChecked(field.text == "on");
+  } else if (auto* label = qobject_cast<QLabel*>(row.field)) {
+    label->setText(row.label ? text : (labels_[index] + ' ' + text).trimmed());
+  }
+  for (QWidget* widget :
+       {static_cast<QWidget*>(row.label), row.field, static_cast<QWidget*>(row.unit)}) {
+    if (!widget) continue;
+    widget->setEnabled(field.enabled);
+    widget->setVisible(field.visible);
+  }
+}
+
+void DialogView::Entered(int index, const QString& text) {
+  complaints_[index] = QString::fromStdString(DialogEnter(state_, index, text.toStdString()));
+  MarkWrong(rows_[index].field, rows_[index].line, complaints_[index]);
+  ShowComplaint();
+  unreported_ = index;
+}
+
+void DialogView::Chosen(int index, bool on) {
+  const bool radio = ControlAt(index).kind == ControlKind::Radio;
+  if (radio && !on) return;
+  if ((state_.fields[index].text == "on") == on) return;  // shown by the program
+  DialogEnter(state_, index, on ? "on" : "off");
+  Finished(index);
+}
+
+// Tells the program of a change, when a number is whole rather than at each of its digits.
+void DialogView::Finished(int index) {
+  unreported_ = -1;
+  const int id = ControlAt(index).id;
+  if (!state_.modal)
+    Post({.type = MessageFieldChanged, .value1 = id, .window = RootWindow});
+  else if (changed_)
+    changed_(id);
+}
+
+void DialogView::ShowComplaint() {
+  if (!message_) return;
+  QString text;
+  for (int i = 0; i < Count() && text.isEmpty(); ++i)
+    if (!complaints_[i].isEmpty())
+      text = QString::fromUtf8(ControlAt(i).label) + ": " + complaints_[i];
+  message_->setText(text);
+}
+
+void DialogView::Press(int id) {
+  if (unreported_ >= 0) Finished(unreported_);
+  if (const int wrong = DialogPress(state_, id); wrong >= 0) {
+    rows_[wrong].field->setFocus();
+    rows_[wrong].line->selectAll();
+  } else if (state_.modal) {
+    done(Accepted);
+  } else {
+    Post({.type = MessageButton, .value1 = id, .window = RootWindow});
+  }
+}
+
+// Escape and the close button: Cancel, or the OK of a dialog that only tells something.
+void DialogView::reject() {
+  unreported_ = -1;
+  const bool cancels = IndexOf(ButtonCancel) >= 0 || IndexOf(ButtonOk) < 0;
+  Press(cancels ? ButtonCancel : ButtonOk);
+}
+
+void DialogView::showEvent(QShowEvent* event) {
+  QDialog::showEvent(event);
+  if (!event->spontaneous()) SetFirstFocus();
+}

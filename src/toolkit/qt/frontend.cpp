@@ -1,0 +1,182 @@
+// The front end's frame: start, windows, status bar, and the wait for what the user does.
+#include "toolkit/frontend.h"
+
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QScreen>
+#include <algorithm>
+#include <map>
+
+#include "toolkit/qt/events.h"
+#include "toolkit/qt/startup.h"
+#include "toolkit/qt/window.h"
+
+namespace {
+
+const ProgramInfo kProgram = {
+    "quillagram",
+    "Usage: quillagram [FILE]\n"
+    "Workbench for X-ray powder diffraction patterns.\n"
+    "FILE is a pattern to open: xy, gdf, txt, uxd, cif, dat, xrdml, udf or chi.\n"
+    "\n"
+    "  --help     this text\n"
+    "  --version  the version\n",
+    "On a machine without one, quillagram-replay does the same work from a file of commands.",
+};
+
+constexpr int kRepaintInterval = 50;  // milliseconds between repaints in a long calculation
+
+MainWindow* root;
+std::map<int, ChildWindow*> children;
+int lasthandle = RootWindow;
+
+QEventLoop* waiting;  // while the program waits for a message
+bool posted;          // a message has come since the last wait
+bool busy;            // the program is at work
+
+// The process was asked to end: as if the user closed all that is open.
+void EndInOrder() {
+  while (QWidget* modal = QApplication::activeModalWidget())
+    if (!modal->close()) break;
+  if (root) root->close();
+}
+
+void EndWait() {
+  posted = true;
+  WakeUp();
+}
+
+}  // namespace
+
+MainWindow* Root() { return root; }
+
+QWidget* FrontWindow() {
+  QWidget* modal = QApplication::activeModalWidget();
+  return modal ? modal : root;
+}
+
+void Post(const Message& message) {
+  PostMessage(message);
+  EndWait();
+}
+
+void PostDropped(const std::string& path) {
+  PostFileDropped(path);
+  EndWait();
+}
+
+void WakeUp() {
+  if (waiting) waiting->quit();
+}
+
+bool ReadyForCommands() { return waiting && root && !root->menus.Locked(); }
+
+namespace frontend {
+
+void Initialise(int& argc, char** argv) {
+  StartQt(argc, argv, kProgram);
+  QApplication::setApplicationName("quillagram");
+  QApplication::setDesktopFileName("quillagram");
+  WatchSignals(EndInOrder);
+}
+
+void ScreenSize(int& width, int& height) {
+  const QSize size = QApplication::primaryScreen()->size();
+  width = size.width();
+  height = size.height();
+}
+
+void OpenWindow(int x, int y, int width, int height, const std::string& title) {
+  root = new MainWindow;
+  SetTitle(title);
+  root->Place({x, y, width, height});
+  root->show();
+  root->canvas->setFocus();
+}
+
+void SetTitle(const std::string& title) {
+  // "[*]" would stand for a mark of unsaved changes.
+  if (root) root->setWindowTitle(QString::fromStdString(title).replace("[*]", "[*][*]"));
+}
+
+int OpenChildWindow(int width, int height, const std::string& title) {
+  ChildWindow* child = new ChildWindow(++lasthandle);
+  children[lasthandle] = child;
+  child->setWindowTitle(QString::fromStdString(title));
+  child->resize(QSize(width, height).boundedTo(child->screen()->availableGeometry().size()));
+  child->show();
+  return lasthandle;
+}
+
+void CloseWindow(int handle) {
+  if (handle == RootWindow) {
+    delete root;
+    root = nullptr;
+  } else if (const auto child = children.find(handle); child != children.end()) {
+    delete child->second;
+    children.erase(child);
+  }
+}
+
+void SetStatusParts(const std::vector<int>& widths) {
+  if (root) root->SetParts(widths);
+}
+
+void SetStatus(int part, const std::string& text) {
+  if (!root || part < 1 || part > static_cast<int>(root->parts.size())) return;
+  root->parts[part - 1]->Show(QString::fromStdString(text));
+  if (!busy) return;
+  root->parts[part - 1]->repaint();
+  KeepAlive();
+}
+
+void MenuChanged(int id) {
+  if (root) root->menus.Update(id);
+}
+
+void WaitEvent() {
+  QEventLoop loop;
+  waiting = &loop;
+  while (!posted) {
+    if (!root || !root->canvas->HasLate()) loop.exec();
+    if (root) root->canvas->PostLate();
+  }
+  posted = false;
+  waiting = nullptr;
+}
+
+void KeepAlive() {
+  static QElapsedTimer last;
+  if (last.isValid() && last.elapsed() < kRepaintInterval) return;
+  last.start();
+  QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+}
+
+void SetBusy(bool working) {
+  busy = working;
+  if (busy)
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+  else
+    QApplication::restoreOverrideCursor();
+}
+
+void SetCursor(int shape) {
+  if (root) root->canvas->setCursor(shape == 1 ? Qt::WaitCursor : Qt::ArrowCursor);
+}
+
+void AreaPixels(int& width, int& height) {
+  const QSize size = root ? root->canvas->size() : QSize(800, 500);
+  width = size.width();
+  height = size.height();
+}
+
+void Repaint() {
+  if (root) root->canvas->ListChanged();
+}
+
+int RubberBand(float x, float y, float& endx, float& endy) {
+  if (!root) return MessageClose;
+  return root->canvas->RubberBand(x, y, endx, endy);
+}
+
+}  // namespace frontend

@@ -1,0 +1,99 @@
+// Menu bar: building, texts with mnemonics, enabled states, check marks.
+#include "toolkit/qt/menus.h"
+
+#include <QFontMetrics>
+#include <QMenu>
+#include <algorithm>
+
+#include "toolkit/frontend.h"
+#include "toolkit/qt/events.h"
+#include "toolkit/qt/mnemonics.h"
+
+namespace {
+
+constexpr int kLongestText = 60;  // letters of average width; longer texts are paths
+
+const MenuItem* Find(int id) {
+  const std::vector<MenuItem>& items = MenuItems();
+  const auto at = std::find_if(items.begin(), items.end(),
+                               [id](const MenuItem& item) { return item.row.id == id; });
+  return at == items.end() ? nullptr : &*at;
+}
+
+// A text that the program has put, such as a path, is literal; one of the table may hold a mark.
+MnemonicText TextOf(const MenuItem& item, const QFontMetrics& metrics) {
+  const QString text = QString::fromStdString(item.text).replace('\t', ' ');
+  if (item.text == item.row.text) return {text, text.contains('&')};
+  return {metrics.elidedText(text, Qt::ElideMiddle, kLongestText * metrics.averageCharWidth())};
+}
+
+QList<QKeySequence> ShortcutsOf(const MenuRow& row) {
+  QList<QKeySequence> keys;
+  for (const QString& key : QString(row.accelerator).split('|', Qt::SkipEmptyParts))
+    keys.append(QKeySequence(key, QKeySequence::PortableText));
+  return keys;
+}
+
+}  // namespace
+
+void Menus::Build(QMenuBar* bar) {
+  bar_ = bar;
+  bar->clear();
+  actions_.clear();
+  std::map<int, QMenu*> popups;
+  for (const MenuItem& item : MenuItems()) {
+    const int id = item.row.id;
+    const auto parent = popups.find(item.row.parent);
+    QWidget* owner = parent == popups.end() ? static_cast<QWidget*>(bar) : parent->second;
+    if (item.row.popup) {
+      popups[id] = new QMenu(owner);
+      popups[id]->setToolTipsVisible(true);
+      actions_[id] = popups[id]->menuAction();
+    } else {
+      actions_[id] = new QAction(owner);
+      actions_[id]->setShortcuts(ShortcutsOf(item.row));
+      QObject::connect(actions_[id], &QAction::triggered, bar, [this, id] { Picked(id); });
+    }
+    actions_[id]->setObjectName(QString("menu%1").arg(id));
+    owner->addAction(actions_[id]);
+  }
+  Label(0);
+  for (const auto& [id, popup] : popups) Label(id);
+  for (const MenuItem& item : MenuItems()) Update(item.row.id);
+}
+
+void Menus::Picked(int id) {
+  Update(id);  // the mark is the program's, not the click's
+  if (!locked_) Post({.type = MessageMenu, .value1 = id, .window = RootWindow});
+}
+
+void Menus::Label(int parent) {
+  const QFontMetrics metrics(bar_->font());
+  std::vector<QAction*> actions;
+  std::vector<MnemonicText> texts;
+  for (const MenuItem& item : MenuItems()) {
+    if (item.row.parent != parent) continue;
+    actions.push_back(actions_.at(item.row.id));
+    actions.back()->setData(QString::fromStdString(item.text));
+    actions.back()->setToolTip(QString::fromStdString(item.text).remove('&'));
+    texts.push_back(TextOf(item, metrics));
+  }
+  const std::vector<QString> shown = WithMnemonics(texts);
+  for (std::size_t i = 0; i < actions.size(); ++i) actions[i]->setText(shown[i]);
+}
+
+void Menus::Update(int id) {
+  const MenuItem* item = Find(id);
+  const auto found = actions_.find(id);
+  if (!item || found == actions_.end()) return;
+  QAction* action = found->second;
+  if (action->data().toString() != QString::fromStdString(item->text)) Label(item->row.parent);
+  action->setEnabled(item->enabled);
+  if (item->checked) action->setCheckable(true);
+  action->setChecked(item->checked);
+}
+
+void Menus::SetLocked(bool locked) {
+  locked_ = locked;
+  bar_->setEnabled(!locked);
+}

@@ -1,0 +1,170 @@
+// Painting of a display list.
+#include "toolkit/qt/painter.h"
+
+#include <QFontMetricsF>
+#include <QGuiApplication>
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <span>
+#include <vector>
+
+#include "toolkit/common.h"
+
+namespace {
+
+constexpr double kFarthest = 1e6;      // beyond this the rasteriser's arithmetic ends
+constexpr std::size_t kCurve = 500;    // a stroke of more points is a curve, not a letter or frame
+constexpr std::size_t kStraight = 16;  // and one of up to so many may be part of a frame or grid
+
+using Points = std::vector<QPointF>;
+
+Points PlacesOf(const DisplayList& list, const Stroke& stroke, const Mapping& mapping) {
+  Points places;
+  places.reserve(stroke.count);
+  for (const DrawPoint& point : std::span(list.points).subspan(stroke.first, stroke.count)) {
+    const QPointF at = mapping.Place(point);
+    if (!std::isfinite(at.x()) || !std::isfinite(at.y())) continue;
+    places.emplace_back(std::clamp(at.x(), -kFarthest, kFarthest),
+                        std::clamp(at.y(), -kFarthest, kFarthest));
+  }
+  return places;
+}
+
+// Of each run of points in one column of pixels only the first, lowest, highest and last are seen.
+Points ThinnedByColumn(const Points& places) {
+  Points kept;
+  for (std::size_t begin = 0, end; begin < places.size(); begin = end) {
+    const double column = std::floor(places[begin].x());
+    std::size_t low = begin, high = begin;
+    for (end = begin; end < places.size() && std::floor(places[end].x()) == column; ++end) {
+      if (places[end].y() < places[low].y()) low = end;
+      if (places[end].y() > places[high].y()) high = end;
+    }
+    std::array<std::size_t, 4> shown = {begin, std::min(low, high), std::max(low, high), end - 1};
+    const auto last = std::unique(shown.begin(), shown.end());
+    for (auto i = shown.begin(); i != last; ++i) kept.push_back(places[*i]);
+  }
+  return kept;
+}
+
+// The pieces of a polyline that are seen through a dash pattern.
+std::vector<QLineF> Dashed(const Points& places, std::span<const float> dashes, double thin) {
+  std::vector<QLineF> lines;
+  std::size_t phase = 0;
+  double left = dashes[0] * thin;
+  for (std::size_t i = 1; i < places.size(); ++i) {
+    const QLineF whole(places[i - 1], places[i]);
+    const double length = whole.length();
+    double from = 0;
+    while (from < length) {
+      const double to = std::min(length, from + left);
+      if (phase % 2 == 0)
+        lines.emplace_back(whole.pointAt(from / length), whole.pointAt(to / length));
+      left -= to - from;
+      from = to;
+      if (left > 0) continue;
+      phase = (phase + 1) % dashes.size();
+      left = dashes[phase] * thin;
+    }
+  }
+  return lines;
+}
+
+std::vector<QLineF> Solid(const Points& places) {
+  std::vector<QLineF> lines;
+  lines.reserve(places.size());
+  for (std::size_t i = 1; i < places.size(); ++i) lines.emplace_back(places[i - 1], places[i]);
+  return lines;
+}
+
+// Puts upright and level lines on whole pixels, where they are sharp.
+void Sharpen(Points& places, double width) {
+  for (std::size_t i = 1; i < places.size(); ++i)
+    if (std::abs(places[i].x() - places[i - 1].x()) > 1e-3 &&
+        std::abs(places[i].y() - places[i - 1].y()) > 1e-3)
+      return;
+  const double half = std::lround(width) % 2 == 1 ? 0.5 : 0.0;
+  const auto snap = [half](double at) { return std::round(at - half) + half; };
+  for (QPointF& place : places) place = QPointF(snap(place.x()), snap(place.y()));
+}
+
+QColor ColourOf(std::uint32_t colour) {
+  return QColor(colour & 255, colour >> 8 & 255, colour >> 16 & 255);
+}
+
+// A wide polyline of thousands of points is one shape whose outline takes long to fill. Single
+// lines with square ends look the same and are quick.
+void PaintCurve(QPainter& painter, QPen pen, const Points& places, std::span<const float> dashes,
+                double thin) {
+  const Points kept = ThinnedByColumn(places);
+  const std::vector<QLineF> lines = dashes.empty() ? Solid(kept) : Dashed(kept, dashes, thin);
+  pen.setCapStyle(dashes.empty() ? Qt::SquareCap : Qt::FlatCap);
+  painter.setPen(pen);
+  painter.drawLines(lines.data(), static_cast<int>(lines.size()));
+}
+
+void PaintStroke(QPainter& painter, const Stroke& stroke, Points places, double thin,
+                 Detail detail) {
+  const double width = std::max(0.1f, stroke.pen.width) * thin;
+  const std::span<const float> dashes = DashPattern(stroke.pen.linetype);
+  QPen pen(ColourOf(stroke.pen.colour), width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
+  if (detail == Detail::PerColumn && places.size() > kCurve)
+    return PaintCurve(painter, pen, places, dashes, thin);
+  if (detail == Detail::PerColumn && places.size() <= kStraight) {
+    pen.setWidthF(std::max(1.0, width));
+    Sharpen(places, pen.widthF());
+  }
+  if (!dashes.empty()) {
+    QList<qreal> pattern;
+    for (const float length : dashes) pattern.append(length * thin / pen.widthF());
+    pen.setCapStyle(Qt::FlatCap);
+    pen.setDashPattern(pattern);
+  }
+  painter.setPen(pen);
+  painter.drawPolyline(places.data(), static_cast<int>(places.size()));
+}
+
+void PaintText(QPainter& painter, const DrawnText& text, const Mapping& mapping) {
+  QFont font = QGuiApplication::font();
+  const double pixels = std::abs(text.height * mapping.YScale());
+  font.setPixelSize(std::max(1, static_cast<int>(std::lround(pixels))));
+  const QString shown = QString::fromStdString(text.text);
+  const double length = QFontMetricsF(font, painter.device()).horizontalAdvance(shown);
+  painter.save();
+  painter.setFont(font);
+  painter.setPen(ColourOf(text.colour));
+  painter.translate(mapping.Place({text.x, text.y}));
+  painter.rotate(-text.angle);
+  painter.drawText(QPointF(-length * (text.alignment + 1) / 2, 0), shown);
+  painter.restore();
+}
+
+}  // namespace
+
+Mapping::Mapping(const DisplayList& list, QSizeF target) {
+  const auto span = [](float from, float to) { return from == to ? 1.0 : double(to) - from; };
+  const DrawRect &area = list.area, &units = list.units;
+  kx_ = (area.x2 - area.x1) * target.width() / span(units.x1, units.x2);
+  ky_ = -(area.y2 - area.y1) * target.height() / span(units.y1, units.y2);
+  x0_ = area.x1 * target.width() - units.x1 * kx_;
+  y0_ = (1.0 - area.y1) * target.height() - units.y1 * ky_;
+}
+
+QPointF Mapping::Place(DrawPoint units) const { return {x0_ + units.x * kx_, y0_ + units.y * ky_}; }
+
+DrawPoint Mapping::Units(QPointF place) const {
+  const auto from = [](double at, double scale) { return scale == 0 ? 0 : at / scale; };
+  return {static_cast<float>(from(place.x() - x0_, kx_)),
+          static_cast<float>(from(place.y() - y0_, ky_))};
+}
+
+void PaintList(QPainter& painter, const DisplayList& list, QSizeF target, double thin,
+               Detail detail) {
+  const Mapping mapping(list, target);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setBrush(Qt::NoBrush);
+  for (const Stroke& stroke : list.strokes)
+    PaintStroke(painter, stroke, PlacesOf(list, stroke, mapping), thin, detail);
+  for (const DrawnText& text : list.texts) PaintText(painter, text, mapping);
+}

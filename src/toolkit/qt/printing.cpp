@@ -1,0 +1,95 @@
+// The printer, and pictures of the window.
+#include <QDir>
+#include <QFile>
+#include <QImageWriter>
+#include <QPrintDialog>
+#include <QPrinter>
+#include <QPrinterInfo>
+#include <QSaveFile>
+#include <memory>
+
+#include "toolkit/common.h"
+#include "toolkit/qt/painter.h"
+#include "toolkit/qt/window.h"
+
+namespace {
+
+constexpr double kMillimetresPerInch = 25.4;
+constexpr double kThinOnPaper = 0.18;  // millimetres
+constexpr int kJpegQuality = 92;
+
+// As the user has set it up for the job to come.
+std::unique_ptr<QPrinter> printer;
+
+QString JobName(const std::string& job) {
+  const QString name = QString::fromStdString(job).replace('/', '_').trimmed();
+  return name.isEmpty() ? QString("quillagram") : name;
+}
+
+// A page that was cut short, by a full disk say, lacks the end mark.
+bool IsWholePdf(const QString& path) {
+  QFile file(path);
+  if (!file.open(QIODevice::ReadOnly)) return false;
+  file.seek(std::max<qint64>(0, file.size() - 16));
+  return file.readAll().contains("%%EOF");
+}
+
+// The drawing in the middle of the sheet at its true size, or smaller where it does not fit.
+void PaintPage(QPainter& painter, const DisplayList& list) {
+  const QRectF page = printer->pageLayout().fullRect(QPageLayout::Millimeter);
+  const double fit = std::min({1.0, page.width() / PaperWidth, page.height() / PaperHeight});
+  const QPointF corner = page.center() - QPointF(PaperWidth, PaperHeight) * fit / 2;
+  const double dots = printer->resolution() / kMillimetresPerInch;
+  painter.translate(corner * dots);
+  PaintList(painter, list, QSizeF(PaperWidth, PaperHeight) * fit * dots, kThinOnPaper * fit * dots,
+            Detail::EveryPoint);
+}
+
+}  // namespace
+
+namespace frontend {
+
+bool PrintDialog(const std::string& job) {
+  printer = std::make_unique<QPrinter>(QPrinter::HighResolution);
+  printer->setFullPage(true);
+  if (QPrinterInfo::availablePrinterNames().isEmpty()) {
+    printer->setOutputFormat(QPrinter::PdfFormat);
+    printer->setOutputFileName(QDir::current().filePath(JobName(job) + ".pdf"));
+  }
+  QPrintDialog dialog(printer.get(), FrontWindow());
+  dialog.setObjectName("printdialog");
+  return dialog.exec() == QDialog::Accepted;
+}
+
+bool Print(const DisplayList& list, const std::string& job) {
+  if (!printer) return false;
+  printer->setFullPage(true);
+  printer->setDocName(JobName(job));
+  QPainter painter;
+  if (!painter.begin(printer.get())) return false;
+  PaintPage(painter, list);
+  const bool painted = painter.end() && printer->printerState() != QPrinter::Error;
+  const QString file = printer->outputFileName();
+  return painted && (file.isEmpty() || IsWholePdf(file));
+}
+
+bool SaveImage(const DisplayList& list, const std::string& path) {
+  const double ratio = Root() ? Root()->canvas->devicePixelRatioF() : 1.0;
+  int width = 0, height = 0;
+  AreaPixels(width, height);
+  QImage image((QSizeF(width, height) * ratio).toSize(), QImage::Format_RGB32);
+  image.fill(Qt::white);
+  QPainter painter(&image);
+  PaintList(painter, list, image.size(), ratio, Detail::PerColumn);
+  painter.end();
+
+  const QString name = QFile::decodeName(path.c_str());
+  QSaveFile file(name);
+  file.setDirectWriteFallback(true);
+  if (!file.open(QIODevice::WriteOnly)) return false;
+  QImageWriter writer(&file, name.section('.', -1).toLower().toLatin1());
+  writer.setQuality(kJpegQuality);
+  return writer.write(image) && file.commit();
+}
+
+}  // namespace frontend

@@ -1,0 +1,118 @@
+// The main window.
+#include "toolkit/qt/window.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QMimeData>
+#include <QPainter>
+#include <QScreen>
+#include <QStatusBar>
+#include <QStyle>
+#include <algorithm>
+
+#include "toolkit/qt/events.h"
+
+namespace {
+
+int KeyOf(const QKeyEvent& event) {
+  if ((event.modifiers() & ~Qt::KeypadModifier) != Qt::NoModifier) return 0;
+  switch (event.key()) {
+    case Qt::Key_Left:
+      return KeyLeft;
+    case Qt::Key_Right:
+      return KeyRight;
+    case Qt::Key_Up:
+      return KeyUp;
+    case Qt::Key_Down:
+      return KeyDown;
+  }
+  return 0;
+}
+
+// The first file among what is dragged.
+QString FileIn(const QMimeData* data) {
+  for (const QUrl& url : data->urls())
+    if (url.isLocalFile()) return url.toLocalFile();
+  return {};
+}
+
+}  // namespace
+
+StatusPart::StatusPart() {
+  setTextFormat(Qt::PlainText);
+  setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+}
+
+void StatusPart::Show(const QString& text) {
+  setText(text);
+  setToolTip(fontMetrics().horizontalAdvance(text) > contentsRect().width() ? text : QString());
+}
+
+void StatusPart::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, contentsRect().width());
+  style()->drawItemText(&painter, contentsRect(), Qt::AlignLeft | Qt::AlignVCenter, palette(),
+                        isEnabled(), shown, foregroundRole());
+}
+
+MainWindow::MainWindow() : canvas(new Canvas(this)) {
+  setObjectName("main");
+  setCentralWidget(canvas);
+  setFocusProxy(canvas);
+  setAcceptDrops(true);
+  menus.Build(menuBar());
+  statusBar()->setContentsMargins(6, 0, 0, 0);
+}
+
+// The menu bar is shown whole and the window lies on the screen, as far as the screen goes.
+void MainWindow::Place(QRect wanted) {
+  const QRect room = screen()->availableGeometry();
+  wanted.setWidth(std::max(wanted.width(), menuBar()->sizeHint().width()));
+  wanted.setSize(wanted.size().boundedTo(room.size()));
+  wanted.moveRight(std::min(wanted.right(), room.right()));
+  wanted.moveBottom(std::min(wanted.bottom(), room.bottom()));
+  wanted.moveLeft(std::max(wanted.left(), room.left()));
+  wanted.moveTop(std::max(wanted.top(), room.top()));
+  move(wanted.topLeft());
+  resize(wanted.size());
+}
+
+void MainWindow::SetParts(const std::vector<int>& widths) {
+  for (StatusPart* part : parts) statusBar()->removeWidget(part);
+  qDeleteAll(parts);
+  parts.clear();
+  for (const int width : widths) {
+    parts.push_back(new StatusPart);
+    parts.back()->setObjectName(QString("status%1").arg(parts.size()));
+    statusBar()->addWidget(parts.back(), width);
+  }
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+  event->ignore();  // the program closes it
+  canvas->EndBand(MessageClose);
+  Post({.type = MessageClose, .window = RootWindow});
+}
+
+void MainWindow::keyPressEvent(QKeyEvent* event) {
+  if (const int key = KeyOf(*event))
+    Post({.type = MessageKey, .value1 = key, .window = RootWindow});
+  else
+    QMainWindow::keyPressEvent(event);
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
+  if (ReadyForCommands() && !FileIn(event->mimeData()).isEmpty()) event->acceptProposedAction();
+}
+
+void MainWindow::dropEvent(QDropEvent* event) {
+  const QString file = FileIn(event->mimeData());
+  if (file.isEmpty() || !ReadyForCommands()) return;
+  event->acceptProposedAction();
+  PostDropped(file.toStdString());
+}
+
+void ChildWindow::closeEvent(QCloseEvent* event) {
+  event->ignore();
+  Post({.type = MessageClose, .window = handle_});
+}
