@@ -3,14 +3,15 @@
 //   std::string line = WriteRecord<"(f9.3,f10.1,4f9.4,4i5)">(x, y, w, g, wr, gr, h, k, l, m);
 //   if (ReadRecord<"(2f15.0)">(line, x, y)) ...
 //
-// The format text stands in the code as the documentation of the file has it, and is parsed once per
-// call site. Known are Iw, Iw.m, Fw.d, Ew.d, A, Aw, nX, Tn, slashes, repeat counts, nested groups,
-// quoted texts, nH texts in either case, and a statement label in front. Carriage-control columns
-// such as 1h0 are characters like all others. Blanks outside texts and missing commas are accepted.
+// The format text stands in the code as the documentation of the file has it, and is parsed once
+// per call site. Known are Iw, Iw.m, Fw.d, Ew.d, A, Aw, nX, Tn, slashes, repeat counts, nested
+// groups, texts in single or double quotes, nH texts, and a statement label in front, letters in
+// either case. Carriage-control columns such as 1h0 are characters like all others. Blanks outside
+// texts and missing commas are accepted, and a repeat count of 0 leaves out what it counts.
 #pragma once
 
 #include <algorithm>
-#include <memory>
+#include <cstddef>
 #include <span>
 #include <string>
 #include <string_view>
@@ -20,12 +21,23 @@
 // A parsed format. A faulty format text is a fault of the program and ends it with a message.
 class Format {
  public:
+  enum class Kind : unsigned char { Integer, Fixed, Exponent, Text, Literal, Skip, Tab, Slash };
+  struct Item {
+    Kind kind;
+    int width = 0;    // of the field (0: as long as the text); columns of a Skip; column of a Tab
+    int digits = -1;  // decimals, or least digits of an integer; -1: not given
+    std::string text{};  // of a Literal
+  };
   explicit Format(std::string_view text);
-  struct Item;  // one descriptor with its repeat count
+  // The descriptors with groups and repetitions written out.
   const std::vector<Item>& items() const { return items_; }
+  // The item to go on with when values are left behind the last one: the start of the last group of
+  // the top level, or of the format. The number of items if none takes a value from there on.
+  std::size_t restart() const { return restart_; }
 
  private:
   std::vector<Item> items_;
+  std::size_t restart_ = 0;
 };
 
 using WriteValue = std::variant<int, float, double, std::string_view>;
@@ -36,9 +48,12 @@ using ReadTarget = std::variant<int*, float*, double*, std::string*>;
 std::string WriteValues(const Format& format, std::span<const WriteValue> values);
 
 // Reads values from a line, or from the records of a text parted by "\n". A field ends after its
-// width or at a comma; blanks inside are ignored and an all-blank field is 0; without a decimal point
-// d digits are the fraction; where the line runs out the fields are blank. Returns the number of
-// values read: all of them, or those in front of the first that failed, which are set.
+// width or at a comma; blanks inside are ignored and an all-blank field is 0; without a decimal
+// point d digits are the fraction; where the line runs out the fields are blank, but a missing
+// record is a failure. An exponent follows E, D or its sign. Too large for its target is
+// unreadable, too small is 0. Aw takes w characters and A the rest of the record, without trailing
+// blanks. Returns the number of values read: all of them, or those in front of the first that
+// failed, which are set.
 int ReadValues(std::string_view text, const Format& format, std::span<const ReadTarget> targets);
 
 // A format text as a template argument.
@@ -67,5 +82,6 @@ bool ReadRecord(std::string_view text, V&... value) {
   return ReadValues(text, FormatOf<F>(), targets) == static_cast<int>(sizeof...(V));
 }
 
-// A real in free form: a plain decimal number with blanks around it. False for anything else.
+// A real in free form: a plain decimal number with blanks around it. False for anything else, with
+// value as it was.
 bool ReadFreeReal(std::string_view text, float& value);

@@ -20,16 +20,16 @@ std::string Field(std::string_view text, int length = 256);
 std::string_view TrimRight(std::string_view text);
 std::string_view Trim(std::string_view text);
 
-// Rewrites a line of numbers parted by anything into numbers parted by single commas. Returns 0, or 1
-// for an empty line (blanks only are empty), which stays as it is.
+// Rewrites a line of numbers parted by anything into numbers parted by single commas. Returns 0, or
+// 1 for an empty line (blanks only are empty), which stays as it is.
 int CleanNumberLine(std::string& line);
 
 // Text up to and including the last ":", "\" or "/"; blank if there is none.
 std::string FileDirectory(std::string_view path);
 // Text behind the last ":", "\" or "/", up to but not including the first "." behind it.
 std::string FileStem(std::string_view path);
-// If the path holds a ".": ext takes the text behind the last one. If not, "." and ext are appended to
-// the path, which is shortened when its field is full.
+// If the path holds a ".": ext takes the text behind the last one. If not, "." and ext are appended
+// to the path, which is shortened when its field is full.
 void FileExtension(std::string& path, std::string& ext);
 
 // 1-based place of sub in text, 0 if absent; both without trailing blanks.
@@ -42,8 +42,8 @@ char LowerChar(char c);
 std::string UpperText(std::string_view text);
 std::string LowerText(std::string_view text);
 
-// value in a right-justified field of w characters with d decimals, without a leading zero: .250. The
-// point stands in its place among asterisks when the value does not fit.
+// value in a right-justified field of w characters with d decimals, without a leading zero: .250.
+// The point stands in its place among asterisks when the value does not fit.
 std::string RealField(float value, int w, int d);
 // value in a right-justified field of w characters with at least `minimum` digits.
 std::string IntField(int value, int w, int minimum = 1);
