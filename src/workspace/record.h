@@ -21,6 +21,7 @@
 // A parsed format. A faulty format text is a fault of the program and ends it with a message.
 class Format {
  public:
+  static constexpr int MaxWidth = 256;  // of a numeric field
   enum class Kind : unsigned char { Integer, Fixed, Exponent, Text, Literal, Skip, Tab, Slash };
   struct Item {
     Kind kind;
