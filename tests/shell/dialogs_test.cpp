@@ -1,6 +1,8 @@
 // Parameter dialogs: what they open with, what they make of entries.
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 #include "shell/shell.h"
 #include "support/support.h"
 #include "workspace/workspace.h"
@@ -35,7 +37,7 @@ class Dialogs : public testing::Test {
 TEST_F(Dialogs, OpenWithTheFieldOrWithTheResource) {
   ws.smoothwindow = 9;
   ws.scalefactor = 4;  // "Scale factor" always opens at 1.00
-  ws.zeroshift = 0.12345f;
+  ws.zeroshift = 0.12341f;
   ws.a2ratio = 0.7f;
   EXPECT_EQ(Shown(Run(110, "press 2"), 1033), "9\t1");
   EXPECT_EQ(Shown(Run(107, "press 2"), 1032), "1.00\t1");
