@@ -59,7 +59,7 @@ std::string ItemPath(const MenuItem& item) {
 const MenuItem& ItemOf(const Word& word) {
   if (const MenuItem* item = ItemById(Number(word))) return *item;
   for (const MenuItem& item : MenuItems())
-    if (ItemPath(item) == word.text) return item;
+    if (ItemPath(item) == word.text || ItemPath(item) == Shown(word.text)) return item;
   Fail("no menu item " + word.text);
 }
 
@@ -76,9 +76,10 @@ void PickMenu(Situation& now, const Words& words) {
   now.done = true;
 }
 
+// The item's own state; the popups above it have theirs.
 void PrintItem(Situation&, const Words& words) {
   const MenuItem& item = ItemOf(words[1]);
-  Emit({"item", std::to_string(item.row.id), ItemText(item), Reachable(item) ? "1" : "0",
+  Emit({"item", std::to_string(item.row.id), ItemText(item), item.enabled ? "1" : "0",
         item.checked ? "1" : "0"});
 }
 

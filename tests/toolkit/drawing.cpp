@@ -1,0 +1,221 @@
+// The display list and the files made from it.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+
+#include "support/support.h"
+#include "toolkit/displaylist.h"
+#include "toolkit/toolkit.h"
+
+namespace {
+
+// A list of 100 by 200 units on a target of 200 by 400 points: two points a unit.
+DisplayList Page() {
+  DisplayList list;
+  list.units = {0, 0, 100, 200};
+  return list;
+}
+
+void AddStroke(DisplayList& list, const Pen& pen, std::initializer_list<DrawPoint> points) {
+  list.strokes.push_back({pen, list.points.size(), points.size()});
+  list.points.insert(list.points.end(), points);
+}
+
+std::size_t Count(const std::string& text, const std::string& part) {
+  std::size_t n = 0;
+  for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) ++n;
+  return n;
+}
+
+bool Contains(const std::string& text, const std::string& part) { return Count(text, part) > 0; }
+
+class Drawing : public testing::Test {
+ protected:
+  void SetUp() override { FreshWorkspace(); }
+  TempDir work_;
+};
+
+TEST_F(Drawing, StrokesGoOnWhilePenAndPlaceDo) {
+  IGrMoveTo(1, 1);
+  IGrMoveTo(10, 20);  // moves leave nothing behind
+  IGrLineTo(30, 40);
+  IGrMoveTo(30, 40);
+  IGrLineTo(50, 60);
+  IGrColourN(0xff00ff);
+  IGrLineTo(70, 80);
+  IGrMoveTo(5, 5);
+  IGrLineTo(NAN, 1);
+  IGrLineTo(6, 6);
+  const DisplayList& list = ScreenList();
+  ASSERT_EQ(list.strokes.size(), 3u);
+  EXPECT_EQ(list.strokes[0].count, 3u);
+  EXPECT_EQ(list.strokes[1].pen.colour, 0xff00ffu);
+  EXPECT_EQ(list.points[list.strokes[1].first], (DrawPoint{50, 60}));
+  EXPECT_EQ(list.points.back(), (DrawPoint{6, 6}));
+  EXPECT_EQ(list.points.size(), 7u);
+}
+
+// Paper is fed sideways, so that 270 degrees put it upright; each 90 less turn it further.
+TEST_F(Drawing, UnitsTurnInQuarters) {
+  const struct {
+    const char* mode;
+    int degrees;
+    DrawPoint place;  // of (20, 50) in 100 by 200 units
+  } cases[] = {{"", 0, {20, 50}},    {"", 90, {75, 40}},   {"", 180, {80, 150}},
+               {"", -90, {25, 160}}, {"H", 270, {20, 50}}, {"H", 0, {75, 40}}};
+  for (const auto& c : cases) {
+    IGrInit(c.mode);
+    IGrUnits(0, 0, 100, 200);
+    IGrUnitsRotate(c.degrees);
+    const TempDir work;
+    IGrAreaClear();
+    IGrMoveTo(20, 50);
+    IGrLineTo(20, 50);
+    if (*c.mode == 0) {
+      EXPECT_EQ(ScreenList().points[0], c.place) << c.degrees;
+      continue;
+    }
+    Answer("file " + work.file("turned"));
+    IGrHardcopySelect(1, DriverEps);
+    WHardcopyOptions(3, "a.eps");
+    EXPECT_EQ(WInfoDialog(4), 1);
+    IGrHardcopy("S");  // a job of this name
+    IGrHardcopy("S");
+    // 510.236 by 720 points for 100 by 200 units, pen of half a point around the place.
+    const double x = c.place.x / 100 * 510.236, y = c.place.y / 200 * 720;
+    const std::string eps = ReadFile(work.file("turned.eps"));
+    double box[4] = {};
+    const std::string key = "%%HiResBoundingBox: ";
+    ASSERT_TRUE(Contains(eps, key));
+    std::sscanf(eps.c_str() + eps.find(key) + key.size(), "%lf %lf %lf %lf", &box[0], &box[1],
+                &box[2], &box[3]);
+    EXPECT_NEAR(box[0], x - 0.25, 0.002);
+    EXPECT_NEAR(box[1], y - 0.25, 0.002);
+    EXPECT_NEAR(box[2], x + 0.25, 0.002);
+    EXPECT_NEAR(box[3], y + 0.25, 0.002);
+  }
+  IGrInit("");
+}
+
+// On a window of 1536 by 864 pixels a unit of x is the longer one, by 16 to 9.
+TEST_F(Drawing, LettersKeepTheirShape) {
+  EXPECT_FLOAT_EQ(WInfoGrReal(GraphicsGlyphX), 9.0f / 16);
+  EXPECT_FLOAT_EQ(WInfoGrReal(GraphicsGlyphY), 1);
+  IGrInit("H");
+  IGrUnits(0, 0, 180, 254);
+  IGrUnitsRotate(270);
+  EXPECT_FLOAT_EQ(WInfoGrReal(GraphicsGlyphX), 1);
+  EXPECT_FLOAT_EQ(WInfoGrReal(GraphicsGlyphY), 1);
+  IGrInit("");
+}
+
+TEST_F(Drawing, EpsIsTightAndPlain) {
+  DisplayList list = Page();
+  AddStroke(list, {.linetype = 0, .width = 4, .colour = 0xff00ff}, {{10, 20}, {90, 150.25f}});
+  const std::string path = work_.file("a.eps");
+  ASSERT_TRUE(WriteEps(list, path, "Fe(2)\\ \xc3\xb6\n%%EOF", 200, 400));
+  const std::string eps = ReadFile(path);
+  // From (20, 40) to (180, 300.5), widened by half of a pen of 4 times 0.5 points.
+  EXPECT_TRUE(Contains(eps,
+                       "%!PS-Adobe-3.0 EPSF-3.0\n%%BoundingBox: 19 39 181 302\n"
+                       "%%HiResBoundingBox: 19 39 181 301.5\n"));
+  EXPECT_TRUE(Contains(eps, "%%Title: (Fe\\0502\\051\\134 \\303\\266\\012%%EOF)\n"));
+  EXPECT_TRUE(Contains(eps, "1 0 1 RG\n2 w\n20 40 m\n180 300.5 l\nS\n"));
+  EXPECT_EQ(Count(eps, "\n%%EOF\n"), 1u);
+}
+
+TEST_F(Drawing, LongStrokesKeepEveryPointInShortPieces) {
+  constexpr int n = 20000;
+  IGrUnits(0, 0, n, n);
+  IGrMoveTo(0, 0);
+  for (int i = 1; i < n; ++i) IGrLineTo(static_cast<float>(i), static_cast<float>(i % 7));
+  ASSERT_EQ(ScreenList().strokes.size(), 1u);
+  for (const char* name : {"a.eps", "a.pdf", "a.svg"}) {
+    const std::string path = work_.file(name);
+    const bool pdf = path.ends_with("pdf");
+    ASSERT_TRUE(pdf ? WritePdf(ScreenList(), path, "", 500, 500, 595, 842) : IGrSaveImage(path));
+    const std::string text = ReadFile(path);
+    if (path.ends_with("svg")) {
+      const std::size_t begin = text.find(" d=\"M"), end = text.find("\"/>", begin);
+      EXPECT_EQ(Count(text.substr(begin, end - begin), " "), 2u * n + 1);
+      continue;
+    }
+    EXPECT_EQ(Count(text, " l\n"), n - 1u) << name;
+    std::size_t longest = 0;
+    for (std::size_t at = text.find(" m\n"); at != std::string::npos;) {
+      const std::size_t end = text.find("S\n", at);
+      longest = std::max(longest, Count(text.substr(at, end - at), " l\n") + 1);
+      at = text.find(" m\n", end);
+    }
+    EXPECT_LE(longest, 1000u) << name;
+  }
+}
+
+TEST_F(Drawing, PdfTableOfPlacesIsRight) {
+  DisplayList list = Page();
+  AddStroke(list, {}, {{0, 0}, {100, 200}});
+  const std::string path = work_.file("a.pdf");
+  ASSERT_TRUE(WritePdf(list, path, "\xc3\xa9", 200, 400, 300, 500));
+  const std::string pdf = ReadFile(path);
+  EXPECT_TRUE(Contains(pdf, "\n1 0 0 1 50 50 cm\n"));  // in the middle of the page
+  EXPECT_TRUE(Contains(pdf, "<FEFF00E9>"));
+  const std::size_t table = std::atoi(pdf.c_str() + pdf.rfind("startxref\n") + 10);
+  ASSERT_EQ(pdf.substr(table, 4), "xref");
+  const int objects = std::atoi(pdf.c_str() + table + 7);
+  for (int i = 1; i < objects; ++i) {
+    const std::size_t entry = pdf.find('\n', table + 5) + 1 + 20 * i;
+    const std::string start = std::to_string(i) + " 0 obj\n";
+    EXPECT_EQ(pdf.substr(std::atoi(pdf.c_str() + entry), start.size()), start);
+  }
+}
+
+// A bitmap of 1536 by 864 pixels: header of 54 bytes, rows from below, blue first.
+TEST_F(Drawing, PicturesShowTheStrokes) {
+  IGrColourN(0x0000ff);  // red
+  IGrLineWidth(3);
+  IGrMoveTo(0, 500);
+  IGrLineTo(1000, 500);
+  ASSERT_TRUE(IGrSaveImage(work_.file("a.bmp")));
+  const std::string bmp = ReadFile(work_.file("a.bmp"));
+  ASSERT_EQ(bmp.size(), 54u + 1536 * 3 * 864);
+  const auto pixel = [&](int x, int y) { return bmp.substr(54 + (y * 1536 + x) * 3, 3); };
+  for (int x : {0, 768, 1535}) {
+    EXPECT_EQ(pixel(x, 432), std::string("\0\0\xff", 3));
+    EXPECT_EQ(pixel(x, 431), std::string("\0\0\xff", 3));
+    EXPECT_EQ(pixel(x, 435), "\xff\xff\xff");
+  }
+  ASSERT_TRUE(IGrSaveImage(work_.file("a.JPG")));
+  const std::string jpeg = ReadFile(work_.file("a.JPG"));
+  EXPECT_EQ(jpeg.substr(0, 4), "\xff\xd8\xff\xe0");
+  EXPECT_EQ(jpeg.substr(jpeg.size() - 2), "\xff\xd9");
+  Events();
+  EXPECT_FALSE(IGrSaveImage("/nowhere/a%s.bmp"));
+  EXPECT_FALSE(IGrSaveImage(work_.file("a.gif")));
+  EXPECT_EQ(Events(),
+            (std::vector<std::string>{"box\tError\tCannot write /nowhere/a%s.bmp",
+                                      "box\tError\tCannot write " + work_.file("a.gif")}));
+}
+
+TEST_F(Drawing, HardcopiesThatFailSayWhere) {
+  const auto print = [](int driver) {
+    IGrInit("H");
+    IGrHardcopySelect(1, driver);
+    WHardcopyOptions(3, "job.eps");
+    if (WInfoDialog(4) == 1) IGrHardcopy("job");
+    IGrHardcopy("S");
+    IGrInit("");
+    return Events().back();
+  };
+  Answer("file /nowhere/a.eps\nfile /nowhere/a.pdf\nfile\nfile " + work_.file("a"));
+  EXPECT_EQ(print(DriverEps), "box\tError\tCannot write /nowhere/a.eps");
+  EXPECT_EQ(print(DriverPrinter), "box\tError\tCannot print job");
+  EXPECT_EQ(print(DriverEps), "select\tSave EPS file\tEPS file|*.eps|\tjob.eps");
+  EXPECT_EQ(WInfoDialog(4), 2);
+  print(DriverPrinter);
+  EXPECT_TRUE(ReadFile(work_.file("a.pdf")).starts_with("%PDF-"));
+}
+
+}  // namespace

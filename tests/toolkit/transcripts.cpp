@@ -1,0 +1,175 @@
+// Lines and events of transcripts.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "support/support.h"
+#include "toolkit/replay/transcript.h"
+#include "toolkit/toolkit.h"
+
+namespace {
+
+using Lines = std::vector<std::string>;
+
+// Runs lines in the program and gives its last event and exit status.
+std::pair<std::string, int> LastEvent(const std::string& lines) {
+  const TempDir work;
+  const ReplayRun run = RunReplay(lines, work.path());
+  return {run.lines.empty() ? "" : run.lines.back(), run.status};
+}
+
+TEST(Transcript, WordsAreSplitAtBlanksOutsideQuotes) {
+  FreshWorkspace();
+  const std::pair<const char*, std::vector<replay::Word>> cases[] = {
+      {"menu 40105", {{"menu"}, {"40105"}}},
+      {"\t set  \"Min FWHM\"\t0,05 \r", {{"set"}, {"Min FWHM", true}, {"0,05"}}},
+      {"file a#1.xy # the first", {{"file"}, {"a#1.xy"}}},
+      {"file \"# is no comment\"", {{"file"}, {"# is no comment", true}}},
+      {"set 5 \"\"", {{"set"}, {"5"}, {"", true}}},
+      {"file \"a \"\"b\"\" c\"", {{"file"}, {"a \"b\" c", true}}},
+      {"# nothing\n\n  \nfile", {{"file"}}},
+  };
+  for (const auto& [line, words] : cases) {
+    Answer(line);
+    std::vector<replay::Word> got;
+    ASSERT_TRUE(replay::NextLine(got)) << line;
+    ASSERT_EQ(got.size(), words.size()) << line;
+    for (std::size_t i = 0; i < words.size(); ++i) {
+      EXPECT_EQ(got[i].text, words[i].text) << line;
+      EXPECT_EQ(got[i].quoted, words[i].quoted) << line;
+    }
+  }
+}
+
+TEST(Transcript, WhatCannotBeDoneEndsTheRun) {
+  const struct {
+    const char* lines;
+    const char* error;
+  } cases[] = {
+      {"# a comment\n\npress OK\n", "error\t3\tno dialog is on show"},
+      {"file x.xy\n", "error\t1\tno file selector is on show"},
+      {"jump\n", "error\t1\tunknown line jump"},
+      {"key up down\n", "error\t1\tkey has too many words"},
+      {"key sideways\n", "error\t1\t\"sideways\" is not known here"},
+      {"file \"x.xy\n", "error\t1\tquote is not closed"},
+      {"menu 99\n", "error\t1\tno menu item 99"},
+      {"menu 40001\n", "error\t1\tmenu File is not an item"},
+      {"menu \"Modify/Smooth\"\n", "error\t1\tmenu item Modify/Smooth is disabled"},
+      {"get nothing\n", "error\t1\tno field nothing"},
+      {"menu 40008\nmenu 40008\n", "error\t2\tmenu cannot be done while dialog 101 is open"},
+      {"menu 40038\nset Samples x\n", "error\t2\tno field Samples"},
+      {"menu 40124\nset 2.5 x\n", "error\t2\tno field 2.5"},
+      {"menu 40008\n", "error\t1\tdialog 101 is still open at the end"},
+      {"menu 40011\n", "error\t1\ta file selector is still open at the end"},
+      {"plot /nowhere/x.eps\n", "error\t1\tcannot write /nowhere/x.eps"},
+  };
+  for (const auto& c : cases)
+    EXPECT_EQ(LastEvent(c.lines), std::make_pair(std::string(c.error), 1)) << c.lines;
+}
+
+TEST(Transcript, BoxesAreAcknowledgedAndKeepTheStatus) {
+  EXPECT_EQ(LastEvent("open nothing.abc\n"),
+            std::make_pair(std::string("box\tError\tUnrecognized file type"), 0));
+  // A cancelled dialog or selector is an ordinary end.
+  EXPECT_EQ(LastEvent("menu \"Help/About\"\npress OK\nmenu 40011\nfile\nget npts(1)\n"),
+            std::make_pair(std::string("value\tnpts(1)\t0"), 0));
+}
+
+TEST(Transcript, CommandLine) {
+  const TempDir work;
+  EXPECT_EQ(RunReplay("", work.path(), {"--help"}).status, 0);
+  EXPECT_EQ(RunReplay("", work.path(), {"--version"}).lines, Lines{"quillagram-replay 1.0"});
+  EXPECT_EQ(RunReplay("", work.path(), {"other"}).status, 2);
+  EXPECT_EQ(RunReplay("", work.path(), {"--jump"}).status, 2);
+}
+
+TEST(Events, TextsStayOnOneLineAndQueriesWait) {
+  FreshWorkspace();
+  Answer("press Cancel\npress 1\n");
+  EXPECT_EQ(MessageBoxQuery("Window error", "Full.\rClose one\r\nand\tgo on."), 0);
+  EXPECT_EQ(MessageBoxQuery("", "again"), 1);
+  EXPECT_EQ(Events(),
+            (Lines{"query\tWindow error\tFull.\\nClose one\\nand go on.", "query\t\tagain"}));
+  EXPECT_THROW(MessageBoxQuery("", "no answer"), std::runtime_error);
+}
+
+// A click moves to its place, presses and releases; only enabled messages come.
+TEST(Events, MouseAndKeys) {
+  FreshWorkspace();
+  SetApplicationHooks({{}, [](float x, float y) { return std::pair(10 * x, y + 1); }});
+  WMessageEnable(MessageMouseMove, 0);
+  WMessageEnable(MessageMouseUp, 1);
+  Answer("mouse right 28.5 99\nkey down\ndrag 1 2 3 4\n");
+  const struct {
+    int type, value;
+    float x, y;
+  } expected[] = {{MessageMouseDown, MouseRight, 285, 100},
+                  {MessageMouseUp, MouseRight, 285, 100},
+                  {MessageKey, KeyDown, 0, 0},
+                  {MessageMouseDown, MouseLeft, 10, 3}};
+  Message message;
+  for (const auto& e : expected) {
+    EXPECT_EQ(WMessage(message), e.type);
+    EXPECT_EQ(message.value1, e.value);
+    EXPECT_EQ(message.x, e.x);
+    EXPECT_EQ(message.y, e.y);
+  }
+  float endx = 0, endy = 0;
+  int ending = 0;
+  WGrInput(3, message.x, message.y, endx, endy, ending);
+  EXPECT_EQ(ending, MessageMouseUp);
+  EXPECT_EQ(endx, 30);
+  EXPECT_EQ(endy, 5);
+  EXPECT_EQ(WMessage(message), MessageClose);  // the release has been taken by the band
+}
+
+TEST(Selector, AddsTheExtensionOnSavingAndStartsFromTheFirstDirectory) {
+  const std::string start = std::filesystem::current_path().string();
+  const struct {
+    const char *line, *filter;
+    int flags;
+    std::string path;
+  } cases[] = {
+      {"file", "EPS file|*.eps|", FileSave, ""},
+      {"file plot", "EPS file|*.eps|", FileSave, start + "/plot.eps"},
+      {"file plot.ps", "EPS file|*.eps|", FileSave, start + "/plot.ps"},
+      {"file \"/tmp/dir.x/two words\"", "|*.xy|", FileSave, "/tmp/dir.x/two words.xy"},
+      {"file plot", "|*.xy|", FileMustExist, start + "/plot"},
+      {"file plot", "All files|*|", FileSave, start + "/plot"},
+  };
+  FreshWorkspace();
+  IOsDirChange("/");
+  for (const auto& c : cases) {
+    Answer(c.line);
+    std::string path = "*.xy";
+    WSelectFile(c.filter, c.flags, path, "Title");
+    EXPECT_EQ(path, c.path) << c.line;
+    EXPECT_EQ(Events(), Lines{"select\tTitle\t" + std::string(c.filter) + "\t*.xy"});
+  }
+  IOsDirChange(start);
+}
+
+TEST(Commands, WordsAndFilesNeverMix) {
+  FreshWorkspace();
+  IOsCommand("  edit  -n \"two words\" --x=\"a b\"c  ");
+  IOsCommandOnFile("\"my editor\" -w", "/tmp/a; rm -rf \"b\" $HOME.xy");
+  IOsCommandOnFile("  ", "/tmp/a.xy");
+  EXPECT_EQ(Events(), (Lines{"command\tedit -n \"two words\" \"--x=a bc\"",
+                             "command\t\"my editor\" -w \"/tmp/a; rm -rf \"b\" $HOME.xy\"",
+                             "box\tError\tCannot start   "}));
+}
+
+TEST(Files, FailuresAreReadOnce) {
+  const TempDir work;
+  WriteFile(work.file("a b"), "1 2\n");
+  IOsCopyFile(work.file("a b"), work.file("c"));
+  EXPECT_EQ(WInfoError(0), 0);
+  EXPECT_EQ(ReadFile(work.file("c")), "1 2\n");
+  IOsDeleteFile(work.file("c"));
+  EXPECT_EQ(WInfoError(0), 0);
+  IOsDeleteFile(work.file("c"));
+  EXPECT_NE(WInfoError(0), 0);
+  EXPECT_EQ(WInfoError(0), 0);
+}
+
+}  // namespace
