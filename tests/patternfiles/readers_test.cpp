@@ -1,0 +1,296 @@
+// The nine readers on small files: contents, odd lines, messages, limits, hostile input.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "patternfiles/samples.h"
+#include "support/support.h"
+#include "workspace/workspace.h"
+
+namespace {
+
+class Readers : public testing::Test {
+ protected:
+  void SetUp() override {
+    FreshWorkspace();
+    ws.stem20 = "stem";
+    Events();
+  }
+  std::string Make(const std::string& text) {
+    const std::string path = dir_.file("pattern");
+    WriteFile(path, text);
+    return path;
+  }
+  int Read(const std::string& extension, int slot, const std::string& text) {
+    return ReadAs(extension, slot, Make(text));
+  }
+  TempDir dir_;
+};
+
+std::vector<float> Counts(int slot) {
+  const auto row = ws.yval.row(slot);
+  return {row.begin(), row.begin() + ws.npts(slot)};
+}
+
+std::string Repeat(int n, const std::string& text) {
+  std::string all;
+  for (int i = 0; i < n; ++i) all += text;
+  return all;
+}
+
+std::string Replaced(std::string text, const std::string& from, const std::string& to) {
+  for (std::size_t at = 0; (at = text.find(from, at)) != std::string::npos; at += to.size())
+    text.replace(at, from.size(), to);
+  return text;
+}
+
+// Everything a load of slot 1 sets, for every way in which lines may end.
+TEST_F(Readers, EveryFormatWithEveryLineEnd) {
+  for (const FormatSample& sample : FormatSamples()) {
+    const std::string open = sample.text.substr(0, sample.text.size() - 1);
+    for (const std::string& text : {sample.text, Replaced(sample.text, "\n", "\r\n"), open,
+                                    open + "\r", "\xEF\xBB\xBF" + sample.text}) {
+      SCOPED_TRACE(sample.extension + (": " + text));
+      SetUp();
+      ASSERT_EQ(Read(sample.extension, SlotInput, text), 1);
+      const int n = static_cast<int>(sample.counts.size());
+      EXPECT_EQ(Counts(SlotInput), sample.counts);
+      EXPECT_EQ(Counts(SlotNet), sample.counts);
+      for (int i = 1; i <= n; ++i)
+        EXPECT_NEAR(ws.xval(AxisTth, SlotInput, i), sample.x1 + sample.step * (i - 1), 2e-6);
+      for (int k = 1; k <= 3; ++k) EXPECT_EQ(ws.scanwave(k), sample.wave[k - 1]) << k;
+      EXPECT_EQ(ws.wavelen(1), sample.wave[0]);
+      EXPECT_EQ(ws.scandate, sample.scandate);
+      EXPECT_EQ(ws.sampleid, sample.sampleid);
+      EXPECT_EQ(ws.instrument, sample.instrument);
+      EXPECT_EQ(ws.gdfhead(8), sample.exposure);
+      EXPECT_TRUE(Events().empty());
+    }
+  }
+}
+
+// Into another slot nothing of the current pattern changes, but for what udf states.
+TEST_F(Readers, OtherSlotsLeaveThePatternAlone) {
+  for (const FormatSample& sample : FormatSamples()) {
+    SCOPED_TRACE(sample.extension);
+    SetUp();
+    ws.npts(SlotInput) = 1;
+    ws.yval(SlotInput, 1) = ws.yval(SlotNet, 1) = 42;
+    ws.scandate = ws.instrument = "kept";
+    ASSERT_EQ(Read(sample.extension, SlotScratch, sample.text), 1);
+    EXPECT_EQ(Counts(SlotScratch), sample.counts);
+    EXPECT_EQ(Counts(SlotInput), std::vector<float>{42});
+    EXPECT_EQ(ws.yval(SlotNet, 1), 42);
+    EXPECT_EQ(ws.npts(SlotNet), 0);
+    EXPECT_EQ(ws.wavelen(2), 1.54433f);
+    const std::string format = sample.extension;
+    EXPECT_EQ(ws.instrument, format == "udf" ? "STADI" : "kept");
+    EXPECT_EQ(ws.scandate, format == "udf" || format == "uxd" ? sample.scandate : "kept");
+  }
+}
+
+struct LineCase {
+  const char* what;
+  const char* extension;
+  std::string text;
+  std::vector<float> counts;
+};
+
+TEST_F(Readers, OddLines) {
+  const std::string txt = "[Data]\n\n", uxd = "_2THETACOUNTS\n", udf = "RawScan\n";
+  const std::string gdf = Repeat(16, "1\n"), cif = "  _pd_meas_intensity_total\n\n";
+  const LineCase cases[] = {
+      {"words pass as a point", "xy", "GRID\n1 5\n", {0, 5}},
+      {"an empty line ends", "xy", "1 5\n \n2 6\n", {5}},
+      {"a stray e ends", "xy", "1 5\n2e 6\n3 7\n", {5}},
+      {"a decimal comma parts", "xy", "1,5 200\n", {5}},
+      {"a number too large ends", "xy", "1 5\n2 1e300\n3 6\n", {5}},
+      {"NUL bytes are blanks",
+       "xy",
+       std::string("1\0"
+                   "5\n",
+                   4),
+       {5}},
+      {"columns past 256 are lost", "xy", "1" + std::string(300, ' ') + "7\n2 5\n", {0, 5}},
+      {"a fraction ends", "txt", txt + "5, 12\n6, 13.5\n7, 14\n", {12}},
+      {"columns past 40 are lost", "uxd", uxd + "5" + std::string(40, ' ') + "3\n6 4\n", {0, 4}},
+      {"fewer values from then on",
+       "udf",
+       udf + "1, 2, 3,/\n4, 5, 6, 7, 8, 9, 10, 11\n",
+       {1, 2, 3, 0, 0, 0, 0, 0, 4, 5, 6}},
+      {"fewer and fewer",
+       "udf",
+       udf + "1, 2, /\n3, x\n4, 5\n",
+       {1, 2, 0, 0, 0, 0, 0, 0, 3, 0, 0, 0, 0, 0, 0, 0, 4}},
+      {"a count of infinity",
+       "udf",
+       udf + "1, 2, 9e99, 4\n5, 6, 7\n",
+       {1, 2, 0, 0, 0, 0, 0, 0, 5, 6}},
+      {"a point in a count ends", "gdf", gdf + "5\n6.5\n7\n", {5}},
+      {"nine digits are cut", "gdf", gdf + "123456789\n", {12345678}},
+      {"blank fields are 0",
+       "dat",
+       "1 1\n       1       2\n       3\n",
+       {1, 2, 0, 0, 0, 0, 0, 0, 0, 0, 3}},
+      {"fewer values from then on",
+       "dat",
+       "1 1\n       1       2       x\n       3       4       5\n",
+       {1, 2, 0, 0, 0, 0, 0, 0, 0, 0, 3, 4}},
+      {"a bracket ends", "cif", cif + "5\n6(2)\n7\n", {5}},
+      {"one digit first is lost", "xrdml", "<intensities>5 6 7</intensities>", {0, 6, 7}},
+      {"two blanks make a 0", "xrdml", "<intensities>15 6  7</intensities>", {15, 6, 0, 7}},
+      {"no number, no count", "xrdml", "<intensities>15 ab 7 nan</intensities>", {15, 0, 7}},
+      {"a later line wins", "xrdml", "<intensities>10 20 30\n<intensities>11 21\n", {11, 21}},
+  };
+  for (const LineCase& c : cases) {
+    SCOPED_TRACE(std::string(c.extension) + ": " + c.what);
+    EXPECT_EQ(Read(c.extension, 5, c.text), 1);
+    EXPECT_EQ(Counts(5), c.counts);
+  }
+}
+
+TEST_F(Readers, HeaderValues) {
+  EXPECT_EQ(Read("xrdml", 1,
+                 "<startPosition>7</startPosition>\n<endPosition>9</endPosition>\n"
+                 "<intensities>15</intensities>"),
+            1);
+  EXPECT_EQ(ws.xval(AxisTth, 1, 1), 7);  // a single point has no step
+  EXPECT_EQ(Read("xrdml", 1,
+                 "<positions axis=\"Omega\">\n<startPosition>7</startPosition>\n"
+                 "<intensities>15 16</intensities>"),
+            1);
+  EXPECT_EQ(ws.xval(AxisTth, 1, 2), 0);  // positions behind omega do not count
+  EXPECT_EQ(Read("dat", 1, "5,3e38\n       1       2       3\n"), 1);
+  EXPECT_EQ(ws.xval(AxisTth, 1, 3), 5);
+  EXPECT_EQ(Read("dat", 1, "5.0,-0.5\n       1       2       3\n"), 1);
+  EXPECT_EQ(ws.xval(AxisTth, 1, 3), 4);
+  EXPECT_EQ(Read("gdf", 1, SampleOf("gdf").text), 1);
+  EXPECT_EQ(ws.gdfhead(10), "1.00<");
+  ws.headerskip = 2;
+  EXPECT_EQ(Read("dat", 1, "a\nb\n5,1\n       9\n"), 1);
+  EXPECT_EQ(Read("xy", 1, "a\nb\n5 9\n"), 1);
+  EXPECT_EQ(Counts(1), std::vector<float>{9});
+}
+
+TEST_F(Readers, PointLimits) {
+  const std::string gdf = Repeat(16, "1\n"), cif = "  _pd_meas_intensity_total\n\n";
+  const struct {
+    const char* extension;
+    std::string head, line, tail;
+    int limit;
+  } cases[] = {
+      {"xy", "", "5 1\n", "", 19998},
+      {"chi", "1\n2\n3\n4\n", "5 1\n", "", 19998},
+      {"txt", "[Data]\n\n", "5, 1\n", "", 20000},
+      {"uxd", "_2THETACOUNTS\n", "5 1\n", "", 19991},
+      {"udf", "RawScan\n", "1,1,1,1,1,1,1,1\n", "", 19992},
+      {"gdf", gdf, "1\n", "", 19991},
+      {"dat", "1 1\n", "1,1,1,1,1,1,1,1,1,1\n", "", 19990},
+      {"cif", cif, "1\n", "", 19991},
+      {"xrdml", "<intensities>10", " 1", "</intensities>", 20000},
+  };
+  for (const auto& c : cases)
+    for (int slot : {1, 9}) {
+      SCOPED_TRACE(c.extension);
+      EXPECT_EQ(Read(c.extension, slot, c.head + Repeat(20100, c.line) + c.tail), 1);
+      EXPECT_EQ(ws.npts(slot), c.limit);
+    }
+  EXPECT_EQ(Read("xy", 1, Repeat(19998, "5 1\n")), 1);
+  EXPECT_EQ(ws.npts(1), 19998);
+}
+
+TEST_F(Readers, Messages) {
+  const std::string gdf = Repeat(16, "1\n");
+  const auto gdfline = [](int n) {
+    return Repeat(n - 1, "1\n") + "word\n" + Repeat(16 - n, "1\n");
+  };
+  const struct {
+    const char* extension;
+    const char* text;  // null: no such file
+    std::string made;
+    const char *caption, *message;
+  } cases[] = {
+      {"xy", nullptr, "", "File error", "Error opening xy file"},
+      {"xy", "1 0\n2 0\n", "", "File error", "Nothing read from xy file"},
+      {"xy", "", "", "File error", "Nothing read from xy file"},
+      {"chi", nullptr, "", "File error", "Error opening chi file"},
+      {"chi", "1\n2\n3\n", "", "File error", "Error reading chi file"},
+      {"chi", "1\n2\n3\n4\n", "", "File error", "Nothing read from chi file"},
+      {"txt", nullptr, "", "Error", "Error opening txt-file"},
+      {"txt", "Date=1\n", "", "Error", "Error reading txt-file"},
+      {"txt", "[Data]", "", "Error", "Error reading txt-file"},
+      {"txt", "[Data]\n\nx", "", "Error", "Nothing read from txt-file1"},
+      {"txt", "[Data]\n\n1, -1\n", "", "Error", "Nothing read from txt-file2"},
+      {"uxd", nullptr, "", "File error", "Error opening uxd file"},
+      {"uxd", "1 2\n", "", "File Error", "Error reading uxd file"},
+      {"uxd", "_2THETACOUNTS\n1 -1\n", "", "File Error", "Nothing read from uxd file"},
+      {"udf", nullptr, "", "File error", "Error opening udf file"},
+      {"udf", " RawScan\n", "", "File Error", "Error reading udf file"},
+      {"udf", "RawScan\n/\n", "", "File Error", "Nothing read from udf file"},
+      {"gdf", nullptr, "", "Error", "Error opening gdf-file"},
+      {"gdf", "1\n", "", "Error", "Error reading gdf-file"},
+      {"gdf", "", gdfline(3), "File Read Error", "word"},
+      {"gdf", "", gdfline(11), "Error", "Error reading gdf file2"},
+      {"gdf", "", gdfline(12), "Error", "Error reading gdf file3"},
+      {"gdf", "", gdfline(13), "Error", "Error reading gdf file4"},
+      {"gdf", "", gdf, "Error", "Nothing read from gdf file1"},
+      {"gdf", "", gdf + "0\n", "Error", "Nothing read from gdf file2"},
+      {"dat", nullptr, "", "File error", "Error opening dat file"},
+      {"dat", "", "", "File Error", "Error reading dat file"},
+      {"dat", "word\n", "", "File Error", "Error reading dat file"},
+      {"dat", "1 1\n", "", "File Error", "Nothing read from dat file"},
+      {"cif", nullptr, "", "File error", "Error opening cif"},
+      {"cif", "_pd_meas_intensity_total\n", "", "File Error", "Error reading cif1"},
+      {"cif", "  _pd_meas_intensity_total\n", "", "File Error", "Error reading cif2"},
+      {"cif", "  _pd_meas_intensity_total\n1\n_x\n", "", "File Error", "Nothing read from cif"},
+      {"xrdml", nullptr, "", "File error", "Error opening xrdml file"},
+      {"xrdml", "<counts>1 2 3</counts>", "", "File Error", "Nothing read from xrdml file"},
+  };
+  for (const auto& c : cases) {
+    const std::string path = c.text ? Make(c.text + c.made) : dir_.file("none");
+    EXPECT_EQ(ReadAs(c.extension, 1, path), 0) << c.message;
+    EXPECT_EQ(Events(),
+              (std::vector<std::string>{std::string("box\t") + c.caption + "\t" + c.message}));
+  }
+  ws.headerskip = 3;
+  EXPECT_EQ(Read("xy", 1, "1 2\n"), 0);
+  EXPECT_EQ(Read("dat", 1, "1 2\n"), 0);
+  EXPECT_EQ(Events(), (std::vector<std::string>{"box\tFile error\tError reading xy file",
+                                                "box\tFile error\tError reading dat file"}));
+  for (const FormatSample& sample : FormatSamples())  // a directory is no file
+    EXPECT_EQ(ReadAs(sample.extension, 1, dir_.path()), 0) << sample.extension;
+}
+
+// Files that were meant for nobody: every reader on each, into the slots at the ends of the store.
+TEST_F(Readers, HostileFiles) {
+  const auto finite = [](float v) { return v - v == 0; };
+  std::vector<std::string> bodies = {std::string(5000, '\0'),
+                                     std::string(200000, '9'),
+                                     Repeat(50000, "1 "),
+                                     Repeat(3000, "nan inf\n"),
+                                     Repeat(3000, "1e38,1e38,1e38,1e38,1e38,1e38,1e38,1e38\n"),
+                                     Repeat(3000, "1,1e300,-1e39\n"),
+                                     "\xEF\xBB\xBF",
+                                     "\r\r\n\r"};
+  std::string noise;
+  unsigned state = 1;
+  for (int i = 0; i < 100000; ++i)
+    noise += static_cast<char>((state = state * 1664525 + 1013904223) >> 24);
+  bodies.push_back(noise);
+  for (const FormatSample& target : FormatSamples()) {
+    std::vector<std::string> files = bodies;
+    for (std::size_t cut = 0; cut < target.text.size(); cut += 40)
+      files.push_back(target.text.substr(0, cut) + bodies[5]);
+    for (const std::string& head : {target.text, Replaced(target.text, "0", "e99")})
+      for (const std::string& body : bodies) files.push_back(head + body);
+    for (const std::string& file : files)
+      for (int slot : {1, 5, 9}) {
+        Read(target.extension, slot, file);
+        ASSERT_TRUE(ws.npts(slot) >= 0 && ws.npts(slot) <= MaxPoints) << target.extension;
+        ASSERT_TRUE(std::ranges::all_of(ws.xval.cells, finite)) << target.extension;
+        ASSERT_TRUE(std::ranges::all_of(ws.yval.cells, finite)) << target.extension;
+      }
+  }
+}
+
+}  // namespace
