@@ -15,10 +15,17 @@ constexpr const char* Prolog =
     "/J {setlinecap} bind def /j {setlinejoin} bind def\n"
     "/RG {setrgbcolor} bind def /rg {setrgbcolor} bind def\n"
     "/BT {gsave} bind def /ET {grestore} bind def\n"
-    "/Tf {exch pop /Helvetica findfont exch scalefont setfont} bind def\n"
+    "/Tf {exch findfont exch scalefont setfont} bind def\n"
     "/Tm {6 array astore concat} bind def /Tj {0 0 moveto show} bind def\n"
     "end\n"
     "%%EndProlog\n";
+
+// The font of texts, with the letters of Latin-1.
+constexpr const char* FontSetup =
+    "%%BeginPageSetup\n"
+    "/Helvetica findfont dup length dict begin {1 index /FID ne {def} {pop pop} ifelse} forall\n"
+    "/Encoding ISOLatin1Encoding def currentdict end /F1 exch definefont pop\n"
+    "%%EndPageSetup\n";
 
 // A text for a comment line, which has room for 255 plain characters.
 std::string CommentText(const std::string& text) {
@@ -49,7 +56,9 @@ bool WriteEps(const DisplayList& list, const std::string& path, const std::strin
   if (!list.texts.empty()) out += "%%DocumentNeededResources: font Helvetica\n";
   out += "%%Pages: 1\n%%EndComments\n";
   out += Prolog;
-  out += "%%Page: 1 1\nsave drawing begin\n";
+  out += "%%Page: 1 1\n";
+  if (!list.texts.empty()) out += FontSetup;
+  out += "save drawing begin\n";
   out += PathOperators(list, map);
   out += "end restore\nshowpage\n%%Trailer\n%%EOF\n";
   return WriteWholeFile(path, out);

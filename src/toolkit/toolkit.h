@@ -50,7 +50,7 @@ inline constexpr int RootWindow = 1;
 void WInitialise(int argc, char** argv);
 // Waits for the next message and fills `data`; returns its type too.
 int WMessage(Message& data);
-// Turns on (1) or off (0) a type that is off at first: 4, 5 and 6. Menus, keys, expose are on.
+// Turns on (1) or off (0) a type. Off at first are 5 and 6, all others are on.
 void WMessageEnable(int type, int on);
 // Puts a message at the end of the queue, as a front end does.
 void PostMessage(const Message& message);

@@ -57,15 +57,27 @@ std::string Literal(std::string_view text) {
   return out + ")";
 }
 
+// Where the base line of a text begins and in what direction it runs.
+struct BaseLine {
+  BaseLine(const DrawnText& text, const PageMap& map) {
+    size = text.height * std::abs(map.yscale);
+    width = 0.55 * size * Characters(text.text).size();  // about right for a sans-serif letter
+    const double angle = text.angle * std::numbers::pi / 180;
+    dx = std::cos(angle);
+    dy = map.yscale < 0 ? -std::sin(angle) : std::sin(angle);
+    const double back = width * (text.alignment + 1) / 2;
+    x = map.X(text.x) - back * dx;
+    y = map.Y(text.y) - back * dy;
+  }
+  double size, width, dx, dy, x, y;
+};
+
 void AppendText(std::string& out, const DrawnText& text, const PageMap& map) {
-  const double size = text.height * std::abs(map.yscale);
-  const double angle = text.angle * std::numbers::pi / 180;
-  const double c = std::cos(angle), s = std::sin(angle);
-  const double back = TextWidth(text, size) * (text.alignment + 1) / 2;
+  const BaseLine line(text, map);
   AppendColour(out += "BT ", text.colour, "rg /F1 ");
-  AppendNumbers(out, {size});
+  AppendNumbers(out, {line.size});
   out += "Tf ";
-  AppendNumbers(out, {c, s, -s, c, map.X(text.x) - back * c, map.Y(text.y) - back * s});
+  AppendNumbers(out, {line.dx, line.dy, -line.dy, line.dx, line.x, line.y});
   out += "Tm " + Literal(text.text) + " Tj ET\n";
 }
 
@@ -95,8 +107,9 @@ PageBox CoveredBox(const DisplayList& list, const PageMap& map, float width, flo
       cover(map.X(p.x), map.Y(p.y), stroke.pen.width * ThinLine / 2);
     }
   for (const DrawnText& text : list.texts) {
-    const double size = text.height * std::abs(map.yscale);
-    cover(map.X(text.x), map.Y(text.y), std::max(size, TextWidth(text, size)));
+    const BaseLine line(text, map);
+    for (double along : {0.0, line.width})  // the reach is that of tall letters, all around
+      cover(line.x + along * line.dx, line.y + along * line.dy, 0.8 * line.size);
   }
   return box;
 }
@@ -130,10 +143,6 @@ std::string PathOperators(const DisplayList& list, const PageMap& map) {
   }
   for (const DrawnText& text : list.texts) AppendText(out, text, map);
   return out;
-}
-
-double TextWidth(const DrawnText& text, double size) {
-  return 0.55 * size * Characters(text.text).size();
 }
 
 std::u32string Characters(std::string_view text) {

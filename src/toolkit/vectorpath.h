@@ -32,9 +32,6 @@ void AppendNumbers(std::string& out, std::initializer_list<double> values);
 // themselves: m l S w RG d for strokes, BT Tf rg Tm Tj ET for texts.
 std::string PathOperators(const DisplayList& list, const PageMap& map);
 
-// Width of a text in points, about right for a sans-serif letter.
-double TextWidth(const DrawnText& text, double size);
-
 // Characters of a UTF-8 text; bytes that are none stand for themselves.
 std::u32string Characters(std::string_view text);
 
