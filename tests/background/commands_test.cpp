@@ -1,0 +1,209 @@
+// The commands on the background curve, on numbers worked out by hand.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <string>
+#include <vector>
+
+#include "background/background.h"
+#include "background/curves.h"
+#include "support/support.h"
+#include "workspace/workspace.h"
+
+namespace {
+
+using Lines = std::vector<std::string>;
+
+// 31 points of 100 counts with 250 in the middle. Without cycles the estimate is a mean of 15:
+// (14 * 100 + 250) / 15 = 110 for the 15 points around the middle and 100 elsewhere.
+void PutSpike() {
+  FreshWorkspace();
+  std::vector<float> y(31, 100.0f);
+  y[15] = 250;
+  PutCurve(SlotInput, 10, 0.02f, y);
+  ws.autosubwindow = 3;
+  ws.autosubcycles = 0;
+  ws.fullstart = 10.25f;  // 5 points: 650 counts over 550
+  ws.fullstop = 10.35f;
+}
+
+TEST(Autosubtract, ScalesInThreeWays) {
+  const struct {
+    int scaling;
+    const char* question;
+    float net;  // at the spike
+  } cases[] = {{1, ".90909", 250 - 110 / 1.1f},
+               {2, ".95541", 250 - 110 * 3000 / 3140.0f},  // all but the spike: ratio below 1.05
+               {3, "1.18182", 250 - 110 * 650 / 550.0f}};
+  for (const auto& c : cases) {
+    PutSpike();
+    ws.autosubscale = c.scaling;
+    Answer("press OK");
+    Autosubtract();
+    EXPECT_EQ(Events(), (Lines{std::string("query\tBackground subtraction\tscale = ") + c.question +
+                               ".  Subtract now?"}));
+    for (int slot : {3, 4}) {
+      EXPECT_NEAR(ws.yval(slot, 16), c.net, 1e-3f);
+      EXPECT_EQ(ws.xval(1, slot, 31), ws.xval(1, 1, 31));
+      EXPECT_EQ(ws.npts(slot), 31);
+    }
+    EXPECT_EQ(ws.plotmask, 8);
+    EXPECT_FLOAT_EQ(ws.bgintend, 10.6f);
+  }
+}
+
+TEST(Autosubtract, CancelledAndInBatch) {
+  PutSpike();
+  Answer("press Cancel");
+  Autosubtract();
+  EXPECT_EQ(ws.plotmask, 1);
+  EXPECT_EQ(ws.npts(3), 0);
+
+  // No point counts: neither of an interval beside the pattern, nor of an estimate below 0.
+  for (float counts : {100.0f, -0x1p40f})
+    for (int scaling : {1, 2, 3}) {
+      PutSpike();
+      ws.batchmode = 1;
+      ws.autosubscale = scaling;
+      ws.fullstart = ws.fullstop = 90;
+      std::ranges::fill(ws.yval.row(SlotInput).first(31), counts);
+      Autosubtract();
+      EXPECT_EQ(Events(), Lines{});
+      EXPECT_EQ(ws.npts(4), 0);
+      const float net = counts == 100 || scaling > 1 ? 0 : std::numeric_limits<float>::max();
+      EXPECT_EQ(ws.yval(3, 5), net);
+    }
+}
+
+TEST(SubtractBackground, TellsThePercentage) {
+  for (float counts : {120.0f, 0.0f}) {
+    FreshWorkspace();
+    PutCurve(SlotInput, 20, 0.1f, std::vector<float>(40, counts));
+    PutCurve(SlotBackground, 20.05f, 0.1f, std::vector<float>(39, 30.0f));
+    Answer("press OK");
+    SubtractBackground();
+    EXPECT_EQ(Events(), (Lines{std::string("query\tBackground Subtraction\tBackground =") +
+                               (counts > 0 ? "25.00" : "100.00") + "%. Subtract?"}));
+    EXPECT_EQ(ws.yval(3, 39), counts - 30);
+    EXPECT_EQ(ws.xval(1, 4, 1), ws.xval(1, 2, 1));
+    EXPECT_EQ(ws.npts(4), 39);
+    EXPECT_EQ(ws.plotmask, 8);
+  }
+}
+
+TEST(ScaleBackground, ByFactorAndToInterval) {
+  FreshWorkspace();
+  PutCurve(SlotInput, 20, 1, {9, 10, 20, 30, 9});
+  PutCurve(SlotBackground, 21, 1, {7, 2, 4, 6, 7});  // matched by number, a degree apart
+  ws.bgintstart = 22;
+  ws.bgintend = 24;
+  ScaleToInterval();
+  EXPECT_FLOAT_EQ(ws.yval(2, 1), 35);  // 60 / 12 on all points
+  EXPECT_FLOAT_EQ(ws.yval(2, 3), 20);
+  EXPECT_EQ(ws.plotmask, 3);
+
+  ws.bgscale = 0.5f;
+  ScaleBackground();
+  EXPECT_FLOAT_EQ(ws.yval(2, 1), 17.5f);
+
+  for (const auto& [from, to] : {std::pair{24.0f, 22.0f}, {80.0f, 90.0f}, {-9.0f, 90.0f}}) {
+    ws.bgintstart = from;
+    ws.bgintend = to;
+    if (from < 0) ClearBackground();
+    ScaleToInterval();
+    EXPECT_FLOAT_EQ(ws.yval(2, 1), from < 0 ? 0 : 17.5f);
+  }
+  EXPECT_EQ(ws.bgintstart, 21);  // drawn in to the background's ends
+  EXPECT_EQ(ws.bgintend, 25);
+}
+
+// The integral of s squared is s cubed over 3: with an even pattern and a background that takes all
+// of it below a limit and nothing above, the crystalline part is what lies above, in s cubed.
+TEST(Crystallinity, OfAKnownMixture) {
+  FreshWorkspace();
+  const int n = 8001, limit = 4001;
+  PutCurve(SlotInput, 10, 0.01f, std::vector<float>(n, 1000.0f));
+  std::vector<float> background(n, 0.0f);
+  std::fill_n(background.begin(), limit, 1000.0f);
+  PutCurve(SlotBackground, 10, 0.01f, background);
+  ws.wavelen(1) = 0.05f;  // no wavelength: K alpha 1 of copper instead
+  ws.cryststart = -5;
+  ws.crystend = 400;
+  Crystallinity();
+  const auto cubed = [](double tth) { return std::pow(std::sin(tth * M_PI / 360), 3); };
+  const double expected = 100 * (cubed(90) - cubed(50)) / (cubed(90) - cubed(10));
+  EXPECT_NEAR(ws.crystallinity, expected, 0.02);
+  EXPECT_FLOAT_EQ(ws.wavelen(1), 1.5406f);
+  EXPECT_EQ(ws.plotmask, 3);
+  Events();
+
+  ClearBackground();
+  Crystallinity();
+  EXPECT_EQ(Events(), (Lines{"box\tCrystallinity\tCrystallinity =100.00 %"}));
+}
+
+TEST(RefinedBackground, IsThePolynomialWithinItsRange) {
+  FreshWorkspace();
+  PutCurve(SlotInput, 20, 5, std::vector<float>(7, 500.0f));
+  ws.chebyxmin = 25;
+  ws.chebyxmax = 45;
+  ws.chebyused = 3;
+  for (int k : {1, 2, 3, 4}) ws.chebycoef(k) = k == 4 ? 99.0f : 12.0f / static_cast<float>(k);
+  RefinedBackground();
+  const float expected[] = {0, 10, 7, 8, 13, 22, 0};  // 12 + 6 u + 4 (2 u u - 1), u = -1 to 1
+  for (int i = 1; i <= 7; ++i) EXPECT_FLOAT_EQ(ws.yval(2, i), expected[i - 1]) << i;
+  EXPECT_EQ(ws.npts(2), 7);
+}
+
+std::string XyFile(float first, float step, int n) {
+  std::string text;
+  for (int i = 0; i < n; ++i)
+    text += std::to_string(first + step * i) + " " + std::to_string(100 + i) + "\n";
+  return text;
+}
+
+TEST(BackgroundFile, MustCoverThePatternOnItsStep) {
+  const TempDir dir;
+  const struct {
+    std::string content;
+    Lines events;
+  } cases[] = {
+      {XyFile(20.1f, 0.1f, 60), {"box\tPattern Error\tIncompatible background range"}},
+      {XyFile(19, 0.1f, 50), {"box\tPattern Error\tIncompatible background range"}},
+      {XyFile(19, 0.1001f, 70), {"box\tPattern Error\tIncompatible background step size"}},
+      {"", {"box\tFile error\tNothing read from xy file", "box\tError\tError handling xy-file"}},
+      {XyFile(19, 0.100005f, 70), {}},
+  };
+  for (const auto& c : cases) {
+    FreshWorkspace();
+    PutCurve(SlotInput, 20, 0.1f, std::vector<float>(41, 50.0f));
+    ws.filetype = 1;
+    WriteFile(dir.file("back ground.xy"), c.content);
+    Answer("file \"" + dir.file("back ground.xy") + "\"");
+    BackgroundFromFile();
+    Lines events = Events();
+    events.erase(events.begin());  // the selector
+    EXPECT_EQ(events, c.events);
+    EXPECT_EQ(ws.plotmask, c.events.empty() ? 2 : 0);
+  }
+  EXPECT_EQ(ws.npts(2), 40);  // cut to points 11 to 50 of the last file, 20.00005 to 23.90025
+  EXPECT_EQ(ws.yval(2, 1), 110);
+  EXPECT_FLOAT_EQ(ws.bgintstart, 20.00005f);
+  EXPECT_FLOAT_EQ(ws.bgintend, 23.900245f);
+}
+
+TEST(BackgroundFile, IsSavedInFixedColumns) {
+  const TempDir dir;
+  FreshWorkspace();
+  ws.patternstem = "sample";
+  PutCurve(SlotBackground, 9.5f, 100.25f, {12.34f, 1234567.0f});
+  Answer("file \"" + dir.file("b.xy") + "\"\nfile \"" + dir.file("none/b.xy") + "\"\nfile");
+  for (int times = 0; times < 3; ++times) SaveBackground();
+  EXPECT_EQ(ReadFile(dir.file("b.xy")), "   9.500        12.3\n 109.750   1234567.0\n");
+  const std::string select = "select\tSave background file\tBackground file|*.xy|\tsample_bkg.xy";
+  EXPECT_EQ(Events(), (Lines{select, select, "box\tFile Error\tFile open error", select}));
+}
+
+}  // namespace
