@@ -100,6 +100,8 @@ const std::map<std::string_view, NamedField>& Fields() {
                                                              FIELD(npeaks),
                                                              FIELD(manualbg),
                                                              FIELD(nmanualbg),
+                                                             FIELD(nchild),
+                                                             FIELD(childwin),
                                                              FIELD(autosubwindow),
                                                              FIELD(autosubcycles),
                                                              FIELD(autosubscale),

@@ -1,6 +1,7 @@
 // Keys and mouse on the plot.
 #include <algorithm>
 
+#include "plot/dataposition.h"
 #include "plot/plot.h"
 #include "shell/shell.h"
 #include "workspace/record.h"
@@ -8,21 +9,9 @@
 
 namespace {
 
-struct DataPoint {
-  float x, y;
-};
-
-DataPoint ToData(float x, float y) {
-  return {(x - ws.plotx0) * ws.xperunit + ws.viewxmin, (y - ws.ploty0) * ws.yperunit + ws.viewymin};
-}
-
 DataPoint ClampToView(DataPoint at) {
   return {std::clamp(at.x, ws.viewxmin, std::max(ws.viewxmin, ws.viewxmax)),
           std::clamp(at.y, ws.viewymin, std::max(ws.viewymin, ws.viewymax))};
-}
-
-bool InView(DataPoint at) {
-  return at.x >= ws.viewxmin && at.x <= ws.viewxmax && at.y >= ws.viewymin && at.y <= ws.viewymax;
 }
 
 void ClipCurvesTo(float xmin, float xmax) {

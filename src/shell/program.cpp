@@ -33,7 +33,7 @@ void OnClose(int window, int& quitflag) {
   if (window == RootWindow)
     quitflag = 1;
   else
-    WindowCloseChild(window);
+    CloseChild(window);
 }
 
 }  // namespace
@@ -100,5 +100,6 @@ void RunProgram() {
         break;
     }
   }
+  while (ws.nchild > 0) CloseChild(ws.childwin(ws.nchild));
   WindowClose();
 }

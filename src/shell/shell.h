@@ -36,6 +36,10 @@ void OnMouse(const Message& message);
 // Position on the plot in user units of a point in data coordinates.
 std::pair<float, float> PlotPosition(float x, float y);
 
+// Opens a graphics window and returns its handle; 0, with a message, when there are too many.
+int OpenChild();
+void CloseChild(int handle);
+
 void PrintGraphics();
 void SaveEps();
 // The window's content beside the pattern, with this extension.

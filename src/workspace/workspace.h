@@ -14,6 +14,7 @@ inline constexpr int MaxPeaks = 200;
 inline constexpr int MaxManualPoints = 100;  // manual background points
 inline constexpr int MaxOverlays = 4;
 inline constexpr int MaxRecent = 4;
+inline constexpr int MaxChildWindows = 50;
 inline constexpr int MaxChebyshev = 15;  // coefficients of a background polynomial
 inline constexpr int TextLength = 256;   // characters of a text field
 
@@ -183,6 +184,10 @@ struct Workspace : PerPattern {
   // Points set by hand: row 1 two-theta, row 2 counts.
   Table<float, 2, MaxManualPoints> manualbg;
   int nmanualbg = 0;
+
+  // Graphics windows beside the main one, in the order in which they were opened
+  Table<int, MaxChildWindows> childwin;
+  int nchild = 0;
 
   // Results of the last single peak fit
   float spposition = 0, sparea = 0;

@@ -164,6 +164,18 @@ TEST_F(Menu, BandsWorkInBothDirectionsAndReadOutsNameThePosition) {
             (std::vector<std::string>{"status\t1\tTwoTh  15.00", "status\t2\tInt      350."}));
 }
 
+TEST_F(Menu, ChildWindowsCloseTheirGapAndStopAtFifty) {
+  for (int k = 1; k <= 50; ++k) ASSERT_NE(OpenChild(), 0);
+  Events();
+  EXPECT_EQ(OpenChild(), 0);
+  EXPECT_EQ(Events(), (std::vector<std::string>{"box\tWindow error\tMaximum child windows "
+                                                "created.\\nPlease close one and try again."}));
+  const int third = ws.childwin(3), fourth = ws.childwin(4);
+  CloseChild(third);
+  EXPECT_EQ(ws.nchild, 49);
+  EXPECT_EQ(ws.childwin(3), fourth);
+}
+
 TEST_F(Menu, FieldsByName) {
   ws.npts(3) = 7;
   ws.xval(1, 2, 6) = 0.1f;
