@@ -10,7 +10,6 @@
 namespace {
 
 constexpr float kLineHeight = 10;
-constexpr float kPaperWidth = 180;
 
 // A name in a field, and what follows it.
 std::string Line(std::string name, std::size_t field, std::string_view text) {
@@ -33,8 +32,8 @@ std::string ExposureTime(const std::string& text) {
 void DrawPlotHeader(const PageLayout& page) {
   float y = (page.tick * 4 + 2) * -2.6f;
   const auto write = [&](const std::string& line, float fall = 0.6f) {
-    // A long path is written smaller rather than over the edge of the paper.
-    const float room = kPaperWidth - ws.plotx0;
+    // A long path is written smaller rather than beyond the plot, off the paper.
+    const float room = ws.plotwidth;
     const float height =
         page.textheight * std::min(1.0f, room / std::max(TextWidth(line, page.textheight), 1.0f));
     DrawText(0, y, line, height, 0, 7);
