@@ -93,8 +93,9 @@ bool ReadReal(std::string_view text, int decimals, Real& value) {
 bool ReadInteger(std::string_view text, int& value) {
   value = 0;
   if (text.empty()) return true;
+  const std::size_t sign = text[0] == '+' || text[0] == '-' ? 1 : 0;
+  if (text.size() == sign || !IsDigit(text[sign])) return false;
   if (text[0] == '+') text.remove_prefix(1);
-  if (text.empty() || (text[0] == '-' && !IsDigit(text.back()))) return false;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
   return error == std::errc() && end == text.data() + text.size();
 }
@@ -125,6 +126,7 @@ class RecordReader {
   void Skip(std::size_t n) { at_ += n; }
   void Tab(std::size_t column) { at_ = column - 1; }
 
+  std::size_t Left() const { return record_.size() - std::min(at_, record_.size()); }
   // The next n characters, or what is left of them.
   std::string_view TakeText(std::size_t n) {
     const std::string_view field = record_.substr(std::min(at_, record_.size()), n);
@@ -154,9 +156,8 @@ bool ReadItem(RecordReader& reader, const Item& item, const ReadTarget& target) 
   if (item.kind == Kind::Text) {
     auto* text = std::get_if<std::string*>(&target);
     if (!text) return false;
-    const std::string_view field =
-        TrimRight(reader.TakeText(item.width > 0 ? item.width : std::string_view::npos / 2));
-    (*text)->assign(field);
+    const std::size_t width = item.width > 0 ? item.width : reader.Left();
+    (*text)->assign(TrimRight(reader.TakeText(width)));
     return true;
   }
   char room[Format::MaxWidth];

@@ -1,0 +1,115 @@
+// Reading and writing text files line by line.
+#include "workspace/lines.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <filesystem>
+#include <fstream>
+#include <vector>
+
+namespace {
+
+class Lines : public testing::Test {
+ protected:
+  std::string path_ = testing::TempDir() + "lines " +
+                      testing::UnitTest::GetInstance()->current_test_info()->name() + ".txt";
+  void TearDown() override { std::filesystem::remove(path_); }
+
+  void Put(std::string_view bytes) { std::ofstream(path_, std::ios::binary) << bytes; }
+  std::vector<std::string> Get(int width = 256) {
+    LineReader reader(path_);
+    EXPECT_TRUE(reader.IsOpen());
+    std::vector<std::string> lines;
+    for (std::string line; reader.Read(line, width);) lines.push_back(line);
+    return lines;
+  }
+};
+
+TEST_F(Lines, EndsAndBytes) {
+  using namespace std::string_view_literals;
+  struct Case {
+    std::string_view bytes;
+    std::vector<std::string> lines;
+  };
+  const Case cases[] = {
+      {"", {}},
+      {"\n", {""}},
+      {"a\nb\n", {"a", "b"}},
+      {"a\r\n\r\nb", {"a", "", "b"}},
+      {"a\rb\r", {"a\rb"}},
+      {"a  \n  b", {"a", "  b"}},
+      {"\xEF\xBB\xBF"sv
+       "1 2\n\xEF\xBB\xBF",
+       {"1 2", "\xEF\xBB\xBF"}},
+      {"\xEF\xBB\xBF"sv, {}},
+      {"a\0b\0\n\0\0\r\n\xFF\x80"sv, {"a b", "", "\xFF\x80"}},
+  };
+  for (const Case& c : cases) {
+    Put(c.bytes);
+    EXPECT_EQ(Get(), c.lines) << c.bytes;
+  }
+}
+
+TEST_F(Lines, LongLinesAreCut) {
+  const std::string wide(200000, 'x');
+  Put(wide + "\r\n" + wide.substr(0, 256) + "\r\n" + wide.substr(0, 257) + "\n12345\r\n123456\n" +
+      wide);
+  const std::string cut(256, 'x');
+  EXPECT_EQ(Get(), (std::vector<std::string>{cut, cut, cut, "12345", "123456", cut}));
+  EXPECT_EQ(Get(5)[3], "12345");
+  EXPECT_EQ(Get(5)[4], "12345");
+  EXPECT_EQ(Get(200000)[0], wide);
+}
+
+TEST_F(Lines, MemoryStaysBounded) {
+  Put("first\n");
+  std::filesystem::resize_file(path_, 100'000'000);
+  LineReader reader(path_);
+  std::string line;
+  EXPECT_TRUE(reader.Read(line));
+  EXPECT_TRUE(reader.Read(line));
+  EXPECT_EQ(line, "");
+  EXPECT_LT(line.capacity(), 1000u);
+  EXPECT_FALSE(reader.Read(line));
+}
+
+TEST_F(Lines, OnlyRegularFilesOpen) {
+  std::string line;
+  EXPECT_FALSE(LineReader(testing::TempDir()).IsOpen());
+  EXPECT_FALSE(LineReader("/dev/zero").IsOpen());
+  EXPECT_FALSE(LineReader(path_).IsOpen());
+  EXPECT_FALSE(LineReader(path_).Read(line));
+  ASSERT_EQ(mkfifo(path_.c_str(), 0600), 0);
+  EXPECT_FALSE(LineReader(path_).IsOpen());
+}
+
+TEST_F(Lines, WhatIsWrittenIsReadAgain) {
+  Put("something longer that is replaced");
+  LineWriter writer(path_);
+  EXPECT_TRUE(writer.Write("one"));
+  EXPECT_TRUE(writer.Write(""));
+  EXPECT_TRUE(writer.Write("100 % \xC3\xA4"));
+  EXPECT_TRUE(writer.Close());
+  EXPECT_FALSE(writer.IsOpen());
+  EXPECT_EQ(Get(), (std::vector<std::string>{"one", "", "100 % \xC3\xA4"}));
+}
+
+TEST_F(Lines, WritingThatFailsIsTold) {
+  LineWriter nowhere(testing::TempDir());
+  EXPECT_FALSE(nowhere.IsOpen());
+  EXPECT_FALSE(nowhere.Write("x"));
+  EXPECT_FALSE(nowhere.Close());
+
+  LineWriter full("/dev/full");
+  if (!full.IsOpen()) GTEST_SKIP();
+  full.Write("small enough for the buffer");
+  EXPECT_FALSE(full.Close());
+  LineWriter fuller("/dev/full");
+  bool good = true;
+  for (int i = 0; i < 1000; ++i) good = fuller.Write(std::string(100, 'x')) && good;
+  EXPECT_FALSE(good);
+  EXPECT_FALSE(fuller.Close());
+}
+
+}  // namespace
