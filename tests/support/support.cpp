@@ -85,15 +85,15 @@ std::string ReadFile(const std::string& path) {
 }
 
 ReplayRun RunReplay(const std::string& transcript, const std::string& workdir,
-                    const std::vector<std::string>& options) {
-  const TempDir home;
-  const std::string input = home.file("transcript"), output = home.file("output");
+                    const std::vector<std::string>& options, const std::string& home) {
+  const TempDir temp;
+  const std::string input = temp.file("transcript"), output = temp.file("output");
   WriteFile(input, transcript);
 
   std::vector<std::string> words{QUILLAGRAM_REPLAY};
   words.insert(words.end(), options.begin(), options.end());
   words.push_back(input);
-  std::vector<std::string> environment = EnvironmentWithHome(home.path() + "/");
+  std::vector<std::string> environment = EnvironmentWithHome(home.empty() ? temp.path() : home);
 
   posix_spawn_file_actions_t actions;
   posix_spawn_file_actions_init(&actions);

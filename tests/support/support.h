@@ -28,10 +28,10 @@ struct ReplayRun {
   std::vector<std::string> lines;  // of the standard output
 };
 
-// Runs a transcript in the replay program, in `workdir`, with a configuration file of its own.
-// `options` stand in front of the transcript's file.
+// Runs a transcript in the replay program, in `workdir`. `options` stand in front of the
+// transcript's file. The configuration file lies in `home`, a fresh directory when none is given.
 ReplayRun RunReplay(const std::string& transcript, const std::string& workdir,
-                    const std::vector<std::string>& options = {});
+                    const std::vector<std::string>& options = {}, const std::string& home = "");
 
 // In this process: queues lines that answer the boxes, selectors and dialogs to come. A line that
 // cannot be done, and a wait without a line, throw std::runtime_error.
