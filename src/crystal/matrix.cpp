@@ -56,15 +56,6 @@ void SolveIdentity(const float* LU, int n, const int* pivots, int dim, float* X,
   }
 }
 
-// x^0 to x^(m-1), by multiplying 1/x with x again and again.
-void PowerBasis(float x, std::span<float> p) {
-  std::fill(p.begin(), p.end(), 0.0f);
-  p[0] = 1.0f;
-  if (x == 0) return;
-  float value = 1.0f / x;
-  for (float& power : p) power = value *= x;
-}
-
 }  // namespace
 
 int LuDecompose(float* A, int n, int* pivots, float& sign, int dim) {
@@ -125,6 +116,14 @@ int LuImprove(const float* A, const float* LU, int n, const int* pivots, const f
   if (LuSolve(LU, n, pivots, r.data(), dim) < 0) return -1;
   for (int j = 0; j < n; ++j) x[j] -= r[j];
   return 0;
+}
+
+void PowerBasis(float x, std::span<float> p) {
+  std::fill(p.begin(), p.end(), 0.0f);
+  p[0] = 1.0f;
+  if (x == 0) return;
+  float value = 1.0f / x;
+  for (float& power : p) power = value *= x;
 }
 
 int PolyFit(std::span<const float> x, std::span<const float> y, float* coef, int& m) {

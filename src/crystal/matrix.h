@@ -7,7 +7,8 @@
 #include <span>
 
 // Replaces the leading n by n part of A by its inverse. n above dim becomes dim, in the caller's
-// variable too. Returns 0, or -1 for a matrix with a row of zeros, which may then be partly altered.
+// variable too. Returns 0, or -1 for a matrix with a row of zeros, which may then be partly
+// altered.
 int MatrixInverse(float* A, int& n, int dim);
 
 // Crout decomposition with scaled partial pivoting, in place. pivots holds the row swapped at each
@@ -21,7 +22,10 @@ int LuSolve(const float* LU, int n, const int* pivots, float* b, int dim);
 int LuImprove(const float* A, const float* LU, int n, const int* pivots, const float* b, float* x,
               int dim);
 
-// Least-squares polynomial with m coefficients, lowest power first; m above 25 becomes 25. With m not
-// below the number of points, or at most 1, nothing is fitted and coef stays. Returns 0, or -1 with
-// coef unchanged.
+// Least-squares polynomial with m coefficients, lowest power first; m above 25 becomes 25. With m
+// not below the number of points, or at most 1, nothing is fitted and coef stays. Returns 0, or -1
+// with coef unchanged.
 int PolyFit(std::span<const float> x, std::span<const float> y, float* coef, int& m);
+
+// Fills p with x^0, x^1 and so on, by multiplying 1/x with x again and again; for x 0: 1, 0, 0 ...
+void PowerBasis(float x, std::span<float> p);

@@ -4,13 +4,11 @@
 #include <algorithm>
 #include <cmath>
 
-#include "crystal/spline.h"
+#include "crystal/regrid.h"
 #include "toolkit/toolkit.h"
 #include "workspace/text.h"
 
 namespace {
-
-constexpr int kRegridLimit = 19995;
 
 SaveGrid grid;
 
@@ -26,33 +24,6 @@ void TakePointsInLimits(int slot) {
   }
 }
 
-// Replaces every `size` points by their mean; what is left over at the end goes.
-void Bin(int size, float dx) {
-  const int bins = (grid.n - 1) / size;
-  for (int b = 0; b < bins; ++b) {
-    const int first = b * size;
-    float sum = 0;
-    for (int k = 0; k < size; ++k) sum += grid.y[first + k];
-    grid.y[b] = sum / static_cast<float>(size);
-    grid.x[b] = grid.x[first] + static_cast<float>(size - 1) * 0.5f * dx;
-  }
-  grid.n = std::max(bins, 0);
-}
-
-void Regrid() {
-  static std::array<float, MaxPoints> x, y, y2;
-  const int m = std::min(nint((ws.savestop - ws.savestart) / ws.savestep), kRegridLimit - 1) + 1;
-  if (grid.n < 2 || m < 2) return;  // nothing to interpolate, or no step between two points
-  ws.savestep = (ws.savestop - ws.savestart) / static_cast<float>(m - 1);
-  const std::span<const float> fromx(grid.x.data(), grid.n), fromy(grid.y.data(), grid.n);
-  SplineSetup(fromx, fromy, NaturalEnd, NaturalEnd, y2);
-  for (int j = 0; j < m; ++j) x[j] = ws.savestep * static_cast<float>(j) + ws.savestart;
-  SplineEval(fromx, fromy, y2, {x.data(), static_cast<std::size_t>(m)}, y);
-  std::copy_n(x.begin(), m, grid.x.begin());
-  std::copy_n(y.begin(), m, grid.y.begin());
-  grid.n = m;
-}
-
 }  // namespace
 
 const SaveGrid& PrepareSaveGrid(int slot, bool oddremainder) {
@@ -62,11 +33,14 @@ const SaveGrid& PrepareSaveGrid(int slot, bool oddremainder) {
   const int size = nint(ws.savestep / dx);
   float divisor = dx;
   if (size > 1) {
-    Bin(size, dx);
+    grid.n = BinMeans(grid.x, grid.y, grid.n, size, dx);
     if (oddremainder) divisor = static_cast<float>(size - 1) * 0.5f * dx;
   }
   const float rest = std::fmod(ws.savestep, divisor);
-  if (rest > 0.1f * ws.savestep && rest < 0.9f * ws.savestep) Regrid();
+  if (rest > 0.1f * ws.savestep && rest < 0.9f * ws.savestep) {
+    const int n = Regrid(grid.x, grid.y, grid.n, ws.savestart, ws.savestep, ws.savestop);
+    if (n > 0) grid.n = n;
+  }
   return grid;
 }
 
