@@ -173,29 +173,13 @@ TEST_F(Readers, HeaderValues) {
 }
 
 TEST_F(Readers, PointLimits) {
-  const std::string gdf = Repeat(16, "1\n"), cif = "  _pd_meas_intensity_total\n\n";
-  const struct {
-    const char* extension;
-    std::string head, line, tail;
-    int limit;
-  } cases[] = {
-      {"xy", "", "5 1\n", "", 19998},
-      {"chi", "1\n2\n3\n4\n", "5 1\n", "", 19998},
-      {"txt", "[Data]\n\n", "5, 1\n", "", 20000},
-      {"uxd", "_2THETACOUNTS\n", "5 1\n", "", 19991},
-      {"udf", "RawScan\n", "1,1,1,1,1,1,1,1\n", "", 19992},
-      {"gdf", gdf, "1\n", "", 19991},
-      {"dat", "1 1\n", "1,1,1,1,1,1,1,1,1,1\n", "", 19990},
-      {"cif", cif, "1\n", "", 19991},
-      {"xrdml", "<intensities>10", " 1", "</intensities>", 20000},
-  };
-  for (const auto& c : cases)
+  for (const LongPattern& pattern : LongPatterns())
     for (int slot : {1, 9}) {
-      SCOPED_TRACE(c.extension);
-      EXPECT_EQ(Read(c.extension, slot, c.head + Repeat(20100, c.line) + c.tail), 1);
-      EXPECT_EQ(ws.npts(slot), c.limit);
+      SCOPED_TRACE(pattern.extension);
+      EXPECT_EQ(Read(pattern.extension, slot, pattern.text()), 1);
+      EXPECT_EQ(ws.npts(slot), pattern.limit);
     }
-  EXPECT_EQ(Read("xy", 1, Repeat(19998, "5 1\n")), 1);
+  EXPECT_EQ(Read("xy", 1, LongPatterns()[0].text(19998)), 1);
   EXPECT_EQ(ws.npts(1), 19998);
 }
 

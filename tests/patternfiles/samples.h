@@ -146,3 +146,30 @@ inline const FormatSample& SampleOf(const std::string& extension) {
 inline int ReadAs(const std::string& extension, int slot, const std::string& path) {
   return FindFormatByExtension("x." + extension)->read(slot, path);
 }
+
+// Files of more points than a slot takes, made of one line again and again.
+struct LongPattern {
+  const char* extension;
+  std::string head, line, tail;
+  int perline, limit;  // points of a line, and those that are read
+  std::string text(int points = 20100) const {
+    std::string all = head;
+    for (int i = 0; i < points; i += perline) all += line;
+    return all + tail;
+  }
+};
+
+inline const std::vector<LongPattern>& LongPatterns() {
+  static const std::vector<LongPattern> patterns = {
+      {"xy", "", "5 1\n", "", 1, 19998},
+      {"chi", "1\n2\n3\n4\n", "5 1\n", "", 1, 19998},
+      {"txt", "[Data]\n\n", "5, 1\n", "", 1, 20000},
+      {"uxd", "_2THETACOUNTS\n", "5 1\n", "", 1, 19991},
+      {"udf", "RawScan\n", "1,1,1,1,1,1,1,1\n", "", 8, 19992},
+      {"gdf", "1\n2\n3\n4\n5\n6\n7\n8\n9\n10\n11\n12\n13\n14\n15\n16\n", "1\n", "", 1, 19991},
+      {"dat", "1 1\n", "1,1,1,1,1,1,1,1,1,1\n", "", 10, 19990},
+      {"cif", "  _pd_meas_intensity_total\n\n", "1\n", "", 1, 19991},
+      {"xrdml", "<intensities>10", " 1", "</intensities>", 1, 20000},
+  };
+  return patterns;
+}
