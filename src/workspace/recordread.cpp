@@ -100,14 +100,6 @@ bool ReadInteger(std::string_view text, int& value) {
   return error == std::errc() && end == text.data() + text.size();
 }
 
-// The field without blanks; `room` takes it if some stand between its characters.
-std::string_view WithoutBlanks(std::string_view field, char (&room)[Format::MaxWidth]) {
-  field = Trim(field);
-  if (field.find(' ') == std::string_view::npos) return field;
-  char* end = std::remove_copy(field.begin(), field.end(), room, ' ');
-  return {room, static_cast<std::size_t>(end - room)};
-}
-
 // The place in a text of records that is being read.
 class RecordReader {
  public:
@@ -133,16 +125,15 @@ class RecordReader {
     at_ += n;
     return field;
   }
-  // The same, or up to a comma, which is taken as well.
-  std::string_view TakeNumber(std::size_t n) {
-    const std::size_t start = at_;
-    std::string_view field = TakeText(n);
-    const std::size_t comma = field.find(',');
-    if (comma != std::string_view::npos) {
-      field = field.substr(0, comma);
-      at_ = start + comma + 1;
-    }
-    return field;
+  // The same, or up to a comma, which is taken as well; put together in `room` without blanks.
+  std::string_view TakeNumber(std::size_t n, char (&room)[Format::MaxWidth]) {
+    const std::string_view field = record_.substr(std::min(at_, record_.size()), n);
+    at_ += n;
+    std::size_t used = 0, kept = 0;
+    for (; used < field.size() && field[used] != ','; ++used)
+      if (field[used] != ' ') room[kept++] = field[used];
+    if (used < field.size()) at_ += used + 1 - n;
+    return {room, kept};
   }
 
  private:
@@ -161,7 +152,7 @@ bool ReadItem(RecordReader& reader, const Item& item, const ReadTarget& target) 
     return true;
   }
   char room[Format::MaxWidth];
-  const std::string_view field = WithoutBlanks(reader.TakeNumber(item.width), room);
+  const std::string_view field = reader.TakeNumber(item.width, room);
   int whole = 0;
   if (item.kind == Kind::Integer && !ReadInteger(field, whole)) return false;
   const int decimals = std::max(item.digits, 0);

@@ -61,27 +61,26 @@ std::string Field(std::string_view text, int length) {
 }
 
 int CleanNumberLine(std::string& line) {
-  const std::size_t length = TrimRight(line).size();
-  if (length == 0) return 1;
-  std::size_t written = 0;
-  bool blanks = false, aftercomma = false;
-  for (std::size_t i = 0; i < length; ++i) {
-    const char c = line[i];
+  const std::string_view text = TrimRight(line);
+  if (text.empty()) return 1;
+  char* const start = line.data();
+  char* to = start;
+  bool blanks = false, aftercomma = true;  // nothing parts the first number from what is in front
+  for (const char c : text) {
     if (!IsNumberChar(static_cast<unsigned char>(c))) {
       blanks = true;
       continue;
     }
     if (c == ',') {
-      if (written == 0) continue;
-      aftercomma = true;
-    } else {
-      if (blanks && !aftercomma && written > 0) line[written++] = ',';
-      aftercomma = false;
+      if (to == start) continue;
+    } else if (blanks && !aftercomma) {
+      *to++ = ',';
     }
+    aftercomma = c == ',';
     blanks = false;
-    line[written++] = c;
+    *to++ = c;
   }
-  line.resize(written);
+  line.resize(static_cast<std::size_t>(to - start));
   return 0;
 }
 
