@@ -25,6 +25,9 @@ class Cover {
   void Paint(Image& image, std::uint32_t colour);
 
  private:
+  // The pixels of row y between two places along it, by their distance from the segment.
+  void Row(int y, float x1, float x2, Place a, Place b, float reach);
+
   int width_, height_;
   std::vector<std::uint8_t> cover_;
   int left_ = 1 << 30, right_ = -1, top_ = 1 << 30, bottom_ = -1;  // what may be covered
@@ -32,38 +35,38 @@ class Cover {
 
 void Cover::Segment(Place a, Place b, float radius) {
   if (a.y > b.y) std::swap(a, b);
-  const float dx = b.x - a.x, dy = b.y - a.y, square = dx * dx + dy * dy;
-  const float reach = radius + 0.5f;
+  const float reach = radius + 0.5f, dy = b.y - a.y;
   const int first = std::max(0, static_cast<int>(std::floor(a.y - reach)));
   const int last = std::min(height_ - 1, static_cast<int>(std::ceil(b.y + reach)));
+  const auto along = [&](float y) {
+    return a.x + std::clamp((y - a.y) / dy, 0.0f, 1.0f) * (b.x - a.x);
+  };
   for (int y = first; y <= last; ++y) {
-    // The part of the segment that can reach this row bounds the columns.
-    const float row = y + 0.5f;
-    const auto along = [&](float level) {
-      return dy > 0 ? std::clamp((level - a.y) / dy, 0.0f, 1.0f) : -1.0f;
-    };
-    float x1 = a.x, x2 = b.x;
-    if (dy > 0) {
-      x1 = a.x + along(row - reach) * dx;
-      x2 = a.x + along(row + reach) * dx;
-    }
-    if (x1 > x2) std::swap(x1, x2);
-    const int begin = std::max(0, static_cast<int>(std::floor(x1 - reach)));
-    const int end = std::min(width_ - 1, static_cast<int>(std::ceil(x2 + reach)));
-    for (int x = begin; x <= end; ++x) {
-      const float px = x + 0.5f - a.x, py = row - a.y;
-      const float t = square > 0 ? std::clamp((px * dx + py * dy) / square, 0.0f, 1.0f) : 0.0f;
-      const float distance = std::hypot(px - t * dx, py - t * dy);
-      const float part = std::clamp(reach - distance, 0.0f, 1.0f);
-      std::uint8_t& cover = cover_[std::size_t(y) * width_ + x];
-      cover = std::max(cover, static_cast<std::uint8_t>(part * 255 + 0.5f));
-    }
-    if (begin > end) continue;
-    left_ = std::min(left_, begin);
-    right_ = std::max(right_, end);
-    top_ = std::min(top_, y);
-    bottom_ = std::max(bottom_, y);
+    // Only the part of the segment that reaches the row bounds its columns.
+    const float middle = y + 0.5f;
+    const float x1 = dy > 0 ? along(middle - reach) : a.x;
+    const float x2 = dy > 0 ? along(middle + reach) : b.x;
+    Row(y, std::min(x1, x2), std::max(x1, x2), a, b, reach);
   }
+}
+
+void Cover::Row(int y, float x1, float x2, Place a, Place b, float reach) {
+  const int begin = std::max(0, static_cast<int>(std::floor(x1 - reach)));
+  const int end = std::min(width_ - 1, static_cast<int>(std::ceil(x2 + reach)));
+  if (begin > end) return;
+  const float dx = b.x - a.x, dy = b.y - a.y, square = dx * dx + dy * dy;
+  for (int x = begin; x <= end; ++x) {
+    const float px = x + 0.5f - a.x, py = y + 0.5f - a.y;
+    const float t = square > 0 ? std::clamp((px * dx + py * dy) / square, 0.0f, 1.0f) : 0.0f;
+    const float distance = std::hypot(px - t * dx, py - t * dy);
+    const float part = std::clamp(reach - distance, 0.0f, 1.0f);
+    std::uint8_t& cover = cover_[std::size_t(y) * width_ + x];
+    cover = std::max(cover, static_cast<std::uint8_t>(part * 255 + 0.5f));
+  }
+  left_ = std::min(left_, begin);
+  right_ = std::max(right_, end);
+  top_ = std::min(top_, y);
+  bottom_ = std::max(bottom_, y);
 }
 
 void Cover::Paint(Image& image, std::uint32_t colour) {
