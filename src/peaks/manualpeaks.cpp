@@ -3,6 +3,7 @@
 
 #include "peaks/peaklist.h"
 #include "peaks/peaks.h"
+#include "plot/dataposition.h"
 #include "plot/plot.h"
 #include "toolkit/toolkit.h"
 #include "workspace/workspace.h"
@@ -42,11 +43,10 @@ void RemovePosition(float x, float tolerance) {
 }
 
 void OnPick(const Message& mouse, float tolerance) {
-  const float x = (mouse.x - ws.plotx0) * ws.xperunit + ws.viewxmin;
-  const float y = (mouse.y - ws.ploty0) * ws.yperunit + ws.viewymin;
-  if (!(x >= ws.viewxmin && x <= ws.viewxmax && y >= ws.viewymin && y <= ws.viewymax)) return;
-  if (mouse.value1 == MouseLeft) AddPeak(x);
-  if (mouse.value1 == MouseRight) RemovePosition(x, tolerance);
+  const DataPoint at = ToData(mouse.x, mouse.y);
+  if (!InView(at)) return;
+  if (mouse.value1 == MouseLeft) AddPeak(at.x);
+  if (mouse.value1 == MouseRight) RemovePosition(at.x, tolerance);
   WDialogPutInteger(FieldCount, ws.npeaks);
 }
 
@@ -81,6 +81,7 @@ void ManualPeakSearch() {
   ws.plotmask = PlotInput + PlotPeaks;
   RedrawView(0);
   const float tolerance = (ws.viewxmax - ws.viewxmin) / 200;
+  WMessageEnable(MessageMouseDown, 1);  // and left on: the main loop zooms by mouse
   WDialogUndefined(0, 0, 0);
   WDialogLoad(DialogNumber);
   WDialogPutInteger(FieldCount, ws.npeaks);

@@ -1,0 +1,175 @@
+// The peak list by hand and in files, as a user fills it.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+
+#include "peaks/peaks.h"
+#include "peaks/simulate.h"
+#include "support/support.h"
+
+namespace {
+
+class PeakList : public testing::Test {
+ protected:
+  void SetUp() override {
+    FreshWorkspace();
+    simulate::Load({.peaks = {simulate::Symmetric(50, 1000, 0.12)}});
+  }
+  std::vector<std::string> LoadFile(const std::string& content) {
+    WriteFile(dir.file("a.pks"), content);
+    Answer("file \"" + dir.file("a.pks") + "\"");
+    LoadPeaks();
+    return Events();
+  }
+  TempDir dir;
+};
+
+// The view is 10 to 90: a right click reaches 80 / 200 = 0.4 degrees.
+TEST_F(PeakList, PicksByMouse) {
+  ws.npeaks = 1;
+  ws.peaks(ptth, 1) = 50;
+  for (int j = 1; j <= 4; ++j) ws.peaks(pint, j) = static_cast<float>(100 * j);
+  Answer(
+      "mouse left 40 500\nmouse left 30 500\nmouse left 95 500\nmouse left 30.3 500\n"
+      "mouse right 30.3 500\n"  // both 30 and 30.3 are in reach: the first in the list goes
+      "mouse right 60 500\npress OK");
+  ManualPeakSearch();
+  EXPECT_EQ(ws.plotmask, 33);
+  ASSERT_EQ(ws.npeaks, 3);
+  const float places[] = {30.3f, 40, 50}, intensities[] = {300, 200, 100};
+  for (int j = 1; j <= 3; ++j) {
+    EXPECT_NEAR(ws.peaks(ptth, j), places[j - 1], 1e-3);
+    EXPECT_EQ(ws.peaks(pint, j), intensities[j - 1]);  // stays in its row when a place goes
+  }
+  Answer("press Clear");
+  ManualPeakSearch();
+  EXPECT_EQ(ws.npeaks, 0);
+}
+
+// One width of the view at a time; at an end the view stays inside the pattern or takes all of it.
+TEST_F(PeakList, PansBesideTheDialog) {
+  ws.viewxmin = 20, ws.viewxmax = 40;
+  Answer(
+      "get viewxmin\npress <\nget viewxmin\nget viewxmax\npress <\nget viewxmin\nget viewxmax\n"
+      "press >\npress >\nget viewxmin\npress OK");
+  ManualPeakSearch();
+  std::vector<std::string> values;
+  for (const std::string& event : Events())
+    if (event.starts_with("value")) values.push_back(event.substr(event.rfind('\t') + 1));
+  const std::vector<std::string> expected{"20", "10", "20", "10", "90", "10"};
+  EXPECT_EQ(values, expected);
+}
+
+TEST_F(PeakList, SavesFixedColumnsAndReadsThemBack) {
+  ws.npeaks = 2;
+  const float rows[2][8] = {{50.1234f, 1520.26f, 0.12342f, 0.5f, 0.1f, 0.4f, 4060302, 8},
+                            {7.5f, 99999.9f, 0.08f, -0.25f, 0, 0, 0, 0}};
+  for (int j = 1; j <= 2; ++j)
+    for (int field = 1; field <= 8; ++field) ws.peaks(field, j) = rows[j - 1][field - 1];
+  const std::string file = dir.file("x y%s.pks");
+  Answer("file \"" + file + "\"");
+  SavePeaks();
+  const std::string text =
+      "    7.500   99999.9   0.0800  -0.2500   0.0000   0.0000    0    0    0    1\n"
+      "   50.123    1520.3   0.1234   0.5000   0.1000   0.4000    0    0    0    1\n";
+  EXPECT_EQ(ReadFile(file), text);
+  EXPECT_EQ(ws.peakfilename, file);
+  ClearPeaks();
+  EXPECT_EQ(ws.peaks(pmult, 2), 0);
+  Answer("file \"" + file + "\"");
+  LoadPeaks();
+  ASSERT_EQ(ws.npeaks, 2);
+  EXPECT_EQ(ws.peaks(ptth, 2), 50.123f);
+  EXPECT_EQ(ws.peaks(pshaper, 2), 0.4f);
+  EXPECT_EQ(ws.peaks(pmult, 2), 1);
+  EXPECT_EQ(ws.plotmask, 33);
+
+  Events();
+  Answer("file \"" + dir.file("none/x.pks") + "\"");
+  SavePeaks();
+  EXPECT_EQ(Events().back(), "box\tFile Error\tError opening peak file");
+  const std::string full = dir.file("full.pks");
+  std::filesystem::create_symlink("/dev/full", full);
+  Answer("file \"" + full + "\"");
+  SavePeaks();
+  EXPECT_EQ(Events().back(), "box\tError\tError writing " + full);
+  ws.npeaks = 0;
+  SavePeaks();
+  EXPECT_EQ(Events(), std::vector<std::string>{"box\tError\tNo peaks in list"});
+}
+
+TEST_F(PeakList, LoadsWhatIsThereAndEndsCleanly) {
+  std::string long_list;
+  for (int i = 1; i <= 300; ++i) long_list += std::to_string(i) + " 1 1\n";
+  const struct {
+    const char* name;
+    std::string content;
+    int rows;
+    float last[8];  // fields of the last row
+  } table[] = {
+      {"indices",
+       "20 300 .1 .5 .2 .6 1 -2 3 12\n",
+       1,
+       {20, 300, 0.1f, 0.5f, 0.2f, 0.6f, 101 + 200 * 98 + 40000 * 103, 12}},
+      {"300 lines", long_list, 200, {200, 1, 1, 0, 0, 0, 4020100, 0}},
+      {"header in front", "   TwoTh  Int\n20 300\n", 2, {20, 300, 0, 0, 0, 0, 4020100, 0}},
+      {"header alone", "   TwoTh  Int\n", 1, {77, 77, 77, 77, 77, 77, 77, 77}},
+      {"blank line", "20 300\n  \n30 400\n", 1, {20, 300, 0, 0, 0, 0, 4020100, 0}},
+      {"CRLF, no end", "20 300\r\n30 400", 2, {30, 400, 0, 0, 0, 0, 4020100, 0}},
+      {"commas", "20,,0.1 , 0.5,,,,,1,2\n", 1, {20, 0, 0.1f, 0.5f, 0, 0, 4060100, 2}},
+      {"letters", "20 300\nabc\n", 2, {0, 0, 0, 0, 0, 0, 4020100, 0}},
+      {"no number", "20 300\n1-2-3 4\n30 400\n", 1, {20, 300, 0, 0, 0, 0, 4020100, 0}},
+      {"too large", "20 300\n1e99 4\n", 1, {20, 300, 0, 0, 0, 0, 4020100, 0}},
+      {"indices out of range", "20 1 1 1 1 1 100 0 0 1\n", 1, {20, 1, 1, 1, 1, 1, 0, 1}},
+  };
+  for (const auto& row : table) {
+    SCOPED_TRACE(row.name);
+    ws.peaks.fill(77);
+    const std::vector<std::string> events = LoadFile(row.content);
+    EXPECT_EQ(ws.npeaks, row.rows);
+    for (int field = 1; field <= 8; ++field)
+      EXPECT_EQ(ws.peaks(field, row.rows), row.last[field - 1]) << field;
+    EXPECT_EQ(ws.peaks(ptth, row.rows + 1), 77);
+    EXPECT_EQ(events.back().starts_with("status\t3\tPeak list is full"), row.rows == 200);
+  }
+  LoadFile("");
+  EXPECT_EQ(ws.npeaks, 0);
+}
+
+// From a file to the fitted peak, the way a user goes.
+TEST(PeakMenus, WorkTogether) {
+  const TempDir dir;
+  std::string pattern;
+  for (int i = 0; i <= 2000; ++i) {
+    const double x = 20 + 0.02 * i;
+    double y = 100;
+    for (double place : {25.0, 35.0, 50.0})
+      y += simulate::Split(simulate::Symmetric(place, 900, 0.12), x - place);
+    pattern += std::to_string(x) + " " + std::to_string(y) + "\n";
+  }
+  WriteFile(dir.file("p.xy"), pattern);
+  const ReplayRun run = RunReplay(
+      "open p.xy\nmenu 40105\nget npeaks\nmenu 40094\nfile out.pks\nmenu 40095\nget npeaks\n"
+      "menu 40103\nfile out.pks\nget npeaks\nget plotmask\nmenu 40104\n"
+      "menu 40106\nmouse right 25.02 100\nmouse right 50.02 100\nget npeaks\npress OK\n"
+      "drag 34 100 36 1100\nmenu 40020\nget spposition\npress OK\nget npeaks\nget plotmask\n"
+      "menu 40093\npress Fit\npress Cancel\nget npeaks\n"
+      "menu 40111\nset \"Sigma factor\" 3\npress Search\nget npeaks\n",
+      dir.path());
+  EXPECT_EQ(run.status, 0);
+  std::vector<std::string> values;
+  for (const std::string& line : run.lines)
+    if (line.starts_with("value")) values.push_back(line.substr(line.rfind('\t') + 1));
+  ASSERT_EQ(values.size(), 10u);
+  EXPECT_NEAR(std::stod(values[5]), 35, 1e-3);
+  values[5] = "35";
+  const std::vector<std::string> expected{"3", "0", "3", "33", "1", "35", "1", "53", "0", "3"};
+  EXPECT_EQ(values, expected);
+  const auto edited = [](const std::string& line) {
+    return line.starts_with("command\t") && line.ends_with("/out.pks");
+  };
+  EXPECT_EQ(std::ranges::count_if(run.lines, edited), 1);
+}
+
+}  // namespace
