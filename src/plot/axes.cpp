@@ -50,7 +50,7 @@ void NiceRange(float* list, int n, float length) {
       low -= p;
       high += p;
     }
-    factor = length / (high - low);
+    factor = std::min(length / (high - low), FLT_MAX);
   }
   list[n] = low;
   list[n + 1] = factor;

@@ -1,0 +1,122 @@
+#include <algorithm>
+
+#include "plot/drawing.h"
+
+namespace {
+
+class AnalysisPlots : public testing::Test {
+ protected:
+  void SetUp() override {
+    FreshWorkspace();
+    ws.viewmode = 3;
+    ws.analysiskind = 1;
+  }
+  template <class Width>
+  static void SetPeaks(int n, Width width) {
+    ws.npeaks = n;
+    for (int j = 1; j <= n; ++j) {
+      const float tth = 15 + 120 * static_cast<float>(j) / static_cast<float>(n);
+      ws.peaks(ptth, j) = tth;
+      ws.peaks(pfwhm, j) = width(tth);
+    }
+  }
+  // Numbers of the parameter line.
+  static std::vector<float> Parameters() {
+    std::vector<float> numbers;
+    for (const ReadText& t : ReadTexts(ScreenList(), 18, 0, 8)) {
+      std::string text = t.text;
+      if (text.find('=') == text.npos) continue;
+      std::replace(text.begin(), text.end(), '=', ' ');
+      for (std::size_t at = 0; (at = text.find_first_of("-.0123456789", at)) != text.npos;) {
+        const std::size_t end = text.find_first_not_of("-.0123456789", at);
+        numbers.push_back(std::stof(text.substr(at, end - at)));
+        at = end == text.npos ? end : end + 1;
+      }
+    }
+    return numbers;
+  }
+  static std::size_t Markers(int colour) {
+    const auto strokes = Strokes(ScreenList(), colour);
+    return std::count_if(strokes.begin(), strokes.end(), [](const Path& p) {
+      return p.size() == 5 && p.front() == p.back() && p[1].x - p[0].x < 20 && p[1].x > p[0].x;
+    });
+  }
+};
+
+TEST_F(AnalysisPlots, CagliotiModelComesBack) {
+  const float u = 0.02f, v = -0.01f, w = 0.012f;
+  SetPeaks(40, [=](float tth) {
+    const float t = std::tan(tth / 2 / RadToDeg);
+    return std::sqrt(u * t * t + v * t + w);
+  });
+  RedrawView(0);
+  const auto found = Parameters();
+  ASSERT_GE(found.size(), 3u);
+  const auto* p = &found[found.size() - 3];
+  EXPECT_NEAR(p[0], u, 1e-4f);
+  EXPECT_NEAR(p[1], v, 1e-4f);
+  EXPECT_NEAR(p[2], w, 1e-4f);
+}
+
+TEST_F(AnalysisPlots, WilliamsonHallLineComesBack) {
+  const float strain = 0.002f, size = 500;
+  ws.viewmode = 4;
+  ws.analysiskind = 2;
+  SetPeaks(20, [=](float tth) {
+    const float theta = tth / 2 / RadToDeg;
+    const float net = (ws.wavelen(1) / size + strain * 4 * std::sin(theta)) / std::cos(theta);
+    return std::hypot(net * RadToDeg, ws.spminhw);
+  });
+  RedrawView(0);
+  const auto found = Parameters();
+  ASSERT_GE(found.size(), 2u);
+  EXPECT_NEAR(found[found.size() - 2], size, 1.0f);
+  EXPECT_NEAR(found.back(), strain, 2e-5f);
+}
+
+TEST_F(AnalysisPlots, RightAndLeftPointsWhereTheyExist) {
+  SetPeaks(4, [](float) { return 0.1f; });
+  ws.peaks(pfwhmr, 1) = 0.12f;
+  ws.peaks(pfwhmr, 2) = 0.3f;  // above twice the average: no left value
+  RedrawView(0);
+  EXPECT_EQ(Markers(colours::kBlack), 4u);
+  EXPECT_EQ(Markers(colours::kRed), 2u);
+  EXPECT_EQ(Markers(colours::kGreen), 3u);
+}
+
+TEST_F(AnalysisPlots, TooFewPeaks) {
+  for (ws.viewmode = 3; ws.viewmode <= 4; ++ws.viewmode) {
+    ws.npeaks = 1;
+    Events();
+    RedrawView(0);
+    EXPECT_EQ(Events(), std::vector<std::string>{"box\tWarning\tToo few points to plot"});
+  }
+}
+
+// From two peaks to a full list, with hostile widths, in windows of several shapes: nothing leaves
+// the window, and what is written stays inside the frame or clear of it.
+TEST_F(AnalysisPlots, StayInTheWindow) {
+  for (const auto& [width, height] : {std::pair{640, 480}, {1536, 864}, {600, 1200}})
+    for (int n : {2, 3, 20, MaxPeaks})
+      for (int view : {3, 4})
+        for (int kind : {1, 2}) {
+          SCOPED_TRACE(testing::Message() << n << " peaks, view " << view << " " << kind);
+          SetPeaks(n, [](float tth) { return 0.05f + tth * 0.001f; });
+          ws.peaks(pfwhm, n) = NAN;
+          ws.peaks(pfwhm, 1) = 1e-3f;  // below the instrument's: a very large size
+          ws.viewmode = view;
+          ws.analysiskind = kind;
+          OpenWindow(width, height);
+          RedrawView(0);
+          ASSERT_FALSE(ScreenList().points.empty());
+          for (const DrawPoint& p : ScreenList().points)
+            ASSERT_TRUE(p.x >= 0 && p.x <= 1000 && p.y >= 0 && p.y <= 1000) << p.x << " " << p.y;
+          for (const ReadText& t : ReadTexts(ScreenList(), 18, 0, 8)) {
+            if (t.begin.y < 100) continue;  // the label of the axis
+            EXPECT_GT(t.begin.x, 100);
+            EXPECT_LT(t.end.x, 950);
+          }
+        }
+}
+
+}  // namespace
