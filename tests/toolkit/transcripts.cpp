@@ -1,6 +1,7 @@
 // Lines and events of transcripts.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 
 #include "support/support.h"
@@ -157,6 +158,17 @@ TEST(Commands, WordsAndFilesNeverMix) {
   EXPECT_EQ(Events(), (Lines{"command\tedit -n \"two words\" \"--x=a bc\"",
                              "command\t\"my editor\" -w \"/tmp/a; rm -rf \"b\" $HOME.xy\"",
                              "box\tError\tCannot start   "}));
+}
+
+TEST(Commands, OneThatCannotStartIsNamed) {
+  const TempDir work;
+  WriteFile(work.file("quillagram.ini"), "EDT=/nowhere/editor -w\n");
+  WriteFile(work.file("a b.xy"), "10 1\n11 2\n12 3\n");
+  const ReplayRun run = RunReplay("open \"a b.xy\"\nmenu \"Modify/Edit data\"\n", work.path(),
+                                  {"--run-commands"}, work.path());
+  const Lines last(run.lines.end() - std::min<std::size_t>(2, run.lines.size()), run.lines.end());
+  EXPECT_EQ(last, (Lines{"command\t/nowhere/editor -w \"" + work.file("a b.xy") + "\"",
+                         "box\tError\tCannot start /nowhere/editor -w"}));
 }
 
 TEST(Files, FailuresAreReadOnce) {
