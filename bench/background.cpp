@@ -59,6 +59,7 @@ BENCHMARK_CAPTURE(Time, scale, ScaleBackground);
 BENCHMARK_CAPTURE(Time, scale_to_interval, ScaleToInterval);
 BENCHMARK_CAPTURE(Time, crystallinity, Crystallinity);
 BENCHMARK_CAPTURE(Time, save, SaveBackground, "file \"" + SaveName() + "\"");
+BENCHMARK_CAPTURE(Time, from_file, BackgroundFromFile, "file \"" + SaveName() + "\"");
 BENCHMARK_CAPTURE(Time, clear, ClearBackground);
 BENCHMARK_CAPTURE(Time, manual_linear, [] { FitPoints(1); });
 BENCHMARK_CAPTURE(Time, manual_spline, [] { FitPoints(2); });
@@ -71,7 +72,10 @@ int main(int argc, char** argv) {
   replay::Redirect([](const std::string&) {}, [] { std::abort(); });
   WInitialise(1, argv);
   replay::NoInput();
-  ws.viewmode = 1;
+  ws.viewmode = ws.filetype = 1;
+  FillSlots();
+  replay::FeedLines("file \"" + SaveName() + "\"");
+  SaveBackground();
   benchmark::RunSpecifiedBenchmarks();
   std::filesystem::remove(SaveName());
 }
