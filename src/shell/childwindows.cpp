@@ -5,7 +5,7 @@
 namespace {
 
 constexpr int kOptions = 23;
-constexpr int kSize = 6000;  // child window units
+constexpr int kSize = 6000;  // ten-thousandths of the main window
 
 }  // namespace
 

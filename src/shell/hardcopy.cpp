@@ -35,7 +35,7 @@ void DrawHardcopy(int driver, const std::string& file) {
 }  // namespace
 
 void PrintGraphics() {
-  DrawHardcopy(DriverPrinter, "");
+  DrawHardcopy(DriverPrinter, ws.patternstem);
   RedrawView(0);
 }
 

@@ -67,7 +67,8 @@ int WInfoScreen(int which);
 // Opens the root window with its top left corner and its size in pixels.
 void WindowOpen(int x, int y, int width, int height, int menu, const std::string& title);
 void WindowTitle(const std::string& title);
-// A child window; returns its handle. Width and height are pixels.
+// A child window; returns its handle. Width and height are ten-thousandths of the root window's
+// area.
 int WindowOpenChild(int width, int height, int options, const std::string& title);
 void WindowCloseChild(int handle);
 void WindowSelect(int handle);
@@ -146,7 +147,7 @@ void IGrUnits(float x1, float y1, float x2, float y2);
 void IGrUnitsRotate(int degrees);
 void IGrAreaClear();
 void IGrColourModel(int n);
-void IGrLineType(int n);    // 0 solid, 1 to 4 dashes
+void IGrLineType(int n);  // 0 solid, 1 to 4 dashes
 void IGrLineWidth(float w);
 void IGrColour(const std::string& name);
 void IGrColourN(int n);  // red + 256 green + 65536 blue in colour model 24
@@ -187,13 +188,13 @@ bool IGrSaveImage(const std::string& file);
 
 // ---- Operating system -------------------------------------------------------------------------
 
-int IOsArgumentCount();                 // without the program's path
-std::string IOsArgument(int n);         // 0: the program's path
+int IOsArgumentCount();          // without the program's path
+std::string IOsArgument(int n);  // 0: the program's path
 void IOsDirChange(const std::string& path);
 // Absolute form of a path that the user gave, taken from the directory of the program's start.
 std::string IOsFullPath(const std::string& path);
-// Starts a program without a shell and without waiting. `text` is split into words at blanks outside
-// double quotes. One that cannot be started gives an "Error" box that names the command.
+// Starts a program without a shell and without waiting. `text` is split into words at blanks
+// outside double quotes. One that cannot be started gives an "Error" box that names the command.
 void IOsCommand(const std::string& text, int flags = 0);
 // The same for a command followed by a file, which stays one word whatever its name holds.
 void IOsCommandOnFile(const std::string& command, const std::string& file);

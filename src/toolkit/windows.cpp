@@ -38,7 +38,10 @@ void WindowOpen(int x, int y, int width, int height, int menu, const std::string
 void WindowTitle(const std::string& title) { frontend::SetTitle(title); }
 
 int WindowOpenChild(int width, int height, int, const std::string& title) {
-  return frontend::OpenChildWindow(width, height, title);
+  constexpr int whole = 10000;
+  int columns = 0, rows = 0;
+  frontend::AreaPixels(columns, rows);
+  return frontend::OpenChildWindow(columns * width / whole, rows * height / whole, title);
 }
 
 void WindowCloseChild(int handle) { frontend::CloseWindow(handle); }
