@@ -5,15 +5,15 @@
 namespace {
 
 constexpr PatternFormat kFormats[] = {
-    {1, "xy", ReadXy, "Error handling xy-file", "General"},
-    {2, "gdf", ReadGdf, "Error handling gdf-file", "Huber"},
-    {3, "txt", ReadTxt, "Error handling txt-file", "Bruker"},
-    {4, "uxd", ReadUxd, "Error handling uxd-file", "Bruker"},
-    {5, "cif", ReadCif, "Error handling cif", "General"},
-    {6, "dat", ReadDat, "Error handling dat-file", "General"},
-    {7, "xrdml", ReadXrdml, "Error handling xrdml-file", "Panalytical"},
-    {8, "udf", ReadUdf, "Error handling udf-file", "Stoe"},
-    {9, "chi", ReadChi, "Error handling chi-file", "Fit2D"},
+    {1, "xy", ReadXy, "Error handling xy-file"},
+    {2, "gdf", ReadGdf, "Error handling gdf-file"},
+    {3, "txt", ReadTxt, "Error handling txt-file"},
+    {4, "uxd", ReadUxd, "Error handling uxd-file"},
+    {5, "cif", ReadCif, "Error handling cif"},
+    {6, "dat", ReadDat, "Error handling dat-file"},
+    {7, "xrdml", ReadXrdml, "Error handling xrdml-file"},
+    {8, "udf", ReadUdf, "Error handling udf-file"},
+    {9, "chi", ReadChi, "Error handling chi-file"},
 };
 
 }  // namespace

@@ -27,7 +27,6 @@ struct PatternFormat {
   const char* extension;  // lower case, without a dot
   int (*read)(int slot, const std::string& path);
   const char* handlingerror;  // box of Background from file
-  const char* description;
 };
 std::span<const PatternFormat> PatternFormats();
 const PatternFormat* FindFormat(int filetype);

@@ -26,7 +26,7 @@ int main(int argc, char** argv) {
   }
   std::filesystem::create_directories(argv[1]);
   for (const FormatSample& sample : FormatSamples())
-    WriteSeed(argv[1], sample.extension, SlotInput, sample.text);
+    WriteSeed(argv[1], sample.extension, SlotInput, sample.text());
   for (const LongPattern& pattern : LongPatterns())
     WriteSeed(argv[1], pattern.extension, MaxSlots, pattern.text());
 }

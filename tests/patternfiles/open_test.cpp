@@ -5,7 +5,7 @@
 #include <cmath>
 #include <fstream>
 
-#include "patternfiles/samples.h"
+#include "patternfiles/patternfiles.h"
 #include "support/support.h"
 #include "toolkit/toolkit.h"
 #include "workspace/menuids.h"
@@ -28,8 +28,8 @@ class Open : public testing::Test {
 };
 
 TEST_F(Open, ByExtensionWhateverItsCase) {
-  const FormatSample& xy = SampleOf("xy");
-  ws.recentfiles(2) = Make("a b.c d.Xy", xy.text);
+  const std::string xy = "5 100\n5.02 120\n5.04 -90\n";
+  ws.recentfiles(2) = Make("a b.c d.Xy", xy);
   ws.smoothwindow = 11;
   ws.headerskip = 0;
   ws.npeaks = 3;
@@ -48,7 +48,7 @@ TEST_F(Open, ByExtensionWhateverItsCase) {
   EXPECT_EQ(WMenuGetState(MenuPlotInput, MenuChecked), 1);
   EXPECT_NEAR(ws.xval(AxisD, 1, 1), 1.54056 / 2 / std::sin(2.5 * std::acos(-1) / 180), 1e-4);
   for (const char* name : {"a.xyz", "noextension", "b.xy."}) {
-    ws.patternpath = Make(name, xy.text);
+    ws.patternpath = Make(name, xy);
     OpenPattern(5);
     EXPECT_EQ(Events(), std::vector<std::string>{"box\tError\tUnrecognized file type"}) << name;
     EXPECT_EQ(ws.viewmode, 1);
@@ -56,7 +56,8 @@ TEST_F(Open, ByExtensionWhateverItsCase) {
 }
 
 TEST_F(Open, ByMenuTheFormatIsThatOfTheEntry) {
-  const std::string path = Make("wrong.txt", SampleOf("cif").text);
+  const std::string path =
+      Make("wrong.txt", "_pd_meas_2theta_range_inc 1.0\n  _pd_meas_intensity_total\n\n1\n2\n3\n");
   ws.filetype = 5;
   ws.viewmode = ws.plotmask = 1;
   ws.debugmode = 1;

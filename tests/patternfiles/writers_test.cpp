@@ -1,6 +1,7 @@
 // The writers: what comes back through the readers, the grid that is saved, messages.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <fstream>
@@ -30,11 +31,16 @@ class Writers : public testing::Test {
     ws.savestop = stop;
     ws.savestep = step;
   }
-  std::vector<std::string> Lines(const std::string& path) {
-    std::vector<std::string> lines;
+  // The file's text; of padded lines each must be of full length and comes without its blanks.
+  std::string Text(const std::string& path, int padded = 0) {
+    std::string text;
     std::ifstream in(path);
-    for (std::string line; std::getline(in, line);) lines.push_back(line);
-    return lines;
+    for (std::string line; std::getline(in, line); text += line + "\n") {
+      if (--padded < 0) continue;
+      EXPECT_EQ(line.size(), 256u);
+      line.resize(line.find_last_not_of(' ') + 1);
+    }
+    return text;
   }
   TempDir dir_;
 };
@@ -55,13 +61,9 @@ TEST_F(Writers, ReadersAgreeAsStated) {
   for (const auto& c : cases)
     for (int slot : {SlotInput, SlotBackground, SlotRefined}) {
       SCOPED_TRACE(c.extension);
-      SetUp();
       Pattern(23, 100.3f, 7.3f, slot);
-      Limits(9, 11, 0.02f);
-      if (slot == SlotInput) Limits(10, ws.xval(AxisTth, slot, 23), 0.02f);
-      const std::string path = dir_.file(std::string("out.") + c.extension);
-      if (std::string(c.extension) == "dat" || std::string(c.extension) == "gdf")
-        ws.savestart = 10;  // the grid that these formats state
+      Limits(10, 11, 0.02f);
+      const std::string path = dir_.file("out");
       ASSERT_EQ(c.write(path, slot), 1);
       ASSERT_EQ(ReadAs(c.extension, SlotScratch, path), 1);
       ASSERT_EQ(ws.npts(SlotScratch), c.points);
@@ -74,52 +76,36 @@ TEST_F(Writers, ReadersAgreeAsStated) {
 
 // The text of every format for three points, two of them within the limits.
 TEST_F(Writers, FilesToTheLetter) {
-  const auto padded = [](std::string text) { return text.append(256 - text.size(), ' '); };
   Pattern(3, 99.5f, 10);
   ws.yval(SlotRefined, 2) = 7;
   ws.yval(SlotBackground, 2) = -1.5f;
   Limits(10.01f, 10.05f, 0.02f);
-  const std::string path = dir_.file("out file.x");
+  const std::string path = dir_.file("out file.tab");
   ASSERT_EQ(WriteXy(path, 1), 1);
-  EXPECT_EQ(Lines(path), (std::vector<std::string>{" 10.0200       110", " 10.0400       120"}));
+  EXPECT_EQ(Text(path), " 10.0200       110\n 10.0400       120\n");
 
   ws.gdfhead(4) = "sample";
   ASSERT_EQ(WriteGdf(path, 1), 1);
-  auto lines = Lines(path);
-  ASSERT_EQ(lines.size(), 18u);
-  for (const auto& [number, text] :
-       {std::pair(1, ""), {4, "sample"}, {11, "10.010"}, {12, "10.050"}, {13, ".020"}, {16, ""}})
-    EXPECT_EQ(lines[number - 1], padded(text)) << number;
-  EXPECT_EQ(lines[16], "110");
-  EXPECT_EQ(lines[17], "120");
+  EXPECT_EQ(Text(path, 16), "\n\n\nsample\n\n\n\n\n\n\n10.010\n10.050\n.020\n\n\n\n110\n120\n");
 
   ASSERT_EQ(WriteCif(path, 1), 1);
-  const std::vector<std::string> cif = {"# Powder CIF created by KESTREL",
-                                        "data-" + path,
-                                        "_diffrn_radiation_wavelength    1.54056",
-                                        "# Scan information data",
-                                        "_pd_meas_2theta_range_min   10.00000",
-                                        "_pd_meas_2theta_range_max   10.02000",
-                                        "_pd_meas_2theta_range_inc     .02000",
-                                        "# 2-Theta scan data",
-                                        "loop_",
-                                        "  _pd_meas_intensity_total",
-                                        "      109.50000",
-                                        "      119.50000",
-                                        "_pd_meas_2theta_range_inc          2",
-                                        "#--eof--eof--eof--eof--eof--eof--#"};
-  lines = Lines(path);
-  ASSERT_EQ(lines.size(), cif.size());
-  for (std::size_t i = 0; i < cif.size(); ++i) EXPECT_EQ(lines[i], padded(cif[i]));
-
-  Pattern(21, 1, 1);
-  Limits(10, 10.4f, 0.02f);
-  ASSERT_EQ(WriteDat(path, 1), 1);
-  lines = Lines(path);
-  ASSERT_EQ(lines.size(), 3u);
-  EXPECT_EQ(lines[0], "10.0000,0.0200,10.4000");
-  EXPECT_EQ(lines[2],
-            "     11.     12.     13.     14.     15.     16.     17.     18.     19.     20.");
+  EXPECT_EQ(Text(path, 14),
+            "# Powder CIF created by KESTREL\n"
+            "data-" +
+                path +
+                "\n"
+                "_diffrn_radiation_wavelength    1.54056\n"
+                "# Scan information data\n"
+                "_pd_meas_2theta_range_min   10.00000\n"
+                "_pd_meas_2theta_range_max   10.02000\n"
+                "_pd_meas_2theta_range_inc     .02000\n"
+                "# 2-Theta scan data\n"
+                "loop_\n"
+                "  _pd_meas_intensity_total\n"
+                "      109.50000\n"
+                "      119.50000\n"
+                "_pd_meas_2theta_range_inc          2\n"
+                "#--eof--eof--eof--eof--eof--eof--#\n");
 
   ws.savecontent = 4;
   ws.saveformat = 5;
@@ -127,8 +113,15 @@ TEST_F(Writers, FilesToTheLetter) {
   Limits(10.01f, 10.03f, 0);
   Answer("file \"" + path + "\"");
   SavePattern();
-  EXPECT_EQ(Lines(path), (std::vector<std::string>{"  10.020        2        7       -2"}));
+  EXPECT_EQ(Text(path), "  10.020      110        7       -2\n");
   EXPECT_EQ(Events(), (std::vector<std::string>{"select\tSave pattern file\t|*.tab|\tstem.tab"}));
+
+  Pattern(13, 1, 1);
+  Limits(10, 10.24f, 0.02f);
+  ASSERT_EQ(WriteDat(path, 1), 1);
+  EXPECT_EQ(Text(path),
+            "10.0000,0.0200,10.2400\n      1.      2.      3.      4.      5."
+            "      6.      7.      8.      9.     10.\n");
 }
 
 struct Saved {
@@ -156,8 +149,7 @@ TEST_F(Writers, GridOnTheStepAskedFor) {
     EXPECT_NEAR(s.x[b], 10.03125 + 0.125 * b, 1e-4);
     EXPECT_EQ(s.y[b], 105 + 20 * b);
   }
-  // Two and a half times: bins of three, then a spline, which keeps a line; nine steps of 1.375
-  // / 9.
+  // Two and a half times: bins of three, then a spline, which keeps a line, in nine steps.
   Pattern(23, 1000, 1000, 1, 0.0625f);
   Limits(10, 11.375f, 0.15625f);
   s = SavedBy(WriteXy, path);
@@ -176,11 +168,10 @@ TEST_F(Writers, GridOnTheStepAskedFor) {
   // More points than a file may have: the step grows to fit.
   Limits(10, 4010, 0.15625f);
   SavedBy(WriteXy, path);
-  EXPECT_EQ(Lines(path).size(), 19995u);
+  EXPECT_EQ(std::ranges::count(Text(path), '\n'), 19995);
   EXPECT_NEAR(ws.savestep, 4000.0 / 19994, 1e-6);
-  // The cif writer takes the remainder against half a bin's width: with bins of four points
-  // and 4.25 steps asked for, 1.25 steps are left of 1.5, so that it re-grids where the others do
-  // not.
+  // The cif writer takes the remainder against half a bin's width: of 4.25 steps asked for 1.25
+  // are left of 1.5, so that it re-grids where the others do not.
   for (const auto& [write, step] :
        {std::pair<Writer, float>(WriteXy, 4.25f * 0.0625f), {WriteCif, 1.375f / 5}}) {
     Limits(10, 11.375f, 4.25f * 0.0625f);
@@ -205,44 +196,42 @@ TEST_F(Writers, GridsOfNoUse) {
             }
 }
 
+// A directory that is not there, and a disk that is full, which shows at the close at the latest.
 TEST_F(Writers, Messages) {
-  const char* const formats[] = {"gdf", "xy", "dat", "cif"};
-  const char* const own[] = {"gdf", "xy", "std", "cif"};
+  const struct {
+    const char *extension, *opening, *writing;
+    bool second;  // SavePattern complains as well
+  } cases[] = {
+      {"gdf", "Error\tError opening gdf file", "Error\tError writing gdf file", true},
+      {"xy", "Error\tError opening xy file", "Error\tError writing xy file", true},
+      {"dat", "Error\tError opening std file", "Error\tError writing std file2", true},
+      {"cif", "Error\tError opening cif file", "Error\tError writing cif", true},
+      {"tab", "File error\tError opening *.tab file", "File Error\tError writing *.tab file",
+       false},
+  };
   Pattern(23, 100, 10);
-  // A file on a disk that is full, under a name with the format's extension.
-  const auto FullDisk = [&] {
-    const std::string name =
-        dir_.file("full." + std::string(ws.savecontent == 4 ? "tab" : formats[ws.saveformat - 1]));
-    std::filesystem::create_symlink("/dev/full", name);
-    return name;
-  };
-  const auto save = [&](const std::string& path) {
-    Answer("file " + path);
-    SavePattern();
-    auto events = Events();
-    events.erase(events.begin());  // the selector
-    return events;
-  };
-  for (int format = 1; format <= 4; ++format) {
-    ws.saveformat = format;
+  ws.saveformat = 0;
+  for (const auto& c : cases) {
+    ++ws.saveformat;
+    if (!c.second) ws.savecontent = 4;
     Limits(10, 11, 0.02f);
-    const std::string second =
-        std::string("box\tError\tError writing ") + formats[format - 1] + " file";
-    EXPECT_EQ(save(dir_.path() + "/none/out"),
-              (std::vector<std::string>{
-                  std::string("box\tError\tError opening ") + own[format - 1] + " file", second}));
-    const auto full = save(FullDisk());  // found at the close at the latest
-    ASSERT_EQ(full.size(), 2u);
-    EXPECT_TRUE(full[0].starts_with(std::string("box\tError\tError writing ") + own[format - 1]));
-    EXPECT_EQ(full[1], second);
-    EXPECT_TRUE(save("").empty());
+    const std::string full = dir_.file(std::string("full.") + c.extension);
+    std::filesystem::create_symlink("/dev/full", full);
+    for (const auto& [path, message] :
+         {std::pair(dir_.path() + "/none/out", c.opening), {full, c.writing}}) {
+      Answer("file " + path);
+      SavePattern();
+      const auto events = Events();
+      ASSERT_EQ(events.size(), c.second ? 3u : 2u) << message;
+      EXPECT_TRUE(events[1].starts_with(std::string("box\t") + message)) << events[1];
+      if (c.second) {
+        EXPECT_EQ(events[2], std::string("box\tError\tError writing ") + c.extension + " file");
+      }
+    }
   }
-  ws.savecontent = 4;
-  ws.saveformat = 5;
-  EXPECT_EQ(save(dir_.path() + "/none/out"),
-            std::vector<std::string>{"box\tFile error\tError opening *.tab file"});
-  EXPECT_EQ(save(FullDisk()),
-            std::vector<std::string>{"box\tFile Error\tError writing *.tab file"});
+  Answer("file");
+  SavePattern();
+  EXPECT_EQ(Events().size(), 1u);
 }
 
 }  // namespace
