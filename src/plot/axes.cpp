@@ -112,7 +112,6 @@ std::string Fixed(float value, int decimals) {
 
 // Four digits of the axis's far value, and as many as tell neighbouring labels apart.
 std::string LinearLabel(float value, float farsize, const Ticks& ticks) {
-  if (std::abs(value) < ticks.step / 1000) value = 0;
   if (farsize > 1.0e6f || farsize < 0.001f) return std::string(Trim(ExpField(value, 19, 5)));
   const int digits = static_cast<int>(3 - Log10(farsize));
   const int needed = static_cast<int>(std::ceil(-Log10(ticks.major) - 0.001f));
@@ -137,7 +136,8 @@ void AxisLinear(float length, float lo, float hi, float factor, float tick, floa
     axis.Tick(axis.Place(value), major ? tick : tick / 2);
     if (!major) continue;
     const Align align = labels.count == 0 ? Align::Left : Align::Centre;
-    labels.label[labels.count++] = {value, LinearLabel(value, farsize, ticks), align};
+    const float exact = std::round(value / ticks.major) * ticks.major;
+    labels.label[labels.count++] = {value, LinearLabel(exact, farsize, ticks), align};
   }
   DrawLabels(axis, labels);
   axis.Title(label, 2 * textheight + 2 * tick);
