@@ -12,8 +12,7 @@ void ChebyshevBasis(std::span<float> t, float x, float xmin, float xmax);
 // The sum of coef(k) t(k) at x.
 float ChebyshevValue(std::span<const float> coef, float x, float xmin, float xmax);
 
-// The interval of a fit, and the intensity that stands for every
-// point in the denominator of Rw.
+// The interval of a fit, and the intensity that stands for every point in the denominator of Rw.
 struct ChebyshevFrame {
   float xmin, xmax;
   float yscale;
