@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <string>
 #include <vector>
@@ -65,8 +66,8 @@ struct ReadText {
 };
 
 // Reads the texts in a list that are written in this height and direction, letter by letter: shapes
-// are compared with those that DrawText gives for each character alone. For the target selected
-// now. A text goes on behind no more than `mostblanks` blanks.
+// are compared with those that DrawText gives for each character alone, on the target selected now,
+// which is left empty. A text goes on behind no more than `mostblanks` blanks.
 inline std::vector<ReadText> ReadTexts(const DisplayList& list, float height, float angle = 0,
                                        int mostblanks = 0) {
   struct Letter {
@@ -76,7 +77,6 @@ inline std::vector<ReadText> ReadTexts(const DisplayList& list, float height, fl
   static const std::string kLetters =
       "0123456789.-ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz=()%/_:";
   const std::vector<Path> drawn = Strokes(list);
-  const DisplayList kept = list;
   std::vector<Letter> letters;
   PlotInit();
   for (char c : kLetters) {
@@ -85,7 +85,10 @@ inline std::vector<ReadText> ReadTexts(const DisplayList& list, float height, fl
     letters.push_back({c, Strokes(list)});
   }
   IGrAreaClear();
-  const_cast<DisplayList&>(list) = kept;
+  // Letters that are part of another come behind it.
+  std::stable_sort(letters.begin(), letters.end(), [](const Letter& a, const Letter& b) {
+    return a.strokes.size() > b.strokes.size();
+  });
 
   const auto matches = [&](const Letter& letter, std::size_t at, DrawPoint& shift) {
     if (at + letter.strokes.size() > drawn.size()) return false;
@@ -106,18 +109,14 @@ inline std::vector<ReadText> ReadTexts(const DisplayList& list, float height, fl
   };
   std::vector<ReadText> texts;
   for (std::size_t at = 0; at < drawn.size();) {
-    const Letter* best = nullptr;
-    DrawPoint shift{}, tried{};
-    for (const Letter& letter : letters)
-      if ((!best || letter.strokes.size() > best->strokes.size()) && matches(letter, at, tried)) {
-        best = &letter;
-        shift = tried;
-      }
-    if (!best) {
+    DrawPoint shift{};
+    const auto letter = std::find_if(letters.begin(), letters.end(),
+                                     [&](const Letter& l) { return matches(l, at, shift); });
+    if (letter == letters.end()) {
       ++at;
       continue;
     }
-    at += best->strokes.size();
+    at += letter->strokes.size();
     const DrawPoint begin{50 + shift.x, 50 + shift.y};
     // Behind the last text, with blanks between, or the first letter of another.
     int blanks = -1;
@@ -126,7 +125,7 @@ inline std::vector<ReadText> ReadTexts(const DisplayList& list, float height, fl
       if (std::hypot(next.x - begin.x, next.y - begin.y) < 0.03f * height) blanks = k;
     }
     if (blanks < 0) texts.push_back({"", begin, begin});
-    texts.back().text += std::string(std::max(blanks, 0), ' ') + best->c;
+    texts.back().text += std::string(std::max(blanks, 0), ' ') + letter->c;
     texts.back().end = along(begin, 0.5f);
   }
   return texts;
@@ -136,6 +135,12 @@ inline std::vector<std::string> Lines(const std::vector<ReadText>& texts) {
   std::vector<std::string> lines;
   for (const ReadText& t : texts) lines.push_back(t.text);
   return lines;
+}
+
+inline void ExpectInside(const DisplayList& list, float width, float height) {
+  ASSERT_FALSE(list.points.empty());
+  for (const DrawPoint& p : list.points)
+    ASSERT_TRUE(p.x >= 0 && p.x <= width && p.y >= 0 && p.y <= height) << p.x << " " << p.y;
 }
 
 // n points of two-theta from `first` on.
