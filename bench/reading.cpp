@@ -37,12 +37,18 @@ std::string Row(int first) {
   return WriteValues(FormatOf<F>(), values);
 }
 
+std::string Scientific(float value) {
+  char text[16];
+  return {text, std::to_chars(text, std::end(text), value, std::chars_format::scientific, 7).ptr};
+}
+
 std::string Content(const std::string& extension) {
   const auto pair = [](int i) { return WriteRecord<"(f10.4,f12.0)">(TwoTheta(i), Count(i)); };
   if (extension == "xy") return File("", 1, pair);
   if (extension == "chi")
-    return File("a\nb\nc\n19000\n", 1,
-                [](int i) { return WriteRecord<"(1x,e13.7,2x,e13.7)">(TwoTheta(i), Count(i)); });
+    return File("a\nb\nc\n19000\n", 1, [](int i) {
+      return " " + Scientific(TwoTheta(i)) + "  " + Scientific(Count(i) * 1.037f);
+    });
   if (extension == "txt")
     return File("[Data]\n\n", 1, [](int i) {
       return WriteRecord<"(f10.4,',',i10,',')">(TwoTheta(i), static_cast<int>(Count(i)));

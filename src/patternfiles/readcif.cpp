@@ -17,7 +17,6 @@
 
 namespace {
 
-constexpr int kPointLimit = 19991;
 constexpr std::string_view kWavelengthKey = "_diffrn_radiation_wavelength";
 constexpr std::string_view kStartKey = "_pd_meas_2theta_range_min";
 constexpr std::string_view kStepKey = "_pd_meas_2theta_range_inc";
@@ -29,10 +28,9 @@ bool ReadValue(std::string_view line, std::string_view key, float& value) {
 }
 
 int ReadData(LineReader& in, int slot) {
-  constexpr int kWidth = 40;
   std::string line;
   int n = 0;
-  while (n < kPointLimit && in.Read(line, kWidth)) {
+  while (n < PointLimit && in.Read(line, DataWidth)) {
     if (line.starts_with('_') || line.starts_with('#')) break;
     float y;
     if (!ReadRecord<"(f20.0)">(line, y)) break;

@@ -43,13 +43,12 @@ void ReadRealKeys(std::string_view line, std::span<const RealKey> keys) {
 }
 
 int ReadCountRows(LineReader& in, int slot, const Format& format, int fields, int limit) {
-  constexpr int kWidth = 276;
   float* counts = ws.yval.row(slot).data();
   std::vector<ReadTarget> targets(fields);
   std::string line;
   int perline = fields;
   int last = 0;
-  for (int first = 1; last < limit && in.Read(line, kWidth); first += fields) {
+  for (int first = 1; last < limit && in.Read(line, RowWidth); first += fields) {
     for (int k = 0; k < perline; ++k) targets[k] = counts + first - 1 + k;
     perline = ReadValues(line, format, {targets.data(), static_cast<std::size_t>(perline)});
     if (perline == 0) break;

@@ -8,6 +8,10 @@
 #include "workspace/lines.h"
 #include "workspace/record.h"
 
+inline constexpr int DataWidth = 40;      // characters read of a line with one point
+inline constexpr int RowWidth = 276;      // and of a line with a row of counts
+inline constexpr int PointLimit = 19991;  // of most formats
+
 // Every reader begins with an empty slot: all counts 0, the two-theta as they are.
 void ClearCounts(int slot);
 

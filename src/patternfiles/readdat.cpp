@@ -12,7 +12,6 @@
 
 namespace {
 
-constexpr int kWidth = 276;
 constexpr int kFields = 10;
 constexpr int kLastLimit = 19990;
 
@@ -29,7 +28,7 @@ int ReadDat(int slot, const std::string& path) {
   if (!SkipLines(in, ws.headerskip)) return ReadFailure("File error", "Error reading dat file");
   std::string line;
   float start, step;
-  if (!in.Read(line, kWidth) || !ReadGrid(line, start, step))
+  if (!in.Read(line, RowWidth) || !ReadGrid(line, start, step))
     return ReadFailure("File Error", "Error reading dat file");
 
   const int last = ReadCountRows(in, slot, FormatOf<"(10f8.0)">(), kFields, kLastLimit);

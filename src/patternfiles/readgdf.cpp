@@ -18,7 +18,6 @@
 
 namespace {
 
-constexpr int kPointLimit = 19991;
 constexpr int kHeaderLines = 16;
 
 struct Header {
@@ -72,7 +71,7 @@ int ReadGdf(int slot, const std::string& path) {
   ws.npts(slot) = 0;
 
   int n = 0, count;
-  while (n < kPointLimit && in.Read(line) && ReadRecord<"(i8)">(line, count))
+  while (n < PointLimit && in.Read(line) && ReadRecord<"(i8)">(line, count))
     ws.yval(slot, ++n) = static_cast<float>(count);
   FillGrid(slot, n, header.start, header.step);
   if (n < 1) return ReadFailure("Error", "Nothing read from gdf file1");

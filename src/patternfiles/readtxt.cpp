@@ -48,10 +48,9 @@ void ReadHeaderLine(std::string_view line, int slot, Header& header) {
 }
 
 int ReadData(LineReader& in, int slot) {
-  constexpr int kWidth = 40;
   std::string line;
   int n = 0;
-  while (n < MaxPoints && in.Read(line, kWidth)) {
+  while (n < MaxPoints && in.Read(line, DataWidth)) {
     float x;
     int count;
     if (!ReadRecord<"(f15.0,i15)">(line, x, count)) break;

@@ -22,9 +22,7 @@
 
 namespace {
 
-constexpr int kWidth = 276;
 constexpr int kFields = 8;
-constexpr int kLastLimit = 19991;
 
 struct Header {
   float start = 0, stop = 0, step = 0, steptime = 0;
@@ -67,13 +65,13 @@ int ReadUdf(int slot, const std::string& path) {
   Header header;
   std::string line;
   do {
-    if (!in.Read(line, kWidth)) return ReadFailure("File Error", "Error reading udf file");
+    if (!in.Read(line, RowWidth)) return ReadFailure("File Error", "Error reading udf file");
     ReadHeaderLine(line, slot, header);
   } while (!HasKey(line, "RawScan"));
   if (header.step != 0)
     SetExposure(header.steptime * ((header.stop - header.start) / header.step + 1.0f));
 
-  const int last = ReadCountRows(in, slot, FormatOf<"(8f9.0)">(), kFields, kLastLimit);
+  const int last = ReadCountRows(in, slot, FormatOf<"(8f9.0)">(), kFields, PointLimit);
   if (!CutAtLastPoint(slot, last)) return ReadFailure("File Error", "Nothing read from udf file");
   ws.wavelen(slot) = ws.scanwave(1);
   FillGrid(slot, ws.npts(slot), header.start, header.step);

@@ -18,13 +18,10 @@
 
 namespace {
 
-constexpr int kPointLimit = 19991;
-
 int ReadData(LineReader& in, int slot) {
-  constexpr int kWidth = 40;
   std::string line;
   int n = 0;
-  while (n < kPointLimit && in.Read(line, kWidth)) {
+  while (n < PointLimit && in.Read(line, DataWidth)) {
     float x, y;
     if (CleanNumberLine(line) != 0 || !ReadRecord<"(2f15.0)">(line, x, y)) break;
     ++n;
