@@ -15,32 +15,35 @@ namespace {
 
 using List = std::vector<float>;  // from index 1; element 0 is not in use
 
-// Sum of `count` values from `first` in steps of +1 or -1.
-float Sum(const List& y, int first, int count, int step) {
-  float sum = 0;
-  for (int k = 0; k < count; ++k) sum += y[first + k * step];
-  return sum;
+// Sums over a window of m points, or m - 1 for an even m, divided by m, wherever it fits; else 0.
+// Each sum takes its terms in rising order; neighbours add their k-th terms one after the other.
+List MiddleMeans(const List& y, int m) {
+  const int h = (m - 1) / 2, last = static_cast<int>(y.size()) - 1 - h;
+  List mean(y.size());
+  for (int k = -h; k <= h; ++k)
+    for (int i = m / 2 + 1; i <= last; ++i) mean[i] += y[i + k];
+  for (float& value : mean) value /= static_cast<float>(m);
+  return mean;
 }
 
 // Moving average of both lists with a window of m points. Unlike the one of the Modify menu, which
-// is only given odd windows, it takes even ones as they are: they sum m - 1 points, divide by m,
-// and leave point m/2 at 0. That scales an even-smoothed list by (m - 1)/m. At the ends the window
-// of y shrinks to what the list has, and x stays. A window wider than the list does nothing.
+// is only given odd windows, it takes even ones as they are: they scale a list by (m - 1)/m and
+// leave point m/2 at 0. At the ends the window of y shrinks to what the list has, and x stays. A
+// window wider than the list does nothing.
 void MovingAverage(List& x, List& y, int m) {
-  const int n = static_cast<int>(y.size()) - 1;
+  const int n = static_cast<int>(y.size()) - 1, h = (m - 1) / 2;
   if (m < 2 || m > n) return;
-  const int h = (m - 1) / 2;
-  List xmean(x.size()), ymean(y.size());
-  for (int i = 1; i <= h; ++i) {
-    const int last = n - i + 1;
+  List xmean = MiddleMeans(x, m), ymean = MiddleMeans(y, m);
+  float head = 0, tail = 0;
+  for (int count = 1; count <= 2 * h; ++count) {
+    head += y[count];
+    tail += y[n + 1 - count];
+    const int i = count - h;
+    if (i < 1) continue;
     xmean[i] = x[i];
-    xmean[last] = x[last];
-    ymean[i] = Sum(y, 1, h + i, 1) / static_cast<float>(h + i);
-    ymean[last] = Sum(y, n, h + i, -1) / static_cast<float>(h + i);
-  }
-  for (int i = m / 2 + 1; i <= n - h; ++i) {
-    xmean[i] = Sum(x, i - h, 2 * h + 1, 1) / static_cast<float>(m);
-    ymean[i] = Sum(y, i - h, 2 * h + 1, 1) / static_cast<float>(m);
+    xmean[n + 1 - i] = x[n + 1 - i];
+    ymean[i] = head / static_cast<float>(count);
+    ymean[n + 1 - i] = tail / static_cast<float>(count);
   }
   x.swap(xmean);
   y.swap(ymean);
