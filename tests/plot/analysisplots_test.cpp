@@ -37,11 +37,12 @@ class AnalysisPlots : public testing::Test {
     return numbers;
   }
   // Squares of the size of a marker.
-  static std::size_t Markers(int colour) {
-    const auto strokes = Strokes(ScreenList(), colour);
-    return std::count_if(strokes.begin(), strokes.end(), [](const Path& p) {
-      return p.size() == 5 && p[0] == p[4] && std::abs(p[2].y - p[0].y - 10.05f) < 0.01f;
+  static std::vector<Path> Markers(int colour) {
+    auto strokes = Strokes(ScreenList(), colour);
+    std::erase_if(strokes, [](const Path& p) {
+      return p.size() != 5 || p[0] != p[4] || std::abs(p[2].y - p[0].y - 10.05f) > 0.01f;
     });
+    return strokes;
   }
 };
 
@@ -52,6 +53,16 @@ TEST_F(AnalysisPlots, CagliotiModelComesBack) {
     return std::sqrt(model[0] * t * t + model[1] * t + model[2]);
   });
   RedrawView(0);
+  // The curve runs through the markers.
+  Path curve;
+  for (const Path& path : Strokes(ScreenList(), colours::kBlack))
+    if (path.size() == 200) curve = path;
+  for (const Path& marker : Markers(colours::kBlack)) {
+    const float x = (marker[0].x + marker[2].x) / 2, y = (marker[0].y + marker[2].y) / 2;
+    EXPECT_TRUE(std::any_of(curve.begin(), curve.end(), [=](DrawPoint p) {
+      return std::abs(p.x - x) < 2.5f && std::abs(p.y - y) < 7;
+    })) << x;
+  }
   const auto found = Parameters();
   ASSERT_EQ(found.size(), 3u);
   for (int i : {0, 1, 2}) EXPECT_NEAR(found[i], model[i], 1e-4f);
@@ -78,9 +89,9 @@ TEST_F(AnalysisPlots, RightAndLeftPointsWhereTheyExist) {
   ws.peaks(pfwhmr, 1) = 0.12f;
   ws.peaks(pfwhmr, 2) = 0.3f;  // above twice the average: no left value
   RedrawView(0);
-  EXPECT_EQ(Markers(colours::kBlack), 4u);
-  EXPECT_EQ(Markers(colours::kRed), 2u);
-  EXPECT_EQ(Markers(colours::kGreen), 3u);
+  EXPECT_EQ(Markers(colours::kBlack).size(), 4u);
+  EXPECT_EQ(Markers(colours::kRed).size(), 2u);
+  EXPECT_EQ(Markers(colours::kGreen).size(), 3u);
 }
 
 TEST_F(AnalysisPlots, TooFewPeaks) {

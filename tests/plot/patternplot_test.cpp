@@ -120,6 +120,7 @@ TEST_F(PatternPlot, CurvesInEveryView) {
       {"difference without (C)", with(17, SlotRefined, 170), kBrown, 0},
       {"overlay 1", with(1, 5, 40, 100), kOrange, 100, {20.5f, 740}, {30.4f, 740}},
       {"overlay 2", with(1, 6, 40, 100), kMagenta, 100, {21, 1440}, {30.9f, 1440}},
+      {"overlay cut at the end", with(1, 5, 40), kOrange, 396, {20.5f, 740}, {60, 740}},
       {"overlay under a fit", [=] { ws.fitshown = 1, with(1, 6, 40)(); }, kMagenta, 0},
   };
   for (const View& view : kViews) {
