@@ -133,6 +133,9 @@ TEST_F(Alphabet, MarkerGeometryAndKeptCoordinates) {
   PenDown(KeepPosition, 70);
   PenDown(60, KeepPosition);
   EXPECT_EQ(Strokes(), (std::vector<Path>{{{110, 220}, {110, 270}, {160, 270}}}));
+  float x, y;
+  PenPosition(x, y);
+  EXPECT_EQ((DrawPoint{x, y}), (DrawPoint{60, 70}));
 }
 
 }  // namespace
