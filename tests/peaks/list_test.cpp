@@ -54,7 +54,7 @@ TEST_F(PeakList, PansBesideTheDialog) {
                                                          {">", 40, 60},
                                                          {">\npress >\npress >\npress >", 10, 90}};
   for (const auto& [presses, xmin, xmax] : table) {
-    ws.viewxmin = 20, ws.viewxmax = 40;
+    ws.bandx1 = 20, ws.bandx2 = 40, ws.bandy1 = 0, ws.bandy2 = 1000;
     Answer(std::string("press ") + presses + "\npress OK");
     ManualPeakSearch();
     EXPECT_EQ(ws.viewxmin, xmin) << presses;
@@ -134,8 +134,10 @@ TEST_F(PeakList, LoadsWhatIsThereAndEndsCleanly) {
     EXPECT_EQ(ws.peaks(ptth, row.rows + 1), 77);
     EXPECT_EQ(events.back().starts_with("status\t3\tPeak list is full"), row.rows == 200);
   }
+  ws.plotmask = 1;
   LoadFile("");
   EXPECT_EQ(ws.npeaks, 0);
+  EXPECT_EQ(ws.plotmask, 1);
 }
 
 // From a file to the fitted peak, the way a user goes.

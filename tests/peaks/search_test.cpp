@@ -103,6 +103,9 @@ TEST_F(PeakSearch, BackgroundIsReadAtTheOrdinalNumber) {
   Load({.background = 100, .slope = 3.75, .peaks = {Symmetric(70, 10, 0.12)}});
   Search(15);  // 10 counts above 325 are below two sigma, but 235 above the start
   EXPECT_EQ(ws.npeaks, 1);
+  Load({.background = -100, .peaks = {Symmetric(70, 60, 0.12, 0)}});
+  Search(1);  // a negative background has no root, and so rejects nothing
+  EXPECT_EQ(ws.npeaks, 1);
 }
 
 TEST_F(PeakSearch, GaussianMatchIsExactOnAGaussianAndAConstant) {
