@@ -9,6 +9,7 @@
 //
 // Keys stand first on their line, all in upper or all in lower case. Users may edit the file;
 // lines that are not known stay in it.
+#include <algorithm>
 #include <vector>
 
 #include "shell/shell.h"
@@ -116,22 +117,37 @@ void PassValuesOn() {
   ShowRecentFiles();
 }
 
-// The head of the file, up to its marker or the last line that is kept. False, with a message, for
-// a file that is not there.
-bool ReadKeptLines(std::vector<std::string>& lines, bool& marker, bool uptomarker) {
-  marker = false;
+// Rewrites the file from its first lines after `change` has been made to them. Everything behind
+// them is lost.
+void UpdateFile(void (*change)(std::vector<std::string>& lines)) {
   LineReader file(ws.inipath);
-  if (!file.IsOpen()) {
-    MessageBoxError("Error", "Error opening inifile");
-    return false;
+  bool good = file.IsOpen();
+  if (good) {
+    std::vector<std::string> lines;
+    std::string line;
+    while (std::ssize(lines) < kKeptLines && file.Read(line, TextLength)) lines.push_back(line);
+    change(lines);
+    good = WriteLines(lines);
   }
-  std::string line;
-  while (static_cast<int>(lines.size()) < kKeptLines && file.Read(line, TextLength)) {
-    lines.push_back(line);
-    marker = uptomarker && Begins(line, kBlockStart);
-    if (marker) break;
-  }
-  return true;
+  if (!good) MessageBoxError("Error", "Error opening inifile");
+}
+
+// Puts the present block behind the marker, which is added to a file without one.
+void ReplaceRecentFiles(std::vector<std::string>& lines) {
+  const auto marker =
+      std::ranges::find_if(lines, [](const auto& line) { return Begins(line, kBlockStart); });
+  if (marker == lines.end())
+    lines.push_back("OLD QUILLAGRAM FILES");
+  else
+    lines.erase(marker + 1, lines.end());
+  lines.insert(lines.end(), ws.recentfiles.cells.begin(), ws.recentfiles.cells.end());
+  lines.push_back("END QUILLAGRAM FILES");
+}
+
+void ReplaceAddress(std::vector<std::string>& lines) {
+  for (std::string& line : lines)
+    for (const TextKey& text : kAddress)
+      if (Begins(line, text.key)) line = text.written + std::string(Trim(*text.value));
 }
 
 }  // namespace
@@ -139,10 +155,8 @@ bool ReadKeptLines(std::vector<std::string>& lines, bool& marker, bool uptomarke
 void ReadConfiguration() {
   ws.inipath = ws.startdir + "quillagram.ini";
   SetBuiltInValues();
-  if (!LineReader(ws.inipath).IsOpen() && !WriteLines({std::begin(kNewFile), std::end(kNewFile)})) {
-    MessageBoxError("Error", "Error creating ini-file");
-    return PassValuesOn();
-  }
+  if (!LineReader(ws.inipath).IsOpen() && !WriteLines({std::begin(kNewFile), std::end(kNewFile)}))
+    return MessageBoxError("Error", "Error creating ini-file");
   LineReader file(ws.inipath);
   if (!file.IsOpen()) MessageBoxError("Error", "Error opening ini-file");
   std::string line;
@@ -160,23 +174,7 @@ void UpdateRecentFiles() {
     ws.recentfiles(1) = ws.patternpath;
   }
   ShowRecentFiles();
-  if (ws.recentpending == 0) return;
-
-  std::vector<std::string> lines;
-  bool marker = false;
-  if (!ReadKeptLines(lines, marker, true)) return;
-  if (!marker) lines.push_back("OLD QUILLAGRAM FILES");
-  for (int k = 1; k <= MaxRecent; ++k) lines.push_back(ws.recentfiles(k));
-  lines.push_back("END QUILLAGRAM FILES");
-  if (!WriteLines(lines)) MessageBoxError("Error", "Error opening inifile");
+  if (ws.recentpending != 0) UpdateFile(ReplaceRecentFiles);
 }
 
-void WriteInfoToConfiguration() {
-  std::vector<std::string> lines;
-  bool marker = false;
-  if (!ReadKeptLines(lines, marker, false)) return;
-  for (std::string& line : lines)
-    for (const TextKey& text : kAddress)
-      if (Begins(line, text.key)) line = text.written + std::string(Trim(*text.value));
-  if (!WriteLines(lines)) MessageBoxError("Error", "Error opening inifile");
-}
+void WriteInfoToConfiguration() { UpdateFile(ReplaceAddress); }

@@ -1,9 +1,6 @@
 // The configuration file: creation, keys, the recent-files block, updates.
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <sstream>
-
 #include "shell/shell.h"
 #include "support/support.h"
 #include "workspace/workspace.h"
@@ -16,12 +13,8 @@ class Configuration : public testing::Test {
     FreshWorkspace();
     ws.startdir = home.path() + "/";
   }
-  void Write(const std::string& text) { std::ofstream(home.file("quillagram.ini")) << text; }
-  std::string Contents() {
-    std::ostringstream text;
-    text << std::ifstream(home.file("quillagram.ini")).rdbuf();
-    return text.str();
-  }
+  void Write(const std::string& text) { WriteFile(home.file("quillagram.ini"), text); }
+  std::string Contents() { return ReadFile(home.file("quillagram.ini")); }
   TempDir home;
 };
 
@@ -111,6 +104,7 @@ TEST_F(Configuration, FailuresAreOneBoxEachAndTheRunGoesOn) {
   ws.startdir = home.file("missing") + "/";
   ReadConfiguration();
   EXPECT_EQ(ws.editorpath, "quillagram-edit");
+  EXPECT_EQ(WMenuGetString(40022), "empty");
   ws.recentpending = 1;
   ws.patternpath = "/a";
   UpdateRecentFiles();
