@@ -1,5 +1,5 @@
 // The Workspace by name, for transcripts that look at it.
-#include <array>
+#include <algorithm>
 #include <charconv>
 #include <functional>
 #include <map>
@@ -37,149 +37,45 @@ NamedField Named(const Table<T, N...>& field) {
   return {{N...}, [&field](std::size_t k) { return ValueText(field.cells[k]); }};
 }
 
+// All fields, group by group.
+// clang-format off
+#define FIELDS(F) \
+  F(xval) F(yval) F(npts) F(ptrefl) \
+  F(viewmode) F(analysiskind) F(plotmask) F(xaxismode) F(yaxismode) F(xgrid) F(ygrid) \
+  F(viewxmin) F(viewxmax) F(viewymin) F(viewymax) F(bandx1) F(bandx2) F(bandy1) F(bandy2) \
+  F(plotxmin) F(plotxmax) F(plotx0) F(ploty0) F(plotwidth) F(plotheight) F(xperunit) F(yperunit) \
+    F(plotscalex) F(plotscaley) \
+  F(printflag) F(epsflag) \
+  F(patternpath) F(patternstem) F(stem20) F(filetype) F(peakfilename) \
+  F(editorpath) F(startdir) F(inipath) F(recentfiles) F(recentpending) F(caglmin) F(shapemin) \
+  F(debugmode) F(batchmode) \
+  F(sampleid) F(infodepartment) F(infocompany) F(infoaddress) F(instrument) F(infoline) \
+    F(scandate) F(gdfhead) F(overlayname) \
+  F(wavelen) F(scanwave) F(peaks) F(npeaks) F(manualbg) F(nmanualbg) \
+  F(nchild) F(childwin) \
+  F(autosubwindow) F(autosubcycles) F(autosubscale) F(autosubdev) F(fullstart) F(fullstop) \
+  F(manualbgmode) F(bgpath) F(bgscale) F(bgintstart) F(bgintend) F(cryststart) F(crystend) \
+    F(crystallinity) \
+  F(lpmode) F(a2steps) F(a2interp) F(a2ratio) F(a2start) \
+  F(muR) F(mut) F(plateangle) F(smoothwindow) F(sgwindow) \
+  F(zeroshift) F(useorigsteps) F(scalefactor) F(savestart) F(savestep) F(savestop) \
+  F(origwavelength) F(newwavelength) F(polycoef) \
+  F(chebyorder) F(chebyused) F(chebyxmin) F(chebyxmax) F(chebycoef) F(bgcoef) \
+  F(pksmooth) F(pkminfwhm) F(pkmaxfwhm) F(pksigma) \
+  F(spmode) F(spinitwidth) F(spinithw) F(spfinalhw) F(sphwtol) F(spgeom) F(spminhw) F(spu) \
+    F(spv) F(spw) \
+  F(spposition) F(sparea) F(spfwhmleft) F(spfwhmmean) F(spfwhmright) F(spshapeleft) \
+    F(spshapemean) F(spshaperight) F(spsize) \
+  F(savecontent) F(saveformat) \
+  F(noverlay) F(displacex) F(displacey) \
+  F(fitbgorder) F(fitscale) F(fitzero) F(fitscalerefine) F(fitzerorefine) F(fitpatmode) \
+    F(fitshown) F(profrvalue) \
+  F(headerskip) F(itoform) F(treform)
+// clang-format on
+
 const std::map<std::string_view, NamedField>& Fields() {
-#define FIELD(name) \
-  { #name, Named(ws.name) }
-  static const std::map<std::string_view, NamedField> fields{FIELD(xval),
-                                                             FIELD(yval),
-                                                             FIELD(npts),
-                                                             FIELD(ptrefl),
-                                                             FIELD(viewmode),
-                                                             FIELD(analysiskind),
-                                                             FIELD(plotmask),
-                                                             FIELD(xaxismode),
-                                                             FIELD(yaxismode),
-                                                             FIELD(xgrid),
-                                                             FIELD(ygrid),
-                                                             FIELD(viewxmin),
-                                                             FIELD(viewxmax),
-                                                             FIELD(viewymin),
-                                                             FIELD(viewymax),
-                                                             FIELD(bandx1),
-                                                             FIELD(bandx2),
-                                                             FIELD(bandy1),
-                                                             FIELD(bandy2),
-                                                             FIELD(plotxmin),
-                                                             FIELD(plotxmax),
-                                                             FIELD(plotx0),
-                                                             FIELD(ploty0),
-                                                             FIELD(plotwidth),
-                                                             FIELD(plotheight),
-                                                             FIELD(xperunit),
-                                                             FIELD(yperunit),
-                                                             FIELD(plotscalex),
-                                                             FIELD(plotscaley),
-                                                             FIELD(printflag),
-                                                             FIELD(epsflag),
-                                                             FIELD(patternpath),
-                                                             FIELD(patternstem),
-                                                             FIELD(stem20),
-                                                             FIELD(filetype),
-                                                             FIELD(peakfilename),
-                                                             FIELD(editorpath),
-                                                             FIELD(startdir),
-                                                             FIELD(inipath),
-                                                             FIELD(recentfiles),
-                                                             FIELD(recentpending),
-                                                             FIELD(caglmin),
-                                                             FIELD(shapemin),
-                                                             FIELD(debugmode),
-                                                             FIELD(batchmode),
-                                                             FIELD(sampleid),
-                                                             FIELD(infodepartment),
-                                                             FIELD(infocompany),
-                                                             FIELD(infoaddress),
-                                                             FIELD(instrument),
-                                                             FIELD(infoline),
-                                                             FIELD(scandate),
-                                                             FIELD(gdfhead),
-                                                             FIELD(overlayname),
-                                                             FIELD(wavelen),
-                                                             FIELD(scanwave),
-                                                             FIELD(peaks),
-                                                             FIELD(npeaks),
-                                                             FIELD(manualbg),
-                                                             FIELD(nmanualbg),
-                                                             FIELD(nchild),
-                                                             FIELD(childwin),
-                                                             FIELD(autosubwindow),
-                                                             FIELD(autosubcycles),
-                                                             FIELD(autosubscale),
-                                                             FIELD(autosubdev),
-                                                             FIELD(fullstart),
-                                                             FIELD(fullstop),
-                                                             FIELD(manualbgmode),
-                                                             FIELD(bgpath),
-                                                             FIELD(bgscale),
-                                                             FIELD(bgintstart),
-                                                             FIELD(bgintend),
-                                                             FIELD(cryststart),
-                                                             FIELD(crystend),
-                                                             FIELD(crystallinity),
-                                                             FIELD(lpmode),
-                                                             FIELD(a2steps),
-                                                             FIELD(a2interp),
-                                                             FIELD(a2ratio),
-                                                             FIELD(a2start),
-                                                             FIELD(muR),
-                                                             FIELD(mut),
-                                                             FIELD(plateangle),
-                                                             FIELD(smoothwindow),
-                                                             FIELD(sgwindow),
-                                                             FIELD(zeroshift),
-                                                             FIELD(useorigsteps),
-                                                             FIELD(scalefactor),
-                                                             FIELD(savestart),
-                                                             FIELD(savestep),
-                                                             FIELD(savestop),
-                                                             FIELD(origwavelength),
-                                                             FIELD(newwavelength),
-                                                             FIELD(polycoef),
-                                                             FIELD(chebyorder),
-                                                             FIELD(chebyused),
-                                                             FIELD(chebyxmin),
-                                                             FIELD(chebyxmax),
-                                                             FIELD(chebycoef),
-                                                             FIELD(bgcoef),
-                                                             FIELD(pksmooth),
-                                                             FIELD(pkminfwhm),
-                                                             FIELD(pkmaxfwhm),
-                                                             FIELD(pksigma),
-                                                             FIELD(spmode),
-                                                             FIELD(spinitwidth),
-                                                             FIELD(spinithw),
-                                                             FIELD(spfinalhw),
-                                                             FIELD(sphwtol),
-                                                             FIELD(spgeom),
-                                                             FIELD(spminhw),
-                                                             FIELD(spu),
-                                                             FIELD(spv),
-                                                             FIELD(spw),
-                                                             FIELD(spposition),
-                                                             FIELD(sparea),
-                                                             FIELD(spfwhmleft),
-                                                             FIELD(spfwhmmean),
-                                                             FIELD(spfwhmright),
-                                                             FIELD(spshapeleft),
-                                                             FIELD(spshapemean),
-                                                             FIELD(spshaperight),
-                                                             FIELD(spsize),
-                                                             FIELD(savecontent),
-                                                             FIELD(saveformat),
-                                                             FIELD(noverlay),
-                                                             FIELD(displacex),
-                                                             FIELD(displacey),
-                                                             FIELD(fitbgorder),
-                                                             FIELD(fitscale),
-                                                             FIELD(fitzero),
-                                                             FIELD(fitscalerefine),
-                                                             FIELD(fitzerorefine),
-                                                             FIELD(fitpatmode),
-                                                             FIELD(fitshown),
-                                                             FIELD(profrvalue),
-                                                             FIELD(headerskip),
-                                                             FIELD(itoform),
-                                                             FIELD(treform)};
+#define FIELD(name) {#name, Named(ws.name)},
+  static const std::map<std::string_view, NamedField> fields{FIELDS(FIELD)};
 #undef FIELD
   return fields;
 }
@@ -210,6 +106,7 @@ std::optional<std::vector<IndexRange>> ParseIndices(std::string_view list,
     return ranges;
   }
   list = list.substr(1, list.size() - 2);
+  if (std::ranges::count(list, ',') + 1 != std::ssize(extents)) return {};
   for (int extent : extents) {
     const std::size_t comma = std::min(list.find(','), list.size());
     const auto range = ParseIndex(list.substr(0, comma), extent);
@@ -217,7 +114,6 @@ std::optional<std::vector<IndexRange>> ParseIndices(std::string_view list,
     ranges.push_back(*range);
     list.remove_prefix(std::min(comma + 1, list.size()));
   }
-  if (!list.empty() || extents.empty()) return {};
   return ranges;
 }
 

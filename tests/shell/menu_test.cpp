@@ -183,8 +183,9 @@ TEST_F(Menu, FieldsByName) {
   EXPECT_EQ(FieldText("npts"), "0\t0\t7\t0\t0\t0\t0\t0\t0");
   EXPECT_EQ(FieldText("xval(1,2,5:6)"), "0\t0.100000001");
   EXPECT_EQ(FieldText("patternstem"), "a b");
-  for (const char* wrong : {"nothing", "npts(0)", "npts(10)", "npts(1", "npts(1,1)", "npts()",
-                            "npts(2:1)", "xval(1,1)", "patternstem(1)", "npts(1)x"})
+  for (const char* wrong :
+       {"nothing", "npts(0)", "npts(10)", "npts(1", "npts(1,1)", "npts()", "npts(2:1)", "npts(1,)",
+        "xval(1,1)", "xval(1,,1)", "patternstem(1)", "npts(1)x"})
     EXPECT_FALSE(FieldText(wrong)) << wrong;
 }
 
