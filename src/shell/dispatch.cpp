@@ -72,7 +72,7 @@ void OpenAnyFormat() {
   for (const PatternFormat& format : PatternFormats())
     patterns += (patterns.empty() ? "*." : ";*.") + std::string(format.extension);
   WSelectFile("Pattern files|" + patterns + "|", FileMustExist, path, "Open pattern file");
-  if (!path.empty() && path[0] != '*') OpenFile(path);
+  if (!path.empty()) OpenFile(path);
 }
 
 constexpr MenuAction kActions[] = {
@@ -178,6 +178,11 @@ const MenuAction* FindAction(int id) {
   return found == std::end(kActions) ? nullptr : found;
 }
 
+void DisableUnbuiltItems() {
+  for (const MenuRow& row : MenuTable())
+    if (!row.popup && !FindAction(row.id)) WMenuSetState(row.id, MenuEnabled, 0);
+}
+
 }  // namespace
 
 void OnMenu(int id, int& quitflag) {
@@ -189,11 +194,6 @@ void OnMenu(int id, int& quitflag) {
   action->operation();
   if (id == MenuExit) quitflag = 1;
   if (action->redraw != Redraw::None) RedrawView(action->redraw == Redraw::Full);
-}
-
-void DisableUnbuiltItems() {
-  for (const MenuRow& row : MenuTable())
-    if (!row.popup && !FindAction(row.id)) WMenuSetState(row.id, MenuEnabled, 0);
 }
 
 void SetMenuLoaded(int flag) {

@@ -47,7 +47,5 @@ void SaveEps() {
 }
 
 void SaveImage(const char* extension) {
-  if (ws.patternstem.empty()) return WindowOutStatusBar(3, "No pattern to save");
-  const std::string file = ws.patternstem + extension;
-  if (IGrSaveImage(file)) WindowOutStatusBar(3, "Saved " + file);
+  if (!ws.patternstem.empty()) IGrSaveImage(ws.patternstem + extension);
 }

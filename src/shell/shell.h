@@ -26,9 +26,7 @@ void OpenFile(const std::string& path);
 
 // Runs the command of a menu item; sets quitflag when it is the one that leaves.
 void OnMenu(int id, int& quitflag);
-// Disables the items whose command does not exist.
-void DisableUnbuiltItems();
-// Enables or disables what needs a pattern.
+// Enables or disables what needs a pattern. Items without a command stay disabled.
 void SetMenuLoaded(int flag);
 
 void OnKey(int key);
@@ -42,7 +40,7 @@ void CloseChild(int handle);
 
 void PrintGraphics();
 void SaveEps();
-// The window's content beside the pattern, with this extension.
+// The window's content beside the pattern, with this extension; nothing without a pattern.
 void SaveImage(const char* extension);
 
 void ReadConfiguration();
