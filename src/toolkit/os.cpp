@@ -14,9 +14,7 @@ std::vector<std::string> arguments;
 std::string startdirectory;
 int lasterror = 0;
 
-void Keep(const std::error_code& failure) {
-  if (failure) lasterror = failure.value();
-}
+void Keep(const std::error_code& outcome) { lasterror = outcome.value(); }
 
 // Words of a command, parted at blanks outside double quotes; the quotes themselves go.
 std::vector<std::string> SplitCommand(const std::string& text) {
@@ -65,9 +63,9 @@ std::string IOsArgument(int n) {
 
 void IOsDirChange(const std::string& path) {
   if (path.empty()) return;
-  std::error_code failure;
-  fs::current_path(path, failure);
-  Keep(failure);
+  std::error_code outcome;
+  fs::current_path(path, outcome);
+  Keep(outcome);
 }
 
 std::string IOsFullPath(const std::string& path) {
@@ -83,19 +81,19 @@ void IOsCommandOnFile(const std::string& command, const std::string& file) {
 }
 
 void IOsCopyFile(const std::string& from, const std::string& to) {
-  std::error_code failure;
-  fs::copy_file(from, to, fs::copy_options::overwrite_existing, failure);
-  Keep(failure);
+  std::error_code outcome;
+  fs::copy_file(from, to, fs::copy_options::overwrite_existing, outcome);
+  Keep(outcome);
 }
 
 void IOsDeleteFile(const std::string& file) {
-  std::error_code failure;
-  if (!fs::remove(file, failure) && !failure)
-    failure = std::make_error_code(std::errc::no_such_file_or_directory);
-  Keep(failure);
+  std::error_code outcome;
+  if (!fs::remove(file, outcome) && !outcome)
+    outcome = std::make_error_code(std::errc::no_such_file_or_directory);
+  Keep(outcome);
 }
 
-int WInfoError(int) { return std::exchange(lasterror, 0); }
+int WInfoError(int) { return lasterror; }
 
 int IOsDate() {
   const std::tm t = LocalTime();

@@ -200,9 +200,10 @@ void IOsCommand(const std::string& text, int flags = 0);
 void IOsCommandOnFile(const std::string& command, const std::string& file);
 void IOsCopyFile(const std::string& from, const std::string& to);
 void IOsDeleteFile(const std::string& file);
-int WInfoError(int n);  // code of the last failed operation and 0; reading it clears it
-int IOsDate();          // yyyymmdd
-int IOsTime();          // hhmmss
+// How the last of the operations on directories and files above ended: 0, or a code of the failure.
+int WInfoError(int n);
+int IOsDate();  // yyyymmdd
+int IOsTime();  // hhmmss
 
 // ---- What a front end may ask of the application ----------------------------------------------
 
