@@ -65,7 +65,8 @@ std::string DialogComplaint(const DialogState& dialog, int index, const std::str
     case ControlKind::Button:
       return "This cannot be filled in";
     case ControlKind::Radio:
-      return text == "on" ? "" : "A choice can only be turned on";
+      if (text == "on" || text == dialog.fields[index].text) return "";
+      return "A choice is turned off by another one";
     case ControlKind::Check:
       return text == "on" || text == "off" ? "" : "A check box is on or off";
     case ControlKind::String:
@@ -94,12 +95,12 @@ std::string DialogEnter(DialogState& dialog, int index, const std::string& text)
   const Control& control = dialog.resource->controls[index];
   const std::string complaint = DialogComplaint(dialog, index, text);
   if (!complaint.empty() && !IsNumber(control)) return complaint;
+  FieldState& field = dialog.fields[index];
+  if (text == field.text) return complaint;
   if (control.kind == ControlKind::Radio) {
     SelectRadio(dialog, index);
     return "";
   }
-  FieldState& field = dialog.fields[index];
-  if (text == field.text) return complaint;
   field.text = text;
   field.touched = true;
   if (IsNumber(control)) field.value = EnteredNumber(control, text).value_or(field.value);

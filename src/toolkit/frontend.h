@@ -31,12 +31,14 @@ struct DialogState {
 // For front ends: the user has entered `text` into control `index` (0-based). A decimal comma is
 // accepted. Returns a complaint with the allowed range for text that cannot stand, else blank;
 // the text of a number is kept in either case. A number outside the range of a control that passes
-// it on is complained of as well, so that it can be marked, but keeps no dialog open. Radio buttons and check boxes take "on" and "off".
+// it on is complained of as well, so that it can be marked, but keeps no dialog open. Radio buttons
+// and check boxes take "on" and "off".
 std::string DialogEnter(DialogState& dialog, int index, const std::string& text);
 // The same check without entering anything.
 std::string DialogComplaint(const DialogState& dialog, int index, const std::string& text);
-// For front ends: the user has pressed the button `id`, or closed the dialog (ButtonCancel). Returns
-// the index of a field that holds a wrong number and so keeps all but Cancel closed, else -1.
+// For front ends: the user has pressed the button `id`, or closed the dialog (ButtonCancel).
+// Returns the index of a field that holds a wrong number and so keeps all but Cancel closed, else
+// -1.
 int DialogPress(DialogState& dialog, int id);
 
 // Menu state as a front end shows it.

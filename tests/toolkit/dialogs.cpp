@@ -77,17 +77,17 @@ TEST_F(Dialogs, OpenAsTheResourceSaysWithWhatWasPut) {
 }
 
 TEST_F(Dialogs, NumbersComeBackAsPutOrAsTyped) {
-  const struct {
-    const char* typed;  // nothing: left alone
-    float value;
-  } cases[] = {
-      {"", 1.23456f}, {"2.3456789", 2.3456789f}, {"0,125", 0.125f}, {"+1e-3", 0.001f}, {" -7 ", -7},
-      {"\"\"", 0},    {"16777217", 16777216.0f}};
-  for (const auto& c : cases) {
+  const std::pair<const char*, float> cases[] = {{"", 1.23456f},  // left alone
+                                                 {"set Scale 2.3456789\n", 2.3456789f},
+                                                 {"set Scale 0,125\n", 0.125f},
+                                                 {"set Scale +1e-3\n", 0.001f},
+                                                 {"set Scale \" -7 \"\n", -7},
+                                                 {"set Scale \"\"\n", 0},
+                                                 {"set Scale 16777217\n", 16777216.0f}};
+  for (const auto& [entry, value] : cases) {
     WDialogPutReal(11, 1.23456f, "(f10.1)");
-    const std::string line = *c.typed ? "set Scale \"" + std::string(c.typed) + "\"\n" : "";
-    EXPECT_EQ(Run((c.typed == std::string("\"\"") ? "set Scale \"\"\n" : line) + "press OK"), "1");
-    EXPECT_EQ(Real(11), c.value) << c.typed;
+    EXPECT_EQ(Run(std::string(entry) + "press OK"), "1");
+    EXPECT_EQ(Real(11), value) << entry;
   }
 }
 
@@ -104,6 +104,8 @@ TEST_F(Dialogs, WrongNumbersAreRefusedWithTheRange) {
       {"set 12 3.5", "\"3.5\" is not a whole number. Allowed: 3 to 501"},
       {"set 12 99999999999", "\"99999999999\" is not a whole number. Allowed: 3 to 501"},
       {"set 13 many", "\"many\" is not a whole number. Allowed: 2 to 12"},
+      {"set Spline off", "A choice is turned off by another one"},
+      {"set Refine yes", "A check box is on or off"},
   };
   for (const auto& [line, complaint] : cases) {
     WDialogLoad(9001);
@@ -134,8 +136,8 @@ TEST_F(Dialogs, OneRadioButtonOfEachGroupIsOn) {
   EXPECT_EQ(selected(21), 1);
   EXPECT_EQ(selected(31), 2);
   WDialogPutRadioButton(31);
-  // "5" is a label here, not the number of a control.
-  EXPECT_EQ(Run("set \"5\" on\npress 2"), "2");
+  // "5" is a label here, not the number of a control. What is off can be turned off once more.
+  EXPECT_EQ(Run("set \"5\" on\nset 21 off\npress 2"), "2");
   EXPECT_EQ(selected(21), 2);
   EXPECT_EQ(selected(31), 1);
 }

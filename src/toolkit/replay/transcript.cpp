@@ -69,7 +69,8 @@ bool NextText(std::string& line) {
   return input && std::getline(*input, line);
 }
 
-// A field of an event on one line: "\n" for a line end, and blanks for tabs, which part the fields.
+// A field of an event on one line: "\n" for a line end, and blanks for tabs, which part the fields,
+// and for NUL bytes, which would end the line.
 std::string OneLine(const std::string& text) {
   std::string out;
   for (std::size_t i = 0; i < text.size(); ++i) {
@@ -78,7 +79,7 @@ std::string OneLine(const std::string& text) {
     if (c == '\n' || c == '\r')
       out += "\\n";
     else
-      out += c == '\t' ? ' ' : c;
+      out += c == '\t' || c == '\0' ? ' ' : c;
   }
   return out;
 }
