@@ -9,6 +9,7 @@
 
 namespace {
 
+const DialogResource kNoResource{};  // of a dialog that is not known, or not there
 std::map<int, const DialogResource*> resources;
 // The last one is the current dialog. A number can be there twice while a dialog stands over
 // another.
@@ -71,8 +72,7 @@ std::unique_ptr<DialogState> InitialState(const DialogResource& resource) {
 }
 
 DialogState& Current() {
-  static const DialogResource none{};
-  if (loaded.empty()) loaded.push_back(InitialState(none));
+  if (loaded.empty()) loaded.push_back(InitialState(kNoResource));
   return *loaded.back();
 }
 
@@ -118,12 +118,11 @@ void WRegisterDialogs(std::span<const DialogResource> given) {
 }
 
 void WDialogLoad(int number) {
-  static const DialogResource none{};
   const auto found = resources.find(number);
   std::erase_if(loaded, [&](const auto& dialog) {
     return dialog->resource->number == number && !dialog->shown;
   });
-  loaded.push_back(InitialState(found == resources.end() ? none : *found->second));
+  loaded.push_back(InitialState(found == resources.end() ? kNoResource : *found->second));
 }
 
 void WDialogSelect(int number) {
@@ -139,10 +138,7 @@ void WDialogShow(int, int, int, int mode, const std::function<void(int field)>& 
   dialog.modal = mode == Modal;
   dialog.shown = true;
   ShowDrawing();
-  if (!dialog.modal) {
-    frontend::ShowDialog(dialog, changed);
-    return;
-  }
+  if (!dialog.modal) return frontend::ShowDialog(dialog, changed);
   {
     const PauseBusy pause;
     frontend::ShowDialog(dialog, changed);

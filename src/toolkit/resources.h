@@ -6,8 +6,8 @@
 // A row of a menu. The rows of one popup stand in the order in which they are shown.
 struct MenuRow {
   int id;
-  const char* text;   // as in the resource, "&" in front of a mnemonic where it has one
-  int parent;         // id of the popup, 0 for the menu bar
+  const char* text;  // as in the resource, "&" in front of a mnemonic where it has one
+  int parent;        // id of the popup, 0 for the menu bar
   bool popup = false;
   const char* accelerator = "";  // "Shift+G", "F1"; several parted by "|"
   bool enabled = true;
@@ -18,7 +18,7 @@ enum class ControlKind {
   Real,     // a number in a display format
   Integer,  // a spinner
   String,
-  Radio,    // consecutive radio buttons with the same group are one choice
+  Radio,  // consecutive radio buttons with the same group are one choice
   Check,
   Button,
 };
@@ -33,10 +33,10 @@ struct Control {
   int id;
   ControlKind kind;
   const char* label;
-  const char* format = "";   // display format of a Real, "(f10.3)"
+  const char* format = "";  // display format of a Real, "(f10.3)"
   double lowest = -1e30, highest = 1e30;
   const char* initial = "";  // value until a routine puts another
-  const char* group = "";    // title of the box that holds this and its neighbours of the same group
+  const char* group = "";    // title of the box around this and its neighbours of the same group
   const char* unit = "";
   OutOfRange outside = OutOfRange::Refused;
 };
