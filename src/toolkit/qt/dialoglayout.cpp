@@ -1,6 +1,7 @@
 // How a dialog is laid out: sections of labels, fields and units in columns, buttons below.
 #include <QButtonGroup>
 #include <QCheckBox>
+#include <QFontDatabase>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QPushButton>
@@ -21,6 +22,7 @@ namespace {
 // Rows of a section before it takes a further column.
 constexpr int kRadioRows = 8, kFieldRows = 14;
 constexpr int kGridColumns = 4;                    // label, field, unit, gap
+constexpr int kComplaintLetters = 44;              // of each of the two lines kept for a complaint
 constexpr double kHighest = 0.65, kWidest = 0.95;  // of the screen
 
 using enum ControlKind;
@@ -63,7 +65,9 @@ DialogView::DialogView(DialogState& state, std::function<void(int)> changed, QWi
     message_->setObjectName("complaint");
     message_->setTextFormat(Qt::PlainText);
     message_->setWordWrap(true);
-    message_->setMinimumHeight(2 * message_->fontMetrics().lineSpacing());
+    const QFontMetrics letters = message_->fontMetrics();
+    message_->setMinimumSize(kComplaintLetters * letters.averageCharWidth(),
+                             2 * letters.lineSpacing());
     layout->addWidget(message_);
   }
   layout->addWidget(MakeButtons());
@@ -111,23 +115,27 @@ void DialogView::MakeRow(int index) {
   row.field->setObjectName(
       QString(control.kind == Button ? "button%1" : "field%1").arg(control.id));
   row.field->setAccessibleName(QString::fromUtf8(control.label));
-  const bool parted = IsEntry(control.kind) || (control.kind == Text && *control.unit) ||
-                      (control.kind == Text && !state_.fields[index].text.empty());
-  if (parted && *control.label) {
-    row.label = new QLabel(label.isEmpty() ? labels_[index] : label);
+  const bool tells = *control.unit || !state_.fields[index].text.empty();
+  if (*control.label && (IsEntry(control.kind) || (control.kind == Text && tells))) {
+    row.label = new QLabel(labels_[index]);
     if (row.line) row.label->setBuddy(row.field);
   }
-  if (*control.unit) row.unit = new QLabel(QString::fromUtf8(control.unit));
+  // Before the sections are measured.
+  if (control.kind == Text) static_cast<QLabel*>(row.field)->setText(ShownText(index));
+  if (control.kind == Text && tells) {
+    // Values may stand in columns.
+    row.field->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+  } else if (*control.unit) {
+    row.unit = new QLabel(QString::fromUtf8(control.unit));
+  }
 }
 
 void DialogView::PlaceRow(QGridLayout* grid, int index, int row, int column) {
   const Row& widgets = rows_[index];
-  if (!widgets.label) {
-    grid->addWidget(widgets.field, row, column, 1, widgets.unit ? 2 : 3);
-  } else {
-    grid->addWidget(widgets.label, row, column);
-    grid->addWidget(widgets.field, row, column + 1);
-  }
+  // A heading over values has a unit only.
+  const bool beside = widgets.label || *ControlAt(index).unit;
+  if (widgets.label) grid->addWidget(widgets.label, row, column);
+  grid->addWidget(widgets.field, row, column + beside, 1, widgets.unit ? 1 : 3 - beside);
   if (widgets.unit) grid->addWidget(widgets.unit, row, column + 2);
 }
 

@@ -1,7 +1,9 @@
 // Showing dialogs, boxes and the file selector.
+#include <QApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QScreen>
 #include <algorithm>
@@ -23,6 +25,7 @@ QString ShownText(const std::string& text) {
 // At the right edge of the main window, beside the plot or over its margin.
 void PlaceBeside(QDialog& dialog) {
   if (!Root()) return;
+  QApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
   dialog.adjustSize();
   const QRect window = Root()->frameGeometry(), room = Root()->screen()->availableGeometry();
   const QSize size = dialog.frameGeometry().size();
@@ -57,6 +60,32 @@ FileFilter ParseFilter(const std::string& filter) {
   return parsed;
 }
 
+// Qt's own selector takes double quotes for the marks around several names; here they belong to the
+// one name.
+class Selector : public QFileDialog {
+ public:
+  using QFileDialog::QFileDialog;
+  QString Picked() const { return quoted_.isEmpty() ? selectedFiles().value(0) : quoted_; }
+  void accept() override {
+    QString name = findChild<QLineEdit*>("fileNameEdit")->text();
+    if (!name.contains('"')) return QFileDialog::accept();
+    const bool saving = acceptMode() == AcceptSave;
+    if (saving && !name.contains('.') && !defaultSuffix().isEmpty()) name += '.' + defaultSuffix();
+    const QFileInfo file(directory().absoluteFilePath(name));
+    if (saving ? file.exists() && !MayReplace(name) : !file.isFile()) return;
+    quoted_ = file.filePath();
+    done(Accepted);
+  }
+
+ private:
+  bool MayReplace(const QString& name) {
+    return QMessageBox::warning(this, windowTitle(),
+                                name + " already exists.\nDo you want to replace it?",
+                                QMessageBox::Yes | QMessageBox::No) == QMessageBox::Yes;
+  }
+  QString quoted_;
+};
+
 }  // namespace
 
 namespace frontend {
@@ -80,8 +109,7 @@ std::string SelectFile(const std::string& filter, int flags, const std::string& 
                        const std::string& title, const std::string& directory) {
   const bool saving = flags & FileSave;
   const FileFilter filters = ParseFilter(filter);
-  QFileDialog dialog(FrontWindow(), QString::fromStdString(title),
-                     QString::fromStdString(directory));
+  Selector dialog(FrontWindow(), QString::fromStdString(title), QString::fromStdString(directory));
   dialog.setObjectName("selector");
   dialog.setOption(QFileDialog::DontUseNativeDialog);
   dialog.setAcceptMode(saving ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
@@ -99,8 +127,8 @@ std::string SelectFile(const std::string& filter, int flags, const std::string& 
   }
   // A default such as "*.xy" only repeats the filter.
   if (!name.empty() && name.front() != '*') dialog.selectFile(QString::fromStdString(name));
-  if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return "";
-  return QFile::encodeName(dialog.selectedFiles().first()).toStdString();
+  if (dialog.exec() != QDialog::Accepted) return "";
+  return QFile::encodeName(dialog.Picked()).toStdString();
 }
 
 void ShowDialog(DialogState& dialog, const std::function<void(int)>& changed) {

@@ -15,6 +15,13 @@ int DialogView::IndexOf(int id) const {
   return at == controls.end() ? -1 : static_cast<int>(at - controls.begin());
 }
 
+// Label, value and unit of a text, as far as they have no column of their own.
+QString DialogView::ShownText(int index) const {
+  QString value = QString::fromStdString(state_.fields[index].text);
+  if (*ControlAt(index).unit) value += ' ' + QString::fromUtf8(ControlAt(index).unit);
+  return rows_[index].label ? value : (labels_[index] + ' ' + value).trimmed();
+}
+
 void DialogView::Update(int index) {
   const FieldState& field = state_.fields[index];
   const Row& row = rows_[index];
@@ -28,7 +35,7 @@ void DialogView::Update(int index) {
     if (button->isCheckable() && button->isChecked() != (field.text == "on"))
       button->setChecked(field.text == "on");
   } else if (auto* label = qobject_cast<QLabel*>(row.field)) {
-    label->setText(row.label ? text : (labels_[index] + ' ' + text).trimmed());
+    label->setText(ShownText(index));
   }
   for (QWidget* widget :
        {static_cast<QWidget*>(row.label), row.field, static_cast<QWidget*>(row.unit)}) {

@@ -36,7 +36,7 @@ class DialogView : public QDialog {
   const Control& ControlAt(int index) const { return state_.resource->controls[index]; }
   int Count() const { return static_cast<int>(rows_.size()); }
   int IndexOf(int id) const;
-  QString LabelText(int index) const;
+  QString ShownText(int index) const;
 
   void MakeRow(int index);
   QWidget* MakeSection(int first, int last);

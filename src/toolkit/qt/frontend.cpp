@@ -112,6 +112,7 @@ void CloseWindow(int handle) {
   if (handle == RootWindow) {
     delete root;
     root = nullptr;
+    delete qApp;  // the root window closes last
   } else if (const auto child = children.find(handle); child != children.end()) {
     delete child->second;
     children.erase(child);

@@ -15,6 +15,7 @@ namespace {
 
 constexpr double kFarthest = 1e6;      // beyond this the rasteriser's arithmetic ends
 constexpr std::size_t kCurve = 500;    // a stroke of more points is a curve, not a letter or frame
+constexpr double kNoise = 4;           // pixels; noise of less height is drawn as lines
 constexpr std::size_t kStraight = 16;  // and one of up to so many may be part of a frame or grid
 
 using Points = std::vector<QPointF>;
@@ -31,9 +32,23 @@ Points PlacesOf(const DisplayList& list, const Stroke& stroke, const Mapping& ma
   return places;
 }
 
-// Of each run of points in one column of pixels only the first, lowest, highest and last are seen.
-Points ThinnedByColumn(const Points& places) {
-  Points kept;
+// What is seen of a curve on a screen.
+struct Thinned {
+  Points places;                // of each column of pixels the first, lowest, highest and last
+  std::vector<QRectF> columns;  // columns filled by noise, where lines would cover each other
+  std::vector<QLineF> lines;    // and the lines between all other places
+};
+
+// Points [begin, end) lie in one column. Up and down in it by far more than its range is noise.
+bool IsNoise(const Points& places, std::size_t begin, std::size_t end, double range) {
+  double way = 0;
+  for (std::size_t i = begin + 1; i < end; ++i) way += std::abs(places[i].y() - places[i - 1].y());
+  return range > kNoise && way > 1.5 * range;
+}
+
+Thinned ThinByColumn(const Points& places, double width) {
+  Thinned seen;
+  bool wasnoise = false;
   for (std::size_t begin = 0, end; begin < places.size(); begin = end) {
     const double column = std::floor(places[begin].x());
     std::size_t low = begin, high = begin;
@@ -41,11 +56,26 @@ Points ThinnedByColumn(const Points& places) {
       if (places[end].y() < places[low].y()) low = end;
       if (places[end].y() > places[high].y()) high = end;
     }
+    double top = places[low].y(), bottom = places[high].y();
+    const bool noise = IsNoise(places, begin, end, bottom - top);
+    const auto add = [&](std::size_t i, bool line) {
+      if (line && !seen.places.empty()) seen.lines.emplace_back(seen.places.back(), places[i]);
+      seen.places.push_back(places[i]);
+    };
+    if (noise && wasnoise) {
+      top = std::min(top, seen.places.back().y());
+      bottom = std::max(bottom, seen.places.back().y());
+    }
+    if (noise)
+      seen.columns.emplace_back(column + 0.5 - width / 2, top - width / 2, width,
+                                bottom - top + width);
+    add(begin, !noise || !wasnoise);
     std::array<std::size_t, 4> shown = {begin, std::min(low, high), std::max(low, high), end - 1};
     const auto last = std::unique(shown.begin(), shown.end());
-    for (auto i = shown.begin(); i != last; ++i) kept.push_back(places[*i]);
+    for (auto i = shown.begin() + 1; i != last; ++i) add(*i, !noise);
+    wasnoise = noise;
   }
-  return kept;
+  return seen;
 }
 
 // The pieces of a polyline that are seen through a dash pattern.
@@ -56,25 +86,19 @@ std::vector<QLineF> Dashed(const Points& places, std::span<const float> dashes, 
   for (std::size_t i = 1; i < places.size(); ++i) {
     const QLineF whole(places[i - 1], places[i]);
     const double length = whole.length();
-    double from = 0;
-    while (from < length) {
-      const double to = std::min(length, from + left);
+    const auto seen = [&](double from, double to) {
       if (phase % 2 == 0)
         lines.emplace_back(whole.pointAt(from / length), whole.pointAt(to / length));
-      left -= to - from;
-      from = to;
-      if (left > 0) continue;
+    };
+    double from = 0;
+    for (; length - from > left; left = dashes[phase] * thin) {
+      seen(from, from + left);
+      from += left;
       phase = (phase + 1) % dashes.size();
-      left = dashes[phase] * thin;
     }
+    if (length > from) seen(from, length);
+    left -= length - from;
   }
-  return lines;
-}
-
-std::vector<QLineF> Solid(const Points& places) {
-  std::vector<QLineF> lines;
-  lines.reserve(places.size());
-  for (std::size_t i = 1; i < places.size(); ++i) lines.emplace_back(places[i - 1], places[i]);
   return lines;
 }
 
@@ -94,14 +118,23 @@ QColor ColourOf(std::uint32_t colour) {
 }
 
 // A wide polyline of thousands of points is one shape whose outline takes long to fill. Single
-// lines with square ends look the same and are quick.
+// lines with square ends look the same and are quick, and whole columns quicker still.
 void PaintCurve(QPainter& painter, QPen pen, const Points& places, std::span<const float> dashes,
                 double thin) {
-  const Points kept = ThinnedByColumn(places);
-  const std::vector<QLineF> lines = dashes.empty() ? Solid(kept) : Dashed(kept, dashes, thin);
+  Thinned seen = ThinByColumn(places, pen.widthF());
   pen.setCapStyle(dashes.empty() ? Qt::SquareCap : Qt::FlatCap);
+  if (!dashes.empty()) {
+    seen.lines = Dashed(seen.places, dashes, thin);
+    seen.columns.clear();
+  }
   painter.setPen(pen);
-  painter.drawLines(lines.data(), static_cast<int>(lines.size()));
+  painter.drawLines(seen.lines.data(), static_cast<int>(seen.lines.size()));
+  painter.setRenderHint(QPainter::Antialiasing, false);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(pen.color());
+  painter.drawRects(seen.columns.data(), static_cast<int>(seen.columns.size()));
+  painter.setBrush(Qt::NoBrush);
+  painter.setRenderHint(QPainter::Antialiasing);
 }
 
 void PaintStroke(QPainter& painter, const Stroke& stroke, Points places, double thin,

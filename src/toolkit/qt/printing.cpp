@@ -58,7 +58,9 @@ bool PrintDialog(const std::string& job) {
   }
   QPrintDialog dialog(printer.get(), FrontWindow());
   dialog.setObjectName("printdialog");
-  return dialog.exec() == QDialog::Accepted;
+  if (dialog.exec() == QDialog::Accepted) return true;
+  printer.reset();
+  return false;
 }
 
 bool Print(const DisplayList& list, const std::string& job) {
@@ -70,6 +72,7 @@ bool Print(const DisplayList& list, const std::string& job) {
   PaintPage(painter, list);
   const bool painted = painter.end() && printer->printerState() != QPrinter::Error;
   const QString file = printer->outputFileName();
+  printer.reset();
   return painted && (file.isEmpty() || IsWholePdf(file));
 }
 

@@ -100,7 +100,6 @@ QApplication* StartQt(int& argc, char** argv, const ProgramInfo& program) {
   const QtMessageHandler earlier = qInstallMessageHandler(StartMessage);
   auto* application = new QApplication(systemcount, system.data());
   qInstallMessageHandler(earlier);
-  std::atexit([] { delete qApp; });
 
   // Numbers never follow the language of the desktop, which QApplication has just adopted.
   std::setlocale(LC_NUMERIC, "C");

@@ -12,7 +12,7 @@ struct ProgramInfo {
 
 // Obeys --help and --version and refuses unknown options, which all end the process and need no
 // display; then brings Qt up. Options are gone from argv afterwards. Without a display the process
-// ends with a message and exit status 1.
+// ends with a message and exit status 1. The caller deletes the application before main returns.
 QApplication* StartQt(int& argc, char** argv, const ProgramInfo& program);
 
 // Calls `ended` from the event loop when the process is asked to end. A second request kills.

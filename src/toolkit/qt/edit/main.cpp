@@ -1,5 +1,6 @@
 // A plain-text editor, for a machine that offers no other.
 #include <QFile>
+#include <memory>
 
 #include "toolkit/qt/edit/editor.h"
 #include "toolkit/qt/startup.h"
@@ -35,7 +36,7 @@ bool OpenAll(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  StartQt(argc, argv, kProgram);
+  const std::unique_ptr<QApplication> application(StartQt(argc, argv, kProgram));
   WatchSignals([] { QApplication::closeAllWindows(); });
   if (!OpenAll(argc, argv)) return 1;
   QApplication::setQuitOnLastWindowClosed(true);

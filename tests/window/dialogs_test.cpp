@@ -1,0 +1,147 @@
+// Dialogs by keyboard, and numbers whatever the desktop's language.
+#include <gtest/gtest.h>
+
+#include <QAbstractSpinBox>
+#include <QDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <QPushButton>
+#include <QScreen>
+#include <QStatusBar>
+#include <clocale>
+
+#include "shell/shell.h"
+#include "toolkit/qt/events.h"
+#include "toolkit/qt/window.h"
+#include "user.h"
+#include "workspace/menuids.h"
+#include "workspace/workspace.h"
+
+namespace {
+
+QString Complaint() { return FindA<QLabel>("complaint")->text(); }
+void Pick(int id) { Root()->findChild<QAction*>(QString("menu%1").arg(id))->trigger(); }
+
+constexpr int MenuWavelengths = 40124, MenuSmooth = 40061, MenuManualBackground = 40088;
+
+}  // namespace
+
+TEST(Numbers, AreReadAndShownAlikeInEveryLanguage) {
+  const std::string file = MakePattern("lang.xy");
+  RunWith(
+      []() -> Script {
+        EXPECT_STREQ(std::localeconv()->decimal_point, ".");
+        EXPECT_EQ(QLocale().decimalPoint(), ".");
+        EXPECT_EQ(ws.xval(AxisTth, SlotInput, 2), 10.05f);
+        Pick(MenuWavelengths);
+        co_await Shown("dialog136");
+        EXPECT_EQ(QApplication::focusWidget(), Find("field1161"));
+        EXPECT_EQ(FindA<QLineEdit>("field1161")->selectedText(), "1.54056");
+        Type("0,71073");
+        Press("Tab");
+        Type("1.25");
+        EXPECT_EQ(Complaint(), "");
+        Press("Return");
+        co_await Idle();
+        EXPECT_EQ(ws.wavelen(1), 0.71073f);
+        EXPECT_EQ(ws.wavelen(2), 1.25f);
+
+        QTest::mouseMove(Root()->canvas, OnCanvas(0.5, 0.5));
+        co_await Until{[] { return !Root()->parts[0]->text().isEmpty(); }, "the read-outs"};
+        EXPECT_TRUE(Root()->parts[0]->text().startsWith("TwoTh"));
+        EXPECT_TRUE(Root()->parts[0]->text().contains('.'));
+      },
+      {file});
+}
+
+TEST(Dialogs, WrongNumbersStayOpenAndMarked) {
+  const std::string file = MakePattern("wrong.xy");
+  RunWith(
+      []() -> Script {
+        Pick(MenuSmooth);
+        co_await Shown("dialog110");
+        auto* spin = FindA<QAbstractSpinBox>("field1033");
+        const QColor plain = spin->palette().color(QPalette::Base);
+        for (const char* wrong : {"2", "20001", "3.5", "x"}) {
+          spin->selectAll();
+          Type(wrong);
+          EXPECT_EQ(spin->text(), wrong) << "typed text is kept";
+          EXPECT_TRUE(Complaint().contains("Allowed: 3 to 20000")) << Complaint().toStdString();
+          EXPECT_NE(spin->palette().color(QPalette::Base), plain);
+          Press("Return");
+          co_await Until{[] { return true; }};
+          EXPECT_TRUE(spin->isVisible()) << wrong;
+          EXPECT_EQ(QApplication::focusWidget(), spin);
+        }
+        spin->selectAll();
+        Type("4");
+        for (const char* key : {"Down", "Down", "Up", "Up"}) Press(key);
+        EXPECT_EQ(spin->text(), "5") << "the arrows stop at the range";
+        EXPECT_EQ(Complaint(), "");
+        EXPECT_EQ(spin->palette().color(QPalette::Base), plain);
+        Press("Escape");
+        co_await Idle();
+        EXPECT_EQ(ws.smoothwindow, 3);
+      },
+      {file});
+}
+
+TEST(Dialogs, ChoicesFollowTheProgram) {
+  const std::string file = MakePattern("save.xy");
+  RunWith(
+      []() -> Script {
+        Pick(MenuSavePattern);
+        co_await Shown("dialog123");
+        for (const char* key : {"Down", "Down", "Down"}) Press(key);  // to the last: All (*.tab)
+        EXPECT_TRUE(FindA<QAbstractButton>("field1101")->isChecked());
+        EXPECT_FALSE(Find("field1104")->isEnabled());
+        EXPECT_FALSE(Find("field1109")->isEnabled());
+        Press("Up");
+        EXPECT_TRUE(Find("field1109")->isEnabled());
+        Press("Escape");
+        co_await Idle();
+      },
+      {file});
+}
+
+TEST(Dialogs, ThePlotStaysUsableBesideAModelessOne) {
+  const std::string file = MakePattern("manual.xy");
+  RunWith(
+      []() -> Script {
+        Pick(MenuManualBackground);
+        co_await Shown("dialog128");
+        EXPECT_FALSE(Root()->menuBar()->isEnabled());
+        for (const double x : {0.3, 0.6}) {
+          const int before = ws.nmanualbg;
+          QTest::mouseClick(Root()->canvas, Qt::LeftButton, {}, OnCanvas(x, 0.8));
+          co_await Until{[=] { return ws.nmanualbg == before + 1; }, "a point"};
+        }
+        QTest::mouseClick(Find("button2"), Qt::LeftButton);
+        co_await Until{[] { return Root()->menuBar()->isEnabled(); }, "the menus"};
+        co_await Idle();
+      },
+      {file});
+}
+
+TEST(Dialogs, FitTheSmallScreenInALargeFont) {
+  RunWith([]() -> Script {
+    QFont font = QApplication::font();
+    font.setPointSizeF(1.5 * font.pointSizeF());
+    QApplication::setFont(font);
+    for (const DialogResource& resource : DialogTable()) {
+      WDialogLoad(resource.number);
+      WDialogShow(-1, -1, 0, SemiModeless);
+      QWidget* dialog = Find(QString("dialog%1").arg(resource.number));
+      co_await Until{[=] { return dialog->isVisible(); }, resource.caption};
+      const QRect room = dialog->screen()->availableGeometry();
+      EXPECT_TRUE(room.contains(dialog->frameGeometry())) << resource.number;
+      for (const QWidget* part : dialog->findChildren<QWidget*>()) {
+        if (part->objectName() == "complaint" || !part->isVisible()) continue;
+        EXPECT_GE(part->width(), part->minimumSizeHint().width())
+            << resource.number << ' ' << part->objectName().toStdString();
+      }
+      WDialogUnload();
+    }
+  });
+}

@@ -1,0 +1,113 @@
+// Menus by keyboard, on an empty program and on a loaded one.
+#include <gtest/gtest.h>
+
+#include <QMenuBar>
+#include <set>
+
+#include "shell/shell.h"
+#include "toolkit/frontend.h"
+#include "toolkit/qt/events.h"
+#include "toolkit/qt/mnemonics.h"
+#include "toolkit/qt/window.h"
+#include "user.h"
+#include "workspace/menuids.h"
+#include "workspace/workspace.h"
+
+namespace {
+
+constexpr int MenuExit = 40006;
+
+QAction* Action(int id) { return Root()->findChild<QAction*>(QString("menu%1").arg(id)); }
+
+// Closes whatever a command has put up, by Escape alone.
+Script EscapeAll() {
+  for (int quiet = 0; quiet < 3; ++quiet) {
+    co_await Until{[] { return true; }};
+    QWidget* open = QApplication::activeModalWidget();
+    if (!open && !ReadyForCommands()) open = QApplication::activeWindow();
+    if (!open || open == Root()) continue;
+    QTest::keyClick(open, Qt::Key_Escape);
+    quiet = 0;
+  }
+}
+
+// Every command, twice: none may crash or leave something that Escape does not close.
+Script TryAll() {
+  for (const MenuItem& item : MenuItems()) {
+    if (item.row.popup || item.row.id == MenuExit) continue;
+    for (int time = 0; time < 2; ++time) {
+      if (Action(item.row.id)->isEnabled()) Action(item.row.id)->trigger();
+      Script escape = EscapeAll();
+      escape.handle.resume();
+      co_await Until{[&] { return escape.handle.done(); }, item.row.text};
+      escape.handle.destroy();
+      co_await Idle();
+    }
+  }
+}
+
+QChar Mnemonic(const QString& text) {
+  const qsizetype at = QString(text).replace("&&", "  ").indexOf('&');
+  return at < 0 ? QChar() : text[at + 1].toLower();
+}
+
+}  // namespace
+
+TEST(Menus, EveryCommandTwiceOnAnEmptyProgram) {
+  RunWith([]() -> Script {
+    EXPECT_EQ(Root()->windowTitle(), "Quillagram");
+    for (const int id : {MenuPopupModify, MenuPopupPlot, MenuPopupIndex, MenuPopupBackground})
+      EXPECT_FALSE(Action(id) && Action(id)->isEnabled()) << id;
+    return TryAll();
+  });
+}
+
+TEST(Menus, EveryCommandTwiceOnAPattern) {
+  const std::string file = MakePattern("all.xy");
+  RunWith([] { return TryAll(); }, {file});
+}
+
+TEST(Menus, LettersAreUniqueAndLiteralAmpersandsStay) {
+  const std::vector<QString> shown = WithMnemonics(
+      {{"E&xit", true}, {"x-axis"}, {"Info"}, {"Index"}, {"In"}, {"/home/a&b.xy"}, {""}});
+  EXPECT_EQ(shown[0], "E&xit");
+  EXPECT_TRUE(shown[5].contains("a&&b"));
+  std::set<QChar> letters;
+  for (std::size_t i = 0; i + 1 < shown.size(); ++i)
+    EXPECT_TRUE(!Mnemonic(shown[i]).isNull() && letters.insert(Mnemonic(shown[i])).second)
+        << shown[i].toStdString();
+
+  RunWith([]() -> Script {
+    for (QMenu* menu : Root()->findChildren<QMenu*>()) {
+      std::set<QChar> seen;
+      for (const QAction* action : menu->actions()) {
+        const QChar letter = Mnemonic(action->text());
+        EXPECT_TRUE(letter.isNull() ? action->text().isEmpty() : seen.insert(letter).second)
+            << action->text().toStdString();
+      }
+    }
+    co_return;
+  });
+}
+
+TEST(Menus, ByKeyboard) {
+  const std::string file = MakePattern("axis.xy");
+  RunWith(
+      []() -> Script {
+        EXPECT_EQ(Root()->windowTitle(), "axis - Quillagram");
+        Press("Alt+S");
+        co_await Until{[] { return QApplication::activePopupWidget(); }, "the Settings menu"};
+        Press("X");  // x-axis
+        co_await Until{[] { return Action(MenuAxisQ)->menu() == nullptr; }};
+        Press("Q");
+        co_await Until{[] { return ws.xaxismode == AxisQ; }, "the q axis"};
+        co_await Idle();
+        EXPECT_TRUE(Action(MenuAxisQ)->isChecked());
+        EXPECT_FALSE(Action(MenuAxisTth)->isChecked());
+        // The mark follows the program where the click alone would have turned it off.
+        Action(MenuAxisQ)->trigger();
+        co_await Idle();
+        EXPECT_TRUE(Action(MenuAxisQ)->isChecked());
+      },
+      {file});
+}

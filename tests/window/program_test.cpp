@@ -1,0 +1,69 @@
+// The programs from outside: options, exit statuses, signals.
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <QProcess>
+#include <QTemporaryDir>
+#include <csignal>
+
+namespace {
+
+struct Outcome {
+  int status;
+  std::string out, err;
+};
+
+Outcome Start(const char* program, const QStringList& arguments, bool display = false) {
+  QProcess process;
+  QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+  if (!display)
+    for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
+      environment.remove(name);
+  process.setProcessEnvironment(environment);
+  process.start(program, arguments);
+  EXPECT_TRUE(process.waitForFinished());
+  return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
+          process.readAllStandardOutput().toStdString(),
+          process.readAllStandardError().toStdString()};
+}
+
+}  // namespace
+
+TEST(Program, OptionsWorkWithoutADisplay) {
+  for (const char* program : {QUILLAGRAM_PROGRAM, QUILLAGRAM_EDIT}) {
+    const Outcome help = Start(program, {"--help"}), version = Start(program, {"--version"});
+    EXPECT_EQ(help.status, 0);
+    EXPECT_NE(help.out.find("Usage: quillagram"), std::string::npos);
+    EXPECT_EQ(version.status, 0);
+    EXPECT_NE(version.out.find("1.0"), std::string::npos);
+    const Outcome unknown = Start(program, {"--nosuch", "file.xy"});
+    EXPECT_EQ(unknown.status, 2);
+    EXPECT_NE(unknown.err.find("--nosuch"), std::string::npos);
+    EXPECT_EQ(unknown.out, "");
+  }
+}
+
+TEST(Program, SaysThatThereIsNoDisplay) {
+  const Outcome window = Start(QUILLAGRAM_PROGRAM, {});
+  EXPECT_EQ(window.status, 1);
+  EXPECT_NE(window.err.find("quillagram-replay"), std::string::npos);
+  EXPECT_EQ(Start(QUILLAGRAM_EDIT, {"new.txt"}).status, 1);
+}
+
+TEST(Program, EndsNormallyWhenAskedTo) {
+  QTemporaryDir home;
+  QProcess process;
+  QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+  environment.insert("QUILLAGRAM_HOME", home.path());
+  process.setProcessEnvironment(environment);
+  process.start(QUILLAGRAM_PROGRAM, QStringList());
+  ASSERT_TRUE(process.waitForStarted());
+  // The configuration file is written once the window stands.
+  for (int i = 0; i < 500 && !QFile::exists(home.filePath("quillagram.ini")); ++i)
+    process.waitForFinished(20);
+  process.waitForFinished(200);
+  kill(static_cast<pid_t>(process.processId()), SIGTERM);
+  ASSERT_TRUE(process.waitForFinished());
+  EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+  EXPECT_EQ(process.exitCode(), 0);
+}
