@@ -17,6 +17,11 @@ namespace {
 int file = -1;  // lies in memory
 std::string path;
 
+// The cells behind a slot, which no reader of that slot may touch.
+constexpr float kUntouched = -7;
+float* BehindX(int slot) { return ws.xval.row(AxisTth, slot).data() + MaxPoints; }
+float* BehindY(int slot) { return ws.yval.row(slot).data() + MaxPoints; }
+
 void CheckSlot(int slot) {
   const auto finite = [](float v) { return v - v == 0; };
   const int n = ws.npts(slot);
@@ -49,7 +54,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   // What an earlier input has left must not decide.
   ws.npts.fill(0);
   ws.scanwave.fill(0);
+  const bool inside = slot > SlotInput && slot < MaxSlots;  // slot 1 is copied to others
+  if (inside) *BehindX(slot) = *BehindY(slot) = kUntouched;
   formats[data[0] % formats.size()].read(slot, path);
+  if (inside && (*BehindX(slot) != kUntouched || *BehindY(slot) != kUntouched)) std::abort();
   for (int each = 1; each <= MaxSlots; ++each) {
     if (each == slot || each == SlotNet) CheckSlot(each);
     if (each != slot && each != SlotNet && ws.npts(each) != 0) std::abort();
