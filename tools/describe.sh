@@ -16,7 +16,7 @@ trap 'rm -rf -- "$transcript" "$events" "$home"' EXIT
 cat >"$transcript" <<END
 open $(quoted "$pattern")
 get npts(1)
-get wavelen(1)
+get scanwave(1)
 get xval(1,1,1:20000)
 get yval(1,1:20000)
 plot $(quoted "$out/$stem.eps")
@@ -34,7 +34,7 @@ QUILLAGRAM_HOME=$home "$replay" "$transcript" >"$events" && status=0 || status=$
 awk -F '\t' -v name="${pattern##*/}" '
   $1 == "box" { printf "%s: %s\n", $2, $3 }
   $1 == "value" && $2 == "npts(1)" { n = $3 }
-  $1 == "value" && $2 == "wavelen(1)" { wavelength = $3 }
+  $1 == "value" && $2 == "scanwave(1)" { wavelength = $3 }
   $1 == "value" && $2 ~ /^xval/ { for (i = 1; i <= n; ++i) x[i] = $(i + 2) }
   $1 == "value" && $2 ~ /^yval/ {
     for (i = 1; i <= n; ++i) {

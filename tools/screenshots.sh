@@ -1,0 +1,116 @@
+#!/bin/bash
+# Takes pictures of the window: tools/screenshots.sh PROGRAM DIRECTORY [PATTERN] [WIDTHxHEIGHT]
+# Runs the program on a screen of its own (Xvfb, with openbox as window manager), works it with
+# xdotool as a user does, and writes one PNG file per picture.
+set -eu
+[ $# -ge 2 ] || { sed -n 2,4p "$0"; exit 2; }
+source=$(cd "$(dirname "$0")/.." && pwd)
+program=$(realpath "$1")
+mkdir -p "$2"; pictures=$(realpath "$2")
+pattern=$(realpath "${3:-$source/examples/corundum.xrdml}")
+size=${4:-1280x900}
+
+home=$(mktemp -d)
+cp "$pattern" "$home"  # what the commands write goes there
+started=()
+finish() {
+  for ((i = ${#started[@]} - 1; i >= 0; --i)); do kill "${started[i]}" 2>/dev/null || true; done
+  rm -rf "$home"
+}
+trap finish EXIT
+
+mkfifo "$home/display"
+Xvfb -displayfd 3 -screen 0 "${size}x24" 3>"$home/display" >/dev/null 2>&1 & started+=($!)
+read -r number <"$home/display"
+export DISPLAY=:$number QT_QPA_PLATFORM=xcb QUILLAGRAM_HOME=$home
+openbox >/dev/null 2>&1 & started+=($!)
+# A window that comes before the window manager gets no focus.
+until xdotool get_num_desktops >/dev/null 2>&1; do sleep 0.1; done
+
+keys() { for key in "$@"; do xdotool key "$key"; sleep 0.15; done; sleep 0.4; }
+window() { xdotool getactivewindow; }
+# Waits until a window whose title matches has the focus.
+await() {
+  for _ in $(seq 100); do
+    xdotool getactivewindow getwindowname 2>/dev/null | grep -q -- "$1" && { sleep 0.4; return; }
+    sleep 0.1
+  done
+  echo "$0: no window \"$1\"" >&2
+  exit 1
+}
+# The window in front, or with "screen" the whole screen.
+picture() { import -window "${2:-$(window)}" "$pictures/$1.png"; echo "$1.png"; }
+# Opens a menu, picks rows by their letters, and takes the dialog that comes.
+dialog() {
+  local name=$1 title=$2
+  shift 2
+  keys "$@"
+  await "$title"
+  picture "dialog-$name"
+  keys Escape
+  await "Quillagram"
+}
+# From one place of the plot to another, in thousandths of the window.
+drag() {
+  local id width height
+  id=$(window)
+  eval "$(xdotool getwindowgeometry --shell "$id" | grep -E '^(WIDTH|HEIGHT)=')"
+  at() { xdotool mousemove --sync --window "$id" $(($1 * WIDTH / 1000)) $(($2 * HEIGHT / 1000)); }
+  at "$1" "$2"; xdotool mousedown 1; sleep 0.2
+  at $((($1 + $3) / 2)) $((($2 + $4) / 2)); sleep 0.1
+  at "$3" "$4"; sleep 0.3
+  picture "$5"
+  xdotool mouseup 1; sleep 0.4
+}
+
+"$program" & started+=($!)
+await "Quillagram"
+picture window-empty
+xdotool key ctrl+q; sleep 0.5
+
+"$program" "$home/$(basename "$pattern")" & started+=($!)
+await " - Quillagram"
+picture window-twotheta
+keys alt+s x d; picture window-d
+keys alt+s x q; picture window-q
+keys alt+s x t
+keys alt+s y o; picture window-logarithmic
+keys alt+s y l
+drag 250 250 450 850 window-rubberband
+eval "$(xdotool getwindowgeometry --shell "$(window)" | grep -E '^(WIDTH|HEIGHT)=')"
+xdotool mousemove --window "$(window)" $((WIDTH / 2)) $((HEIGHT / 2)); sleep 0.4
+picture window-zoomed
+keys F1
+keys alt+f; picture menu-file root; keys Escape Escape
+
+# Name, title, and the keys that lead there: menu bar, then a letter for each row.
+while read -r name title steps; do
+  # shellcheck disable=SC2086
+  dialog "$name" "${title//_/ }" $steps
+done <<'TABLE'
+about About_Quillagram alt+h a
+save-pattern Save_pattern alt+f s
+information Information alt+s i
+wavelengths Wavelength alt+s w
+alpha2-stripping Alpha2_stripping alt+m 2
+cylinder Cylinder_correction alt+m b c
+plate Plate_correction alt+m b f
+lp Lp-corrections alt+m l
+zero-shift Zero_shift alt+m z
+truncate Truncate_pattern alt+m t
+convert Convert_pattern alt+m c
+polynomial Add_polynomial alt+m p
+scale Scale_pattern alt+m s
+smooth Smoothing alt+m m
+savitzky-golay Savitzky alt+m g
+chebyshev Chebyshev_fit alt+m h
+background-manual Set_manuel_background alt+b m
+background-options Manuel_background_options alt+b o
+background-scale Scale_background alt+b s
+background-interval Scale_to_interval alt+b t
+crystallinity Crystallinity alt+b c
+autosubtract Autosubtract_options alt+b p
+peak-search Peak_search_options alt+p s
+peaks-manual Set_manual_peak alt+p m
+peak-fit-options Single_peak_fit_options alt+e o
+TABLE
