@@ -26,6 +26,21 @@ struct Matching {
 
   QChar Letter(int i, qsizetype at) const { return texts[i].text[at].toLower(); }
 
+  // All first choices that are free, then all second ones, and so on.
+  void AssignBest() {
+    const std::size_t n = texts.size();
+    bool more = true;
+    for (std::size_t rank = 0; more; ++rank) {
+      more = false;
+      for (std::size_t i = 0; i < n; ++i) {
+        if (place[i] >= 0 || rank >= candidates[i].size()) continue;
+        more = true;
+        const qsizetype at = candidates[i][rank];
+        if (owner.try_emplace(Letter(i, at), i).second) place[i] = at;
+      }
+    }
+  }
+
   // Finds a letter for text i, moving others to their next choice if need be.
   bool Assign(int i, std::set<QChar>& seen) {
     for (const qsizetype at : candidates[i]) {
@@ -63,11 +78,12 @@ std::vector<QString> WithMnemonics(const std::vector<MnemonicText>& texts) {
     else
       matching.candidates[i] = Candidates(texts[i].text);
   }
-  std::vector<QString> shown(n);
+  matching.AssignBest();
   for (int i = 0; i < n; ++i) {
     std::set<QChar> seen;
-    matching.Assign(i, seen);
+    if (matching.place[i] < 0) matching.Assign(i, seen);
   }
+  std::vector<QString> shown(n);
   for (int i = 0; i < n; ++i)
     shown[i] = matching.candidates[i].empty() && texts[i].marked
                    ? texts[i].text
