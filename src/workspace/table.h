@@ -23,20 +23,15 @@ struct Table {
   std::array<T, kSize> cells{};
 
   template <TableIndex... I>
-    requires(sizeof...(I) == kRank)
-  T& operator()(I... index) {
-    return cells[Place(index...)];
-  }
+  requires(sizeof...(I) == kRank) T& operator()(I... index) { return cells[Place(index...)]; }
   template <TableIndex... I>
-    requires(sizeof...(I) == kRank)
-  const T& operator()(I... index) const {
+  requires(sizeof...(I) == kRank) const T& operator()(I... index) const {
     return cells[Place(index...)];
   }
 
   // The run of the last index for fixed leading indices; element [0] is index 1.
   template <TableIndex... I>
-    requires(sizeof...(I) + 1 == kRank)
-  std::span<T> row(I... index) {
+  requires(sizeof...(I) + 1 == kRank) std::span<T> row(I... index) {
     return {&cells[Place(index..., 1)], static_cast<std::size_t>(kExtent[kRank - 1])};
   }
 

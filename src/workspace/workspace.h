@@ -66,7 +66,7 @@ struct PerPattern {
   // Autosubtract
   int autosubwindow = 201;
   int autosubcycles = 25;
-  int autosubscale = 1;    // 1 minimum, 2 scaled with maximum deviation, 3 scaled in interval
+  int autosubscale = 1;     // 1 minimum, 2 scaled with maximum deviation, 3 scaled in interval
   float autosubdev = 5.0f;  // percent
   float fullstart = 0, fullstop = 0;
 
@@ -126,8 +126,8 @@ struct PerPattern {
   int fitbgorder = 1;
   float fitscale = 1.0f, fitzero = 0;
   int fitscalerefine = 0, fitzerorefine = 0;
-  int fitpatmode = 0;  // 0 none, 1 fit, 2 clear
-  int fitshown = 0;    // 1 while the fit's result replaces the overlays in the plot
+  int fitpatmode = 0;    // 0 none, 1 fit, 2 clear
+  int fitshown = 0;      // 1 while the fit's result replaces the overlays in the plot
   float profrvalue = 0;  // profile R-value of the last fit; 0: none
 
   int headerskip = 0;  // leading lines that the xy and dat readers skip
@@ -144,8 +144,8 @@ struct Workspace : PerPattern {
   Table<int, 4, MaxPoints> ptrefl;  // which reflections reach a point
 
   // View
-  int viewmode = 0;  // 0 nothing, 1 pattern, 2 report, 3 width plots, 4 size plots
-  int plotmask = 0;  // sum of PlotSwitch
+  int viewmode = 0;                  // 0 nothing, 1 pattern, 2 report, 3 width plots, 4 size plots
+  int plotmask = 0;                  // sum of PlotSwitch
   float plotxmin = 0, plotxmax = 0;  // x limits that clip all but the primary curve
   float plotx0 = 0, ploty0 = 0, plotwidth = 0, plotheight = 0;  // plot area, drawing units
   float xperunit = 0, yperunit = 0;                             // data units per drawing unit
