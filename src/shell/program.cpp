@@ -1,7 +1,5 @@
 // Start-up, the event loop and the end of the program.
-#include <algorithm>
 #include <cstdlib>
-#include <filesystem>
 
 #include "patternfiles/patternfiles.h"
 #include "plot/plot.h"
@@ -21,12 +19,7 @@ std::string StartDirectory() {
     const std::string directory = IOsFullPath(home);
     return directory.ends_with('/') ? directory : directory + "/";
   }
-  std::string program = IOsArgument(0);
-  std::error_code failed;
-  // A program found by its bare name tells its place only through the system.
-  if (FileDirectory(program).empty())
-    program = std::filesystem::read_symlink("/proc/self/exe", failed).string();
-  return FileDirectory(IOsFullPath(program));
+  return FileDirectory(IOsFullPath(IOsArgument(0)));
 }
 
 void OnClose(int window, int& quitflag) {

@@ -17,6 +17,7 @@ std::vector<std::unique_ptr<DialogState>> loaded;
 int lastbutton = 0;
 int undefinedinteger = 0;
 double undefinedreal = 0;
+constexpr int kMaxGridRows = 10000;
 
 // "(f10.3)": three decimals. Widths do not matter on a form.
 std::string FormattedReal(float value, std::string_view format) {
@@ -50,6 +51,9 @@ FieldState InitialField(const Control& control) {
   FieldState field{.text = control.initial};
   if (control.kind == ControlKind::Radio || control.kind == ControlKind::Check)
     field.text = field.text == "on" ? "on" : "off";
+  if (control.kind == ControlKind::Grid)
+    field.grid.columns =
+        1 + static_cast<int>(std::ranges::count(std::string_view(control.label), '|'));
   if (IsNumber(control)) field.value = EnteredNumber(control, field.text).value_or(0);
   return field;
 }
@@ -100,6 +104,24 @@ void Put(int field, const std::string& text, double value = 0) {
   state.value = value;
   state.touched = false;
   ShowChange(index);
+}
+
+// Row of a grid of the current dialog, with all rows above it; nothing where there can be none.
+GridRow* GridRowOf(int field, int column, int row) {
+  FieldState* const state = FindField(field);
+  if (!state || column < 1 || column > state->grid.columns || row < 1 || row > kMaxGridRows)
+    return nullptr;
+  GridState& grid = state->grid;
+  while (static_cast<int>(grid.rows.size()) < row)
+    grid.rows.push_back({.cells = std::vector<std::string>(grid.columns)});
+  return &grid.rows[row - 1];
+}
+
+void PutCell(int field, int column, int row, const std::string& text) {
+  GridRow* const cells = GridRowOf(field, column, row);
+  if (!cells) return;
+  cells->cells[column - 1] = text;
+  ShowChange(IndexOf(field));
 }
 
 }  // namespace
@@ -220,4 +242,26 @@ void WDialogGetCheckBox(int field, int& value) {
 void WDialogUndefined(int i, float r, double) {
   undefinedinteger = i;
   undefinedreal = r;
+}
+
+void WGridPutCellReal(int field, int column, int row, float value, const std::string& format) {
+  PutCell(field, column, row, FormattedReal(value, format));
+}
+
+void WGridPutCellInteger(int field, int column, int row, int value) {
+  PutCell(field, column, row, std::to_string(value));
+}
+
+void WGridColourRow(int field, int row, int foreground, int background) {
+  GridRow* const cells = GridRowOf(field, 1, row);
+  if (!cells) return;
+  cells->foreground = foreground;
+  cells->background = background;
+  ShowChange(IndexOf(field));
+}
+
+void WGridPos(int field, int& column, int& row) {
+  const FieldState* const state = FindField(field);
+  column = state ? state->grid.column : 0;
+  row = state ? state->grid.row : 0;
 }

@@ -1,4 +1,5 @@
 // What a user may enter into a dialog: numbers with their ranges, choices, buttons.
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 
@@ -39,6 +40,23 @@ std::string RangeText(const Control& control) {
   return high ? "at most " + Quoted(control.highest) : "";
 }
 
+struct Cell {
+  int column = 0, row = 0;
+};
+
+// "COLUMN,ROW" as a cell that the grid has; 0,0 for anything else.
+Cell PickedCell(const GridState& grid, std::string_view text) {
+  const std::size_t comma = std::min(text.find(','), text.size());
+  const auto number = [](std::string_view part) {
+    return static_cast<int>(Parsed<int>(part).value_or(0));
+  };
+  const Cell cell{number(text.substr(0, comma)),
+                  number(text.substr(std::min(comma + 1, text.size())))};
+  const bool there = cell.column >= 1 && cell.column <= grid.columns && cell.row >= 1 &&
+                     cell.row <= static_cast<int>(grid.rows.size());
+  return there ? cell : Cell{};
+}
+
 bool InRange(const Control& control, double value) {
   return value >= control.lowest && value <= control.highest;
 }
@@ -71,6 +89,8 @@ std::string DialogComplaint(const DialogState& dialog, int index, const std::str
       return text == "on" || text == "off" ? "" : "A check box is on or off";
     case ControlKind::String:
       return "";
+    case ControlKind::Grid:
+      return PickedCell(dialog.fields[index].grid, text).row ? "" : "There is no cell " + text;
     case ControlKind::Real:
     case ControlKind::Integer:
       break;
@@ -103,6 +123,11 @@ std::string DialogEnter(DialogState& dialog, int index, const std::string& text)
   }
   field.text = text;
   field.touched = true;
+  if (control.kind == ControlKind::Grid) {
+    const Cell cell = PickedCell(field.grid, text);
+    field.grid.column = cell.column;
+    field.grid.row = cell.row;
+  }
   if (IsNumber(control)) field.value = EnteredNumber(control, text).value_or(field.value);
   return complaint;
 }

@@ -10,6 +10,17 @@
 #include "toolkit/resources.h"
 #include "toolkit/toolkit.h"
 
+struct GridRow {
+  std::vector<std::string> cells;
+  int foreground = 0x000000, background = 0xffffff;
+};
+
+struct GridState {
+  int columns = 0;
+  std::vector<GridRow> rows;
+  int column = 0, row = 0;  // the cell picked last, from 1
+};
+
 // State of a control of a loaded dialog, kept by the common part. A front end shows it and writes
 // what the user enters back through the functions below.
 struct FieldState {
@@ -18,6 +29,7 @@ struct FieldState {
   bool touched = false;  // the user has changed the text since it was put
   bool enabled = true;
   bool visible = true;
+  GridState grid{};  // of a Grid only; its text is the cell picked, "COLUMN,ROW"
 };
 
 struct DialogState {
@@ -32,7 +44,7 @@ struct DialogState {
 // accepted. Returns a complaint with the allowed range for text that cannot stand, else blank;
 // the text of a number is kept in either case. A number outside the range of a control that passes
 // it on is complained of as well, so that it can be marked, but keeps no dialog open. Radio buttons
-// and check boxes take "on" and "off".
+// and check boxes take "on" and "off", a grid the cell picked as "COLUMN,ROW".
 std::string DialogEnter(DialogState& dialog, int index, const std::string& text);
 // The same check without entering anything.
 std::string DialogComplaint(const DialogState& dialog, int index, const std::string& text);

@@ -34,7 +34,16 @@ std::vector<std::string> SplitCommand(const std::string& text) {
   return words;
 }
 
-void Start(const std::vector<std::string>& words, const std::string& shown) {
+// A bare name is first looked for beside this program, then by the front end in the search path.
+std::string FindProgram(const std::string& name) {
+  if (name.find('/') != std::string::npos) return name;
+  const fs::path beside = fs::path(IOsFullPath(IOsArgument(0))).parent_path() / name;
+  std::error_code failure;
+  return fs::is_regular_file(beside, failure) ? beside.string() : name;
+}
+
+void Start(std::vector<std::string> words, const std::string& shown) {
+  if (!words.empty()) words.front() = FindProgram(words.front());
   if (words.empty() || words.front().empty() || !frontend::StartProcess(words))
     MessageBoxError("Error", "Cannot start " + shown);
 }
@@ -52,6 +61,9 @@ void KeepArguments(int argc, char** argv) {
   arguments.assign(argv, argv + argc);
   std::error_code failure;
   startdirectory = fs::current_path(failure).string();
+  // A program that was found by its bare name knows its place only through the system.
+  if (argc > 0 && arguments[0].find('/') == std::string::npos)
+    arguments[0] = fs::read_symlink("/proc/self/exe", failure).string();
   if (argc > 1) RememberDirectory(arguments[1]);
 }
 

@@ -21,6 +21,7 @@ enum class ControlKind {
   Radio,  // consecutive radio buttons with the same group are one choice
   Check,
   Button,
+  Grid,  // a table of numbers whose cells can be picked; the label holds the column heads: "a|b|c"
 };
 
 // What may be typed into an Integer outside its range.

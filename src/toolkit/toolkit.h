@@ -136,6 +136,14 @@ void WDialogGetCheckBox(int field, int& value);
 // The values that stand for an empty numeric field.
 void WDialogUndefined(int i, float r, double d);
 
+// Grids: columns and rows count from 1, and rows appear as they are filled in.
+void WGridPutCellReal(int field, int column, int row, float value, const std::string& format);
+void WGridPutCellInteger(int field, int column, int row, int value);
+// Colours of a row as in IGrColourN.
+void WGridColourRow(int field, int row, int foreground, int background);
+// The cell picked last; 0 and 0 before.
+void WGridPos(int field, int& column, int& row);
+
 // ---- Drawing ----------------------------------------------------------------------------------
 
 void IGrInit(const std::string& mode);  // "H": hardcopy, blank: the screen

@@ -182,6 +182,33 @@ TEST_F(Dialogs, Nest) {
   }
 }
 
+TEST_F(Dialogs, GridsAreFilledByCellsAndPicked) {
+  static constexpr Control controls[] = {{1, ControlKind::Button, "OK"},
+                                         {70, ControlKind::Grid, "a|b|M(20)"}};
+  static constexpr DialogResource resource{9070, "Cells", controls};
+  WRegisterDialogs({&resource, 1});
+  WDialogLoad(9070);
+  WGridPutCellReal(70, 1, 2, 5.4309f, "(f8.3)");
+  WGridPutCellInteger(70, 3, 1, 42);
+  WGridPutCellInteger(70, 4, 1, 7);  // no such column
+  WGridColourRow(70, 2, 0xffffff, 0xff0000);
+  int column = -1, row = -1;
+  WGridPos(70, column, row);
+  EXPECT_EQ(column, 0);
+  EXPECT_EQ(row, 0);
+  Answer("set 70 2,2\npress OK");
+  int picked = 0;
+  WDialogShow(-1, -1, 0, Modal, [&](int field) { picked = field; });
+  EXPECT_EQ(picked, 70);
+  WGridPos(70, column, row);
+  EXPECT_EQ(column, 2);
+  EXPECT_EQ(row, 2);
+  EXPECT_EQ(Events()[2], "field\t70\ta|b|M(20)\t  42\\n5.431  \t1");
+  Answer("set 70 1,3\npress OK");
+  EXPECT_THROW(WDialogShow(-1, -1, 0, Modal), std::runtime_error);
+  WDialogUnload();
+}
+
 TEST_F(Dialogs, BesideThePlotEventsAreMessages) {
   WDialogShow(-1, -1, 0, SemiModeless);
   Answer("set Scale 2\nkey up\npress Fit\nmenu 40008\n");

@@ -42,13 +42,24 @@ std::string printfile;
 // "1" for a control that takes input.
 std::string Usable(const FieldState& field) { return field.enabled && field.visible ? "1" : "0"; }
 
+// What a field shows: of a grid all cells, row by row.
+std::string ShownText(const FieldState& field) {
+  if (field.grid.columns == 0) return field.text;
+  std::string text;
+  for (const GridRow& row : field.grid.rows) {
+    if (!text.empty()) text += '\n';
+    for (const std::string& cell : row.cells) text += (&cell == row.cells.data() ? "" : " ") + cell;
+  }
+  return text;
+}
+
 void EmitDialog(const DialogState& dialog) {
   const DialogResource& resource = *dialog.resource;
   Emit({"dialog", std::to_string(resource.number), resource.caption});
   for (std::size_t i = 0; i < dialog.fields.size(); ++i) {
     const Control& control = resource.controls[i];
     const FieldState& field = dialog.fields[i];
-    Emit({"field", std::to_string(control.id), replay::Shown(control.label), field.text,
+    Emit({"field", std::to_string(control.id), replay::Shown(control.label), ShownText(field),
           Usable(field)});
   }
 }
