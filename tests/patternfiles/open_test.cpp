@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <filesystem>
 #include <fstream>
 
 #include "patternfiles/patternfiles.h"
@@ -96,7 +97,8 @@ TEST_F(Open, FailuresBeforeAndAfterTheFirstPattern) {
 // ---- Files of real instruments ----------------------------------------------------------------
 
 struct ManifestRow {
-  std::string file, format;
+  std::string file;
+  std::uintmax_t bytes;
   int points;
   float first, last, max;
 };
@@ -122,8 +124,8 @@ std::vector<ManifestRow> Manifest(const std::string& directory) {
   std::getline(in, line);  // headings
   while (std::getline(in, line)) {
     const auto cell = SplitCsv(line);
-    rows.push_back({cell[0], cell[1], std::stoi(cell[4]), std::stof(cell[6]), std::stof(cell[7]),
-                    std::stof(cell[11])});
+    rows.push_back({cell[0], std::stoull(cell[2]), std::stoi(cell[4]), std::stof(cell[6]),
+                    std::stof(cell[7]), std::stof(cell[11])});
   }
   return rows;
 }
@@ -156,6 +158,8 @@ TEST_F(Open, RealFiles) {
   if (rows.empty()) GTEST_SKIP() << "no files of real instruments here";
   for (const ManifestRow& row : rows) {
     SCOPED_TRACE(row.file);
+    // A file that is not the one described says nothing about the reader.
+    if (std::filesystem::file_size(directory + row.file) != row.bytes) continue;
     const auto names = [&](const char* part) { return row.file.find(part) != std::string::npos; };
     SetUp();
     ws.patternpath = directory + row.file;
