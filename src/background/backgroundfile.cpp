@@ -8,17 +8,12 @@
 #include "toolkit/toolkit.h"
 #include "workspace/lines.h"
 #include "workspace/record.h"
+#include "workspace/slots.h"
 #include "workspace/text.h"
-#include "workspace/workspace.h"
 
 namespace {
 
 constexpr float kStepTolerance = 1e-05f;
-
-// 0 for fewer than two points, so that such a background fits no pattern.
-float FirstStep(int slot) {
-  return ws.npts(slot) < 2 ? 0.0f : ws.xval(AxisTth, slot, 2) - ws.xval(AxisTth, slot, 1);
-}
 
 // Shows what keeps slot 2 from being a background of slot 1: a narrower range, or another step.
 bool MatchesPattern() {
@@ -27,7 +22,7 @@ bool MatchesPattern() {
     MessageBoxError("Pattern Error", "Incompatible background range");
     return false;
   }
-  if (std::fabs(FirstStep(SlotInput) - FirstStep(SlotBackground)) > kStepTolerance) {
+  if (std::fabs(FirstStepOf(SlotInput) - FirstStepOf(SlotBackground)) > kStepTolerance) {
     MessageBoxError("Pattern Error", "Incompatible background step size");
     return false;
   }

@@ -4,10 +4,9 @@
 #include <string>
 
 #include "background/background.h"
-#include "background/curve.h"
 #include "toolkit/toolkit.h"
+#include "workspace/slots.h"
 #include "workspace/text.h"
-#include "workspace/workspace.h"
 
 namespace {
 

@@ -5,11 +5,7 @@
 #include <cmath>
 #include <limits>
 
-#include "workspace/workspace.h"
-
-float FirstTth(int slot) { return ws.npts(slot) > 0 ? ws.xval(AxisTth, slot, 1) : 0.0f; }
-
-float LastTth(int slot) { return ws.npts(slot) > 0 ? ws.xval(AxisTth, slot, ws.npts(slot)) : 0.0f; }
+#include "workspace/slots.h"
 
 void ResetBackgroundInterval() {
   ws.bgintstart = FirstTth(SlotBackground);
@@ -18,8 +14,7 @@ void ResetBackgroundInterval() {
 
 void PutBackgroundOnInputGrid() {
   ws.npts(SlotBackground) = ws.npts(SlotInput);
-  std::copy_n(ws.xval.row(AxisTth, SlotInput).begin(), ws.npts(SlotInput),
-              ws.xval.row(AxisTth, SlotBackground).begin());
+  std::ranges::copy(TthOf(SlotInput), TthOf(SlotBackground).begin());
   ResetBackgroundInterval();
 }
 
@@ -30,6 +25,5 @@ float ScaleOfSums(float a, float b) {
 
 void MultiplyBackground(float factor) {
   constexpr float largest = std::numeric_limits<float>::max();
-  for (float& y : ws.yval.row(SlotBackground).first(ws.npts(SlotBackground)))
-    y = std::clamp(y * factor, -largest, largest);
+  for (float& y : IntensityOf(SlotBackground)) y = std::clamp(y * factor, -largest, largest);
 }

@@ -1,10 +1,6 @@
 // The background curve in slot 2: what all routines that bring or scale one have in common.
 #pragma once
 
-// First and last two-theta of a slot; 0 for an empty one.
-float FirstTth(int slot);
-float LastTth(int slot);
-
 // The interval of "Scale to interval" takes the ends of slot 2; for every new background.
 void ResetBackgroundInterval();
 // Slot 2 takes the two-theta of slot 1 and their number, and the interval their ends.

@@ -10,8 +10,8 @@
 #include "plot/dataposition.h"
 #include "plot/plot.h"
 #include "toolkit/toolkit.h"
+#include "workspace/slots.h"
 #include "workspace/text.h"
-#include "workspace/workspace.h"
 
 namespace {
 
@@ -165,7 +165,7 @@ void FitManualBackground() {
   ChooseAllowedCurve();
   const PointList points = MergedPoints();
   if (points.x.size() < 2) return;
-  const std::span<const float> at = ws.xval.row(AxisTth, SlotInput).first(ws.npts(SlotInput));
+  const std::span<const float> at = TthOf(SlotInput);
   const std::span<float> out = ws.yval.row(SlotBackground).first(ws.npts(SlotInput));
   switch (ws.manualbgmode) {
     case CurveLinear:

@@ -3,7 +3,7 @@
 
 #include "background/background.h"
 #include "background/curve.h"
-#include "workspace/workspace.h"
+#include "workspace/slots.h"
 
 void ScaleBackground() {
   MultiplyBackground(ws.bgscale);

@@ -3,8 +3,8 @@
 #include <cmath>
 
 #include "crystal/spline.h"
+#include "modify/common.h"
 #include "modify/modify.h"
-#include "modify/slots.h"
 #include "plot/plot.h"
 #include "toolkit/toolkit.h"
 #include "workspace/menuids.h"

@@ -1,8 +1,8 @@
 // Intensities taken with automatic divergence slits as fixed slits would give them.
 #include <cmath>
 
+#include "modify/common.h"
 #include "modify/modify.h"
-#include "modify/slots.h"
 #include "plot/plot.h"
 #include "toolkit/toolkit.h"
 #include "workspace/menuids.h"
@@ -15,7 +15,7 @@ void Autodivergence() {
   const std::span<float> y = IntensityOf(SlotInput);
   for (std::size_t i = 0; i < y.size(); ++i) {
     const float theta = 0.5f * tth[i];
-    MultiplyIfFinite(y[i], 1.0f / (-0.19355f + std::sin(0.1947787f + 0.0153201f * theta)));
+    SetIfFinite(y[i], y[i] * (1.0f / (-0.19355f + std::sin(0.1947787f + 0.0153201f * theta))));
   }
   WMenuSetState(MenuAutodivergence, MenuEnabled, 0);
   RedrawView(0);

@@ -4,10 +4,10 @@
 
 #include "crystal/chebyshev.h"
 #include "modify/modify.h"
-#include "modify/slots.h"
 #include "plot/plot.h"
 #include "toolkit/toolkit.h"
 #include "workspace/menuids.h"
+#include "workspace/slots.h"
 
 namespace {
 

@@ -5,8 +5,8 @@
 
 #include "crystal/regrid.h"
 #include "modify/modify.h"
-#include "modify/slots.h"
 #include "plot/plot.h"
+#include "workspace/slots.h"
 #include "workspace/text.h"
 
 namespace {

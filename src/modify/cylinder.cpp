@@ -4,9 +4,9 @@
 #include <span>
 
 #include "crystal/spline.h"
+#include "modify/common.h"
 #include "modify/cylindertable.h"
 #include "modify/modify.h"
-#include "modify/slots.h"
 #include "plot/plot.h"
 #include "toolkit/toolkit.h"
 #include "workspace/text.h"
@@ -68,6 +68,6 @@ void AbsorptionCylinder() {
   const std::span<const float> tth = TthOf(SlotInput);
   const std::span<float> y = IntensityOf(SlotInput);
   for (std::size_t i = 0; i < y.size(); ++i)
-    MultiplyIfFinite(y[i], AbsorptionAt(curve, tth[i]) * curve[kCurvePoints - 1]);
+    SetIfFinite(y[i], y[i] * (AbsorptionAt(curve, tth[i]) * curve[kCurvePoints - 1]));
   RedrawView(1);
 }

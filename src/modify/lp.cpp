@@ -2,8 +2,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "modify/common.h"
 #include "modify/modify.h"
-#include "modify/slots.h"
 #include "plot/plot.h"
 
 namespace {
@@ -36,7 +36,7 @@ void LpCorrect() {
   const std::span<float> y = IntensityOf(SlotInput);
   for (std::size_t i = 0; i < y.size(); ++i) {
     const float factor = correction(tth[i]);
-    MultiplyIfFinite(y[i], divide ? 1.0f / factor : factor);
+    SetIfFinite(y[i], y[i] * (divide ? 1.0f / factor : factor));
   }
   RedrawView(1);
 }

@@ -2,8 +2,8 @@
 #include <cmath>
 #include <vector>
 
+#include "modify/common.h"
 #include "modify/modify.h"
-#include "modify/slots.h"
 #include "plot/plot.h"
 
 namespace {
@@ -44,6 +44,6 @@ void AbsorptionPlate() {
   const std::span<float> y = IntensityOf(SlotInput);
   const PlateFactors f = FactorsOf(TthOf(SlotInput), FirstStepOf(SlotInput), c0);
   for (std::size_t i = 0; i < y.size(); ++i)
-    MultiplyIfFinite(y[i], f.factor[i] / f.factor[f.reference]);
+    SetIfFinite(y[i], y[i] * (f.factor[i] / f.factor[f.reference]));
   RedrawView(1);
 }

@@ -2,8 +2,8 @@
 #include <algorithm>
 
 #include "crystal/matrix.h"  // for PowerBasis
+#include "modify/common.h"
 #include "modify/modify.h"
-#include "modify/slots.h"
 #include "plot/plot.h"
 
 namespace {

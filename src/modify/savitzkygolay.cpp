@@ -3,8 +3,8 @@
 
 #include "modify/filters.h"
 #include "modify/modify.h"
-#include "modify/slots.h"
 #include "plot/plot.h"
+#include "workspace/slots.h"
 
 namespace {
 

@@ -5,8 +5,8 @@
 #include "crystal/runningmeans.h"
 #include "modify/filters.h"
 #include "modify/modify.h"
-#include "modify/slots.h"
 #include "plot/plot.h"
+#include "workspace/slots.h"
 
 namespace {
 

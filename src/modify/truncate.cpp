@@ -1,7 +1,7 @@
 // Truncate: cuts all slots to the range from savestart to savestop.
 #include "modify/modify.h"
-#include "modify/slots.h"
 #include "plot/plot.h"
+#include "workspace/slots.h"
 
 namespace {
 

@@ -4,8 +4,8 @@
 
 #include "crystal/spline.h"
 #include "modify/modify.h"
-#include "modify/slots.h"
 #include "plot/plot.h"
+#include "workspace/slots.h"
 
 namespace {
 

@@ -1,0 +1,18 @@
+// The points in use of a slot.
+#pragma once
+
+#include <span>
+
+#include "workspace/workspace.h"
+
+inline std::span<float> TthOf(int slot) { return ws.xval.row(AxisTth, slot).first(ws.npts(slot)); }
+inline std::span<float> IntensityOf(int slot) { return ws.yval.row(slot).first(ws.npts(slot)); }
+
+// First and last two-theta; 0 for an empty slot.
+inline float FirstTth(int slot) { return ws.npts(slot) > 0 ? TthOf(slot).front() : 0.0f; }
+inline float LastTth(int slot) { return ws.npts(slot) > 0 ? TthOf(slot).back() : 0.0f; }
+
+// Step of the first two points; 0 for fewer.
+inline float FirstStepOf(int slot) {
+  return ws.npts(slot) < 2 ? 0.0f : TthOf(slot)[1] - TthOf(slot)[0];
+}
