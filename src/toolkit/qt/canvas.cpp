@@ -3,6 +3,7 @@
 
 #include <QMouseEvent>
 #include <QPainter>
+#include <algorithm>
 #include <cmath>
 
 #include "toolkit/displaylist.h"
@@ -14,6 +15,8 @@ namespace {
 const char* const kHint = "Open a pattern with File > Open pattern file, or drop a file here";
 const QColor kHintColour(90, 90, 90);  // on a sheet that is white under any desktop colours
 const QColor kBandColour(0, 140, 150);
+
+constexpr double kLargeCanvas = 900;  // from here on lines grow with the canvas, as letters do
 
 int ButtonOf(const QMouseEvent& event) {
   if (event.button() == Qt::LeftButton) return MouseLeft;
@@ -35,13 +38,17 @@ void Canvas::ListChanged() {
   update();
 }
 
+double Canvas::ThinLine() const {
+  return std::max(1.0, std::min(width(), height()) / kLargeCanvas);
+}
+
 void Canvas::PaintSheet(QSize pixels, double ratio) {
   stale_ = false;
   sheet_ = QImage(pixels, QImage::Format_RGB32);
   sheet_.fill(Qt::white);
   QPainter painter(&sheet_);
   const DisplayList& list = ScreenList();
-  PaintList(painter, list, QSizeF(size()) * ratio, ratio, Detail::PerColumn);
+  PaintList(painter, list, QSizeF(size()) * ratio, ThinLine() * ratio, Detail::PerColumn);
   if (!list.strokes.empty() || !list.texts.empty()) return;
   painter.scale(ratio, ratio);
   PaintHint(painter);

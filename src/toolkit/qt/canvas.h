@@ -20,6 +20,7 @@ class Canvas : public QWidget {
   void EndBand(int ending);
   // Posts the last of the moves, and the change of size, that have come since the last call.
   void PostLate();
+  double ThinLine() const;  // width of a thin line, in logical pixels
   bool HasLate() const { return move_ || resized_; }
   QSize sizeHint() const override { return {800, 500}; }
 

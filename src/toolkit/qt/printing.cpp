@@ -77,13 +77,13 @@ bool Print(const DisplayList& list, const std::string& job) {
 }
 
 bool SaveImage(const DisplayList& list, const std::string& path) {
-  const double ratio = Root() ? Root()->canvas->devicePixelRatioF() : 1.0;
-  int width = 0, height = 0;
-  AreaPixels(width, height);
-  QImage image((QSizeF(width, height) * ratio).toSize(), QImage::Format_RGB32);
+  if (!Root()) return false;
+  const Canvas& canvas = *Root()->canvas;
+  const double ratio = canvas.devicePixelRatioF();
+  QImage image((QSizeF(canvas.size()) * ratio).toSize(), QImage::Format_RGB32);
   image.fill(Qt::white);
   QPainter painter(&image);
-  PaintList(painter, list, image.size(), ratio, Detail::PerColumn);
+  PaintList(painter, list, image.size(), canvas.ThinLine() * ratio, Detail::PerColumn);
   painter.end();
 
   const QString name = QFile::decodeName(path.c_str());

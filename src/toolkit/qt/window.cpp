@@ -14,6 +14,8 @@
 
 namespace {
 
+constexpr QMargins kFrame(1, 0, 1, 32);  // room for what the window manager adds below a position
+
 int KeyOf(const QKeyEvent& event) {
   if ((event.modifiers() & ~Qt::KeypadModifier) != Qt::NoModifier) return 0;
   switch (event.key()) {
@@ -66,7 +68,7 @@ MainWindow::MainWindow() : canvas(new Canvas(this)) {
 
 // The menu bar is shown whole and the window lies on the screen, as far as the screen goes.
 void MainWindow::Place(QRect wanted) {
-  const QRect room = screen()->availableGeometry();
+  const QRect room = screen()->availableGeometry().marginsRemoved(kFrame);
   wanted.setWidth(std::max(wanted.width(), menuBar()->sizeHint().width()));
   wanted.setSize(wanted.size().boundedTo(room.size()));
   wanted.moveRight(std::min(wanted.right(), room.right()));
