@@ -15,6 +15,7 @@
 
 #include "toolkit/qt/dialogview.h"
 #include "toolkit/qt/fields.h"
+#include "toolkit/qt/gridfield.h"
 #include "toolkit/qt/mnemonics.h"
 
 namespace {
@@ -27,7 +28,8 @@ constexpr double kHighest = 0.65, kWidest = 0.95;  // of the screen
 
 using enum ControlKind;
 
-bool IsEntry(ControlKind kind) { return kind == Real || kind == Integer || kind == String; }
+bool IsNumber(const Control& control) { return control.kind == Real || control.kind == Integer; }
+bool IsEntry(const Control& control) { return IsNumber(control) || control.kind == String; }
 
 bool SameBox(const Control& a, const Control& b) {
   return a.kind != Button && b.kind != Button && std::string_view(a.group) == b.group;
@@ -51,16 +53,16 @@ DialogView::DialogView(DialogState& state, std::function<void(int)> changed, QWi
   complaints_.resize(n);
   std::vector<MnemonicText> texts;
   for (const Control& control : resource.controls) {
-    // A text takes no focus, so that a letter of its own would lead nowhere.
-    texts.push_back({control.kind == Text ? QString() : QString::fromUtf8(control.label)});
+    // A text takes no focus, and a table has no label of its own: no letter leads there.
+    const bool letterless = control.kind == Text || control.kind == Grid;
+    texts.push_back({letterless ? QString() : QString::fromUtf8(control.label)});
   }
   labels_ = WithMnemonics(texts);
   for (int i = 0; i < n; ++i) MakeRow(i);
 
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(ArrangeSections(), 1);
-  const auto entry = [](const Control& control) { return IsEntry(control.kind); };
-  if (std::any_of(resource.controls.begin(), resource.controls.end(), entry)) {
+  if (std::any_of(resource.controls.begin(), resource.controls.end(), IsNumber)) {
     message_ = new QLabel;
     message_->setObjectName("complaint");
     message_->setTextFormat(Qt::PlainText);
@@ -96,6 +98,11 @@ void DialogView::MakeRow(int index) {
     auto* value = new QLabel;
     value->setTextFormat(Qt::PlainText);
     row.field = value;
+  } else if (control.kind == Grid) {
+    row.field = new GridField(control, [this, index] {
+      DialogEnter(state_, index, GridAt(index)->Picked().toStdString());
+      Finished(index);
+    });
   } else if (control.kind == Integer) {
     auto* field = new IntegerField(control);
     row.field = field;
@@ -116,7 +123,7 @@ void DialogView::MakeRow(int index) {
       QString(control.kind == Button ? "button%1" : "field%1").arg(control.id));
   row.field->setAccessibleName(QString::fromUtf8(control.label));
   const bool tells = *control.unit || !state_.fields[index].text.empty();
-  if (*control.label && (IsEntry(control.kind) || (control.kind == Text && tells))) {
+  if (*control.label && (IsEntry(control) || (control.kind == Text && tells))) {
     row.label = new QLabel(labels_[index]);
     if (row.line) row.label->setBuddy(row.field);
   }
@@ -156,6 +163,11 @@ QWidget* DialogView::MakeSection(int first, int last) {
     if (i == first || !SameChoice(ControlAt(i - 1), ControlAt(i))) group = new QButtonGroup(box);
     group->addButton(static_cast<QAbstractButton*>(rows_[i].field));
   }
+  int widest = 0;
+  for (int i = first; i < last; ++i)
+    if (IsNumber(ControlAt(i))) widest = std::max(widest, rows_[i].field->sizeHint().width());
+  for (int i = first; i < last; ++i)
+    if (IsNumber(ControlAt(i))) rows_[i].field->setFixedWidth(widest);
   for (int column = 1; column < columns; ++column)
     grid->setColumnMinimumWidth(column * kGridColumns - 1, 2 * fontMetrics().averageCharWidth());
   const bool texts = std::any_of(&rows_[first], &rows_[first] + (last - first), [](const Row& row) {

@@ -7,12 +7,18 @@
 
 #include "toolkit/qt/events.h"
 #include "toolkit/qt/fields.h"
+#include "toolkit/qt/gridfield.h"
 
 int DialogView::IndexOf(int id) const {
   const auto controls = state_.resource->controls;
   const auto at = std::find_if(controls.begin(), controls.end(),
                                [id](const Control& control) { return control.id == id; });
   return at == controls.end() ? -1 : static_cast<int>(at - controls.begin());
+}
+
+GridField* DialogView::GridAt(int index) const {
+  return ControlAt(index).kind == ControlKind::Grid ? static_cast<GridField*>(rows_[index].field)
+                                                    : nullptr;
 }
 
 // Label, value and unit of a text, as far as they have no column of their own.
@@ -34,6 +40,8 @@ void DialogView::Update(int index) {
   } else if (auto* button = qobject_cast<QAbstractButton*>(row.field)) {
     if (button->isCheckable() && button->isChecked() != (field.text == "on"))
       button->setChecked(field.text == "on");
+  } else if (GridField* grid = GridAt(index)) {
+    grid->ShowCells(field.grid);
   } else if (auto* label = qobject_cast<QLabel*>(row.field)) {
     label->setText(ShownText(index));
   }

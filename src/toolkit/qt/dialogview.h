@@ -10,6 +10,8 @@
 
 #include "toolkit/frontend.h"
 
+class GridField;
+
 class DialogView : public QDialog {
  public:
   DialogView(DialogState& state, std::function<void(int)> changed, QWidget* parent);
@@ -36,6 +38,7 @@ class DialogView : public QDialog {
   const Control& ControlAt(int index) const { return state_.resource->controls[index]; }
   int Count() const { return static_cast<int>(rows_.size()); }
   int IndexOf(int id) const;
+  GridField* GridAt(int index) const;  // null for another kind of control
   QString ShownText(int index) const;
 
   void MakeRow(int index);
