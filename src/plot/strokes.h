@@ -8,7 +8,7 @@
 //   A cx,cy,rx,ry,from,to    begins a stroke with an arc of an ellipse
 //   a cx,cy,rx,ry,from,to    goes on with an arc
 // Directions of arcs count 15 degrees each, 0 to the right, 6 up, 12 to the left, 18 down.
-// Capitals are 100 high and 46 to 54 wide, small letters 66 high; descenders reach to -30.
+// Capitals are 100 high and 40 to 56 wide, small letters 66 high; descenders reach to -30.
 
 inline constexpr int DegreeSign = 127;
 
