@@ -39,9 +39,10 @@ void NiceRange(float* list, int n, float length) {
     low = high = 0;
   } else {
     const float p = std::max(Decade(far, -1), FLT_MIN);
-    const float farlimit = std::trunc(s * 0.99999f + far / p) * p;
+    const auto whole = [=](float steps) { return std::trunc(steps) * p + 0.0f; };  // no minus zero
+    const float farlimit = whole(s * 0.99999f + far / p);
     const bool sameside = near * s > 0;
-    const float nearlimit = std::trunc(sameside ? near / p : near / p - s * 0.99999f) * p;
+    const float nearlimit = whole(sameside ? near / p : near / p - s * 0.99999f);
     low = std::clamp(upward ? nearlimit : farlimit, -FLT_MAX, FLT_MAX);
     high = std::clamp(upward ? farlimit : nearlimit, -FLT_MAX, FLT_MAX);
     if (low == high) {
