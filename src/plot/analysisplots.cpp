@@ -16,6 +16,9 @@
 namespace {
 
 constexpr int kCurvePoints = 200;
+// Parameters of the models. PolyFit fits only where there are more points, and no model is drawn
+// without a fit.
+constexpr int kWidthTerms = 3, kLineTerms = 2;
 constexpr float kSmallestNetWidth = 1.0e-6f;  // degrees; its square is the least difference too
 
 // Points with the scale of NiceRange behind them.
@@ -94,23 +97,25 @@ void DrawMarkers(const Frame& f, const Points& points, int from, int to, int col
     Marker(1, f.X(points.x[i]), f.Y(points.y[i]), 0.67f * f.page.textheight);
 }
 
-// A model over the whole width, limited to the y range.
-void DrawModel(const Frame& f, const std::function<float(float)>& model) {
-  const float step = (f.xhi - f.xlo) / (kCurvePoints - 1);
+// A fitted curve and the text of its parameters.
+struct Model {
+  std::function<float(float)> curve;
+  std::string text;
+};
+
+// The curve over the whole width, limited to the y range, and its parameters.
+void DrawModel(const Frame& f, const Model& model) {
+  const float step = (f.xhi - f.xlo) / (kCurvePoints - 1), h = f.page.textheight;
   SetPen(1, 1, colours::kBlack);
   for (int i = 0; i < kCurvePoints; ++i) {
-    const float x = f.xlo + step * static_cast<float>(i), value = model(x);
+    const float x = f.xlo + step * static_cast<float>(i), value = model.curve(x);
     const float y = std::max(f.ylo, std::min(f.yhi, value == value ? value : f.ylo));
     (i == 0 ? PenUp : PenDown)(f.X(x), f.Y(y));
   }
+  DrawText(h, ws.plotheight - h, model.text, 1.2f * h, 0, 7);
 }
 
-void WriteParameters(const Frame& f, const std::string& text) {
-  const float h = f.page.textheight;
-  DrawText(h, ws.plotheight - h, text, 1.2f * h, 0, 7);
-}
-
-// Least-squares polynomial through the first n points; false after a message.
+// Least-squares polynomial; false after a message.
 bool Fit(std::span<const float> x, std::span<const float> y, float* coef, int terms) {
   if (PolyFit(x, y, coef, terms) == 0) return true;
   MessageBoxError("Error", "LS error");
@@ -121,12 +126,6 @@ float TanTheta(float tth) { return std::tan(tth * 0.5f / RadToDeg); }
 
 float PositiveRoot(float square) { return square > 1.0e-20f ? std::sqrt(square) : 0.0f; }
 
-// A fitted curve and the text of its parameters.
-struct Model {
-  std::function<float(float)> curve;
-  std::string text;
-};
-
 // FWHM squared as a polynomial in tan(theta), after Caglioti.
 bool FitWidths(std::span<const float> tth, std::span<const float> fwhm, Model& model) {
   static float tangent[MaxPeaks], square[MaxPeaks];
@@ -134,8 +133,8 @@ bool FitWidths(std::span<const float> tth, std::span<const float> fwhm, Model& m
     tangent[i] = TanTheta(tth[i]);
     square[i] = fwhm[i] * fwhm[i];
   }
-  float c[3] = {};
-  if (!Fit({tangent, tth.size()}, {square, tth.size()}, c, 3)) return false;
+  float c[kWidthTerms] = {};
+  if (!Fit({tangent, tth.size()}, {square, tth.size()}, c, kWidthTerms)) return false;
   const float u = c[2], v = c[1], w = c[0];
   model.curve = [=](float x) {
     const float t = TanTheta(x);
@@ -146,8 +145,8 @@ bool FitWidths(std::span<const float> tth, std::span<const float> fwhm, Model& m
 }
 
 bool FitShapes(std::span<const float> tth, std::span<const float> shape, Model& model) {
-  float g[3] = {};
-  if (!Fit(tth, shape, g, 3)) return false;
+  float g[kWidthTerms] = {};
+  if (!Fit(tth, shape, g, kWidthTerms)) return false;
   const float g1 = g[0], g2 = g[1], g3 = g[2];
   model.curve = [=](float x) { return (g3 * x + g2) * x + g1; };
   model.text = WriteRecord<"('|g1 =',f8.5,' |g2 =',f8.5,' |g3 =',f8.5)">(g1, g2, g3);
@@ -178,13 +177,13 @@ void DrawWidthPlot() {
   DrawFrame(frame, shapes ? "|g" : "FWHM");
   DrawMarkers(frame, points, 0, averages, colours::kBlack);
   Model model;
-  if (!(shapes ? FitShapes : FitWidths)(points.Xs().first(averages), points.Ys().first(averages),
-                                        model))
+  const bool enough = averages > kWidthTerms;
+  if (enough && !(shapes ? FitShapes : FitWidths)(points.Xs().first(averages),
+                                                  points.Ys().first(averages), model))
     return;
   DrawMarkers(frame, points, averages, rights, colours::kRed);
   DrawMarkers(frame, points, rights, points.n, colours::kGreen);
-  DrawModel(frame, model.curve);
-  WriteParameters(frame, model.text);
+  if (enough) DrawModel(frame, model);
 }
 
 namespace {
@@ -231,12 +230,11 @@ void DrawWilliamsonHall(Frame& frame, Points& points) {
   RoundRanges(frame, points);
   DrawFrame(frame, "Size parameter", "4*sin(|q)");
   DrawMarkers(frame, points, 0, points.n, colours::kBlack);
-  float line[2] = {};
-  if (!Fit(points.Xs(), points.Ys(), line, 2)) return;
-  const float strain = line[1], b = line[0];
-  DrawModel(frame, [=](float x) { return strain * x + b; });
-  WriteParameters(frame, WriteRecord<"('Size =',f8.1,' (A)  Strain =',f8.6)">(
-                             b > 0 ? ws.wavelen(1) / b : 0.0f, strain));
+  float line[kLineTerms] = {};
+  if (points.n <= kLineTerms || !Fit(points.Xs(), points.Ys(), line, kLineTerms)) return;
+  const float strain = line[1], b = line[0], size = b > 0 ? ws.wavelen(1) / b : 0.0f;
+  DrawModel(frame, {[=](float x) { return strain * x + b; },
+                    WriteRecord<"('Size =',f8.1,' (A)  Strain =',f8.6)">(size, strain)});
 }
 
 }  // namespace
