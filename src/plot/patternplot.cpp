@@ -6,6 +6,7 @@
 
 #include "plot/page.h"
 #include "plot/plot.h"
+#include "plot/scales.h"
 #include "toolkit/toolkit.h"
 #include "workspace/text.h"
 #include "workspace/workspace.h"
@@ -58,7 +59,7 @@ bool Logarithmic() { return ws.yaxismode == 2; }
 // Counts as the axis shows them; what has no logarithm stands at 0.
 float Shown(float counts) {
   if (!Logarithmic()) return counts;
-  return counts > 0 ? std::log(counts) * Log10OfE : 0.0f;
+  return counts > 0 ? Log10(counts) : 0.0f;
 }
 
 int PrimarySlot() {
@@ -187,15 +188,12 @@ void DrawFrame(const Plot& plot) {
   SetPen(1, 1, colours::kBlack);
 
   MoveOrigin(0, -strip);
-  const auto xaxis = [&](std::string_view label) {
-    AxisLinear(ws.plotwidth, plot.x.lo, plot.x.hi, plot.xfactor, plot.page.tick,
-               plot.page.textheight, 0, label);
-  };
   if (ws.xaxismode == AxisTth)
     AxisTwoTheta(ws.plotwidth, plot.x.lo, plot.x.hi, plot.xfactor, plot.page.tick,
                  plot.page.textheight, "2|q");
   else
-    xaxis(ws.xaxismode == AxisD ? "d (A)" : "Q (A\x9c-1\x9c)");
+    AxisLinear(ws.plotwidth, plot.x.lo, plot.x.hi, plot.xfactor, plot.page.tick,
+               plot.page.textheight, 0, ws.xaxismode == AxisD ? "d (A)" : "Q (A\x9c-1\x9c)");
   MoveOrigin(0, strip);
   AxisLinear(ws.plotheight, plot.y.lo, plot.y.hi, plot.yfactor, plot.page.tick,
              plot.page.textheight, -270, Logarithmic() ? "10log(Counts)" : "Counts");

@@ -30,7 +30,7 @@ void Marker(int kind, float x, float y, float size);
 // text $ and SuperscriptMark switch sub- and superscript, | takes a Greek letter, @ is the degree
 // sign.
 void DrawText(float x, float y, std::string_view text, float height, float angle, int anchor);
-// Width of a text in units of letter height, scripts counted in full.
+// Width of a text of letters `height` high; sub- and superscripts count in full.
 float TextWidth(std::string_view text, float height);
 
 // Rounds the range of list[0..n) outward and puts minimum, factor (length over range) and maximum
