@@ -23,8 +23,7 @@ enum { Area, Position, Background, Slope, LeftWidth, LeftShape, RightWidth, Righ
 
 struct Side {
   float width, shape;
-  float area;      // that makes the halves meet at the position and the whole have the peak's area
-  int firstderiv;  // place of the width's derivative; that of the shape follows
+  float area;  // that makes the halves meet at the position and the whole have the peak's area
 };
 
 struct Component {
@@ -39,8 +38,8 @@ Component MakeComponent(std::span<const float, Parameters> p, float position, fl
   const float f = 2 / (r + 1);
   return {position,
           area,
-          {p[LeftWidth], p[LeftShape], r * f * area, LeftWidth},
-          {p[RightWidth], p[RightShape], f * area, RightWidth}};
+          {p[LeftWidth], p[LeftShape], r * f * area},
+          {p[RightWidth], p[RightShape], f * area}};
 }
 
 // alpha1, and alpha2 where the fit wavelengths have one. Returns their number.
@@ -53,25 +52,47 @@ int MakeComponents(std::span<const float, Parameters> p, Component* list) {
   return 2;
 }
 
-// Adds a component's intensity at u to calc, and its part of the derivatives to deriv. The ratio of
-// the halves is not differentiated.
-void AddComponent(const Component& c, float u, float& calc, float* deriv) {
-  const float d = u - c.position;
-  const Side& side = d < 0 ? c.left : c.right;
-  const float w = side.width, e = side.shape, a = c.area;
-  const float z = d / w / c3;
-  const float q = z * z;
-  const float G = c2 * std::exp(-q);
-  const float L = c1 / (c4 * q + 1);
-  const float v = side.area * ((1 - e) * G + e * L) / w;
-  const float dL = c4 * 2 * d * e * (L * L) / c1 / w / c3;
-  const float dG = (1 - e) * d * 2 * G / w / c3;
-  const float sum = (dG + dL) * a;
-  calc += v;
-  deriv[Area] += v / a;
-  deriv[Position] += sum / w / w / c3;
-  deriv[side.firstderiv] += (sum * d / c3 / w / w - v) / w;
-  deriv[side.firstderiv + 1] += (L - G) * a / w;
+constexpr int BlockSize = 64;
+using Lanes = float[BlockSize];
+
+// Neighbouring points. Most of a fit's time is spent on divisions, so the points of a block go side
+// by side through loops that the compiler takes in vectors. Each point has the steps, and with them
+// the bits, of the plain formulas.
+struct Block {
+  Lanes u;      // two-theta
+  Lanes value;  // of the components
+  Lanes deriv[Parameters];
+};
+
+// Adds a component to the values of a block, and its part to their derivatives. The ratio of the
+// halves is not differentiated. Width and shape of the side that a point is not on get zeros.
+void AddComponent(Component c, Block& block) {
+  Lanes d, w, q, G, dwidth, dshape;
+  for (int i = 0; i < BlockSize; ++i) {
+    d[i] = block.u[i] - c.position;
+    w[i] = d[i] < 0 ? c.left.width : c.right.width;
+    const float z = d[i] / w[i] / c3;
+    q[i] = z * z;
+  }
+  for (int i = 0; i < BlockSize; ++i) G[i] = c2 * std::exp(-q[i]);
+  for (int i = 0; i < BlockSize; ++i) {
+    const float e = d[i] < 0 ? c.left.shape : c.right.shape;
+    const float area = d[i] < 0 ? c.left.area : c.right.area;
+    const float L = c1 / (c4 * q[i] + 1);
+    const float v = area * ((1 - e) * G[i] + e * L) / w[i];
+    const float dL = c4 * 2 * d[i] * e * (L * L) / c1 / w[i] / c3;
+    const float dG = (1 - e) * d[i] * 2 * G[i] / w[i] / c3;
+    const float sum = (dG + dL) * c.area;
+    block.value[i] += v;
+    block.deriv[Area][i] += v / c.area;
+    block.deriv[Position][i] += sum / w[i] / w[i] / c3;
+    dwidth[i] = (sum * d[i] / c3 / w[i] / w[i] - v) / w[i];
+    dshape[i] = (L - G[i]) * c.area / w[i];
+  }
+  for (int i = 0; i < BlockSize; ++i) block.deriv[LeftWidth][i] += d[i] < 0 ? dwidth[i] : 0;
+  for (int i = 0; i < BlockSize; ++i) block.deriv[LeftShape][i] += d[i] < 0 ? dshape[i] : 0;
+  for (int i = 0; i < BlockSize; ++i) block.deriv[RightWidth][i] += d[i] < 0 ? 0 : dwidth[i];
+  for (int i = 0; i < BlockSize; ++i) block.deriv[RightShape][i] += d[i] < 0 ? 0 : dshape[i];
 }
 
 // Start values from the maximum and the points where the curve falls to half of it. False if the
@@ -106,25 +127,43 @@ struct NormalEquations {
   float residual = 0, total = 0;  // sums of squares of y - calc and of y
 };
 
-// One pass over the points, each sum in their order. The zeros of the other side's derivatives are
-// added too: they keep what is not a number visible.
+// Adds the first `count` points of a block, whose intensities are y. The elements are lanes here:
+// each has one sum, which takes the points in their order. The zeros of the other side's
+// derivatives are added too: they keep what is not a number visible.
+void AddBlock(const Block& block, const float* y, const float* calc, int count,
+              NormalEquations& sums) {
+  float deriv[BlockSize][Parameters];
+  for (int i = 0; i < BlockSize; ++i)
+    for (int j = 0; j < Parameters; ++j) deriv[i][j] = block.deriv[j][i];
+  for (int i = 0; i < count; ++i) {
+    const float e = y[i] - calc[i];
+    sums.residual += e * e;
+    sums.total += y[i] * y[i];
+    for (int k = 0; k < Parameters; ++k) sums.vector[k] += e * deriv[i][k];
+    for (int j = 0; j < Parameters; ++j)
+      for (int k = 0; k < Parameters; ++k)
+        sums.matrix[j * Parameters + k] += deriv[i][j] * deriv[i][k];
+  }
+}
+
+// One pass over the points.
 void Accumulate(const float* x, const float* y, float* calc, int n,
                 std::span<const float, Parameters> p, NormalEquations& sums) {
   Component component[2];
   const int components = MakeComponents(p, component);
-  for (int i = 0; i < n; ++i) {
-    float deriv[Parameters] = {};
-    deriv[Background] = 1;
-    deriv[Slope] = x[i] - x[0];
-    float value = 0;
-    for (int k = 0; k < components; ++k) AddComponent(component[k], x[i], value, deriv);
-    calc[i] = value + deriv[Slope] * p[Slope] + p[Background];
-    const float e = y[i] - calc[i];
-    sums.residual += e * e;
-    sums.total += y[i] * y[i];
-    for (int j = 0; j < Parameters; ++j) sums.vector[j] += e * deriv[j];
-    for (int j = 0; j < Parameters; ++j)
-      for (int k = 0; k < Parameters; ++k) sums.matrix[j * Parameters + k] += deriv[j] * deriv[k];
+  for (int start = 0; start < n; start += BlockSize) {
+    const int count = std::min(BlockSize, n - start);
+    Block block = {};
+    std::copy_n(x + start, count, block.u);
+    std::fill(block.u + count, std::end(block.u), x[start]);
+    for (int i = 0; i < BlockSize; ++i) {
+      block.deriv[Background][i] = 1;
+      block.deriv[Slope][i] = block.u[i] - x[0];
+    }
+    for (int k = 0; k < components; ++k) AddComponent(component[k], block);
+    for (int i = 0; i < count; ++i)
+      calc[start + i] = block.value[i] + block.deriv[Slope][i] * p[Slope] + p[Background];
+    AddBlock(block, y + start, calc + start, count, sums);
   }
 }
 
