@@ -177,6 +177,7 @@ TEST(Canvas, PrintsWithoutAPrinterAndReportsWhatCannotBeWritten) {
           co_await Shown("printdialog");
           auto* dialog = FindA<QPrintDialog>("printdialog");
           EXPECT_EQ(dialog->printer()->outputFormat(), QPrinter::PdfFormat);
+          EXPECT_TRUE(dialog->printer()->outputFileName().endsWith("/page.pdf"));
           const QString path = QString::fromStdString(Place() + target);
           dialog->printer()->setOutputFileName(path);
           dialog->done(QDialog::Accepted);

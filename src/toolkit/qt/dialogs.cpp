@@ -15,6 +15,8 @@
 
 namespace {
 
+constexpr QSize kSelectorSize(120, 30);  // letters; names, sizes and dates are seen whole
+
 // Dialogs on show.
 std::map<const DialogState*, std::unique_ptr<DialogView>> views;
 
@@ -111,6 +113,10 @@ std::string SelectFile(const std::string& filter, int flags, const std::string& 
   const FileFilter filters = ParseFilter(filter);
   Selector dialog(FrontWindow(), QString::fromStdString(title), QString::fromStdString(directory));
   dialog.setObjectName("selector");
+  const QSize letter(dialog.fontMetrics().averageCharWidth(), dialog.fontMetrics().height());
+  dialog.resize(
+      QSize(kSelectorSize.width() * letter.width(), kSelectorSize.height() * letter.height())
+          .boundedTo(dialog.screen()->availableGeometry().size() * 0.9));
   dialog.setOption(QFileDialog::DontUseNativeDialog);
   dialog.setAcceptMode(saving ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
   dialog.setFileMode(!saving && (flags & FileMustExist) ? QFileDialog::ExistingFile
