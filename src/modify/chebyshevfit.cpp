@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "background/curve.h"  // for ResetBackgroundInterval
 #include "crystal/chebyshev.h"
 #include "modify/modify.h"
 #include "plot/plot.h"
@@ -24,6 +25,7 @@ void StoreBackground(std::span<const float> x, std::span<const float> coef,
   }
   ws.wavelen(SlotBackground) = ws.wavelen(SlotInput);
   ws.npts(SlotBackground) = ws.npts(SlotInput);
+  ResetBackgroundInterval();
   ws.chebyused = static_cast<int>(coef.size());
   ws.chebyxmin = frame.xmin;
   ws.chebyxmax = frame.xmax;

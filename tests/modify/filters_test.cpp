@@ -72,6 +72,8 @@ TEST(ChebyshevFit, BecomesTheBackground) {
   ChebyshevFit();
   EXPECT_EQ(ws.chebyused, 14);
   EXPECT_EQ(ws.npts(2), 801);
+  EXPECT_EQ(ws.bgintstart, 10);
+  EXPECT_EQ(ws.bgintend, 90);
   EXPECT_EQ(ws.wavelen(2), ws.wavelen(1));
   for (int i = 1; i <= 801; ++i) ASSERT_NEAR(ws.yval(2, i), ws.yval(1, i), 0.01);
   for (int k = 1; k <= MaxChebyshev; ++k)
