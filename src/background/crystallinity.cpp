@@ -36,7 +36,8 @@ void Crystallinity() {
     }
     before = s;
   }
-  ws.crystallinity = all > 0.1f ? 100.0f * (all - amorphous) / all : 0.0f;
+  const float percent = 100.0f * (all - amorphous) / all;
+  ws.crystallinity = all > 0.1f && std::isfinite(percent) ? percent : 0.0f;
   MessageBoxInfo("Crystallinity",
                  "Crystallinity =" + LeftAlign(RealField(ws.crystallinity, 9, 2)) + " %");
   ws.plotmask = PlotInput + PlotBackground;

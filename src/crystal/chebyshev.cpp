@@ -1,6 +1,7 @@
 // Chebyshev polynomials on an interval, and their least-squares fit to a curve.
 #include "crystal/chebyshev.h"
 
+#include <algorithm>
 #include <cmath>
 #include <vector>
 
@@ -17,6 +18,8 @@ static_assert(kTerms >= MaxChebyshev);
 struct Basis {
   float t[kTerms] = {};
 };
+
+bool IsFinite(float value) { return std::isfinite(value); }
 
 float Sum(std::span<const float> coef, const float* t) {
   float sum = 0;
@@ -67,8 +70,10 @@ std::optional<float> ChebyshevCycles(std::span<const float> x, std::span<const f
       scale += frame.yscale * frame.yscale;
       for (int k = 0; k < kTerms; ++k) right[k] += r * basis[i].t[k];
     }
-    const float rw = scale > 0 ? std::sqrt(squares / scale) : 0.0f;
-    if (cycle > cycles) return rw;
+    const float ratio = squares / scale;
+    const float rw = std::isfinite(ratio) ? std::sqrt(ratio) : 0.0f;
+    if (cycle > cycles)
+      return std::ranges::all_of(coef, IsFinite) ? std::optional(rw) : std::nullopt;
     report(cycle, rw);
     for (int j = 0; j < terms; ++j) {
       float shift = 0;

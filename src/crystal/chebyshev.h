@@ -20,8 +20,8 @@ struct ChebyshevFrame {
 
 // Improves coef (at most MaxChebyshev terms) by `cycles` rounds of unweighted normal equations over
 // the points. `report` gets each round's number and its Rw before the round's correction. Returns
-// the Rw of the final polynomial, or nothing, with coef as it came, if the matrix cannot be
-// inverted.
+// the Rw of the final polynomial, or nothing if the matrix cannot be inverted, or if it is so near
+// to a singular one that the coefficients outgrow a real.
 std::optional<float> ChebyshevCycles(std::span<const float> x, std::span<const float> y,
                                      const ChebyshevFrame& frame, std::span<float> coef, int cycles,
                                      const std::function<void(int cycle, float rw)>& report);

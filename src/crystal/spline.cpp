@@ -2,6 +2,7 @@
 #include "crystal/spline.h"
 
 #include <algorithm>
+#include <cmath>
 #include <vector>
 
 void SplineSetup(std::span<const float> x, std::span<const float> y, float d1, float dn,
@@ -62,6 +63,8 @@ void SplineEval(std::span<const float> x, std::span<const float> y, std::span<co
     const float b = (at[j] - x[k]) / h;
     const float c = (a * a * a - a) * (h * h) / 6.0f;
     const float d = (b * b * b - b) * (h * h) / 6.0f;
-    out[j] = a * y[k] + b * y[k + 1] + c * y2[k] + d * y2[k + 1];
+    const float line = a * y[k] + b * y[k + 1];
+    const float curve = line + c * y2[k] + d * y2[k + 1];
+    out[j] = std::isfinite(curve) ? curve : line;  // curvatures that no real can hold
   }
 }

@@ -128,7 +128,7 @@ void Strip(std::span<const float> x, std::span<float> y) {
     for (int j = 0; j < s.count; ++j) s.position[j] = TwoRadToDeg * std::asin(sine * set[j].ratio);
     const bool spline = ws.a2interp == Spline && s.count > 0;
     const float sum = spline ? SplineSum(s, i) : LinearSum(s, i);
-    y[i] = std::max(y[i] - std::max(sum, 0.0f), 1.0f);
+    y[i] = std::max(y[i] - (sum > 0 ? sum : 0.0f), 1.0f);  // a sum that is no number counts as 0
   }
 }
 

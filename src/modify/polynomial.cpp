@@ -15,7 +15,7 @@ void AddTo(std::span<float> y, std::span<const float> tth) {
     float power[kTerms], sum = 0;
     PowerBasis(tth[i], power);
     for (int k = 0; k < kTerms; ++k) sum += ws.polycoef.cells[k] * power[k];
-    y[i] += sum;
+    SetIfFinite(y[i], y[i] + sum);
   }
 }
 
@@ -30,12 +30,12 @@ void AddPolynomial() {
   float lowest = 1e30f;
   for (float value : y) lowest = std::min(lowest, value);
   if (lowest < 0)
-    for (float& value : y) value -= lowest;
+    for (float& value : y) SetIfFinite(value, value - lowest);
   RedrawView(1);
 }
 
 void ScalePattern() {
   if (ws.scalefactor == 1) return;
-  for (float& value : IntensityOf(ActiveSlot())) value *= ws.scalefactor;
+  for (float& value : IntensityOf(ActiveSlot())) SetIfFinite(value, value * ws.scalefactor);
   RedrawView(1);
 }

@@ -20,6 +20,27 @@ TEST(Corrections, RefuseWhatIsNotRaw) {
   }
 }
 
+// Counts and steps at which slopes, curvatures, sums and products outgrow a real.
+TEST(Corrections, KeepHugeCountsFinite) {
+  const auto settings = [] {
+    ws.lpmode = 6;
+    ws.a2interp = 3;
+    ws.a2steps = 4;
+    ws.a2ratio = 1e30f;
+    ws.zeroshift = 0.0007f;
+    ws.useorigsteps = 1;
+    ws.polycoef.fill(-9e29f);
+    ws.scalefactor = 1e20f;
+  };
+  for (const auto command :
+       {Autodivergence, Alpha2Strip, LpCorrect, ZeroShift, AddPolynomial, ScalePattern}) {
+    PutPattern(150, 0.0005f, 200, [](double x) { return x < 150.03 ? 9e37 : -1e37; });
+    settings();
+    for (int times = 0; times < 3; ++times) command();
+    for (int i = 1; i <= 200; ++i) ASSERT_TRUE(std::isfinite(ws.yval(SlotInput, i))) << i;
+  }
+}
+
 // None may fall over a pattern of no points or of one, or a first point at 0.
 TEST(Corrections, SurviveShortPatterns) {
   for (const auto command :
