@@ -15,12 +15,13 @@ namespace {
 
 constexpr int kCurvePoints = 901;  // theta from 0 to 90 in steps of 0.1
 
-// The parabola through three points at x, in Newton's form.
-float Parabola(const float (&px)[3], const float (&py)[3], float x) {
-  const float d01 = (py[1] - py[0]) / (px[1] - px[0]);
-  const float d12 = (py[2] - py[1]) / (px[2] - px[1]);
-  const float d012 = (d12 - d01) / (px[2] - px[0]);
-  return py[0] + (x - px[0]) * d01 + (x - px[0]) * (x - px[1]) * d012;
+// The parabola through three points (x0, f0) to (x2, f2) at x, in Newton's form.
+float Parabola(const float (&at)[3], const float (&f)[3], float x) {
+  const auto [x0, x1, x2] = at;
+  const auto [f0, f1, f2] = f;
+  const float c =
+      ((f2 - f0) * (x1 - x0) - (f1 - f0) * (x2 - x0)) / ((x2 - x1) * (x2 - x0) * (x1 - x0));
+  return (x - x1) * (x - x0) * c + (x - x0) * (f1 - f0) / (x1 - x0) + f0;
 }
 
 // The last of the three rows to interpolate with. Says so when mu R lies above the table.
@@ -36,11 +37,8 @@ int LastRow(float muR) {
 float AbsorptionAt(std::span<const float> curve, float x) {
   const int n = std::clamp(nint(0.5f * 10.0f * x) + 1, 2, kCurvePoints - 1);
   const auto node = [](int i) { return 0.2f * static_cast<float>(i - 1); };
-  const float x0 = node(n - 1), x1 = node(n), x2 = node(n + 1);
-  const float f0 = 1.0f / curve[n - 2], f1 = 1.0f / curve[n - 1], f2 = 1.0f / curve[n];
-  const float c =
-      ((f2 - f0) * (x1 - x0) - (f1 - f0) * (x2 - x0)) / ((x2 - x1) * (x2 - x0) * (x1 - x0));
-  return (x - x1) * (x - x0) * c + (x - x0) * (f1 - f0) / (x1 - x0) + f0;
+  return Parabola({node(n - 1), node(n), node(n + 1)},
+                  {1.0f / curve[n - 2], 1.0f / curve[n - 1], 1.0f / curve[n]}, x);
 }
 
 }  // namespace

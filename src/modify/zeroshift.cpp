@@ -17,8 +17,8 @@ std::vector<float> Grid(float start, float step, int n) {
   return x;
 }
 
-// Takes y, whose grid now starts at x0, to the multiples of the step that are nearest above, by a
-// spline. One point is lost, and x0 becomes the start of the grid that results.
+// Takes y, whose grid now starts at x0, back to the grid of which the shift is the remainder, by a
+// spline, from one step further up. One point is lost, and x0 becomes the start that results.
 void ShiftOnGrid(float& x0, float shift, float dx, std::vector<float>& y) {
   const int n = static_cast<int>(y.size());
   const std::vector<float> x = Grid(x0, dx, n), old = y;
