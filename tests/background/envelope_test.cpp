@@ -58,17 +58,6 @@ TEST(Envelope, EqualsThePlainLoopBitForBit) {
   EXPECT_EQ(Envelope(y, 200), Envelope(y, 89));
 }
 
-// A mean of a straight line is the line itself, but for the rims, where copies of the end values
-// stand. Each cycle carries that inward by half a window.
-TEST(Envelope, LeavesAStraightLineAlone) {
-  ws.autosubcycles = 5;
-  std::vector<float> y(2000);
-  for (int i = 0; i < 2000; ++i) y[i] = 300.0f + 0.25f * i;
-  const std::vector<float> out = Envelope(y, 41);
-  for (int i = 5 * 20 + 7; i < 2000 - (5 * 20 + 7); ++i) EXPECT_NEAR(out[i], y[i], 0.01f) << i;
-  EXPECT_EQ(Envelope(std::vector<float>(500, 123.0f), 41), std::vector<float>(500, 123.0f));
-}
-
 // A broad hump with narrow peaks on it, as a glassy sample gives. 25 means of 4.02 degrees widen a
 // Gaussian of sigma 20 by a variance of 25 * 4.02^2 / 12 = 33.7, which takes 1 - 20 / sqrt(433.7)
 // or 4 percent off its top of 600: 3 percent of the hump with its floor. Peaks leave no trace.
