@@ -44,10 +44,12 @@ awk -F '\t' -v name="${pattern##*/}" '
     if (n < 1) next
     printf "%s holds %d points from %.4f to %.4f degrees two-theta", name, n, x[1], x[n]
     if (n > 1) printf ", a step of %.4f", (x[n] - x[1]) / (n - 1)
-    printf ".\nWavelength %.5f angstrom, %.0f counts in all.\n", wavelength, sum
+    printf ".\n"
+    if (wavelength > 0) printf "Wavelength %.5f angstrom, ", wavelength
+    printf "%.0f counts in all.\n", sum
     half = atan2(0, -1) / 360
     printf "The strongest line stands at %.4f degrees with %.0f counts", x[best], y[best]
-    if (x[best] > 0)
+    if (x[best] > 0 && wavelength > 0)
       printf ", d = %.4f angstrom", wavelength / (2 * sin(x[best] * half))
     print "."
   }
