@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <array>
 
 #include "plot/drawing.h"
@@ -24,16 +23,9 @@ class AnalysisPlots : public testing::Test {
   // Numbers of the parameter line.
   static std::vector<float> Parameters() {
     std::vector<float> numbers;
-    for (const ReadText& t : ReadTexts(ScreenList(), 18, 0, 8)) {
-      std::string text = t.text;
-      if (text.find('=') == text.npos) continue;
-      std::replace(text.begin(), text.end(), '=', ' ');
-      for (std::size_t at = 0; (at = text.find_first_of("-.0123456789", at)) != text.npos;) {
-        const std::size_t end = text.find_first_not_of("-.0123456789", at);
-        numbers.push_back(std::stof(text.substr(at, end - at)));
-        at = end == text.npos ? end : end + 1;
-      }
-    }
+    for (const ReadText& t : ReadTexts(ScreenList(), 18, 0, 8))
+      for (std::size_t at = 0; (at = t.text.find('=', at)) != t.text.npos;)
+        numbers.push_back(std::stof(t.text.substr(++at)));
     return numbers;
   }
   // Squares of the size of a marker.
@@ -54,9 +46,8 @@ TEST_F(AnalysisPlots, CagliotiModelComesBack) {
   });
   RedrawView(0);
   // The curve runs through the markers.
-  Path curve;
-  for (const Path& path : Strokes(ScreenList(), colours::kBlack))
-    if (path.size() == 200) curve = path;
+  const auto strokes = Strokes(ScreenList(), colours::kBlack);
+  const Path curve = *std::ranges::find(strokes, 200u, &Path::size);
   for (const Path& marker : Markers(colours::kBlack)) {
     const float x = (marker[0].x + marker[2].x) / 2, y = (marker[0].y + marker[2].y) / 2;
     EXPECT_TRUE(std::any_of(curve.begin(), curve.end(), [=](DrawPoint p) {
@@ -94,37 +85,28 @@ TEST_F(AnalysisPlots, RightAndLeftPointsWhereTheyExist) {
   EXPECT_EQ(Markers(colours::kGreen).size(), 3u);
 }
 
-TEST_F(AnalysisPlots, TooFewPeaks) {
-  for (ws.viewmode = 3; ws.viewmode <= 4; ++ws.viewmode) {
-    ws.npeaks = 1;
-    Events();
-    RedrawView(0);
-    EXPECT_EQ(Events(), std::vector<std::string>{"box\tWarning\tToo few points to plot"});
-  }
-}
-
-// From two peaks to a full list, with hostile widths, in windows of several shapes: nothing leaves
-// the window, and what is written stays inside the frame or clear of it.
-TEST_F(AnalysisPlots, StayInTheWindow) {
-  for (const auto& [width, height] : {std::pair{640, 480}, {1536, 864}, {600, 1200}})
-    for (int n : {2, 3, 20, MaxPeaks})
-      for (int view : {3, 4})
-        for (int kind : {1, 2}) {
-          SCOPED_TRACE(testing::Message() << n << " peaks, view " << view << " " << kind);
-          SetPeaks(n, [](float tth) { return 0.05f + tth * 0.001f; });
-          ws.peaks(pfwhm, n) = NAN;
-          ws.peaks(pfwhm, 1) = 1e-3f;  // below the instrument's: a very large size
-          ws.viewmode = view;
-          ws.analysiskind = kind;
-          OpenWindow(width, height);
-          RedrawView(0);
-          ExpectInside(ScreenList(), 1000, 1000);
-          for (const ReadText& t : ReadTexts(ScreenList(), 18, 0, 8)) {
-            if (t.begin.y < 100) continue;  // the label of the axis
-            EXPECT_GT(t.begin.x, 100);
-            EXPECT_LT(t.end.x, 950);
-          }
-        }
+// One peak is told of; two or three are drawn, without the numbers of a model that they leave open.
+// Nothing leaves the window, hostile widths included.
+TEST_F(AnalysisPlots, FromOnePeakToAFullList) {
+  OpenWindow(640, 480);
+  for (const auto& [view, kind, terms] : {std::array{3, 1, 3}, {3, 2, 3}, {4, 1, 999}, {4, 2, 2}})
+    for (int n : {1, 2, 3, 4, MaxPeaks}) {
+      SCOPED_TRACE(testing::Message() << n << " peaks, view " << view << " " << kind);
+      ws.viewmode = view;
+      ws.analysiskind = kind;
+      SetPeaks(n, [](float tth) { return 0.2f + tth * 0.001f; });
+      RedrawView(0);
+      if (n == 1) {
+        EXPECT_EQ(Events(), std::vector<std::string>{"box\tWarning\tToo few points to plot"});
+        continue;
+      }
+      EXPECT_EQ(Markers(colours::kBlack).size(), static_cast<std::size_t>(n));
+      EXPECT_EQ(Parameters().size(), static_cast<std::size_t>(n > terms ? terms : 0));
+      ws.peaks(pfwhm, n) = NAN;
+      ws.peaks(pfwhm, 1) = 1e-3f;  // below the instrument's: a very large size
+      RedrawView(0);
+      ExpectInside(ScreenList(), 1000, 1000);
+    }
 }
 
 }  // namespace

@@ -5,16 +5,18 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
+#include <span>
 #include <string>
 #include <vector>
 
+#include "plot/dataposition.h"
 #include "plot/page.h"
 #include "plot/penplot.h"
 #include "plot/plot.h"
 #include "support/support.h"
 #include "toolkit/common.h"  // for PaperList
 #include "toolkit/toolkit.h"
-#include "workspace/workspace.h"
 
 using Path = std::vector<DrawPoint>;
 
@@ -45,19 +47,20 @@ inline std::vector<Path> Strokes(const DisplayList& list = ScreenList(), int col
 inline std::vector<Path> Curves(int colour) {
   auto found = Strokes(ScreenList(), colour);
   for (Path& path : found)
-    for (DrawPoint& p : path)
-      p = {(p.x - ws.plotx0) * ws.xperunit + ws.viewxmin,
-           (p.y - ws.ploty0) * ws.yperunit + ws.viewymin};
+    for (DrawPoint& p : path) {
+      const DataPoint at = ToData(p.x, p.y);
+      p = {at.x, at.y};
+    }
   return found;
 }
 
 // The stroke of a colour with the most points that is wider than a letter.
 inline Path Curve(int colour) {
-  Path longest;
-  for (const Path& path : Curves(colour))
-    if (path.size() > longest.size() && std::abs(path.back().x - path.front().x) > 25 * ws.xperunit)
-      longest = path;
-  return longest;
+  auto curves = Curves(colour);
+  std::erase_if(curves, [](const Path& path) {
+    return std::abs(path.back().x - path.front().x) <= 25 * ws.xperunit;
+  });
+  return curves.empty() ? Path{} : *std::ranges::max_element(curves, {}, &Path::size);
 }
 
 struct ReadText {
@@ -70,64 +73,52 @@ struct ReadText {
 // which is left empty. A text goes on behind no more than `mostblanks` blanks.
 inline std::vector<ReadText> ReadTexts(const DisplayList& list, float height, float angle = 0,
                                        int mostblanks = 0) {
-  struct Letter {
-    char c;
-    std::vector<Path> strokes;
-  };
-  static const std::string kLetters =
-      "0123456789.-ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz=()%/_:";
-  const std::vector<Path> drawn = Strokes(list);
-  std::vector<Letter> letters;
+  const DisplayList drawn = list;
+  std::vector<std::pair<Path, char>> letters;
   PlotInit();
-  for (char c : kLetters) {
+  for (char c :
+       std::string("0123456789.-ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz=()%/_:")) {
     IGrAreaClear();
-    DrawText(50, 50, std::string(1, c), height, angle, 1);
-    letters.push_back({c, Strokes(list)});
+    DrawText(0, 0, {&c, 1}, height, angle, 1);
+    letters.emplace_back(list.points, c);
   }
   IGrAreaClear();
   // Letters that are part of another come behind it.
-  std::stable_sort(letters.begin(), letters.end(), [](const Letter& a, const Letter& b) {
-    return a.strokes.size() > b.strokes.size();
-  });
+  std::ranges::stable_sort(letters, std::greater{}, [](const auto& l) { return l.first.size(); });
 
-  const auto matches = [&](const Letter& letter, std::size_t at, DrawPoint& shift) {
-    if (at + letter.strokes.size() > drawn.size()) return false;
-    shift = {drawn[at][0].x - letter.strokes[0][0].x, drawn[at][0].y - letter.strokes[0][0].y};
-    for (std::size_t s = 0; s < letter.strokes.size(); ++s) {
-      const Path &a = letter.strokes[s], &b = drawn[at + s];
-      if (a.size() != b.size()) return false;
-      for (std::size_t i = 0; i < a.size(); ++i)
-        if (std::hypot(a[i].x + shift.x - b[i].x, a[i].y + shift.y - b[i].y) > 0.01f * height)
-          return false;
-    }
-    return true;
-  };
-  const float c = std::cos(angle / RadToDeg) * WInfoGrReal(GraphicsGlyphX),
-              s = std::sin(angle / RadToDeg) * WInfoGrReal(GraphicsGlyphY);
-  const auto along = [&](DrawPoint from, float units) {
-    return DrawPoint{from.x + units * height * c, from.y + units * height * s};
+  const float c = std::cos(angle / RadToDeg) * WInfoGrReal(GraphicsGlyphX) * height,
+              s = std::sin(angle / RadToDeg) * WInfoGrReal(GraphicsGlyphY) * height;
+  const auto near = [=](DrawPoint a, DrawPoint b, float share) {
+    return std::hypot(a.x - b.x, a.y - b.y) < share * height;
   };
   std::vector<ReadText> texts;
-  for (std::size_t at = 0; at < drawn.size();) {
-    DrawPoint shift{};
-    const auto letter = std::find_if(letters.begin(), letters.end(),
-                                     [&](const Letter& l) { return matches(l, at, shift); });
-    if (letter == letters.end()) {
-      ++at;
-      continue;
-    }
-    at += letter->strokes.size();
-    const DrawPoint begin{50 + shift.x, 50 + shift.y};
+  std::size_t read = 0;  // points of letters known so far
+  for (const Stroke& stroke : drawn.strokes) {
+    if (stroke.first < read) continue;
+    const std::span rest = std::span(drawn.points).subspan(stroke.first);
+    DrawPoint begin{};
+    const auto letter = std::ranges::find_if(letters, [&](const auto& l) {
+      begin = {rest[0].x - l.first[0].x, rest[0].y - l.first[0].y};
+      const auto same = [&](DrawPoint own, DrawPoint found) {
+        return near({own.x + begin.x, own.y + begin.y}, found, 0.01f);
+      };
+      return rest.size() >= l.first.size() &&
+             std::equal(l.first.begin(), l.first.end(), rest.begin(), same);
+    });
+    if (letter == letters.end()) continue;
+    read = stroke.first + letter->first.size();
     // Behind the last text, with blanks between, or the first letter of another.
     int blanks = -1;
     for (int k = 0; !texts.empty() && k <= mostblanks; ++k) {
-      const DrawPoint next = along(texts.back().end, 0.25f + 0.75f * static_cast<float>(k));
-      if (std::hypot(next.x - begin.x, next.y - begin.y) < 0.03f * height) blanks = k;
+      const float gap = 0.25f + 0.75f * static_cast<float>(k);
+      const DrawPoint end = texts.back().end;
+      if (near({end.x + gap * c, end.y + gap * s}, begin, 0.03f)) blanks = k;
     }
     if (blanks < 0) texts.push_back({"", begin, begin});
-    texts.back().text += std::string(std::max(blanks, 0), ' ') + letter->c;
-    texts.back().end = along(begin, 0.5f);
+    texts.back().text += std::string(std::max(blanks, 0), ' ') + letter->second;
+    texts.back().end = {begin.x + 0.5f * c, begin.y + 0.5f * s};
   }
+  std::erase_if(texts, [](const ReadText& t) { return t.text == "-"; });  // that is a tick
   return texts;
 }
 

@@ -1,4 +1,4 @@
-#include <algorithm>
+#include <array>
 #include <functional>
 
 #include "plot/drawing.h"
@@ -11,6 +11,7 @@ using namespace colours;
 constexpr float kPeak = 28.44f, kStep = 0.1f;
 float Counts(float tth) { return 100 + 900 * std::exp(-(tth - kPeak) * (tth - kPeak) / 2); }
 float D(float tth) { return 1.54056f / 2 / std::sin(tth / 2 / RadToDeg); }
+float Q(float tth) { return 6.283185f / D(tth); }
 
 // As the mouse leaves a rubber band.
 void Band(float x1, float x2, float y1, float y2) {
@@ -43,15 +44,10 @@ class PatternPlot : public testing::Test {
 TEST_F(PatternPlot, EveryPointStandsAtItsPlaceAndTheRangesAreWrittenBack) {
   for (int fullrange : {1, 0}) {  // what was written back is what is drawn again
     RedrawView(fullrange);
-    for (const auto& [field, value] : {std::pair{ws.viewxmin, 20.0f},
-                                       {ws.viewxmax, 60.0f},
-                                       {ws.viewymin, 100.0f},
-                                       {ws.viewymax, 1000.0f},
-                                       {ws.plotxmin, 20.0f},
-                                       {ws.plotxmax, 60.0f},
-                                       {ws.xperunit, 40.0f / 850},
-                                       {ws.yperunit, 900.0f / 850}})
-      EXPECT_FLOAT_EQ(field, value);
+    const std::array found{ws.viewxmin, ws.viewxmax, ws.viewymin, ws.viewymax,
+                           ws.plotxmin, ws.plotxmax, ws.xperunit, ws.yperunit};
+    EXPECT_EQ(found,
+              (std::array{20.0f, 60.0f, 100.0f, 1000.0f, 20.0f, 60.0f, 40.0f / 850, 900.0f / 850}));
     const Path curve = Curve(kBlack);
     ASSERT_EQ(curve.size(), 401u);
     for (int i = 1; i <= 401; ++i) {
@@ -86,6 +82,14 @@ TEST_F(PatternPlot, CurvesInEveryView) {
       RedrawView(1);
     };
   };
+  const auto axes = [](int x, int y, float first) {
+    return [=] {
+      ws.xaxismode = x;
+      ws.yaxismode = y;
+      ws.yval(SlotInput, 1) = first;
+      RedrawView(1);
+    };
+  };
   const auto band = [](float x1, float x2, float y1, float y2) {
     return [=] {
       ws.plotmask = PlotInput;
@@ -93,19 +97,9 @@ TEST_F(PatternPlot, CurvesInEveryView) {
     };
   };
   const View kViews[] = {
-      {"log, zero counts",
-       [] { ws.yaxismode = 2, ws.yval(1, 1) = 0, RedrawView(1); },
-       kBlack,
-       401,
-       {20, 0},
-       {60, 2}},
-      {"d", [] { ws.xaxismode = AxisD, RedrawView(1); }, kBlack, 401, {D(20), 100}, {D(60), 100}},
-      {"Q",
-       [] { ws.xaxismode = AxisQ, RedrawView(1); },
-       kBlack,
-       401,
-       {6.283185f / D(20), 100},
-       {6.283185f / D(60), 100}},
+      {"log, zero counts", axes(AxisTth, 2, 0), kBlack, 401, {20, 0}, {60, 2}},
+      {"d", axes(AxisD, 1, 100), kBlack, 401, {D(20), 100}, {D(60), 100}},
+      {"Q", axes(AxisQ, 1, 100), kBlack, 401, {Q(20), 100}, {Q(60), 100}},
       {"band", band(25.03f, 32.05f, 150, 700), kBlack, 70, {25.1f, 150}, {32, 150}},
       {"band of ten steps", band(25, 25.9f, 150, 700), kBlack, 401, {20, 100}, {60, 100}},
       {"band of 4 counts", band(25, 32, 150, 154), kBlack, 401, {20, 100}, {60, 100}},
@@ -173,9 +167,7 @@ TEST_F(PatternPlot, ManualPointsGridAndOverlayName) {
   ws.overlayname(1) = "/data/a-name-of-twenty-four.v2.xy";
   RedrawView(1);
   const auto names = ReadTexts(ScreenList(), 1.2f * 15);
-  const auto name = std::find_if(names.begin(), names.end(), [](const ReadText& t) {
-    return t.text == "a-name-of-twenty-fou";
-  });
+  const auto name = std::ranges::find(names, "a-name-of-twenty-fou", &ReadText::text);
   ASSERT_NE(name, names.end());
   EXPECT_NEAR(name->end.x, 940, 0.1f);
   EXPECT_NEAR(name->begin.y + 18, 950 - 20 - 30, 0.1f);
@@ -225,7 +217,7 @@ TEST_F(PatternPlot, HeaderBlockOnPaper) {
     RedrawView(1);
     ExpectInside(PaperList(), 180, 254);
     const auto lines = Lines(ReadTexts(PaperList(), 15 * PaperScale, 0, 24));
-    const std::vector<std::string> kBlock = {
+    const std::vector<std::string> block = {
         "Quillagram              Crystallography",
         "Sample:                  Silicon",
         "Exposure time:           " + std::string(e.shown),
@@ -233,7 +225,7 @@ TEST_F(PatternPlot, HeaderBlockOnPaper) {
         "Pattern file:            /data/silicon.xy",
         "Crystallinity:            45.25 ( 10.00- 90.00)",
     };
-    EXPECT_EQ(std::vector(std::find(lines.begin(), lines.end(), kBlock[0]), lines.end()), kBlock);
+    EXPECT_EQ(std::vector(std::ranges::find(lines, block[0]), lines.end()), block);
   }
 }
 
