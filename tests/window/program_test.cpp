@@ -13,12 +13,18 @@ struct Outcome {
   std::string out, err;
 };
 
-Outcome Start(const char* program, const QStringList& arguments, bool display = false) {
-  QProcess process;
+QProcessEnvironment Environment() {
   QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-  if (!display)
-    for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
-      environment.remove(name);
+  environment.insert("ASAN_OPTIONS", "detect_leaks=0");
+  return environment;
+}
+
+// Without a display.
+Outcome Start(const char* program, const QStringList& arguments) {
+  QProcess process;
+  QProcessEnvironment environment = Environment();
+  for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
+    environment.remove(name);
   process.setProcessEnvironment(environment);
   process.start(program, arguments);
   EXPECT_TRUE(process.waitForFinished());
@@ -53,7 +59,7 @@ TEST(Program, SaysThatThereIsNoDisplay) {
 TEST(Program, EndsNormallyWhenAskedTo) {
   QTemporaryDir home;
   QProcess process;
-  QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+  QProcessEnvironment environment = Environment();
   environment.insert("QUILLAGRAM_HOME", home.path());
   process.setProcessEnvironment(environment);
   process.start(QUILLAGRAM_PROGRAM, QStringList());
