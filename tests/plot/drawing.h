@@ -133,17 +133,3 @@ inline void ExpectInside(const DisplayList& list, float width, float height) {
   for (const DrawPoint& p : list.points)
     ASSERT_TRUE(p.x >= 0 && p.x <= width && p.y >= 0 && p.y <= height) << p.x << " " << p.y;
 }
-
-// n points of two-theta from `first` on.
-template <class Counts>
-void LoadPattern(int n, float first, float step, Counts counts) {
-  ws.viewmode = 1;
-  ws.plotmask = PlotInput;
-  for (int slot : {SlotInput, SlotNet, SlotRefined, SlotBackground}) ws.npts(slot) = n;
-  for (int i = 1; i <= n; ++i) {
-    const float x = first + step * static_cast<float>(i - 1);
-    ws.xval(AxisTth, SlotInput, i) = x;
-    ws.yval(SlotInput, i) = counts(x);
-  }
-  ComputeXAxes();
-}

@@ -23,20 +23,26 @@ void Band(float x1, float x2, float y1, float y2) {
   RedrawView(0);
 }
 
-void FillSlot(int slot, int n, float y) {
+// n points of two-theta from `first` on.
+void FillSlot(int slot, int n, const std::function<float(float)>& counts, float first = 20,
+              float step = kStep) {
   ws.npts(slot) = n;
-  ws.wavelen(slot) = slot >= SlotOverlay ? CuKalpha1 : ws.wavelen(slot);
+  ws.wavelen(slot) = 1.54056f;
   for (int i = 1; i <= n; ++i) {
-    ws.xval(AxisTth, slot, i) = 20 + kStep * static_cast<float>(i - 1);
-    ws.yval(slot, i) = y;
+    const float x = first + step * static_cast<float>(i - 1);
+    ws.xval(AxisTth, slot, i) = x;
+    ws.yval(slot, i) = counts(x);
   }
+  ComputeXAxes();
 }
 
 class PatternPlot : public testing::Test {
  protected:
   void SetUp() override {
     FreshWorkspace();
-    LoadPattern(401, 20, kStep, Counts);
+    ws.viewmode = 1;
+    ws.plotmask = PlotInput;
+    FillSlot(SlotInput, 401, Counts);
     ws.stem20 = "silicon";
   }
 };
@@ -74,7 +80,7 @@ struct View {
 TEST_F(PatternPlot, CurvesInEveryView) {
   const auto with = [](int mask, int slot, float y, int n = 401) {
     return [=] {
-      FillSlot(slot, n, y);
+      FillSlot(slot, n, [=](float) { return y; });
       ws.plotmask = mask;
       ws.noverlay = std::max(0, slot - SlotOverlay + 1);
       ws.displacex = 0.5f;
@@ -134,7 +140,7 @@ TEST_F(PatternPlot, CurvesInEveryView) {
 }
 
 TEST_F(PatternPlot, BandClipsOtherCurvesAndTicks) {
-  FillSlot(SlotRefined, 401, 300);
+  FillSlot(SlotRefined, 401, [](float) { return 300.0f; });
   ws.plotmask = PlotInput | PlotRefined | PlotPeaks;
   ws.npeaks = 4;
   for (const auto& [j, tth] : {std::pair{1, 0.0f}, {2, 22.0f}, {3, kPeak}, {4, 50.0f}})
@@ -186,10 +192,11 @@ TEST_F(PatternPlot, WhatCannotBeDrawnIsToldOnce) {
     for (int slot = 1; slot <= 4; ++slot) ws.npts(slot) = n;
     complains("nstep = 0");
   }
-  LoadPattern(50, 0, 0, Counts);  // every point at 0
+  FillSlot(SlotInput, 50, Counts, 0, 0);  // every point at 0
   for (ws.xaxismode = AxisTth; ws.xaxismode <= AxisQ; ++ws.xaxismode) complains("amin = amax");
   ws.xaxismode = AxisTth;
-  LoadPattern(401, 20, kStep, [](float) { return 0.0f; });  // flat patterns are drawn
+  ws.plotmask = PlotInput;
+  FillSlot(SlotInput, 401, [](float) { return 0.0f; });  // flat patterns are drawn
   RedrawView(1);
   EXPECT_EQ(Curve(kBlack).size(), 401u);
   ws.yval(SlotInput, 7) = NAN;
@@ -204,7 +211,10 @@ TEST_F(PatternPlot, HeaderBlockOnPaper) {
   } kExposures[] = {{"45", "45 s"}, {"        60", "1 min"}, {"330", "5 min 30 s"}, {"3600", "1 h"},
                     {"0", "0"},     {"7500", "2 h 5 min"},   {"two days", "0"}};
   ws.infodepartment = "Crystallography";
+  ws.infoaddress = "12 Long Street";
   ws.sampleid = "Silicon";
+  ws.gdfhead(5) = "A. Person";
+  ws.scandate = "2026-03-01";
   ws.patternpath = "/data/silicon.xy";
   ws.profrvalue = 0.04567f;
   ws.crystallinity = 45.25f;
@@ -217,14 +227,15 @@ TEST_F(PatternPlot, HeaderBlockOnPaper) {
     RedrawView(1);
     ExpectInside(PaperList(), 180, 254);
     const auto lines = Lines(ReadTexts(PaperList(), 15 * PaperScale, 0, 24));
-    const std::vector<std::string> block = {
-        "Quillagram              Crystallography",
-        "Sample:                  Silicon",
-        "Exposure time:           " + std::string(e.shown),
-        "Profile R-value:          0.04567",
-        "Pattern file:            /data/silicon.xy",
-        "Crystallinity:            45.25 ( 10.00- 90.00)",
-    };
+    const std::vector<std::string> block = {"Quillagram              Crystallography",
+                                            "12 Long Street",
+                                            "Sample:                  Silicon",
+                                            "Operator:                 A. Person",
+                                            "Exposure time:           " + std::string(e.shown),
+                                            "Profile R-value:          0.04567",
+                                            "Pattern file:            /data/silicon.xy",
+                                            "Data collection date:    2026-03-01",
+                                            "Crystallinity:            45.25 ( 10.00- 90.00)"};
     EXPECT_EQ(std::vector(std::ranges::find(lines, block[0]), lines.end()), block);
   }
 }
