@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "background/background.h"
+#include "background/curve.h"
 #include "peaks/gaussmatch.h"
 #include "peaks/peaklist.h"
 #include "peaks/peaks.h"
@@ -29,10 +30,10 @@ List MiddleMeans(const List& y, int m) {
 // Moving average of both lists with a window of m points. Unlike the one of the Modify menu, which
 // is only given odd windows, it takes even ones as they are: they scale a list by (m - 1)/m and
 // leave point m/2 at 0. At the ends the window of y shrinks to what the list has, and x stays. A
-// window wider than the list does nothing.
+// list too short for the ends does nothing.
 void MovingAverage(List& x, List& y, int m) {
   const int n = static_cast<int>(y.size()) - 1, h = (m - 1) / 2;
-  if (m < 2 || m > n) return;
+  if (m < 2 || 2 * h > n) return;
   List xmean = MiddleMeans(x, m), ymean = MiddleMeans(y, m);
   float head = 0, tail = 0;
   for (int count = 1; count <= 2 * h; ++count) {
@@ -86,11 +87,12 @@ std::vector<Candidate> FindRuns(const List& e, int lo, int hi) {
   return found;
 }
 
-// Puts the background into slot 2: a window of about one degree, or two for broad peaks.
+// Puts the background into slot 2, for the Background menu too: a window of about one degree, or
+// two for broad peaks.
 void SearchBackground(int n, float s) {
   int window = std::clamp(nint(1.0f / s), -MaxPoints, MaxPoints) + 1;
   if (ws.pkmaxfwhm > 0.5f) window = 2 * window - 1;
-  std::copy_n(&ws.xval(AxisTth, SlotInput, 1), n, &ws.xval(AxisTth, SlotBackground, 1));
+  PutBackgroundOnInputGrid();
   std::copy_n(&ws.yval(SlotInput, 1), n, &ws.yval(SlotBackground, 1));
   BackgroundEnvelope(&ws.yval(SlotBackground, 1), n, window);
 }
