@@ -24,8 +24,7 @@ void ShowBusy(bool now) {
 }
 
 bool StartsCommand(int type) {
-  return type == MessageKey || type == MessageMenu || type == MessageButton ||
-         type == MessageFileDropped;
+  return type == MessageMenu || type == MessageButton || type == MessageFileDropped;
 }
 
 }  // namespace
