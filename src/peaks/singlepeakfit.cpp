@@ -38,6 +38,7 @@ Points CollectVisible() {
 float FirstStep() { return ws.xval(AxisTth, SlotInput, 2) - ws.xval(AxisTth, SlotInput, 1); }
 
 float MeanWidth(const Parameters& p) { return (p[6] + p[4]) / 2; }
+float MeanShape(const Parameters& p) { return (p[7] + p[5]) / 2; }
 
 // Fits from the points alone. False if that failed, could not begin (p then stays at zero), or
 // ended beyond all numbers.
@@ -46,7 +47,7 @@ bool FitPass(const Points& points, std::vector<float>& calc, Parameters& p) {
   const int n = static_cast<int>(points.x.size());
   calc.resize(n);
   if (PeakProfileFit(points.x.data(), points.y.data(), calc.data(), n, p) < 0) return false;
-  return p != Parameters{} && std::isfinite(MeanWidth(p));
+  return p != Parameters{} && std::isfinite(MeanWidth(p)) && std::isfinite(MeanShape(p));
 }
 
 // The points up to `spfinalhw` mean widths from the position; none for a negative width.
@@ -71,11 +72,12 @@ float InstrumentWidth(float position) {
 }
 
 // Scherrer size in angstrom with the width that is left after the instrument's, by plain
-// difference. A peak narrower than the instrument's gets a negative size.
+// difference. A peak narrower than the instrument's gets a negative size; 0 where there is none.
 float ParticleSize(float position, float width) {
   const float net = width - InstrumentWidth(position);
   if (std::fabs(net) <= 0.001f) return 0;
-  return ws.wavelen(1) * RadToDeg * ws.spgeom / std::cos(position / 2 / RadToDeg) / net;
+  const float size = ws.wavelen(1) * RadToDeg * ws.spgeom / std::cos(position / 2 / RadToDeg) / net;
+  return std::isfinite(size) ? size : 0;
 }
 
 void KeepResults(const Parameters& p) {
@@ -86,7 +88,7 @@ void KeepResults(const Parameters& p) {
   ws.spfwhmmean = MeanWidth(p);
   ws.spshapeleft = p[5];
   ws.spshaperight = p[7];
-  ws.spshapemean = (p[5] + p[7]) / 2;
+  ws.spshapemean = MeanShape(p);
   ws.spsize = ParticleSize(ws.spposition, ws.spfwhmmean);
 }
 
