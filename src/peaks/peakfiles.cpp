@@ -39,9 +39,9 @@ bool WritePeakFile(LineWriter& file) {
   return file.Close();
 }
 
-// Reads a line into a row, which stays as it was if the line is empty or holds no proper numbers.
+// Reads a line into a row, which stays as it was if the line holds no proper numbers.
 bool ReadPeak(std::string line, int row) {
-  if (CleanNumberLine(line) != 0) return false;
+  CleanNumberLine(line);
   std::array<float, 6> v{};
   Hkl r;
   int multiplicity = 0;
@@ -55,12 +55,12 @@ bool ReadPeak(std::string line, int row) {
   return true;
 }
 
-// Reads up to the first line that is no peak or the end; returns the number of rows. A header line
+// Reads up to the first line that is empty or no peak; returns the number of rows. A header line
 // uses up a row, which keeps what it held.
 int ReadPeakFile(LineReader& file) {
   std::string line;
   int rows = 0;
-  while (file.Read(line)) {
+  while (file.Read(line) && !line.empty()) {
     if (rows == MaxPeaks) {
       TellListFull();
       break;
