@@ -10,17 +10,10 @@
 
 namespace {
 
-class PeakList : public testing::Test {
- protected:
-  void SetUp() override {
+struct PeakList : testing::Test {
+  PeakList() {
     FreshWorkspace();
     simulate::Load({.peaks = {simulate::Symmetric(50, 1000, 0.12)}});
-  }
-  std::vector<std::string> LoadFile(const std::string& content) {
-    WriteFile(dir.file("a.pks"), content);
-    Answer("file \"" + dir.file("a.pks") + "\"");
-    LoadPeaks();
-    return Events();
   }
   TempDir dir;
 };
@@ -62,82 +55,57 @@ TEST_F(PeakList, PansBesideTheDialog) {
   }
 }
 
-TEST_F(PeakList, SavesFixedColumnsAndReadsThemBack) {
+TEST_F(PeakList, SavesFixedColumnsInOrder) {
   ws.npeaks = 2;
   const float rows[2][8] = {{50.1234f, 1520.26f, 0.12342f, 0.5f, 0.1f, 0.4f, 4060302, 8},
                             {7.5f, 99999.9f, 0.08f, -0.25f, 0, 0, 0, 0}};
   for (int j = 1; j <= 2; ++j)
     for (int field = 1; field <= 8; ++field) ws.peaks(field, j) = rows[j - 1][field - 1];
-  const std::string file = dir.file("x y%s.pks");
-  Answer("file \"" + file + "\"");
-  SavePeaks();
-  const std::string text =
-      "    7.500   99999.9   0.0800  -0.2500   0.0000   0.0000    0    0    0    1\n"
-      "   50.123    1520.3   0.1234   0.5000   0.1000   0.4000    0    0    0    1\n";
-  EXPECT_EQ(ReadFile(file), text);
-  EXPECT_EQ(ws.peakfilename, file);
-  ClearPeaks();
-  EXPECT_EQ(ws.peaks(pmult, 2), 0);
-  Answer("file \"" + file + "\"");
-  LoadPeaks();
-  ASSERT_EQ(ws.npeaks, 2);
-  EXPECT_EQ(ws.peaks(ptth, 2), 50.123f);
-  EXPECT_EQ(ws.peaks(pshaper, 2), 0.4f);
-  EXPECT_EQ(ws.peaks(pmult, 2), 1);
-  EXPECT_EQ(ws.plotmask, 33);
-
-  Events();
-  Answer("file \"" + dir.file("none/x.pks") + "\"");
-  SavePeaks();
-  EXPECT_EQ(Events().back(), "box\tFile Error\tError opening peak file");
-  const std::string full = dir.file("full.pks");
+  const std::string file = dir.file("x y%s.pks"), full = dir.file("full.pks");
   std::filesystem::create_symlink("/dev/full", full);
-  Answer("file \"" + full + "\"");
+  Answer("file \"" + file + "\"\nfile \"" + full + "\"");
+  SavePeaks();
+  EXPECT_EQ(ReadFile(file),
+            "    7.500   99999.9   0.0800  -0.2500   0.0000   0.0000    0    0    0    1\n"
+            "   50.123    1520.3   0.1234   0.5000   0.1000   0.4000    0    0    0    1\n");
   SavePeaks();
   EXPECT_EQ(Events().back(), "box\tError\tError writing " + full);
-  ws.npeaks = 0;
+  ClearPeaks();
+  EXPECT_EQ(ws.peaks(pmult, 2), 0);
   SavePeaks();
   EXPECT_EQ(Events(), std::vector<std::string>{"box\tError\tNo peaks in list"});
 }
 
 TEST_F(PeakList, LoadsWhatIsThereAndEndsCleanly) {
-  std::string long_list;
-  for (int i = 1; i <= 300; ++i) long_list += std::to_string(i) + " 1 1\n";
+  std::string lines;
+  for (int i = 1; i <= 300; ++i) lines += std::to_string(i) + " 1 1\n";
   const struct {
     const char* name;
     std::string content;
     int rows;
     float last[8];  // fields of the last row
   } table[] = {
-      {"indices",
-       "20 300 .1 .5 .2 .6 1 -2 3 12\n",
-       1,
-       {20, 300, 0.1f, 0.5f, 0.2f, 0.6f, 101 + 200 * 98 + 40000 * 103, 12}},
-      {"300 lines", long_list, 200, {200, 1, 1, 0, 0, 0, 4020100, 0}},
-      {"header in front", "   TwoTh  Int\n20 300\n", 2, {20, 300, 0, 0, 0, 0, 4020100, 0}},
-      {"header alone", "   TwoTh  Int\n", 1, {77, 77, 77, 77, 77, 77, 77, 77}},
+      {"indices", "2 3 .1 .5 .2 .6 1 -2 3 12\n", 1, {2, 3, .1f, .5f, .2f, .6f, 4139701, 12}},
+      {"300 lines", lines, 200, {200, 1, 1, 0, 0, 0, 4020100, 0}},
+      {"header", "   TwoTh  Int\n", 1, {77, 77, 77, 77, 77, 77, 77, 77}},
       {"blank line", "20 300\n  \n30 400\n", 1, {20, 300, 0, 0, 0, 0, 4020100, 0}},
       {"CRLF, no end", "20 300\r\n30 400", 2, {30, 400, 0, 0, 0, 0, 4020100, 0}},
       {"commas", "20,,0.1 , 0.5,,,,,1,2\n", 1, {20, 0, 0.1f, 0.5f, 0, 0, 4060100, 2}},
       {"letters", "20 300\nabc\n", 2, {0, 0, 0, 0, 0, 0, 4020100, 0}},
-      {"no number", "20 300\n1-2-3 4\n30 400\n", 1, {20, 300, 0, 0, 0, 0, 4020100, 0}},
       {"too large", "20 300\n1e99 4\n", 1, {20, 300, 0, 0, 0, 0, 4020100, 0}},
       {"indices out of range", "20 1 1 1 1 1 100 0 0 1\n", 1, {20, 1, 1, 1, 1, 1, 0, 1}},
   };
   for (const auto& row : table) {
-    SCOPED_TRACE(row.name);
     ws.peaks.fill(77);
-    const std::vector<std::string> events = LoadFile(row.content);
-    EXPECT_EQ(ws.npeaks, row.rows);
+    WriteFile(dir.file("a.pks"), row.content);
+    Answer("file \"" + dir.file("a.pks") + "\"");
+    LoadPeaks();
+    EXPECT_EQ(ws.npeaks, row.rows) << row.name;
     for (int field = 1; field <= 8; ++field)
-      EXPECT_EQ(ws.peaks(field, row.rows), row.last[field - 1]) << field;
-    EXPECT_EQ(ws.peaks(ptth, row.rows + 1), 77);
-    EXPECT_EQ(events.back().starts_with("status\t3\tPeak list is full"), row.rows == 200);
+      EXPECT_EQ(ws.peaks(field, row.rows), row.last[field - 1]) << row.name << " " << field;
+    EXPECT_EQ(ws.peaks(ptth, row.rows + 1), 77) << row.name;
+    EXPECT_EQ(Events().back().starts_with("status\t3\tPeak list is full"), row.rows == 200);
   }
-  ws.plotmask = 1;
-  LoadFile("");
-  EXPECT_EQ(ws.npeaks, 0);
-  EXPECT_EQ(ws.plotmask, 1);
 }
 
 // From a file to the fitted peak, the way a user goes.
@@ -151,25 +119,17 @@ TEST(PeakMenus, WorkTogether) {
   WriteFile(dir.file("p.xy"), text);
   const ReplayRun run = RunReplay(
       "open p.xy\nmenu 40105\nget npeaks\nmenu 40094\nfile out.pks\nmenu 40095\nget npeaks\n"
-      "menu 40103\nfile out.pks\nget npeaks\nget plotmask\nmenu 40104\n"
-      "menu 40106\nmouse right 25.02 100\nmouse right 50.02 100\nget npeaks\npress OK\n"
-      "drag 34 100 36 1100\nmenu 40020\nget spposition\npress OK\nget npeaks\nget plotmask\n"
+      "menu 40103\nfile out.pks\nget npeaks\n"
+      "menu 40106\nmouse right 25.02 100\nmouse right 50.02 100\npress OK\nget npeaks\n"
+      "drag 34 100 36 1100\nmenu 40020\npress OK\nget npeaks\n"
       "menu 40093\npress Fit\npress Cancel\nget npeaks\n"
       "menu 40111\nset \"Sigma factor\" 3\npress Search\nget npeaks\n",
       dir.path());
   EXPECT_EQ(run.status, 0);
-  std::vector<std::string> values;
+  std::string values;
   for (const std::string& line : run.lines)
-    if (line.starts_with("value")) values.push_back(line.substr(line.rfind('\t') + 1));
-  ASSERT_EQ(values.size(), 10u);
-  EXPECT_NEAR(std::stod(values[5]), 35, 1e-3);
-  values[5] = "35";
-  const std::vector<std::string> expected{"3", "0", "3", "33", "1", "35", "1", "53", "0", "3"};
-  EXPECT_EQ(values, expected);
-  const auto edited = [](const std::string& line) {
-    return line.starts_with("command\t") && line.ends_with("/out.pks");
-  };
-  EXPECT_EQ(std::ranges::count_if(run.lines, edited), 1);
+    if (line.starts_with("value")) values += line.substr(line.rfind('\t'));
+  EXPECT_EQ(values, "\t3\t0\t3\t1\t1\t0\t3");
 }
 
 }  // namespace

@@ -3,8 +3,8 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdint>
 #include <numbers>
+#include <random>
 #include <vector>
 
 #include "workspace/workspace.h"
@@ -44,16 +44,6 @@ inline double Alpha2Position(double tth) {
   return std::asin(std::sin(tth * rad) * Lambda2 / Lambda1) / rad;
 }
 
-// Reproducible normal deviate: a sum of twelve uniform ones.
-inline double Deviate(std::uint64_t& state) {
-  double sum = -6;
-  for (int i = 0; i < 12; ++i) {
-    state = state * 6364136223846793005u + 1442695040888963407u;
-    sum += static_cast<double>(state >> 11) * 0x1p-53;
-  }
-  return sum;
-}
-
 struct Pattern {
   double start = 10, step = 0.02;
   int points = 4001;
@@ -73,13 +63,14 @@ inline double Intensity(const Pattern& pattern, double x) {
 
 // Fills slot 1 and the fit wavelengths, and shows all of it. A seed makes the counts whole and
 // noisy.
-inline void Load(const Pattern& pattern, std::uint64_t seed = 0) {
-  std::uint64_t state = seed;
+inline void Load(const Pattern& pattern, unsigned seed = 0) {
+  std::mt19937 noise(seed);
+  std::normal_distribution<double> deviate;
   ws.npts(SlotInput) = pattern.points;
   for (int i = 1; i <= pattern.points; ++i) {
     const double x = pattern.start + pattern.step * (i - 1);
     double y = Intensity(pattern, x);
-    if (seed) y = std::max(0.0, std::round(y + std::sqrt(y) * Deviate(state)));
+    if (seed) y = std::max(0.0, std::round(y + std::sqrt(y) * deviate(noise)));
     ws.xval(AxisTth, SlotInput, i) = static_cast<float>(x);
     ws.yval(SlotInput, i) = static_cast<float>(y);
   }
