@@ -25,12 +25,15 @@ LineReader::LineReader(const std::string& path) {
   if (Fill() && std::string_view(at_, end_).starts_with(ByteOrderMark)) at_ += ByteOrderMark.size();
 }
 
-// Makes sure that there is something between at_ and end_; false at the end of the file.
+// Makes sure that there is something between at_ and end_, without NUL bytes; false at the end of
+// the file.
 bool LineReader::Fill() {
   if (at_ != end_) return true;
   if (!file_) return false;
   at_ = buffer_.get();
-  end_ = at_ + std::fread(buffer_.get(), 1, BufferSize, file_.get());
+  char* const last = buffer_.get() + std::fread(buffer_.get(), 1, BufferSize, file_.get());
+  end_ = last;
+  if (std::memchr(at_, '\0', end_ - at_)) std::replace(buffer_.get(), last, '\0', ' ');
   return at_ != end_;
 }
 
@@ -47,8 +50,6 @@ bool LineReader::Read(std::string& line, int width) {
     more = !lf && Fill();
   }
   if (line.size() == limit || (!line.empty() && line.back() == '\r')) line.pop_back();
-  if (std::memchr(line.data(), '\0', line.size()))
-    std::replace(line.begin(), line.end(), '\0', ' ');
   line.resize(TrimRight(line).size());
   return true;
 }

@@ -130,8 +130,10 @@ class RecordReader {
     const std::string_view field = record_.substr(std::min(at_, record_.size()), n);
     at_ += n;
     std::size_t used = 0, kept = 0;
-    for (; used < field.size() && field[used] != ','; ++used)
-      if (field[used] != ' ') room[kept++] = field[used];
+    for (; used < field.size() && field[used] != ','; ++used) {
+      room[kept] = field[used];
+      kept += field[used] != ' ';
+    }
     if (used < field.size()) at_ += used + 1 - n;
     return {room, kept};
   }

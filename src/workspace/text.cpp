@@ -8,7 +8,7 @@
 
 namespace {
 
-bool IsNumberChar(unsigned char c) { return (c >= '+' && c <= '9') || c == 'E' || c == 'e'; }
+bool IsNumberChar(char c) { return (c >= '+' && c <= '9') || c == 'E' || c == 'e'; }
 
 // Place behind the last character that ends a directory.
 std::size_t NameStart(std::string_view path) { return path.find_last_of(":\\/") + 1; }
@@ -64,21 +64,16 @@ int CleanNumberLine(std::string& line) {
   const std::string_view text = TrimRight(line);
   if (text.empty()) return 1;
   char* const start = line.data();
+  const char* const end = start + text.size();
   char* to = start;
-  bool blanks = false, aftercomma = true;  // nothing parts the first number from what is in front
-  for (const char c : text) {
-    if (!IsNumberChar(static_cast<unsigned char>(c))) {
-      blanks = true;
-      continue;
-    }
-    if (c == ',') {
-      if (to == start) continue;
-    } else if (blanks && !aftercomma) {
+  for (const char* at = start; at != end;) {
+    const char* const gap = at;
+    while (at != end && !IsNumberChar(*at)) ++at;
+    if (to == start)  // commas in front of the first number part nothing
+      while (at != end && *at == ',') ++at;
+    else if (at != gap && at != end && *at != ',' && to[-1] != ',')
       *to++ = ',';
-    }
-    aftercomma = c == ',';
-    blanks = false;
-    *to++ = c;
+    while (at != end && IsNumberChar(*at)) *to++ = *at++;
   }
   line.resize(static_cast<std::size_t>(to - start));
   return 0;
