@@ -1,5 +1,7 @@
 // Writer of the dat format: start, step and stop, then ten values a line. Only whole lines are
 // written.
+#include <cmath>
+
 #include "patternfiles/patternfiles.h"
 #include "patternfiles/writecommon.h"
 #include "workspace/record.h"
@@ -17,7 +19,8 @@ int WriteDat(const std::string& path, int slot) {
   bool good = true;
   for (int first = 0; first + kPerLine <= grid.n && good; first += kPerLine) {
     std::array<WriteValue, kPerLine> values;
-    for (int k = 0; k < kPerLine; ++k) values[k] = grid.y[first + k];
+    // A half goes away from zero, as in the other formats.
+    for (int k = 0; k < kPerLine; ++k) values[k] = std::round(grid.y[first + k]);
     good = out.Write(WriteValues(FormatOf<"(10f8.0)">(), values));
   }
   if (!out.Close() || !good) return WriteFailure("Error writing std file2");

@@ -116,7 +116,7 @@ TEST_F(Writers, FilesToTheLetter) {
   EXPECT_EQ(Text(path), "  10.020      110        7       -2\n");
   EXPECT_EQ(Events(), (std::vector<std::string>{"select\tSave pattern file\t|*.tab|\tstem.tab"}));
 
-  Pattern(13, 1, 1);
+  Pattern(13, 0.5f, 1);
   Limits(10, 10.24f, 0.02f);
   ASSERT_EQ(WriteDat(path, 1), 1);
   EXPECT_EQ(Text(path),
