@@ -41,8 +41,8 @@ void ReadRealKeys(std::string_view line, std::span<const RealKey> keys);
 // further.
 int ReadCountRows(LineReader& in, int slot, const Format& format, int fields, int limit);
 
-// Two-theta of points 1 to n from the first and the step. A grid that leaves the range of numbers
-// stays at its start.
+// Two-theta of points 1 to n from the first and the step. Where the grid leaves the range of
+// numbers it stays at its start.
 void FillGrid(int slot, int n, float start, float step);
 
 // Sets npts to the last of n points with a count above 0, or with any but 0 where negative counts

@@ -107,8 +107,8 @@ int ReadXrdml(int slot, const std::string& path) {
 
   const int n = ws.npts(slot);
   if (n < 1) return ReadFailure("File Error", "Nothing read from xrdml file");
-  const float step = n > 1 ? (scan.stop - scan.start) / static_cast<float>(n - 1) : 0.0f;
-  FillGrid(slot, n, scan.start, step);
+  // A single point has no step, and its two-theta is not a number.
+  FillGrid(slot, n, scan.start, (scan.stop - scan.start) / static_cast<float>(n - 1));
   ws.wavelen(slot) = ws.scanwave(1);
   if (slot != SlotInput) return 1;
 
