@@ -38,7 +38,7 @@ await() {
   echo "$0: no window \"$1\"" >&2
   exit 1
 }
-# The window in front, or with "screen" the whole screen.
+# The window in front, or with "root" the whole screen.
 picture() { import -window "${2:-$(window)}" "$pictures/$1.png"; echo "$1.png"; }
 # Opens a menu, picks rows by their letters, and takes the dialog that comes.
 dialog() {
@@ -114,3 +114,37 @@ peak-search Peak_search_options alt+p s
 peaks-manual Set_manual_peak alt+p m
 peak-fit-options Single_peak_fit_options alt+e o
 TABLE
+
+# What the commands make of the pattern. The main window keeps its number while dialogs come and go.
+main=$(window)
+click() {  # button, and the place in thousandths of the main window
+  eval "$(xdotool getwindowgeometry --shell "$main" | grep -E '^(WIDTH|HEIGHT)=')"
+  xdotool mousemove --window "$main" $(($2 * WIDTH / 1000)) $(($3 * HEIGHT / 1000)) click "$1"
+  sleep 0.3
+}
+activate() { xdotool windowactivate "$1"; sleep 0.4; }
+# The dialog beside the plot whose title matches.
+beside() { xdotool search --name "$1" | tail -1; }
+
+keys alt+b m; await "Set manuel background"
+activate "$main"
+for x in 140 170 250 400 600 800 940; do click 1 "$x" 850; done
+click 1 500 500; picture background-points root
+click 3 500 500
+activate "$(beside "Set manuel background")"; keys alt+f; await " - Quillagram"
+picture background-manual
+keys alt+b a; await "Background subtraction"; picture autosubtract-question root
+keys Return; await " - Quillagram"; picture autosubtract
+
+keys alt+p c; keys alt+p a; picture peak-search
+keys alt+p m; await "Set manual peak"; activate "$main"
+click 1 300 400; click 1 620 400; click 3 620 400; picture peak-picking root
+activate "$(beside "Set manual peak")"; keys alt+o; await " - Quillagram"
+keys alt+p c
+keys F1; drag 270 100 315 880 peak-fit-band
+keys alt+e f; await "Single peak fit results"; picture peak-fit-results root
+keys Return; await " - Quillagram"; picture peak-fit
+keys F1 alt+p a
+for kind in "fwhm p" "shape t" "size a" "williamson-hall w"; do
+  keys alt+e ${kind#* }; picture "plot-${kind% *}"
+done

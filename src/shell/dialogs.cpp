@@ -222,7 +222,7 @@ constexpr Control kManualBackgroundOptions[] = {
 constexpr Control kSinglePeakResults[] = {
     Label(1151, "Position / Intensity"),
     // Heads of the columns that the two rows below are written in.
-    {1155, Text, "", "", 0, 0, "  Left           Average                 Right"},
+    {1155, Text, "Side of the peak", "", 0, 0, "  Left           Average                 Right"},
     Label(1152, "FWHM"),
     Label(1153, "Peak shape"),
     Label(1154, "Particle size", "\u00c5"),
