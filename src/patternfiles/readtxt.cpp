@@ -15,6 +15,7 @@
 #include "patternfiles/patternfiles.h"
 
 #include <algorithm>
+
 #include "patternfiles/readcommon.h"
 #include "workspace/text.h"
 #include "workspace/workspace.h"
