@@ -9,6 +9,7 @@
 #include "plot/plot.h"
 #include "toolkit/toolkit.h"
 #include "workspace/record.h"
+#include "workspace/slots.h"
 #include "workspace/text.h"
 #include "workspace/workspace.h"
 
@@ -35,8 +36,6 @@ Points CollectVisible() {
   return points;
 }
 
-float FirstStep() { return ws.xval(AxisTth, SlotInput, 2) - ws.xval(AxisTth, SlotInput, 1); }
-
 float MeanWidth(const Parameters& p) { return (p[6] + p[4]) / 2; }
 float MeanShape(const Parameters& p) { return (p[7] + p[5]) / 2; }
 
@@ -55,7 +54,8 @@ Points CutToPeak(const Points& all, const Parameters& p) {
   const auto reached = std::ranges::find_if(all.x, [&](float x) { return x >= p[1]; });
   const int end = static_cast<int>(all.x.size());
   const int center = std::min(static_cast<int>(reached - all.x.begin()), end - 1);
-  const long long wanted = static_cast<long long>(nint(MeanWidth(p) / FirstStep())) * ws.spfinalhw;
+  const long long wanted =
+      static_cast<long long>(nint(MeanWidth(p) / FirstStepOf(SlotInput))) * ws.spfinalhw;
   const int reach = static_cast<int>(std::clamp<long long>(wanted, -1, MaxPoints));
   const int first = std::max(0, center - reach);
   const int behind = std::max(first, std::min(end, center + reach + 1));
@@ -94,7 +94,7 @@ void KeepResults(const Parameters& p) {
 
 // Puts the calculated curve at its place in slot 4; curves of earlier fits stay elsewhere.
 void CurveToRefined(const Points& piece, const std::vector<float>& calc) {
-  const float before = piece.x.front() - FirstStep() / 5;
+  const float before = piece.x.front() - FirstStepOf(SlotInput) / 5;
   int start = 0;
   for (int i = 1; i <= ws.npts(SlotInput); ++i) {
     const float x = ws.xval(AxisTth, SlotInput, i);

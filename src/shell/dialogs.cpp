@@ -10,7 +10,7 @@ constexpr Control kCancel{ButtonCancel, Button, "Cancel"};
 
 constexpr Control RealField(int id, const char* label, const char* format, const char* unit = "",
                             const char* group = "", const char* initial = "") {
-  return {id, Real, label, format, -1e30, 1e30, initial, group, unit};
+  return {id, Real, label, format, -kNoLimit, kNoLimit, initial, group, unit};
 }
 
 constexpr Control Spin(int id, const char* label, int lowest, int highest, const char* unit = "",

@@ -8,6 +8,7 @@
 #include "peaks/peaks.h"
 #include "plot/plot.h"
 #include "shell/shell.h"
+#include "workspace/slots.h"
 #include "workspace/text.h"
 #include "workspace/workspace.h"
 
@@ -64,9 +65,6 @@ void Get(const Binding& binding) {
   if (auto check = std::get_if<CheckBox>(&binding.field)) WDialogGetCheckBox(control, *check->flag);
 }
 
-float FirstTwoTheta() { return ws.xval(AxisTth, SlotInput, 1); }
-float LastTwoTheta() { return ws.xval(AxisTth, SlotInput, std::max(1, ws.npts(SlotInput))); }
-
 constexpr Binding kLp[] = {{1061, RadioGroup{&ws.lpmode}, No}};
 
 constexpr Binding kInfo[] = {
@@ -88,11 +86,11 @@ constexpr Binding kZero[] = {{1020, &ws.zeroshift}, {1021, CheckBox{&ws.useorigs
 
 constexpr Binding kTruncate[] = {{1022, &ws.savestart, No}, {1023, &ws.savestop, No}};
 void ShowTruncate() {
-  WDialogPutReal(1022, FirstTwoTheta());
-  WDialogPutReal(1023, LastTwoTheta());
+  WDialogPutReal(1022, FirstTth(SlotInput));
+  WDialogPutReal(1023, LastTth(SlotInput));
 }
 void ValidateTruncate() {
-  const float first = FirstTwoTheta(), last = LastTwoTheta();
+  const float first = FirstTth(SlotInput), last = LastTth(SlotInput);
   if (ws.savestart < first || ws.savestart >= last) ws.savestart = first;
   if (ws.savestop <= first || ws.savestop > last) ws.savestop = last;
 }
@@ -112,11 +110,10 @@ constexpr Binding kConvert[] = {
 void ShowConvert() {
   // The slot has the number of the plot switches; their sum names a slot only while few are on.
   const int slot = ws.plotmask >= 1 && ws.plotmask <= MaxSlots ? ws.plotmask : ActiveSlot();
-  const int n = std::max(1, ws.npts(slot));
   WDialogPutReal(1038, ws.wavelen(slot));
-  WDialogPutReal(1040, ws.xval(AxisTth, slot, 1));
-  WDialogPutReal(1041, ws.xval(AxisTth, slot, n));
-  WDialogPutReal(1042, ws.xval(AxisTth, slot, 2) - ws.xval(AxisTth, slot, 1));
+  WDialogPutReal(1040, FirstTth(slot));
+  WDialogPutReal(1041, LastTth(slot));
+  WDialogPutReal(1042, FirstStepOf(slot));
 }
 void ValidateConvert() {
   if (!(ws.newwavelength > 0)) ws.newwavelength = ws.origwavelength;
@@ -171,9 +168,9 @@ void EnableSaveFields(bool single) {
 }
 // The limits of the pattern replace those of the last save as soon as the dialog opens.
 void ShowSave() {
-  ws.savestart = FirstTwoTheta();
-  ws.savestop = LastTwoTheta();
-  ws.savestep = ws.xval(AxisTth, SlotInput, 2) - FirstTwoTheta();
+  ws.savestart = FirstTth(SlotInput);
+  ws.savestop = LastTth(SlotInput);
+  ws.savestep = FirstStepOf(SlotInput);
   WDialogPutReal(1107, ws.savestart);
   WDialogPutReal(1108, ws.savestop);
   WDialogPutReal(1109, ws.savestep);

@@ -33,8 +33,7 @@ std::string Quoted(double bound) {
 
 // "3 to 501", "at least 3", "at most 15", or blank without a limit.
 std::string RangeText(const Control& control) {
-  constexpr double open = 1e30;
-  const bool low = control.lowest > -open, high = control.highest < open;
+  const bool low = control.lowest > -kNoLimit, high = control.highest < kNoLimit;
   if (low && high) return Quoted(control.lowest) + " to " + Quoted(control.highest);
   if (low) return "at least " + Quoted(control.lowest);
   return high ? "at most " + Quoted(control.highest) : "";
@@ -116,7 +115,8 @@ std::string DialogEnter(DialogState& dialog, int index, const std::string& text)
   const std::string complaint = DialogComplaint(dialog, index, text);
   if (!complaint.empty() && !IsNumber(control)) return complaint;
   FieldState& field = dialog.fields[index];
-  if (text == field.text) return complaint;
+  // A number typed as it is shown is that number, not the longer one behind it.
+  if (text == field.text && !IsNumber(control)) return complaint;
   if (control.kind == ControlKind::Radio) {
     SelectRadio(dialog, index);
     return "";

@@ -30,12 +30,14 @@ enum class OutOfRange {
   Passed,   // marked at the field, and handed to the dialog's own validation
 };
 
+inline constexpr double kNoLimit = 1e39;  // beyond all reals
+
 struct Control {
   int id;
   ControlKind kind;
   const char* label;
   const char* format = "";  // display format of a Real, "(f10.3)"
-  double lowest = -1e30, highest = 1e30;
+  double lowest = -kNoLimit, highest = kNoLimit;
   const char* initial = "";  // value until a routine puts another
   const char* group = "";    // title of the box around this and its neighbours of the same group
   const char* unit = "";
