@@ -26,6 +26,59 @@ void Search(int smooth, float minfwhm = 0.05f, float maxfwhm = 0.4f, float sigma
   OnPeakSearch();
 }
 
+// Twelve peaks of rising height, each with a lower one beside it if `partner` is not 0.
+struct Kind {
+  const char* name;
+  double background, height, rise, fwhm, partner, alpha2;
+  int smooth;
+  float minfwhm, maxfwhm, sigma;
+};
+
+Pattern Make(const Kind& kind) {
+  Pattern p{.background = kind.background, .alpha2 = kind.alpha2};
+  for (int i = 0; i < 12; ++i) {
+    const double place = 14 + 6.1073 * i, top = kind.height + kind.rise * i;
+    p.peaks.push_back(Symmetric(place, top, kind.fwhm));
+    if (kind.partner > 0) p.peaks.push_back(Symmetric(place + kind.partner, 0.6 * top, kind.fwhm));
+  }
+  return p;
+}
+
+// With options that suit the pattern at most one peak in twelve is missed or invented.
+TEST_F(PeakSearch, FindsKnownPeaksInNoise) {
+  const Kind kinds[] = {
+      {"isolated", 100, 200, 400, 0.12, 0, 0, 5, 0.05f, 0.4f, 10},
+      {"overlapped", 100, 2000, 0, 0.12, 0.18, 0, 3, 0.05f, 0.4f, 8},
+      {"weak", 2000, 350, 30, 0.12, 0, 0, 61, 0.15f, 0.8f, 3},  // from 8 standard deviations
+      {"broad", 100, 300, 50, 1.2, 0, 0, 21, 0.3f, 1.2f, 2},
+      {"doublets", 100, 3000, 0, 0.1, 0, 0.5, 3, 0.05f, 0.8f, 10},
+  };
+  for (const Kind& kind : kinds) {
+    const Pattern pattern = Make(kind);
+    std::vector<double> lines;  // the peaks, then their alpha2 lines, which may be found
+    for (const auto& p : pattern.peaks) lines.push_back(p.position);
+    if (kind.alpha2 > 0)
+      for (const auto& p : pattern.peaks) lines.push_back(simulate::Alpha2Position(p.position));
+    int missed = 0, invented = 0;
+    for (int seed = 1; seed <= 5; ++seed) {
+      Load(pattern, seed);
+      Search(kind.smooth, kind.minfwhm, kind.maxfwhm, kind.sigma);
+      std::vector<int> finds(lines.size() + 1);  // those of no line last
+      for (int j = 1; j <= ws.npeaks; ++j)
+        ++finds[std::ranges::find_if(lines,
+                                     [&](double line) {
+                                       return std::fabs(ws.peaks(ptth, j) - 0.02 - line) <
+                                              kind.fwhm / 3;
+                                     }) -
+                lines.begin()];
+      missed += std::count(finds.begin(), finds.begin() + pattern.peaks.size(), 0);
+      invented += finds.back();
+    }
+    EXPECT_LE(missed, 5) << kind.name;
+    EXPECT_LE(invented, 5) << kind.name;
+  }
+}
+
 // The second difference S(i-2) - 2 S(i-1) + S(i) is kept at i: a peak at a point p is found at p
 // + 1. Without smoothing its run is where a Gaussian is concave, |x| < FWHM / 2.3548 = 0.051: 5
 // points.
