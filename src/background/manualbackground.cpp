@@ -66,6 +66,9 @@ int SetPoints(DataPoint reach) {
       case MessageClose:
         PostMessage(message);
         return ButtonCancel;
+      case MessageMouseMove:
+        ShowReadOuts(ToData(message.x, message.y));
+        break;
       case MessageMouseDown:
         OnClick(message, reach);
         [[fallthrough]];

@@ -60,6 +60,7 @@ int PickPeaks(float tolerance) {
         PostMessage(message);
         return ButtonOk;
       case MessageMouseMove:
+        ShowReadOuts(ToData(message.x, message.y));
         continue;  // changes nothing to be drawn
       case MessageMouseDown:
         OnPick(message, tolerance);

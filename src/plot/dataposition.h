@@ -14,3 +14,6 @@ inline DataPoint ToData(float x, float y) {
 inline bool InView(DataPoint at) {
   return at.x >= ws.viewxmin && at.x <= ws.viewxmax && at.y >= ws.viewymin && at.y <= ws.viewymax;
 }
+
+// Writes a position within the view to the status bar.
+void ShowReadOuts(DataPoint at);

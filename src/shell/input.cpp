@@ -4,7 +4,6 @@
 #include "plot/dataposition.h"
 #include "plot/plot.h"
 #include "shell/shell.h"
-#include "workspace/record.h"
 #include "workspace/workspace.h"
 
 namespace {
@@ -17,12 +16,6 @@ DataPoint ClampToView(DataPoint at) {
 void ClipCurvesTo(float xmin, float xmax) {
   ws.plotxmin = xmin;
   ws.plotxmax = xmax;
-}
-
-void ShowReadOuts(DataPoint at) {
-  if (!InView(at)) return;
-  WindowOutStatusBar(1, WriteRecord<"(a,f7.2)">("TwoTh", at.x));
-  WindowOutStatusBar(2, WriteRecord<"(a,f10.0)">("Int", at.y));
 }
 
 void DrawBand(float x, float y) {

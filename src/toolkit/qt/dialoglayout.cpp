@@ -24,6 +24,7 @@ namespace {
 constexpr int kRadioRows = 8, kFieldRows = 14;
 constexpr int kGridColumns = 4;                    // label, field, unit, gap
 constexpr int kComplaintLetters = 44;              // of each of the two lines kept for a complaint
+constexpr int kCaptionMargin = 9;                  // lines, for icon and buttons beside a caption
 constexpr double kHighest = 0.65, kWidest = 0.95;  // of the screen
 
 using enum ControlKind;
@@ -60,6 +61,7 @@ DialogView::DialogView(DialogState& state, std::function<void(int)> changed, QWi
   labels_ = WithMnemonics(texts);
   for (int i = 0; i < n; ++i) MakeRow(i);
 
+  const QFontMetrics letters = fontMetrics();
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(ArrangeSections(), 1);
   if (std::any_of(resource.controls.begin(), resource.controls.end(), IsNumber)) {
@@ -67,12 +69,14 @@ DialogView::DialogView(DialogState& state, std::function<void(int)> changed, QWi
     message_->setObjectName("complaint");
     message_->setTextFormat(Qt::PlainText);
     message_->setWordWrap(true);
-    const QFontMetrics letters = message_->fontMetrics();
     message_->setMinimumSize(kComplaintLetters * letters.averageCharWidth(),
                              2 * letters.lineSpacing());
     layout->addWidget(message_);
   }
   layout->addWidget(MakeButtons());
+  // The caption is seen whole, and captions are bold more often than not.
+  const int caption = letters.horizontalAdvance(windowTitle()) * 6 / 5;
+  setMinimumWidth(caption + kCaptionMargin * letters.height());
   for (int i = 0; i < n; ++i) Update(i);
   OrderTabs();
 }

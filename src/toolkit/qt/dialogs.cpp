@@ -3,9 +3,11 @@
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
+#include <QHeaderView>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QScreen>
+#include <QTreeView>
 #include <algorithm>
 #include <map>
 #include <memory>
@@ -15,7 +17,7 @@
 
 namespace {
 
-constexpr QSize kSelectorSize(120, 30);  // letters; names, sizes and dates are seen whole
+constexpr QSize kSelectorSize(120, 30);  // letters
 
 // Dialogs on show.
 std::map<const DialogState*, std::unique_ptr<DialogView>> views;
@@ -118,6 +120,11 @@ std::string SelectFile(const std::string& filter, int flags, const std::string& 
       QSize(kSelectorSize.width() * letter.width(), kSelectorSize.height() * letter.height())
           .boundedTo(dialog.screen()->availableGeometry().size() * 0.9));
   dialog.setOption(QFileDialog::DontUseNativeDialog);
+  // Sizes and dates are seen whole, the names have the rest; types only repeat the names' ends.
+  auto* files = dialog.findChild<QTreeView*>("treeView");
+  files->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+  files->header()->setSectionResizeMode(0, QHeaderView::Stretch);
+  files->hideColumn(2);
   dialog.setAcceptMode(saving ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
   dialog.setFileMode(!saving && (flags & FileMustExist) ? QFileDialog::ExistingFile
                                                         : QFileDialog::AnyFile);
