@@ -117,11 +117,11 @@ std::optional<std::vector<IndexRange>> ParseIndices(std::string_view list,
   return ranges;
 }
 
+// Every cell is followed by a tab.
 void AppendCells(const NamedField& field, const std::vector<IndexRange>& ranges, std::size_t depth,
                  std::size_t place, std::string& text) {
   if (depth == ranges.size()) {
-    if (!text.empty()) text += '\t';
-    text += field.cell(place);
+    text += field.cell(place) + '\t';
     return;
   }
   for (int k = ranges[depth].first; k <= ranges[depth].last; ++k)
@@ -139,5 +139,6 @@ std::optional<std::string> FieldText(std::string_view name) {
   if (!ranges) return {};
   std::string text;
   AppendCells(field->second, *ranges, 0, 0, text);
+  text.pop_back();
   return text;
 }

@@ -183,6 +183,8 @@ TEST_F(Menu, FieldsByName) {
   EXPECT_EQ(FieldText("npts"), "0\t0\t7\t0\t0\t0\t0\t0\t0");
   EXPECT_EQ(FieldText("xval(1,2,5:6)"), "0\t0.100000001");
   EXPECT_EQ(FieldText("patternstem"), "a b");
+  ws.gdfhead(3) = "3";
+  EXPECT_EQ(FieldText("gdfhead(1:4)"), "\t\t3\t");
   for (const char* wrong :
        {"nothing", "npts(0)", "npts(10)", "npts(1", "npts(1,1)", "npts()", "npts(2:1)", "npts(1,)",
         "xval(1,1)", "xval(1,,1)", "patternstem(1)", "npts(1)x"})
