@@ -36,8 +36,6 @@ void Drop(const QList<QUrl>& urls) {
 
 QUrl Url(const std::string& path) { return QUrl::fromLocalFile(QString::fromStdString(path)); }
 
-void Pick(int id) { Root()->findChild<QAction*>(QString("menu%1").arg(id))->trigger(); }
-
 QString BoxText() { return FindA<QMessageBox>("box")->text(); }
 
 DisplayList Noise(int n) {
@@ -98,8 +96,7 @@ TEST(Canvas, SheetIsWhiteWithHintThenCurve) {
     const QImage sheet = Sheet();
     EXPECT_EQ(sheet.pixel(2, 2), qRgb(255, 255, 255));
     // The peak at 30 degrees, half way up, and nothing dark beside it.
-    const auto [x, y] = PlotPosition(30, 500);
-    const QPoint peak = OnCanvas(x / 1000, 1 - y / 1000);
+    const QPoint peak = OnPlot(30, 500);
     EXPECT_GT(DarkPixels(sheet, {peak - QPoint(8, 3), peak + QPoint(8, 3)}), 4);
     EXPECT_EQ(DarkPixels(sheet, {peak - QPoint(40, 3), peak - QPoint(15, -3)}), 0);
   });

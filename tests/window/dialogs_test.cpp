@@ -22,9 +22,8 @@
 namespace {
 
 QString Complaint() { return FindA<QLabel>("complaint")->text(); }
-void Pick(int id) { Root()->findChild<QAction*>(QString("menu%1").arg(id))->trigger(); }
 
-constexpr int MenuWavelengths = 40124, MenuSmooth = 40061, MenuManualBackground = 40088;
+constexpr int MenuWavelengths = 40124, MenuSmooth = 40061;
 
 }  // namespace
 
@@ -101,25 +100,6 @@ TEST(Dialogs, ChoicesFollowTheProgram) {
         Press("Up");
         EXPECT_TRUE(Find("field1109")->isEnabled());
         Press("Escape");
-        co_await Idle();
-      },
-      {file});
-}
-
-TEST(Dialogs, ThePlotStaysUsableBesideAModelessOne) {
-  const std::string file = MakePattern("manual.xy");
-  RunWith(
-      []() -> Script {
-        Pick(MenuManualBackground);
-        co_await Shown("dialog128");
-        EXPECT_FALSE(Root()->menuBar()->isEnabled());
-        for (const double x : {0.3, 0.6}) {
-          const int before = ws.nmanualbg;
-          QTest::mouseClick(Root()->canvas, Qt::LeftButton, {}, OnCanvas(x, 0.8));
-          co_await Until{[=] { return ws.nmanualbg == before + 1; }, "a point"};
-        }
-        QTest::mouseClick(Find("button2"), Qt::LeftButton);
-        co_await Until{[] { return Root()->menuBar()->isEnabled(); }, "the menus"};
         co_await Idle();
       },
       {file});

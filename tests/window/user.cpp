@@ -109,9 +109,20 @@ void Type(const QString& text) {
     QTest::sendKeyEvent(QTest::Click, Focused(), Qt::Key(letter.toUpper().unicode()), letter, {});
 }
 
+void Pick(int id) { Root()->findChild<QAction*>(QString("menu%1").arg(id))->trigger(); }
+
 QPoint OnCanvas(double x, double y) {
   const QSize size = Root()->canvas->size();
   return {static_cast<int>(x * size.width()), static_cast<int>(y * size.height())};
+}
+
+QPoint OnPlot(double twotheta, double counts) {
+  const auto [x, y] = PlotPosition(twotheta, counts);
+  return OnCanvas(x / 1000, 1 - y / 1000);
+}
+
+void Click(double twotheta, double counts, Qt::MouseButton button) {
+  QTest::mouseClick(Root()->canvas, button, {}, OnPlot(twotheta, counts));
 }
 
 QImage Sheet() { return Root()->canvas->grab().toImage(); }

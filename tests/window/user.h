@@ -52,8 +52,12 @@ T* FindA(const QString& name) {
 // Presses keys where the focus is: "Alt+S", "Return", or a text typed letter by letter.
 void Press(const char* keys);
 void Type(const QString& text);
-// Clicks of the left button on the canvas, in fractions of its size from the top left corner.
+// Chooses a menu item.
+void Pick(int id);
+// Places on the canvas: in fractions of its size from the top left corner, and in data units.
 QPoint OnCanvas(double x, double y);
+QPoint OnPlot(double twotheta, double counts);
+void Click(double twotheta, double counts, Qt::MouseButton button = Qt::LeftButton);
 QImage Sheet();
 
 // A file with a pattern of 1000 points: flat, with one peak of 1000 counts at 30 degrees.
