@@ -148,3 +148,20 @@ keys F1 alt+p a
 for kind in "fwhm p" "shape t" "size a" "williamson-hall w"; do
   keys alt+e ${kind#* }; picture "plot-${kind% *}"
 done
+
+# The printed page beside the window.
+(cd "$home" && "$(dirname "$program")/quillagram-replay" >/dev/null) <<END
+open "$home/$(basename "$pattern")"
+menu 40038
+set Department "Institute of Crystals"
+set Company "University of the Coast"
+set Address "Harbour Street 5"
+press OK
+menu 40005
+file page.pdf
+END
+pdftoppm -r 75 -png -singlefile "$home/page.pdf" "$home/page"
+convert "$home/page.png" -bordercolor grey -border 1 "$pictures/window-twotheta.png" \
+  -gravity center +append "$pictures/printed.png"
+echo printed.png
+mogrify -depth 8 +dither -colors 128 "$pictures"/*.png
