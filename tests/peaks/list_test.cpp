@@ -108,28 +108,4 @@ TEST_F(PeakList, LoadsWhatIsThereAndEndsCleanly) {
   }
 }
 
-// From a file to the fitted peak, the way a user goes.
-TEST(PeakMenus, WorkTogether) {
-  const TempDir dir;
-  simulate::Pattern pattern{.start = 20, .points = 2001};
-  for (double place : {25, 35, 50}) pattern.peaks.push_back(simulate::Symmetric(place, 900, 0.12));
-  std::string text;
-  for (double x = 20; x < 60; x += pattern.step)
-    text += std::to_string(x) + " " + std::to_string(Intensity(pattern, x)) + "\n";
-  WriteFile(dir.file("p.xy"), text);
-  const ReplayRun run = RunReplay(
-      "open p.xy\nmenu 40105\nget npeaks\nmenu 40094\nfile out.pks\nmenu 40095\nget npeaks\n"
-      "menu 40103\nfile out.pks\nget npeaks\n"
-      "menu 40106\nmouse right 25.02 100\nmouse right 50.02 100\npress OK\nget npeaks\n"
-      "drag 34 100 36 1100\nmenu 40020\npress OK\nget npeaks\n"
-      "menu 40093\npress Fit\npress Cancel\nget npeaks\n"
-      "menu 40111\nset \"Sigma factor\" 3\npress Search\nget npeaks\n",
-      dir.path());
-  EXPECT_EQ(run.status, 0);
-  std::string values;
-  for (const std::string& line : run.lines)
-    if (line.starts_with("value")) values += line.substr(line.rfind('\t'));
-  EXPECT_EQ(values, "\t3\t0\t3\t1\t1\t0\t3");
-}
-
 }  // namespace
