@@ -16,20 +16,31 @@ namespace {
 
 constexpr QSize kCanvas(1536, 864);
 
-// 20000 points of noise and peaks in every slot, and full lists of peaks and manual points.
+// 60 peaks on a falling background.
+float Calculated(float x) {
+  const float place = std::fmod(x, 2.3f) - 1.1f;
+  return 100 + 4000 / x + 9000 * std::exp(-place * place / 0.006f) * std::fabs(std::sin(x));
+}
+
+// A pattern of 20000 points with all that the switches of the Plot menu show, full lists of peaks
+// and manual points, and overlays.
 void FillWorkspace() {
   ws.viewmode = 1;
-  ws.noverlay = MaxOverlays;
   ws.xgrid = ws.ygrid = 1;
   for (int slot = 1; slot < MaxSlots; ++slot) {
     ws.npts(slot) = MaxPoints;
     if (slot >= SlotOverlay) ws.wavelen(slot) = CuKalpha1;
-    for (int i = 1; i <= MaxPoints; ++i) {
-      const float x = 5 + 0.007f * static_cast<float>(i);
+  }
+  for (int i = 1; i <= MaxPoints; ++i) {
+    const float x = 5 + 0.007f * static_cast<float>(i);
+    const float noise = std::sqrt(Calculated(x)) * std::sin(x * 100000);
+    for (int slot = 1; slot < MaxSlots; ++slot) {
       ws.xval(AxisTth, slot, i) = x;
-      ws.yval(slot, i) = 500 + 9000 * std::pow(std::sin(x), 200.0f) +
-                         20 * std::sin(x * 1000 * static_cast<float>(slot));
+      ws.yval(slot, i) = Calculated(x) + noise;
     }
+    ws.yval(SlotBackground, i) = 100 + 4000 / x;
+    ws.yval(SlotNet, i) = Calculated(x) + noise - ws.yval(SlotBackground, i);
+    ws.yval(SlotRefined, i) = Calculated(x);
   }
   ComputeXAxes();
   ws.npeaks = MaxPeaks;
@@ -41,12 +52,12 @@ void FillWorkspace() {
   }
 }
 
-// Arguments: plot switches, pixels of the screen to one of the window, hundredths.
+// Arguments: plot switches, overlays, pixels of the screen to one of the window in hundredths.
 void BM_RedrawAndPaint(benchmark::State& state) {
   FillWorkspace();
   ws.plotmask = static_cast<int>(state.range(0));
-  if (ws.plotmask == PlotInput) ws.noverlay = 0;
-  const double density = static_cast<double>(state.range(1)) / 100;
+  ws.noverlay = static_cast<int>(state.range(1));
+  const double density = static_cast<double>(state.range(2)) / 100;
   QImage sheet(kCanvas * density, QImage::Format_RGB32);
   for (auto _ : state) {
     RedrawView(1);
@@ -57,7 +68,8 @@ void BM_RedrawAndPaint(benchmark::State& state) {
   state.counters["points"] = static_cast<double>(ScreenList().points.size());
 }
 BENCHMARK(BM_RedrawAndPaint)
-    ->ArgsProduct({{PlotInput, 63}, {100, 125, 200}})
+    ->ArgsProduct({{PlotInput, 63}, {0}, {100, 125, 200}})
+    ->ArgsProduct({{63}, {MaxOverlays}, {100, 200}})
     ->Unit(benchmark::kMillisecond);
 
 }  // namespace

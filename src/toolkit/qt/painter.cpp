@@ -15,7 +15,7 @@ namespace {
 
 constexpr double kFarthest = 1e6;      // beyond this the rasteriser's arithmetic ends
 constexpr std::size_t kCurve = 500;    // a stroke of more points is a curve, not a letter or frame
-constexpr double kNoise = 4;           // pixels; noise of less height is drawn as lines
+constexpr double kNoise = 4;           // pixels by pen width; lower noise is drawn as lines
 constexpr std::size_t kStraight = 16;  // and one of up to so many may be part of a frame or grid
 
 using Points = std::vector<QPointF>;
@@ -40,10 +40,10 @@ struct Thinned {
 };
 
 // Points [begin, end) lie in one column. Up and down in it by far more than its range is noise.
-bool IsNoise(const Points& places, std::size_t begin, std::size_t end, double range) {
+bool IsNoise(const Points& places, std::size_t begin, std::size_t end, double range, double width) {
   double way = 0;
   for (std::size_t i = begin + 1; i < end; ++i) way += std::abs(places[i].y() - places[i - 1].y());
-  return range > kNoise && way > 1.5 * range;
+  return range > kNoise / width && way > 1.5 * range;
 }
 
 Thinned ThinByColumn(const Points& places, double width) {
@@ -57,7 +57,7 @@ Thinned ThinByColumn(const Points& places, double width) {
       if (places[end].y() > places[high].y()) high = end;
     }
     double top = places[low].y(), bottom = places[high].y();
-    const bool noise = IsNoise(places, begin, end, bottom - top);
+    const bool noise = IsNoise(places, begin, end, bottom - top, width);
     const auto add = [&](std::size_t i, bool line) {
       if (line && !seen.places.empty()) seen.lines.emplace_back(seen.places.back(), places[i]);
       seen.places.push_back(places[i]);
@@ -102,15 +102,16 @@ std::vector<QLineF> Dashed(const Points& places, std::span<const float> dashes, 
   return lines;
 }
 
-// Puts upright and level lines on whole pixels, where they are sharp.
-void Sharpen(Points& places, double width) {
+// Puts upright and level lines on whole pixels, where they are sharp; false if there are others.
+bool Sharpen(Points& places, double width) {
   for (std::size_t i = 1; i < places.size(); ++i)
     if (std::abs(places[i].x() - places[i - 1].x()) > 1e-3 &&
         std::abs(places[i].y() - places[i - 1].y()) > 1e-3)
-      return;
+      return false;
   const double half = std::lround(width) % 2 == 1 ? 0.5 : 0.0;
   const auto snap = [half](double at) { return std::round(at - half) + half; };
   for (QPointF& place : places) place = QPointF(snap(place.x()), snap(place.y()));
+  return true;
 }
 
 QColor ColourOf(std::uint32_t colour) {
@@ -137,6 +138,14 @@ void PaintCurve(QPainter& painter, QPen pen, const Points& places, std::span<con
   painter.setRenderHint(QPainter::Antialiasing);
 }
 
+void PaintUpright(QPainter& painter, QColor colour, const Points& places, double width) {
+  const double whole = std::round(width), half = whole / 2;
+  for (std::size_t i = 1; i < places.size(); ++i) {
+    const QRectF line = QRectF(places[i - 1], places[i]).normalized();
+    painter.fillRect(line.adjusted(-half, -half, half, half).toRect(), colour);
+  }
+}
+
 void PaintStroke(QPainter& painter, const Stroke& stroke, Points places, double thin,
                  Detail detail) {
   const double width = std::max(0.1f, stroke.pen.width) * thin;
@@ -146,7 +155,9 @@ void PaintStroke(QPainter& painter, const Stroke& stroke, Points places, double 
     return PaintCurve(painter, pen, places, dashes, thin);
   if (detail == Detail::PerColumn && places.size() <= kStraight) {
     pen.setWidthF(std::max(1.0, width));
-    Sharpen(places, pen.widthF());
+    // Without the search for partly covered pixels, of which there are none.
+    if (Sharpen(places, pen.widthF()) && dashes.empty())
+      return PaintUpright(painter, pen.color(), places, pen.widthF());
   }
   if (!dashes.empty()) {
     QList<qreal> pattern;
