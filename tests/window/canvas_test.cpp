@@ -78,8 +78,8 @@ TEST(Canvas, ThinningKeepsWhatIsSeen) {
   }
 }
 
-TEST(Canvas, SheetIsWhiteWithHintThenCurve) {
-  const std::string file = MakePattern("curve.xy");
+TEST(Canvas, SheetIsWhiteWithHintThenCurveOfTheFileDropped) {
+  const std::string file = MakePattern("curve.xy"), unknown = MakePattern("note.doc");
   QPalette dark;
   RunWith([&]() -> Script {
     dark.setColor(QPalette::Window, Qt::black);
@@ -88,6 +88,13 @@ TEST(Canvas, SheetIsWhiteWithHintThenCurve) {
     const QImage empty = Sheet();
     EXPECT_EQ(empty.pixel(2, 2), qRgb(255, 255, 255));
     EXPECT_GT(DarkPixels(empty, {OnCanvas(0.2, 0.45), OnCanvas(0.8, 0.55)}), 100) << "no hint";
+
+    Drop({Url(unknown)});
+    co_await Shown("box");
+    EXPECT_EQ(BoxText(), "Unrecognized file type");
+    Press("Escape");
+    co_await Idle();
+    EXPECT_EQ(ws.npts(1), 0);
 
     Drop({Url(file), Url(Place() + "/second.xy")});
     co_await Until{[] { return ws.npts(1) == 1000; }, "the pattern"};
@@ -102,49 +109,34 @@ TEST(Canvas, SheetIsWhiteWithHintThenCurve) {
   });
 }
 
-TEST(Canvas, UnknownFileDroppedGivesOneBox) {
-  const std::string file = MakePattern("note.doc");
-  RunWith([&]() -> Script {
-    Drop({Url(file)});
-    co_await Shown("box");
-    EXPECT_EQ(BoxText(), "Unrecognized file type");
-    Press("Escape");
-    co_await Idle();
-    EXPECT_EQ(ws.npts(1), 0);
-  });
-}
-
 TEST(Canvas, RubberBandZoomsAndEscapeBreaksItOff) {
-  const std::string file = MakePattern("zoom.xy");
-  RunWith(
-      []() -> Script {
-        QWidget* canvas = Root()->canvas;
-        const float full = ws.viewxmax - ws.viewxmin;
-        QTest::mousePress(canvas, Qt::LeftButton, {}, OnCanvas(0.3, 0.2));
-        co_await Until{[] { return !ReadyForCommands(); }, "the band"};
-        QTest::mouseMove(canvas, OnCanvas(0.6, 0.8));
-        co_await Until{[] { return true; }};
-        const QRgb inside = Sheet().pixel(OnCanvas(0.4, 0.3));
-        EXPECT_NE(inside, qRgb(255, 255, 255)) << "the band is not seen";
-        QTest::keyClick(canvas, Qt::Key_Escape);
-        co_await Idle();
-        QTest::mouseRelease(canvas, Qt::LeftButton, {}, OnCanvas(0.6, 0.8));
-        co_await Idle();
-        EXPECT_EQ(ws.viewxmax - ws.viewxmin, full);
+  RunOn("zoom.xy", []() -> Script {
+    QWidget* canvas = Root()->canvas;
+    const float full = ws.viewxmax - ws.viewxmin;
+    QTest::mousePress(canvas, Qt::LeftButton, {}, OnCanvas(0.3, 0.2));
+    co_await Until{[] { return !ReadyForCommands(); }, "the band"};
+    QTest::mouseMove(canvas, OnCanvas(0.6, 0.8));
+    co_await Until{[] { return true; }};
+    const QRgb inside = Sheet().pixel(OnCanvas(0.4, 0.3));
+    EXPECT_NE(inside, qRgb(255, 255, 255)) << "the band is not seen";
+    QTest::keyClick(canvas, Qt::Key_Escape);
+    co_await Idle();
+    QTest::mouseRelease(canvas, Qt::LeftButton, {}, OnCanvas(0.6, 0.8));
+    co_await Idle();
+    EXPECT_EQ(ws.viewxmax - ws.viewxmin, full);
 
-        // From right to left, and the release comes before the program has taken the press.
-        QTest::mousePress(canvas, Qt::LeftButton, {}, OnCanvas(0.6, 0.2));
-        QTest::mouseRelease(canvas, Qt::LeftButton, {}, OnCanvas(0.3, 0.8));
-        co_await Until{[&] { return ws.viewxmax - ws.viewxmin < 0.7f * full; }, "the zoom"};
-        co_await Idle();
-        const float low = ws.viewxmin, high = ws.viewxmax;
-        Press("Right");
-        co_await Until{[&] { return ws.viewxmin == high; }, "the next page"};
-        Press("F1");
-        co_await Until{[&] { return ws.viewxmax - ws.viewxmin == full; }, "the full pattern"};
-        EXPECT_LT(low, high);
-      },
-      {file});
+    // From right to left, and the release comes before the program has taken the press.
+    QTest::mousePress(canvas, Qt::LeftButton, {}, OnCanvas(0.6, 0.2));
+    QTest::mouseRelease(canvas, Qt::LeftButton, {}, OnCanvas(0.3, 0.8));
+    co_await Until{[&] { return ws.viewxmax - ws.viewxmin < 0.7f * full; }, "the zoom"};
+    co_await Idle();
+    const float low = ws.viewxmin, high = ws.viewxmax;
+    Press("Right");
+    co_await Until{[&] { return ws.viewxmin == high; }, "the next page"};
+    Press("F1");
+    co_await Until{[&] { return ws.viewxmax - ws.viewxmin == full; }, "the full pattern"};
+    EXPECT_LT(low, high);
+  });
 }
 
 TEST(Canvas, SelectorTakesAwkwardNames) {
@@ -166,51 +158,45 @@ TEST(Canvas, SelectorTakesAwkwardNames) {
 }
 
 TEST(Canvas, PrintsWithoutAPrinterAndReportsWhatCannotBeWritten) {
-  const std::string file = MakePattern("page.xy");
-  RunWith(
-      []() -> Script {
-        for (const char* target : {"/out.pdf", "/none/out.pdf"}) {
-          Pick(40005);
-          co_await Shown("printdialog");
-          auto* dialog = FindA<QPrintDialog>("printdialog");
-          EXPECT_EQ(dialog->printer()->outputFormat(), QPrinter::PdfFormat);
-          EXPECT_TRUE(dialog->printer()->outputFileName().endsWith("/page.pdf"));
-          const QString path = QString::fromStdString(Place() + target);
-          dialog->printer()->setOutputFileName(path);
-          dialog->done(QDialog::Accepted);
-          if (std::string(target) == "/out.pdf") {
-            co_await Idle();
-            QFile pdf(path);
-            EXPECT_TRUE(pdf.open(QIODevice::ReadOnly));
-            const QByteArray bytes = pdf.readAll();
-            EXPECT_TRUE(bytes.startsWith("%PDF-"));
-            EXPECT_GT(bytes.size(), 4000) << "all 1000 points";
-          } else {
-            co_await Shown("box");
-            EXPECT_TRUE(BoxText().startsWith("Cannot print")) << BoxText().toStdString();
-            Press("Return");
-            co_await Idle();
-          }
-        }
-      },
-      {file});
+  RunOn("page.xy", []() -> Script {
+    for (const char* target : {"/out.pdf", "/none/out.pdf"}) {
+      Pick(40005);
+      co_await Shown("printdialog");
+      auto* dialog = FindA<QPrintDialog>("printdialog");
+      EXPECT_EQ(dialog->printer()->outputFormat(), QPrinter::PdfFormat);
+      EXPECT_TRUE(dialog->printer()->outputFileName().endsWith("/page.pdf"));
+      const QString path = QString::fromStdString(Place() + target);
+      dialog->printer()->setOutputFileName(path);
+      dialog->done(QDialog::Accepted);
+      if (std::string(target) == "/out.pdf") {
+        co_await Idle();
+        QFile pdf(path);
+        EXPECT_TRUE(pdf.open(QIODevice::ReadOnly));
+        const QByteArray bytes = pdf.readAll();
+        EXPECT_TRUE(bytes.startsWith("%PDF-"));
+        EXPECT_GT(bytes.size(), 4000) << "all 1000 points";
+      } else {
+        co_await Shown("box");
+        EXPECT_TRUE(BoxText().startsWith("Cannot print")) << BoxText().toStdString();
+        Press("Return");
+        co_await Idle();
+      }
+    }
+  });
 }
 
 TEST(Canvas, PicturesAreWrittenOrNamedInABox) {
-  const std::string file = MakePattern("shot.xy");
   std::filesystem::create_directory(Place() + "/shot.jpg");
-  RunWith(
-      []() -> Script {
-        Pick(40138);
-        co_await Shown("box");
-        EXPECT_TRUE(BoxText().contains("shot.jpg")) << BoxText().toStdString();
-        Press("Return");
-        co_await Idle();
-        Pick(40139);
-        const QString bmp = QString::fromStdString(Place() + "/shot.bmp");
-        co_await Until{[&] { return QFile::exists(bmp); }, "the picture"};
-        co_await Idle();
-        EXPECT_EQ(QImage(bmp).size(), Root()->canvas->size());
-      },
-      {file});
+  RunOn("shot.xy", []() -> Script {
+    Pick(40138);
+    co_await Shown("box");
+    EXPECT_TRUE(BoxText().contains("shot.jpg")) << BoxText().toStdString();
+    Press("Return");
+    co_await Idle();
+    Pick(40139);
+    const QString bmp = QString::fromStdString(Place() + "/shot.bmp");
+    co_await Until{[&] { return QFile::exists(bmp); }, "the picture"};
+    co_await Idle();
+    EXPECT_EQ(QImage(bmp).size(), Root()->canvas->size());
+  });
 }

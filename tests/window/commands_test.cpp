@@ -30,6 +30,13 @@ Until PointCount(const int& list, int count) {
   return {[&list, count] { return list == count; }, "the number of points"};
 }
 
+// Draws a rubber band over all heights.
+Until Zoomed(double from, double to) {
+  QTest::mousePress(Root()->canvas, Qt::LeftButton, {}, OnPlot(from, 990));
+  QTest::mouseRelease(Root()->canvas, Qt::LeftButton, {}, OnPlot(to, 10));
+  return {[from] { return ws.viewxmin > from - 2 && ReadyForCommands(); }, "the zoom"};
+}
+
 void PressButton(const char* name) { QTest::mouseClick(Find(name), Qt::LeftButton); }
 
 // All that can be entered in the dialog on show.
@@ -58,159 +65,137 @@ bool SameCurves(const Workspace& other) {
 }  // namespace
 
 TEST(Commands, ManualBackgroundByMouse) {
-  const std::string file = MakePattern("manual.xy");
-  RunWith(
-      []() -> Script {
-        ws.manualbgmode = 1;  // straight lines
-        Pick(MenuManualBackground);
-        co_await Shown("dialog128");
-        EXPECT_FALSE(Root()->menuBar()->isEnabled());
-        Click(12, 100);
-        Click(40, 600);
-        co_await PointCount(ws.nmanualbg, 2);
-        Click(35, 600, Qt::RightButton);  // nothing there
-        Click(40, 600, Qt::RightButton);
-        co_await PointCount(ws.nmanualbg, 1);
-        // The plot follows the window, and the mouse the plot.
-        const QSize large = Root()->canvas->size();
-        Root()->resize(Root()->size() * 0.8);
-        co_await Until{
-            [=] { return Root()->canvas->size() != large && !Root()->canvas->HasLate(); },
-            "the smaller plot"};
-        QTest::mouseMove(Root()->canvas, OnPlot(45, 500));
-        co_await Until{[] { return Root()->parts[0]->text().startsWith("TwoTh  4"); }, "read-outs"};
-        Click(20, 200);
-        co_await PointCount(ws.nmanualbg, 2);
-        PressButton("button1110");
-        co_await Idle();
-        EXPECT_TRUE(Root()->menuBar()->isEnabled());
-        EXPECT_EQ(ws.nmanualbg, 0);
-        EXPECT_EQ(ws.npts(SlotBackground), 1000);
-        for (const int i : {1, 121, 601})  // 10, 16 and 40 degrees
-          EXPECT_NEAR(ws.yval(SlotBackground, i), 100 + 12.5 * (8 + 0.05 * i - 10.05), 15) << i;
+  RunOn("manual.xy", []() -> Script {
+    ws.manualbgmode = 1;  // straight lines
+    Pick(MenuManualBackground);
+    co_await Shown("dialog128");
+    EXPECT_FALSE(Root()->menuBar()->isEnabled());
+    Click(12, 100);
+    Click(40, 600);
+    co_await PointCount(ws.nmanualbg, 2);
+    Click(35, 600, Qt::RightButton);  // nothing there
+    Click(40, 600, Qt::RightButton);
+    co_await PointCount(ws.nmanualbg, 1);
+    // The plot follows the window, and the mouse the plot.
+    const QSize large = Root()->canvas->size();
+    Root()->resize(Root()->size() * 0.8);
+    co_await Until{[=] { return Root()->canvas->size() != large && !Root()->canvas->HasLate(); },
+                   "the smaller plot"};
+    QTest::mouseMove(Root()->canvas, OnPlot(45, 500));
+    co_await Until{[] { return Root()->parts[0]->text().startsWith("TwoTh  4"); }, "read-outs"};
+    Click(20, 200);
+    co_await PointCount(ws.nmanualbg, 2);
+    PressButton("button1110");
+    co_await Idle();
+    EXPECT_TRUE(Root()->menuBar()->isEnabled());
+    EXPECT_EQ(ws.nmanualbg, 0);
+    EXPECT_EQ(ws.npts(SlotBackground), 1000);
+    for (const int i : {1, 121, 601})  // 10, 16 and 40 degrees
+      EXPECT_NEAR(ws.yval(SlotBackground, i), 100 + 12.5 * (8 + 0.05 * i - 10.05), 15) << i;
 
-        for (const auto& [key, left] : {std::pair("Return", 1), std::pair("Escape", 0)}) {
-          Pick(MenuManualBackground);
-          co_await Shown("dialog128");
-          Click(50, 400);
-          co_await PointCount(ws.nmanualbg, 2 - left);
-          QTest::keyClick(QApplication::activeWindow(), QKeySequence(key)[0].key());
-          co_await Idle();
-          EXPECT_EQ(ws.nmanualbg, left) << key;
-        }
-      },
-      {file});
+    for (const auto& [key, left] : {std::pair("Return", 1), std::pair("Escape", 0)}) {
+      Pick(MenuManualBackground);
+      co_await Shown("dialog128");
+      Click(50, 400);
+      co_await PointCount(ws.nmanualbg, 2 - left);
+      QTest::keyClick(QApplication::activeWindow(), QKeySequence(key)[0].key());
+      co_await Idle();
+      EXPECT_EQ(ws.nmanualbg, left) << key;
+    }
+  });
 }
 
 TEST(Commands, ManualPeaksByMouse) {
-  const std::string file = MakePattern("picks.xy");
-  RunWith(
-      []() -> Script {
-        QTest::mousePress(Root()->canvas, Qt::LeftButton, {}, OnPlot(20, 900));
-        QTest::mouseRelease(Root()->canvas, Qt::LeftButton, {}, OnPlot(35, 10));
-        co_await Until{[] { return ws.viewxmin > 18; }, "the zoom"};
-        co_await Idle();
-        Pick(MenuManualPeaks);
-        co_await Shown("dialog130");
-        Click(30, 500);
-        co_await PointCount(ws.npeaks, 1);
-        const float low = ws.viewxmin, high = ws.viewxmax;
-        PressButton("button1204");
-        co_await Until{[&] { return ws.viewxmin == high; }, "the next page"};
-        Click(45, (ws.viewymin + ws.viewymax) / 2);
-        co_await PointCount(ws.npeaks, 2);
-        EXPECT_TRUE(FindA<QLabel>("field1202")->text().endsWith('2'));
-        PressButton("button1203");
-        co_await Until{[&] { return ws.viewxmin == low; }, "the page before"};
-        Click(30, 500, Qt::RightButton);
-        co_await PointCount(ws.npeaks, 1);
-        EXPECT_NEAR(ws.peaks(ptth, 1), 45, 0.05);
-        PressButton("button1205");
-        co_await Idle();
-        EXPECT_EQ(ws.npeaks, 0);
-      },
-      {file});
+  RunOn("picks.xy", []() -> Script {
+    co_await Zoomed(20, 35);
+    Pick(MenuManualPeaks);
+    co_await Shown("dialog130");
+    Click(30, 500);
+    co_await PointCount(ws.npeaks, 1);
+    const float low = ws.viewxmin, high = ws.viewxmax;
+    PressButton("button1204");
+    co_await Until{[&] { return ws.viewxmin == high; }, "the next page"};
+    Click(45, (ws.viewymin + ws.viewymax) / 2);
+    co_await PointCount(ws.npeaks, 2);
+    EXPECT_TRUE(FindA<QLabel>("field1202")->text().endsWith('2'));
+    PressButton("button1203");
+    co_await Until{[&] { return ws.viewxmin == low; }, "the page before"};
+    Click(30, 500, Qt::RightButton);
+    co_await PointCount(ws.npeaks, 1);
+    EXPECT_NEAR(ws.peaks(ptth, 1), 45, 0.05);
+    PressButton("button1205");
+    co_await Idle();
+    EXPECT_EQ(ws.npeaks, 0);
+  });
 }
 
 TEST(Commands, TheWindowCanBeClosedBesideADialog) {
-  const std::string file = MakePattern("close.xy");
-  RunWith(
-      []() -> Script {
-        Pick(MenuManualPeaks);
-        co_await Shown("dialog130");
-        Click(30, 500);
-        co_await PointCount(ws.npeaks, 1);
-        Root()->close();
-      },
-      {file});
+  RunOn("close.xy", []() -> Script {
+    Pick(MenuManualPeaks);
+    co_await Shown("dialog130");
+    Click(30, 500);
+    co_await PointCount(ws.npeaks, 1);
+    Root()->close();
+  });
   EXPECT_EQ(Root(), nullptr);
   EXPECT_EQ(ws.npeaks, 1);
 }
 
 TEST(Commands, SinglePeakFitInAZoom) {
-  const std::string file = MakePattern("fit.xy");
-  RunWith(
-      []() -> Script {
-        QTest::mousePress(Root()->canvas, Qt::LeftButton, {}, OnPlot(27, 990));
-        QTest::mouseRelease(Root()->canvas, Qt::LeftButton, {}, OnPlot(33, 10));
-        co_await Until{[] { return ws.viewxmin > 20; }, "the zoom"};
-        co_await Idle();
-        for (const auto& [key, left] : {std::pair("Escape", 0), std::pair("Return", 1)}) {
-          Pick(MenuSinglePeakFit);
-          co_await Shown("dialog126");
-          EXPECT_TRUE(FindA<QLabel>("field1151")->text().trimmed().startsWith("30.0"));
-          EXPECT_EQ(ws.npeaks, 1);
-          Press(key);
-          co_await Idle();
-          EXPECT_EQ(ws.npeaks, left) << key;
-        }
-        EXPECT_NEAR(ws.peaks(ptth, 1), 30, 0.01);
-        EXPECT_NEAR(ws.peaks(pfwhm, 1), 0.4, 0.01);
-        EXPECT_GT(ws.viewxmin, 20) << "the zoom stays";
-      },
-      {file});
+  RunOn("fit.xy", []() -> Script {
+    co_await Zoomed(27, 33);
+    for (const auto& [key, left] : {std::pair("Escape", 0), std::pair("Return", 1)}) {
+      Pick(MenuSinglePeakFit);
+      co_await Shown("dialog126");
+      EXPECT_TRUE(FindA<QLabel>("field1151")->text().trimmed().startsWith("30.0"));
+      EXPECT_EQ(ws.npeaks, 1);
+      Press(key);
+      co_await Idle();
+      EXPECT_EQ(ws.npeaks, left) << key;
+    }
+    EXPECT_NEAR(ws.peaks(ptth, 1), 30, 0.01);
+    EXPECT_NEAR(ws.peaks(pfwhm, 1), 0.4, 0.01);
+    EXPECT_GT(ws.viewxmin, 20) << "the zoom stays";
+  });
 }
 
 // What is cancelled leaves no trace. What is accepted changes a curve, asks or tells something, or
 // is there when the dialog is opened again.
 TEST(Commands, EveryParameterDialogIsCancelledAndAccepted) {
-  const std::string file = MakePattern("each.xy");
-  RunWith(
-      []() -> Script {
-        std::ranges::fill(ws.yval.row(SlotBackground), 20.0f);
-        PutBackgroundOnInputGrid();
-        const auto start = std::make_unique<Workspace>(ws);
-        const Until dialog{[] { return OnShow() && OnShow()->isActiveWindow(); }, "a dialog"};
-        const Until answer{[=] { return ReadyForCommands() || dialog.ready(); }, "an answer"};
-        for (const int id : kWithParameters) {
-          ws = *start;
-          Pick(id);
-          co_await dialog;
-          const QStringList shown = Entries();
-          FillIn();
-          EXPECT_NE(Entries(), shown) << id;
-          Press("Escape");
-          co_await Idle();
-          EXPECT_TRUE(SameCurves(*start)) << id;
+  RunOn("each.xy", []() -> Script {
+    std::ranges::fill(ws.yval.row(SlotBackground), 20.0f);
+    PutBackgroundOnInputGrid();
+    const auto start = std::make_unique<Workspace>(ws);
+    const Until dialog{[] { return OnShow() && OnShow()->isActiveWindow(); }, "a dialog"};
+    const Until answer{[=] { return ReadyForCommands() || dialog.ready(); }, "an answer"};
+    for (const int id : kWithParameters) {
+      ws = *start;
+      Pick(id);
+      co_await dialog;
+      const QStringList shown = Entries();
+      FillIn();
+      EXPECT_NE(Entries(), shown) << id;
+      Press("Escape");
+      co_await Idle();
+      EXPECT_TRUE(SameCurves(*start)) << id;
 
-          Pick(id);
-          co_await dialog;
-          EXPECT_EQ(Entries(), shown) << id;
-          FillIn();
-          Press("Return");
-          bool done = false;
-          for (co_await answer; OnShow(); co_await answer) {
-            EXPECT_FALSE(OnShow()->objectName().startsWith("dialog")) << id;
-            done = true;
-            Press("Escape");
-          }
-          if (done || !SameCurves(*start)) continue;
-          Pick(id);
-          co_await dialog;
-          EXPECT_NE(Entries(), shown) << id;
-          Press("Escape");
-          co_await Idle();
-        }
-      },
-      {file});
+      Pick(id);
+      co_await dialog;
+      EXPECT_EQ(Entries(), shown) << id;
+      FillIn();
+      Press("Return");
+      bool done = false;
+      for (co_await answer; OnShow(); co_await answer) {
+        EXPECT_FALSE(OnShow()->objectName().startsWith("dialog")) << id;
+        done = true;
+        Press("Escape");
+      }
+      if (done || !SameCurves(*start)) continue;
+      Pick(id);
+      co_await dialog;
+      EXPECT_NE(Entries(), shown) << id;
+      Press("Escape");
+      co_await Idle();
+    }
+  });
 }

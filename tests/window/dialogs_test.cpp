@@ -28,81 +28,72 @@ constexpr int MenuWavelengths = 40124, MenuSmooth = 40061;
 }  // namespace
 
 TEST(Numbers, AreReadAndShownAlikeInEveryLanguage) {
-  const std::string file = MakePattern("lang.xy");
-  RunWith(
-      []() -> Script {
-        EXPECT_STREQ(std::localeconv()->decimal_point, ".");
-        EXPECT_EQ(QLocale().decimalPoint(), ".");
-        EXPECT_EQ(ws.xval(AxisTth, SlotInput, 2), 10.05f);
-        Pick(MenuWavelengths);
-        co_await Shown("dialog136");
-        EXPECT_EQ(QApplication::focusWidget(), Find("field1161"));
-        EXPECT_EQ(FindA<QLineEdit>("field1161")->selectedText(), "1.54056");
-        Type("0,71073");
-        Press("Tab");
-        Type("1.25");
-        EXPECT_EQ(Complaint(), "");
-        Press("Return");
-        co_await Idle();
-        EXPECT_EQ(ws.wavelen(1), 0.71073f);
-        EXPECT_EQ(ws.wavelen(2), 1.25f);
+  RunOn("lang.xy", []() -> Script {
+    EXPECT_STREQ(std::localeconv()->decimal_point, ".");
+    EXPECT_EQ(QLocale().decimalPoint(), ".");
+    EXPECT_EQ(ws.xval(AxisTth, SlotInput, 2), 10.05f);
+    Pick(MenuWavelengths);
+    co_await Shown("dialog136");
+    EXPECT_EQ(QApplication::focusWidget(), Find("field1161"));
+    EXPECT_EQ(FindA<QLineEdit>("field1161")->selectedText(), "1.54056");
+    Type("0,71073");
+    Press("Tab");
+    Type("1.25");
+    EXPECT_EQ(Complaint(), "");
+    Press("Return");
+    co_await Idle();
+    EXPECT_EQ(ws.wavelen(1), 0.71073f);
+    EXPECT_EQ(ws.wavelen(2), 1.25f);
 
-        QTest::mouseMove(Root()->canvas, OnCanvas(0.5, 0.5));
-        co_await Until{[] { return !Root()->parts[0]->text().isEmpty(); }, "the read-outs"};
-        EXPECT_TRUE(Root()->parts[0]->text().startsWith("TwoTh"));
-        EXPECT_TRUE(Root()->parts[0]->text().contains('.'));
-      },
-      {file});
+    QTest::mouseMove(Root()->canvas, OnCanvas(0.5, 0.5));
+    co_await Until{[] { return !Root()->parts[0]->text().isEmpty(); }, "the read-outs"};
+    EXPECT_TRUE(Root()->parts[0]->text().startsWith("TwoTh"));
+    EXPECT_TRUE(Root()->parts[0]->text().contains('.'));
+  });
 }
 
 TEST(Dialogs, WrongNumbersStayOpenAndMarked) {
-  const std::string file = MakePattern("wrong.xy");
-  RunWith(
-      []() -> Script {
-        Pick(MenuSmooth);
-        co_await Shown("dialog110");
-        auto* spin = FindA<QAbstractSpinBox>("field1033");
-        const QColor plain = spin->palette().color(QPalette::Base);
-        for (const char* wrong : {"2", "20001", "3.5", "x"}) {
-          spin->selectAll();
-          Type(wrong);
-          EXPECT_EQ(spin->text(), wrong) << "typed text is kept";
-          EXPECT_TRUE(Complaint().contains("Allowed: 3 to 20000")) << Complaint().toStdString();
-          EXPECT_NE(spin->palette().color(QPalette::Base), plain);
-          Press("Return");
-          co_await Until{[] { return true; }};
-          EXPECT_TRUE(spin->isVisible()) << wrong;
-          EXPECT_EQ(QApplication::focusWidget(), spin);
-        }
-        spin->selectAll();
-        Type("4");
-        for (const char* key : {"Down", "Down", "Up", "Up"}) Press(key);
-        EXPECT_EQ(spin->text(), "5") << "the arrows stop at the range";
-        EXPECT_EQ(Complaint(), "");
-        EXPECT_EQ(spin->palette().color(QPalette::Base), plain);
-        Press("Escape");
-        co_await Idle();
-        EXPECT_EQ(ws.smoothwindow, 3);
-      },
-      {file});
+  RunOn("wrong.xy", []() -> Script {
+    Pick(MenuSmooth);
+    co_await Shown("dialog110");
+    auto* spin = FindA<QAbstractSpinBox>("field1033");
+    const QColor plain = spin->palette().color(QPalette::Base);
+    for (const char* wrong : {"2", "20001", "3.5", "x"}) {
+      spin->selectAll();
+      Type(wrong);
+      EXPECT_EQ(spin->text(), wrong) << "typed text is kept";
+      EXPECT_TRUE(Complaint().contains("Allowed: 3 to 20000")) << Complaint().toStdString();
+      EXPECT_NE(spin->palette().color(QPalette::Base), plain);
+      Press("Return");
+      co_await Until{[] { return true; }};
+      EXPECT_TRUE(spin->isVisible()) << wrong;
+      EXPECT_EQ(QApplication::focusWidget(), spin);
+    }
+    spin->selectAll();
+    Type("4");
+    for (const char* key : {"Down", "Down", "Up", "Up"}) Press(key);
+    EXPECT_EQ(spin->text(), "5") << "the arrows stop at the range";
+    EXPECT_EQ(Complaint(), "");
+    EXPECT_EQ(spin->palette().color(QPalette::Base), plain);
+    Press("Escape");
+    co_await Idle();
+    EXPECT_EQ(ws.smoothwindow, 3);
+  });
 }
 
 TEST(Dialogs, ChoicesFollowTheProgram) {
-  const std::string file = MakePattern("save.xy");
-  RunWith(
-      []() -> Script {
-        Pick(MenuSavePattern);
-        co_await Shown("dialog123");
-        for (const char* key : {"Down", "Down", "Down"}) Press(key);  // to the last: All (*.tab)
-        EXPECT_TRUE(FindA<QAbstractButton>("field1101")->isChecked());
-        EXPECT_FALSE(Find("field1104")->isEnabled());
-        EXPECT_FALSE(Find("field1109")->isEnabled());
-        Press("Up");
-        EXPECT_TRUE(Find("field1109")->isEnabled());
-        Press("Escape");
-        co_await Idle();
-      },
-      {file});
+  RunOn("save.xy", []() -> Script {
+    Pick(MenuSavePattern);
+    co_await Shown("dialog123");
+    for (const char* key : {"Down", "Down", "Down"}) Press(key);  // to the last: All (*.tab)
+    EXPECT_TRUE(FindA<QAbstractButton>("field1101")->isChecked());
+    EXPECT_FALSE(Find("field1104")->isEnabled());
+    EXPECT_FALSE(Find("field1109")->isEnabled());
+    Press("Up");
+    EXPECT_TRUE(Find("field1109")->isEnabled());
+    Press("Escape");
+    co_await Idle();
+  });
 }
 
 TEST(Dialogs, CellsOfAGridArePickedByMouseAndKeys) {

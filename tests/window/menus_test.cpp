@@ -91,23 +91,20 @@ TEST(Menus, LettersAreUniqueAndLiteralAmpersandsStay) {
 }
 
 TEST(Menus, ByKeyboard) {
-  const std::string file = MakePattern("axis.xy");
-  RunWith(
-      []() -> Script {
-        EXPECT_EQ(Root()->windowTitle(), "axis - Quillagram");
-        Press("Alt+S");
-        co_await Until{[] { return QApplication::activePopupWidget(); }, "the Settings menu"};
-        Press("X");  // x-axis
-        co_await Until{[] { return Action(MenuAxisQ)->menu() == nullptr; }};
-        Press("Q");
-        co_await Until{[] { return ws.xaxismode == AxisQ; }, "the q axis"};
-        co_await Idle();
-        EXPECT_TRUE(Action(MenuAxisQ)->isChecked());
-        EXPECT_FALSE(Action(MenuAxisTth)->isChecked());
-        // The mark follows the program where the click alone would have turned it off.
-        Action(MenuAxisQ)->trigger();
-        co_await Idle();
-        EXPECT_TRUE(Action(MenuAxisQ)->isChecked());
-      },
-      {file});
+  RunOn("axis.xy", []() -> Script {
+    EXPECT_EQ(Root()->windowTitle(), "axis - Quillagram");
+    Press("Alt+S");
+    co_await Until{[] { return QApplication::activePopupWidget(); }, "the Settings menu"};
+    Press("X");  // x-axis
+    co_await Until{[] { return Action(MenuAxisQ)->menu() == nullptr; }};
+    Press("Q");
+    co_await Until{[] { return ws.xaxismode == AxisQ; }, "the q axis"};
+    co_await Idle();
+    EXPECT_TRUE(Action(MenuAxisQ)->isChecked());
+    EXPECT_FALSE(Action(MenuAxisTth)->isChecked());
+    // The mark follows the program where the click alone would have turned it off.
+    Action(MenuAxisQ)->trigger();
+    co_await Idle();
+    EXPECT_TRUE(Action(MenuAxisQ)->isChecked());
+  });
 }

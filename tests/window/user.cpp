@@ -91,6 +91,10 @@ void RunWith(const std::function<Script()>& user, std::vector<std::string> argum
   whole.handle.destroy();
 }
 
+void RunOn(const char* pattern, const std::function<Script()>& user) {
+  RunWith(user, {MakePattern(pattern)});
+}
+
 QWidget* Find(const QString& name) {
   QWidget* found = nullptr;
   for (QWidget* widget : QApplication::allWidgets())

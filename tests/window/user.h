@@ -43,6 +43,8 @@ Until Gone(const char* name);
 // Runs the whole program with a user in front of it, who closes the window in the end.
 // `arguments` are those of the command line.
 void RunWith(const std::function<Script()>& user, std::vector<std::string> arguments = {});
+// The same with a pattern of this name, as MakePattern makes it.
+void RunOn(const char* pattern, const std::function<Script()>& user);
 
 QWidget* Find(const QString& name);
 template <class T>
