@@ -39,7 +39,11 @@ await() {
   exit 1
 }
 # The window in front, or with "root" the whole screen.
-picture() { import -window "${2:-$(window)}" "$pictures/$1.png"; echo "$1.png"; }
+picture() {
+  import -window "${2:-$(window)}" "$pictures/$1.png"
+  if [ "${2:-}" = root ]; then mogrify -trim +repage "$pictures/$1.png"; fi
+  echo "$1.png"
+}
 # Opens a menu, picks rows by their letters, and takes the dialog that comes.
 dialog() {
   local name=$1 title=$2
