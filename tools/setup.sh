@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
 # Installs what the build and the tests need on Debian, if anything is missing.
 #   tools/setup.sh          compiler, CMake, Qt, test and benchmark libraries
-#   tools/setup.sh check    also clang for fuzzing and the style check
+#   tools/setup.sh check    also what fuzzing, benchmarks and the style check need
 set -euo pipefail
 
 packages=(g++ cmake ninja-build ccache qt6-base-dev qt6-wayland libgl-dev libgtest-dev libc-bin locales)
-if [[ ${1:-} == check ]]; then packages+=(clang-14 libclang-rt-14-dev clang-format-14 git); fi
+if [[ ${1:-} == check ]]; then packages+=(clang-14 libclang-rt-14-dev clang-format-14 libbenchmark-dev git); fi
 
 if ! command -v dpkg-query >/dev/null || ! command -v apt-get >/dev/null; then
   echo "This is no Debian system; the build needs what these packages hold: ${packages[*]}" >&2
