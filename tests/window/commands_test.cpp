@@ -10,6 +10,7 @@
 
 #include "background/curve.h"
 #include "shell/shell.h"
+#include "toolkit/displaylist.h"
 #include "toolkit/qt/events.h"
 #include "toolkit/qt/window.h"
 #include "user.h"
@@ -77,10 +78,9 @@ TEST(Commands, ManualBackgroundByMouse) {
     Click(40, 600, Qt::RightButton);
     co_await PointCount(ws.nmanualbg, 1);
     // The plot follows the window, and the mouse the plot.
-    const QSize large = Root()->canvas->size();
-    Root()->resize(Root()->size() * 0.8);
-    co_await Until{[=] { return Root()->canvas->size() != large && !Root()->canvas->HasLate(); },
-                   "the smaller plot"};
+    const auto drawn = ScreenList().points;
+    Root()->resize(Root()->width() * 0.7, Root()->height());
+    co_await Until{[=] { return ScreenList().points != drawn; }, "letters of the new shape"};
     QTest::mouseMove(Root()->canvas, OnPlot(45, 500));
     co_await Until{[] { return Root()->parts[0]->text().startsWith("TwoTh  4"); }, "read-outs"};
     Click(20, 200);

@@ -49,7 +49,8 @@ void Canvas::PaintSheet(QSize pixels, double ratio) {
   QPainter painter(&sheet_);
   const DisplayList& list = ScreenList();
   PaintList(painter, list, QSizeF(size()) * ratio, ThinLine() * ratio, Detail::PerColumn);
-  if (!list.strokes.empty() || !list.texts.empty()) return;
+  unused_ = unused_ && list.strokes.empty() && list.texts.empty();
+  if (!unused_) return;
   painter.scale(ratio, ratio);
   PaintHint(painter);
 }

@@ -41,6 +41,7 @@ class Canvas : public QWidget {
 
   QImage sheet_;
   bool stale_ = true;
+  bool unused_ = true;  // nothing has been drawn yet
   std::optional<Message> move_;
   bool resized_ = false;
   bool leftdown_ = false;
