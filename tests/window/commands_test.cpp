@@ -80,7 +80,7 @@ TEST(Commands, ManualBackgroundByMouse) {
     // The plot follows the window, and the mouse the plot.
     const auto drawn = ScreenList().points;
     Root()->resize(Root()->width() * 0.7, Root()->height());
-    co_await Until{[=] { return ScreenList().points != drawn; }, "letters of the new shape"};
+    co_await Until{[&] { return ScreenList().points != drawn; }, "letters of the new shape"};
     QTest::mouseMove(Root()->canvas, OnPlot(45, 500));
     co_await Until{[] { return Root()->parts[0]->text().startsWith("TwoTh  4"); }, "read-outs"};
     Click(20, 200);
