@@ -143,8 +143,7 @@ void DialogView::MakeRow(int index) {
 
 void DialogView::PlaceRow(QGridLayout* grid, int index, int row, int column) {
   const Row& widgets = rows_[index];
-  // A heading over values has a unit only.
-  const bool beside = widgets.label || *ControlAt(index).unit;
+  const int beside = widgets.label ? 1 : 0;
   if (widgets.label) grid->addWidget(widgets.label, row, column);
   grid->addWidget(widgets.field, row, column + beside, 1, widgets.unit ? 1 : 3 - beside);
   if (widgets.unit) grid->addWidget(widgets.unit, row, column + 2);
