@@ -61,7 +61,7 @@ void FillGrid(int slot, int n, float start, float step) {
   float* x = ws.xval.row(AxisTth, slot).data();
   for (int i = 1; i <= n; ++i) {
     const float tth = step * static_cast<float>(i - 1) + start;
-    x[i - 1] = std::isinf(tth) ? start : tth;
+    x[i - 1] = std::isfinite(tth) ? tth : start;
   }
 }
 

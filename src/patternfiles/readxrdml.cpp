@@ -17,6 +17,7 @@
 #include "patternfiles/patternfiles.h"
 
 #include <algorithm>
+#include <limits>
 
 #include "patternfiles/readcommon.h"
 #include "workspace/text.h"
@@ -107,8 +108,9 @@ int ReadXrdml(int slot, const std::string& path) {
 
   const int n = ws.npts(slot);
   if (n < 1) return ReadFailure("File Error", "Nothing read from xrdml file");
-  // A single point has no step, and its two-theta is not a number.
   FillGrid(slot, n, scan.start, (scan.stop - scan.start) / static_cast<float>(n - 1));
+  // A single point has no step, and its two-theta is not a number.
+  if (n == 1) ws.xval(AxisTth, slot, 1) = std::numeric_limits<float>::quiet_NaN();
   ws.wavelen(slot) = ws.scanwave(1);
   if (slot != SlotInput) return 1;
 
