@@ -54,6 +54,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   // What an earlier input has left must not decide.
   ws.npts.fill(0);
   ws.scanwave.fill(0);
+  for (int each : {slot, int{SlotNet}}) ws.xval(AxisTth, each, 1) = 0;
   const bool inside = slot > SlotInput && slot < MaxSlots;  // slot 1 is copied to others
   if (inside) *BehindX(slot) = *BehindY(slot) = kUntouched;
   formats[data[0] % formats.size()].read(slot, path);
