@@ -8,6 +8,7 @@
 #include "plot/plot.h"
 #include "plot/scales.h"
 #include "toolkit/toolkit.h"
+#include "workspace/slots.h"
 #include "workspace/text.h"
 #include "workspace/workspace.h"
 
@@ -62,21 +63,10 @@ float Shown(float counts) {
   return counts > 0 ? Log10(counts) : 0.0f;
 }
 
-int PrimarySlot() {
-  if (ws.plotmask & PlotInput) return SlotInput;
-  if (ws.plotmask & PlotRefined) return SlotRefined;
-  if (ws.plotmask & PlotNet) return SlotNet;
-  if (ws.plotmask & PlotBackground) return SlotBackground;
-  return SlotInput;
-}
-
 bool BandIsZoom() {
   float height = ws.bandy2 - ws.bandy1;
   if (Logarithmic()) height = std::pow(10.0f, ws.bandy2) - std::pow(10.0f, ws.bandy1);
-  float step = 0;
-  if (ws.npts(SlotInput) >= 2)
-    step = ws.xval(AxisTth, SlotInput, 2) - ws.xval(AxisTth, SlotInput, 1);
-  return ws.bandx2 - ws.bandx1 > 10 * step && height > kSmallestBand;
+  return ws.bandx2 - ws.bandx1 > 10 * FirstStepOf(SlotInput) && height > kSmallestBand;
 }
 
 // The range to show before it is rounded: the band, the view, or everything.
@@ -307,7 +297,7 @@ void DrawPatternPlot() {
   if (ws.viewmode == 0) return;
   UpdatePlotMenu();
   if (ws.plotmask < 1) return;
-  Plot plot{.page = LayPage(), .primary = PrimarySlot(), .x = {}, .y = {}};
+  Plot plot{.page = LayPage(), .primary = ActiveSlot(), .x = {}, .y = {}};
   MoveOrigin(ws.plotx0, ws.ploty0);
   if (!LayRanges(plot)) return;
   if (ws.epsflag == 1) MoveOrigin(10, 0);

@@ -6,7 +6,6 @@ enum MenuId {
   MenuExit = 40006,
   MenuPrintGraphics = 40005,
   MenuDebug = 40028,
-  MenuFullPattern = 40029,
   MenuPlotPeaks = 40017,
   MenuPopupPeakFit = 40019,
   MenuPrintReport = 40021,

@@ -205,7 +205,8 @@ void ResetWorkspace();
 // fills d and Q of each overlay with its own wavelength. A two-theta of 0 gives d 0 and Q 0.
 void ComputeXAxes();
 
-// The pattern that the Modify and Background commands work on, by `plotmask`: 1, 4, 3 or 2.
+// The pattern that is drawn first and that the Modify and Background commands work on, by
+// `plotmask`: 1, 4, 3 or 2.
 int ActiveSlot();
 
 // Empties the peak list and the refined curve and puts the fit's parameters to their defaults.
