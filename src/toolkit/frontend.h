@@ -66,6 +66,7 @@ namespace frontend {
 
 // argc and argv as given to main; what the front end takes for itself is removed.
 void Initialise(int& argc, char** argv);
+SettingsUse Settings();
 void ScreenSize(int& width, int& height);
 void OpenWindow(int x, int y, int width, int height, const std::string& title);
 void SetTitle(const std::string& title);

@@ -105,6 +105,8 @@ void IOsDeleteFile(const std::string& file) {
   Keep(outcome);
 }
 
+SettingsUse WSettings() { return frontend::Settings(); }
+
 int WInfoError(int) { return lasterror; }
 
 int IOsDate() {

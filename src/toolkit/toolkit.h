@@ -208,6 +208,10 @@ void IOsCommand(const std::string& text, int flags = 0);
 void IOsCommandOnFile(const std::string& command, const std::string& file);
 void IOsCopyFile(const std::string& from, const std::string& to);
 void IOsDeleteFile(const std::string& file);
+enum class SettingsUse { None, Read, Write };
+// What the program may do with its configuration file: a window reads and writes it, a transcript
+// reads it unless told otherwise.
+SettingsUse WSettings();
 // How the last of the operations on directories and files above ended: 0, or a code of the failure.
 int WInfoError(int n);
 int IOsDate();  // yyyymmdd

@@ -32,7 +32,8 @@ void DeriveDAndQ(int slot, float wavelength) {
 }  // namespace
 
 void ComputeXAxes() {
-  DeriveDAndQ(SlotInput, ws.wavelen(1));
+  ws.axiswave = ws.wavelen(1);
+  DeriveDAndQ(SlotInput, ws.axiswave);
   for (int slot = SlotBackground; slot <= SlotRefined; ++slot)
     for (int axis = AxisTth; axis <= AxisQ; ++axis)
       for (int i = 1; i <= ws.npts(SlotInput); ++i)

@@ -175,7 +175,8 @@ struct Workspace : PerPattern {
   Table<std::string, 16> gdfhead;  // header lines of a gdf file; line 8 is the exposure time
   Table<std::string, MaxOverlays> overlayname;
 
-  Table<float, 3> scanwave;  // the file's alpha1, alpha2 and their ratio
+  Table<float, 3> scanwave;    // the file's alpha1, alpha2 and their ratio
+  float axiswave = CuKalpha1;  // that of the d and Q axes as they stand in xval
 
   // Peak list in rising two-theta order, with one spare row that no reader uses.
   Table<float, 8, MaxPeaks + 1> peaks;

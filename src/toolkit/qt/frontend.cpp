@@ -80,6 +80,8 @@ void Initialise(int& argc, char** argv) {
   WatchSignals(EndInOrder);
 }
 
+SettingsUse Settings() { return SettingsUse::Write; }
+
 void ScreenSize(int& width, int& height) {
   const QSize size = QApplication::primaryScreen()->size();
   width = size.width();

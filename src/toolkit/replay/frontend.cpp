@@ -22,13 +22,16 @@ using replay::Situation;
 namespace {
 
 constexpr const char* Usage =
-    "Usage: quillagram-replay [--run-commands] [FILE]\n"
+    "Usage: quillagram-replay [--run-commands] [--settings none|read|write] [FILE]\n"
     "Does what the lines of FILE (or of standard input) say and prints what a user would see.\n"
     "  --run-commands  start child processes instead of only naming them\n"
+    "  --settings WHAT whether the configuration file is read (as it is by default) or written "
+    "too\n"
     "  --help          show this text\n"
     "  --version       show the version\n";
 
 bool runcommands = false;
+SettingsUse settings = SettingsUse::Read;
 int windowwidth = 1536, windowheight = 864;
 std::vector<DialogState*> beside;  // dialogs that stand beside the plot, the last one in front
 bool closed = false;               // the window has been asked to close
@@ -37,6 +40,13 @@ std::string printfile;
 [[noreturn]] void Leave(std::FILE* stream, const char* text, int status) {
   std::fputs(text, stream);
   std::exit(status);
+}
+
+SettingsUse SettingsOf(std::string_view word) {
+  if (word == "none") return SettingsUse::None;
+  if (word == "read") return SettingsUse::Read;
+  if (word == "write") return SettingsUse::Write;
+  Leave(stderr, Usage, 2);
 }
 
 // "1" for a control that takes input.
@@ -87,6 +97,8 @@ void Initialise(int& argc, char** argv) {
     if (word == "--version") Leave(stdout, "quillagram-replay 1.0\n", 0);
     if (word == "--run-commands")
       runcommands = true;
+    else if (word == "--settings" && i + 1 < argc)
+      settings = SettingsOf(argv[++i]);
     else if (word.starts_with("--") || ++files > 1)
       Leave(stderr, Usage, 2);
     else
@@ -97,6 +109,8 @@ void Initialise(int& argc, char** argv) {
   if (!replay::OpenTranscript(transcript == "-" ? "" : transcript))
     replay::Fail("cannot read " + transcript);
 }
+
+SettingsUse Settings() { return settings; }
 
 void ScreenSize(int& width, int& height) {
   width = 1920;
