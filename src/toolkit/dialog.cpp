@@ -6,6 +6,7 @@
 
 #include "toolkit/common.h"
 #include "toolkit/dialogs.h"
+#include "toolkit/journal.h"
 
 namespace {
 
@@ -80,12 +81,7 @@ DialogState& Current() {
   return *loaded.back();
 }
 
-// Index of a control of the current dialog, -1 if it has none of this number.
-int IndexOf(int field) {
-  const auto controls = Current().resource->controls;
-  const auto found = std::ranges::find(controls, field, &Control::id);
-  return found == controls.end() ? -1 : static_cast<int>(found - controls.begin());
-}
+int IndexOf(int field) { return ControlIndex(Current(), field); }
 
 FieldState* FindField(int field) {
   const int index = IndexOf(field);
@@ -126,6 +122,19 @@ void PutCell(int field, int column, int row, const std::string& text) {
 
 }  // namespace
 
+int ControlIndex(const DialogState& dialog, int id) {
+  const auto controls = dialog.resource->controls;
+  const auto found = std::ranges::find(controls, id, &Control::id);
+  return found == controls.end() ? -1 : static_cast<int>(found - controls.begin());
+}
+
+const DialogState* DialogBeside() {
+  const auto found = std::find_if(loaded.rbegin(), loaded.rend(), [](const auto& dialog) {
+    return dialog->shown && !dialog->modal;
+  });
+  return found == loaded.rend() ? nullptr : found->get();
+}
+
 double UndefinedNumber(const Control& control) {
   return control.kind == ControlKind::Integer ? undefinedinteger : undefinedreal;
 }
@@ -161,12 +170,17 @@ void WDialogShow(int, int, int, int mode, const std::function<void(int field)>& 
   dialog.shown = true;
   ShowDrawing();
   if (!dialog.modal) return frontend::ShowDialog(dialog, changed);
+  const auto told = [&](int field) {
+    JournalField(dialog, ControlIndex(dialog, field));
+    if (changed) changed(field);
+  };
   {
     const PauseBusy pause;
-    frontend::ShowDialog(dialog, changed);
+    frontend::ShowDialog(dialog, told);
   }
   dialog.shown = false;
   lastbutton = dialog.button;
+  JournalPress(lastbutton);
 }
 
 void WDialogHide() {

@@ -7,6 +7,10 @@
 #include "toolkit/frontend.h"
 
 bool IsNumber(const Control& control);
+// Index of the control with this number, -1 if the dialog has none.
+int ControlIndex(const DialogState& dialog, int id);
+// The dialog that stands beside the plot, or null.
+const DialogState* DialogBeside();
 // The number of an entered text; the undefined value for an empty one, nothing for a wrong one.
 std::optional<double> EnteredNumber(const Control& control, std::string_view text);
 double UndefinedNumber(const Control& control);

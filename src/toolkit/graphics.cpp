@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "toolkit/common.h"
+#include "toolkit/journal.h"
 
 namespace {
 
@@ -173,6 +174,10 @@ void WGrInput(int, float x, float y, float& endx, float& endy, int& ending) {
   endx = x;
   endy = y;
   ending = frontend::RubberBand(x, y, endx, endy);
+  if (ending == MessageMouseUp)
+    JournalBand({x, y}, {endx, endy});
+  else
+    JournalBrokenBand();
 }
 
 void WCursorShape(int n) { frontend::SetCursor(n); }

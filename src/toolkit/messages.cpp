@@ -3,6 +3,7 @@
 #include <set>
 
 #include "toolkit/common.h"
+#include "toolkit/journal.h"
 
 namespace {
 
@@ -49,6 +50,7 @@ int WMessage(Message& data) {
     if (disabled.contains(next.message.type)) continue;
     data = next.message;
     if (data.type == MessageFileDropped) droppedfile = next.path;
+    JournalMessage(data);
     ShowBusy(StartsCommand(data.type));
     return data.type;
   }

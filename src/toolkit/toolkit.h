@@ -60,6 +60,11 @@ std::string WInfoDroppedFile();
 // Lets the window paint itself and nothing else; for long calculations.
 void WKeepAlive();
 
+// What the user has entered since the last call, as lines of a transcript that enter the same
+// again: set and press of dialogs and query boxes, file of selectors, key, click on the plot beside
+// a dialog, band. The lines are forgotten. Menu items and files opened are the application's own.
+std::vector<std::string> WTakeJournal();
+
 // ---- Windows ----------------------------------------------------------------------------------
 
 // Screen width (1) or height (2) in pixels.

@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "toolkit/common.h"
+#include "toolkit/journal.h"
 
 namespace {
 
@@ -65,7 +66,9 @@ void MessageBoxInfo(const std::string& caption, const std::string& text) {
 }
 
 int MessageBoxQuery(const std::string& caption, const std::string& text) {
-  return Answer(frontend::BoxKind::Query, caption, text) ? 1 : 0;
+  const bool ok = Answer(frontend::BoxKind::Query, caption, text);
+  JournalPress(ok ? ButtonOk : ButtonCancel);
+  return ok ? 1 : 0;
 }
 
 void RememberDirectory(const std::string& path) {
@@ -78,9 +81,10 @@ void WSelectFile(const std::string& filter, int flags, std::string& path,
   ShowDrawing();
   const std::string directory = lastdirectory.empty() ? IOsFullPath("") : lastdirectory;
   path = frontend::SelectFile(filter, flags, path, title, directory);
-  if (path.empty()) return;
+  if (path.empty()) return JournalFiles({});
   path = IOsFullPath(path);
   if ((flags & FileSave) && std::filesystem::path(path).extension().empty())
     path += FilterExtension(filter);
   RememberDirectory(path);
+  JournalFiles({&path, 1});
 }

@@ -124,12 +124,14 @@ TEST(Canvas, RubberBandZoomsAndEscapeBreaksItOff) {
     QTest::mouseRelease(canvas, Qt::LeftButton, {}, OnCanvas(0.6, 0.8));
     co_await Idle();
     EXPECT_EQ(ws.viewxmax - ws.viewxmin, full);
+    EXPECT_TRUE(WTakeJournal().empty());
 
     // From right to left, and the release comes before the program has taken the press.
     QTest::mousePress(canvas, Qt::LeftButton, {}, OnCanvas(0.6, 0.2));
     QTest::mouseRelease(canvas, Qt::LeftButton, {}, OnCanvas(0.3, 0.8));
     co_await Until{[&] { return ws.viewxmax - ws.viewxmin < 0.7f * full; }, "the zoom"};
     co_await Idle();
+    EXPECT_EQ(WTakeJournal().size(), 1u) << "the band";
     const float low = ws.viewxmin, high = ws.viewxmax;
     Press("Right");
     co_await Until{[&] { return ws.viewxmin == high; }, "the next page"};
@@ -175,6 +177,7 @@ TEST(Canvas, PrintsWithoutAPrinterAndReportsWhatCannotBeWritten) {
         const QByteArray bytes = pdf.readAll();
         EXPECT_TRUE(bytes.startsWith("%PDF-"));
         EXPECT_GT(bytes.size(), 4000) << "all 1000 points";
+        EXPECT_EQ(WTakeJournal(), std::vector{"file \"" + Place() + target + '"'});
       } else {
         co_await Shown("box");
         EXPECT_TRUE(BoxText().startsWith("Cannot print")) << BoxText().toStdString();

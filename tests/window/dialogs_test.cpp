@@ -78,6 +78,7 @@ TEST(Dialogs, WrongNumbersStayOpenAndMarked) {
     Press("Escape");
     co_await Idle();
     EXPECT_EQ(ws.smoothwindow, 3);
+    EXPECT_EQ(WTakeJournal(), (std::vector<std::string>{"set 1033 \"5\"", "press 2"}));
   });
 }
 

@@ -9,6 +9,7 @@
 #include <memory>
 
 #include "toolkit/common.h"
+#include "toolkit/journal.h"
 #include "toolkit/qt/painter.h"
 #include "toolkit/qt/window.h"
 
@@ -32,6 +33,14 @@ bool IsWholePdf(const QString& path) {
   if (!file.open(QIODevice::ReadOnly)) return false;
   file.seek(std::max<qint64>(0, file.size() - 16));
   return file.readAll().contains("%%EOF");
+}
+
+// A transcript has no printer: what went to one goes to a file there.
+void JournalPrinter(const std::string& job) {
+  const QString file = printer->outputFileName();
+  const QString name = file.isEmpty() ? JobName(job) + ".pdf" : file;
+  const std::string path = QFile::encodeName(QDir::current().absoluteFilePath(name)).toStdString();
+  JournalFiles({&path, 1});
 }
 
 // The drawing in the middle of the sheet at its true size, or smaller where it does not fit.
@@ -58,7 +67,11 @@ bool PrintDialog(const std::string& job) {
   }
   QPrintDialog dialog(printer.get(), FrontWindow());
   dialog.setObjectName("printdialog");
-  if (dialog.exec() == QDialog::Accepted) return true;
+  if (dialog.exec() == QDialog::Accepted) {
+    JournalPrinter(job);
+    return true;
+  }
+  JournalFiles({});
   printer.reset();
   return false;
 }

@@ -2,126 +2,12 @@
 #include "toolkit/replay/actions.h"
 
 #include <algorithm>
-#include <charconv>
-#include <cmath>
 
 #include "toolkit/common.h"
-#include "toolkit/replay/transcript.h"
+#include "toolkit/replay/lines.h"
 
 namespace replay {
 namespace {
-
-using Words = std::vector<Word>;
-
-// A whole number, or 0 for anything else: no menu item, control or field has that number.
-int Number(const Word& word) {
-  int number = 0;
-  const char* end = word.text.data() + word.text.size();
-  if (word.quoted || std::from_chars(word.text.data(), end, number).ptr != end) return 0;
-  return number;
-}
-
-float Coordinate(const Word& word) {
-  float value = 0;
-  const char* end = word.text.data() + word.text.size();
-  const auto result = std::from_chars(word.text.data(), end, value);
-  if (result.ptr != end || result.ec != std::errc() || !std::isfinite(value))
-    Fail("\"" + word.text + "\" is not a number");
-  return value;
-}
-
-template <std::size_t N>
-int OneOf(const Word& word, const std::pair<const char*, int> (&known)[N]) {
-  for (const auto& [name, value] : known)
-    if (word.text == name) return value;
-  Fail("\"" + word.text + "\" is not known here");
-}
-
-// ---- Menu ----
-
-const MenuItem* ItemById(int id) {
-  const auto& items = MenuItems();
-  const auto found = std::ranges::find(items, id, [](const MenuItem& item) { return item.row.id; });
-  return found == items.end() ? nullptr : &*found;
-}
-
-// Texts given by the program, such as file names, stand as they are.
-std::string ItemText(const MenuItem& item) {
-  return item.text == item.row.text ? Shown(item.text) : item.text;
-}
-
-// "Peak search/Auto peak search"
-std::string ItemPath(const MenuItem& item) {
-  const MenuItem* parent = ItemById(item.row.parent);
-  return (parent ? ItemPath(*parent) + "/" : "") + ItemText(item);
-}
-
-const MenuItem& ItemOf(const Word& word) {
-  if (const MenuItem* item = ItemById(Number(word))) return *item;
-  for (const MenuItem& item : MenuItems())
-    if (ItemPath(item) == word.text || ItemPath(item) == Shown(word.text)) return item;
-  Fail("no menu item " + word.text);
-}
-
-bool Reachable(const MenuItem& item) {
-  const MenuItem* parent = ItemById(item.row.parent);
-  return item.enabled && (!parent || Reachable(*parent));
-}
-
-void PickMenu(Situation& now, const Words& words) {
-  const MenuItem& item = ItemOf(words[1]);
-  if (item.row.popup) Fail("menu " + ItemPath(item) + " is not an item");
-  if (!Reachable(item)) Fail("menu item " + ItemPath(item) + " is disabled");
-  PostMessage({.type = MessageMenu, .value1 = item.row.id, .window = RootWindow});
-  now.done = true;
-}
-
-// The item's own state; the popups above it have theirs.
-void PrintItem(Situation&, const Words& words) {
-  const MenuItem& item = ItemOf(words[1]);
-  Emit({"item", std::to_string(item.row.id), ItemText(item), item.enabled ? "1" : "0",
-        item.checked ? "1" : "0"});
-}
-
-// ---- Keys and mouse ----
-
-void PressKey(Situation& now, const Words& words) {
-  static constexpr std::pair<const char*, int> keys[] = {
-      {"left", KeyLeft}, {"right", KeyRight}, {"up", KeyUp}, {"down", KeyDown}};
-  PostMessage({.type = MessageKey, .value1 = OneOf(words[1], keys), .window = RootWindow});
-  now.done = true;
-}
-
-Message MouseMessage(int button, const Word& x, const Word& y) {
-  float px = Coordinate(x), py = Coordinate(y);
-  if (Hooks().tounits) std::tie(px, py) = Hooks().tounits(px, py);
-  if (!std::isfinite(px) || !std::isfinite(py)) Fail("there is no plot");
-  return {.type = MessageMouseDown, .value1 = button, .x = px, .y = py, .window = RootWindow};
-}
-
-// Moves to the start, presses, and leaves the release to whoever asks for it.
-void PressMouse(Situation& now, const Message& down, Message up) {
-  Message move = down;
-  move.type = MessageMouseMove;
-  move.value1 = 0;
-  PostMessage(move);
-  PostMessage(down);
-  up.type = MessageMouseUp;
-  PendingRelease() = {true, up};
-  now.done = true;
-}
-
-void ClickMouse(Situation& now, const Words& words) {
-  static constexpr std::pair<const char*, int> buttons[] = {{"left", MouseLeft},
-                                                            {"right", MouseRight}};
-  const Message down = MouseMessage(OneOf(words[1], buttons), words[2], words[3]);
-  PressMouse(now, down, down);
-}
-
-void DragMouse(Situation& now, const Words& words) {
-  PressMouse(now, MouseMessage(MouseLeft, words[1], words[2]),
-             MouseMessage(MouseLeft, words[3], words[4]));
-}
 
 // ---- Dialogs ----
 
@@ -147,10 +33,11 @@ void SetField(Situation& now, const Words& words) {
   DialogState& dialog = *now.dialog;
   const int index = UsableControl(dialog, words[1], false);
   const std::string before = dialog.fields[index].text, &text = words[2].text;
+  const double value = dialog.fields[index].value;
   const std::string complaint = DialogEnter(dialog, index, text);
   const bool entry = dialog.resource->controls[index].kind != ControlKind::Text;
   if (!complaint.empty() && (!entry || DialogRefuses(dialog, index, text))) Fail(complaint);
-  if (dialog.fields[index].text == before) return;
+  if (dialog.fields[index].text == before && dialog.fields[index].value == value) return;
   const int id = dialog.resource->controls[index].id;
   if (now.changed && *now.changed) (*now.changed)(id);
   if (now.place != Place::Beside) return;
@@ -212,6 +99,7 @@ void WritePlot(Situation&, const Words& words) {
 
 constexpr unsigned In(Place place) { return 1u << static_cast<unsigned>(place); }
 constexpr unsigned InWindow = In(Place::Window);
+constexpr unsigned InPlot = InWindow | In(Place::Beside);
 constexpr unsigned InDialog = In(Place::Beside) | In(Place::Modal);
 constexpr unsigned Anywhere = ~0u;
 
@@ -226,9 +114,11 @@ struct Action {
 constexpr Action Actions[] = {
     {"open", 1, 1, InWindow, "", OpenPattern},
     {"menu", 1, 1, InWindow, "", PickMenu},
-    {"key", 1, 1, InWindow | In(Place::Beside), "", PressKey},
-    {"mouse", 3, 3, InWindow | In(Place::Beside), "", ClickMouse},
-    {"drag", 4, 4, InWindow | In(Place::Beside), "", DragMouse},
+    {"key", 1, 1, InPlot, "", PressKey},
+    {"mouse", 3, 3, InPlot, "", ClickAtData},
+    {"drag", 4, 4, InPlot, "", DragAtData},
+    {"click", 3, 3, InPlot, "", Click},
+    {"band", 4, 4, InPlot, "", Band},
     {"set", 2, 2, InDialog, "no dialog is on show", SetField},
     {"press", 1, 1, InDialog | In(Place::Query), "no dialog is on show", PressButton},
     {"file", 0, 1, In(Place::Selector), "no file selector is on show", AnswerSelector},
@@ -259,11 +149,6 @@ void RunLine(Situation& now, const Words& words) {
 }
 
 }  // namespace
-
-Release& PendingRelease() {
-  static Release release;
-  return release;
-}
 
 std::string Shown(const std::string& text) {
   std::string out;

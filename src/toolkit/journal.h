@@ -1,0 +1,21 @@
+// What the user enters, kept as lines of a transcript that enters the same again.
+#pragma once
+
+#include <span>
+#include <string>
+
+#include "toolkit/frontend.h"
+
+// The user has changed control `index` of a dialog. A text that the dialog would not take is no
+// line; changes of one control that follow each other are one line.
+void JournalField(const DialogState& dialog, int index);
+// A button of a dialog or query box.
+void JournalPress(int button);
+// The answer to a file selector; no files when it was cancelled.
+void JournalFiles(std::span<const std::string> paths);
+// A message that the program takes: a key, or what has happened to a dialog beside the plot. A
+// press on the plot alone is no line: it begins a rubber band, which is.
+void JournalMessage(const Message& message);
+// A rubber band from one place to another, or one that was broken off and so leaves no line.
+void JournalBand(DrawPoint from, DrawPoint to);
+void JournalBrokenBand();

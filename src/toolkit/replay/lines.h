@@ -1,0 +1,25 @@
+// The lines of a transcript that work the window itself, and what all lines share.
+#pragma once
+
+#include <vector>
+
+#include "toolkit/replay/actions.h"
+#include "toolkit/replay/transcript.h"
+
+namespace replay {
+
+using Words = std::vector<Word>;
+
+// A whole number, or 0 for anything else: no menu item, control or field has that number.
+int Number(const Word& word);
+
+void PickMenu(Situation& now, const Words& words);
+void PrintItem(Situation& now, const Words& words);
+void PressKey(Situation& now, const Words& words);
+// mouse and drag in data coordinates of the plot, click and band in user units.
+void ClickAtData(Situation& now, const Words& words);
+void DragAtData(Situation& now, const Words& words);
+void Click(Situation& now, const Words& words);
+void Band(Situation& now, const Words& words);
+
+}  // namespace replay
