@@ -22,7 +22,7 @@ void WriteChi(LineWriter& out, const Pattern& p) {
 }
 
 void WriteDat(LineWriter& out, const Pattern& p) {
-  out.Write(WriteRecord<"(f7.4,',',f6.4,',',f7.4)">(p.tth[0], p.example.step, p.stop()));
+  out.Write(WriteRecord<"(f7.4,',',f6.4,',',f7.4)">(p.tth[0], p.example.step, p.example.stop()));
   std::string line;
   for (std::size_t i = 0; i < p.counts.size(); ++i) {
     line += WriteRecord<"(f8.0)">(p.counts[i]);
@@ -44,7 +44,7 @@ void WriteGdf(LineWriter& out, const Pattern& p) {
   out.Write("");
   out.Write("<detector>simulated<detector>");
   out.Write(WriteRecord<"(f10.3)">(p.tth[0]));
-  out.Write(WriteRecord<"(f10.3)">(p.stop()));
+  out.Write(WriteRecord<"(f10.3)">(p.example.stop()));
   out.Write(WriteRecord<"(f10.3)">(p.example.step));
   for (int i = 14; i <= 16; ++i) out.Write("");
   for (int count : p.counts) out.Write(WriteRecord<"(i8)">(count));
@@ -86,7 +86,7 @@ void WriteUdf(LineWriter& out, const Pattern& p) {
   out.Write(WriteRecord<"('LabdaAlpha1, ',f7.5,',/')">(p.example.wavelength));
   out.Write(WriteRecord<"('LabdaAlpha2, ',f7.5,',/')">(p.example.wavelength2));
   out.Write("RatioAlpha21, 0.50000,/");
-  out.Write(WriteRecord<"('DataAngleRange, ',f8.4,', ',f8.4,',/')">(p.tth[0], p.stop()));
+  out.Write(WriteRecord<"('DataAngleRange, ',f8.4,', ',f8.4,',/')">(p.tth[0], p.example.stop()));
   out.Write(WriteRecord<"('ScanStepSize, ',f6.4,',/')">(p.example.step));
   out.Write("FileDateTime,15-Jul-2024 09:30,/");
   out.Write("ScanStepTime, 1.00,/");
@@ -105,7 +105,7 @@ void WriteCif(LineWriter& out, const Pattern& p) {
   out.Write("data_rutile");
   out.Write(WriteRecord<"('_diffrn_radiation_wavelength ',f10.5)">(p.example.wavelength));
   out.Write(WriteRecord<"('_pd_meas_2theta_range_min ',f10.5)">(p.tth[0]));
-  out.Write(WriteRecord<"('_pd_meas_2theta_range_max ',f10.5)">(p.stop()));
+  out.Write(WriteRecord<"('_pd_meas_2theta_range_max ',f10.5)">(p.example.stop()));
   out.Write(WriteRecord<"('_pd_meas_2theta_range_inc ',f10.5)">(p.example.step));
   out.Write("loop_");
   out.Write("  _pd_meas_intensity_total");
@@ -128,7 +128,7 @@ void WriteXrdml(LineWriter& out, const Pattern& p) {
   out.Write(" <dataPoints>");
   out.Write("  <positions axis=\"2Theta\" unit=\"deg\">");
   out.Write(WriteRecord<"('   <startPosition>',f8.4,'</startPosition>')">(p.tth[0]));
-  out.Write(WriteRecord<"('   <endPosition>',f8.4,'</endPosition>')">(p.stop()));
+  out.Write(WriteRecord<"('   <endPosition>',f8.4,'</endPosition>')">(p.example.stop()));
   out.Write("  </positions>");
   out.Write("  <commonCountingTime unit=\"seconds\">1.00</commonCountingTime>");
   std::string line = "  <intensities unit=\"counts\">";

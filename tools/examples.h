@@ -2,11 +2,27 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <vector>
 
 struct Cell {
   double a, b, c, alpha, beta, gamma;
+};
+
+// All reflections that are equivalent by symmetry.
+struct Line {
+  int h, k, l, multiplicity;
+  double d;
+  double square;  // |F| squared of the cell, mean of hkl and its opposite
+};
+
+struct Structure {
+  const char* name;
+  const char* source;  // of cell and atoms
+  Cell cell;
+  const char* spacegroup;
+  std::span<const Line> lines;
 };
 
 struct Hump {
@@ -16,8 +32,7 @@ struct Hump {
 struct Example {
   const char* file;
   const char* text;
-  Cell cell;
-  char lattice;
+  const char* structure;           // its name
   double wavelength, wavelength2;  // wavelength2 0: alpha1 alone
   double start, step;
   int points;
@@ -28,13 +43,15 @@ struct Example {
   double crystalline;  // share of the lines in lines and humps, by area; 1 without humps
   std::uint64_t seed;
   std::vector<Hump> humps;
+  double stop() const { return start + step * (points - 1); }
 };
+
+extern const std::vector<Example> kExamples;
 
 struct Pattern {
   const Example& example;
   std::vector<double> tth;
   std::vector<int> counts;
-  double stop() const { return tth.back(); }
 };
 
 // Writes the pattern to its file in the format of the file's extension.
