@@ -172,6 +172,7 @@ void WDialogShow(int, int, int, int mode, const std::function<void(int field)>& 
   if (!dialog.modal) return frontend::ShowDialog(dialog, changed);
   const auto told = [&](int field) {
     JournalField(dialog, ControlIndex(dialog, field));
+    const PauseBusy idleagain;  // after what the program does about the change
     if (changed) changed(field);
   };
   {

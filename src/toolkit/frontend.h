@@ -80,8 +80,13 @@ void MenuChanged(int id);
 void WaitEvent();
 // Paints what needs painting without taking input.
 void KeepAlive();
-// A command begins to run or has ended.
+// A command begins to run or has ended, or waits for the user.
 void SetBusy(bool busy);
+// A long calculation reports: shows the text, paints, and takes nothing but the user's wish to
+// stop, which makes it return false. Called often.
+bool Progress(int part, const std::string& text);
+// A command has ended, perhaps without doing what it was asked for.
+void CommandEnded(bool failed);
 void SetCursor(int shape);
 
 // Boxes wait. Query returns true for OK.

@@ -16,6 +16,7 @@ std::deque<Queued> queue;
 std::string droppedfile;
 std::set<int> disabled{MessageMouseUp, MessageMouseMove};
 bool busy = false;
+bool stopped = false;  // the user wants the present command to stop
 ApplicationHooks hooks;
 
 void ShowBusy(bool now) {
@@ -40,6 +41,7 @@ void WInitialise(int argc, char** argv) {
 
 int WMessage(Message& data) {
   ShowBusy(false);
+  stopped = false;
   for (;;) {
     while (queue.empty()) {
       ShowDrawing();
@@ -75,6 +77,18 @@ std::string WInfoDroppedFile() { return droppedfile; }
 void WKeepAlive() {
   ShowDrawing();
   frontend::KeepAlive();
+}
+
+bool WProgress(int part, const std::string& text) {
+  ShowBusy(true);
+  ShowDrawing();
+  if (!frontend::Progress(part, text)) stopped = true;
+  return !stopped;
+}
+
+void WCommandEnded(bool failed) {
+  stopped = false;
+  frontend::CommandEnded(failed);
 }
 
 void SetApplicationHooks(ApplicationHooks given) { hooks = std::move(given); }

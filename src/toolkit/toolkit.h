@@ -59,6 +59,12 @@ void PostFileDropped(const std::string& path);
 std::string WInfoDroppedFile();
 // Lets the window paint itself and nothing else; for long calculations.
 void WKeepAlive();
+// A report of a long calculation: writes `text` to a part of the status bar and lets the window
+// paint. Cheap to call often. False when the user wants to stop, from then on until the command
+// ends; whoever hears it gives up.
+bool WProgress(int part, const std::string& text);
+// To be called when a command has ended; a failed one ends a strict transcript.
+void WCommandEnded(bool failed);
 
 // What the user has entered since the last call, as lines of a transcript that enter the same
 // again: set and press of dialogs and query boxes, file of selectors, key, click on the plot beside

@@ -76,6 +76,43 @@ TEST(Transcript, BoxesAreAcknowledgedAndKeepTheStatus) {
             std::make_pair(std::string("value\tnpts(1)\t0"), 0));
 }
 
+// The count of the reports ends with the command.
+TEST(Transcript, ALongCalculationIsStoppedAtAReport) {
+  FreshWorkspace();
+  const auto reports = [](const char* lines) {
+    Answer(lines);
+    Message message;
+    EXPECT_EQ(WMessage(message), MessageKey);
+    int done = 0;
+    while (done < 5 && WProgress(3, done < 3 ? "Cycle 1" : "Cycle 2")) ++done;
+    return done;
+  };
+  EXPECT_EQ(reports("stop 5\nkey up\n"), 4);
+  EXPECT_FALSE(WProgress(4, "and stays stopped"));
+  EXPECT_EQ(Events(),
+            (Lines{"status\t3\tCycle 1", "status\t3\tCycle 2", "status\t4\tand stays stopped"}));
+  EXPECT_EQ(reports("stop 9\nkey up\n"), 5);
+  EXPECT_EQ(reports("key up\n"), 5);
+  EXPECT_EQ(LastEvent("stop soon\n"),
+            std::make_pair(std::string("error\t1\t\"soon\" is not the number of a report"), 1));
+}
+
+TEST(Transcript, AStrictOneEndsWithAFailedCommand) {
+  FreshWorkspace();
+  WCommandEnded(true);  // not so by default
+  char name[] = "test", option[] = "--strict";
+  char* arguments[] = {name, option, nullptr};
+  WInitialise(2, arguments);
+  replay::NoInput();
+  Answer("# told to fail\nkey up\n");
+  Message message;
+  WMessage(message);
+  WCommandEnded(false);
+  EXPECT_EQ(Events(), Lines{});
+  EXPECT_THROW(WCommandEnded(true), std::runtime_error);
+  EXPECT_EQ(Events(), Lines{"error\t2\tthe command failed"});
+}
+
 TEST(Transcript, CommandLine) {
   const TempDir work;
   EXPECT_EQ(RunReplay("", work.path(), {"--help"}).status, 0);

@@ -11,7 +11,6 @@
 
 #include <gtest/gtest.h>
 
-#include "shell/shell.h"
 #include "toolkit/common.h"
 #include "toolkit/qt/events.h"
 #include "toolkit/qt/window.h"
@@ -77,7 +76,8 @@ Until Gone(const char* name) {
   return {[name] { return !Find(name); }, name};
 }
 
-void RunWith(const std::function<Script()>& user, std::vector<std::string> arguments) {
+void RunWith(const std::function<Script()>& user, std::vector<std::string> arguments,
+             const std::function<void()>& program) {
   setenv("QUILLAGRAM_HOME", Place().c_str(), 1);
   arguments.insert(arguments.begin(), QUILLAGRAM_PROGRAM);
   std::vector<char*> words;
@@ -87,7 +87,7 @@ void RunWith(const std::function<Script()>& user, std::vector<std::string> argum
   const Script whole = Whole(user);
   QTimer::singleShot(0, qApp, [&] { whole.handle.resume(); });
   StartProgram();
-  RunProgram();
+  program();
   whole.handle.destroy();
 }
 

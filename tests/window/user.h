@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "shell/shell.h"
+
 // A coroutine that is resumed from the event loop whenever what it waits for has come true.
 struct Script {
   struct promise_type {
@@ -41,8 +43,10 @@ Until Shown(const char* name);
 Until Gone(const char* name);
 
 // Runs the whole program with a user in front of it, who closes the window in the end.
-// `arguments` are those of the command line.
-void RunWith(const std::function<Script()>& user, std::vector<std::string> arguments = {});
+// `arguments` are those of the command line; another `program` may take the place of the event
+// loop.
+void RunWith(const std::function<Script()>& user, std::vector<std::string> arguments = {},
+             const std::function<void()>& program = RunProgram);
 // The same with a pattern of this name, as MakePattern makes it.
 void RunOn(const char* pattern, const std::function<Script()>& user);
 

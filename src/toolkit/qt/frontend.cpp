@@ -34,11 +34,24 @@ QEventLoop* waiting;  // while the program waits for a message
 bool posted;          // a message has come since the last wait
 bool busy;            // the program is at work
 
+// Texts for the status bar that have come too soon after others to be seen, by their part.
+std::map<int, std::string> latetexts;
+
 // The process was asked to end: as if the user closed all that is open.
 void EndInOrder() {
   while (QWidget* modal = QApplication::activeModalWidget())
     if (!modal->close()) break;
   if (root) root->close();
+}
+
+void ShowText(int part, const std::string& text) {
+  if (part >= 1 && part <= static_cast<int>(root->parts.size()))
+    root->parts[part - 1]->Show(QString::fromStdString(text));
+}
+
+void ShowLateTexts() {
+  for (const auto& [part, text] : latetexts) ShowText(part, text);
+  latetexts.clear();
 }
 
 void EndWait() {
@@ -127,11 +140,24 @@ void SetStatusParts(const std::vector<int>& widths) {
 
 void SetStatus(int part, const std::string& text) {
   if (!root || part < 1 || part > static_cast<int>(root->parts.size())) return;
-  root->parts[part - 1]->Show(QString::fromStdString(text));
+  latetexts.erase(part);
+  ShowText(part, text);
   if (!busy) return;
   root->parts[part - 1]->repaint();
   KeepAlive();
 }
+
+bool Progress(int part, const std::string& text) {
+  if (!root) return true;
+  latetexts[part] = text;
+  if (root->progress->Due()) {
+    ShowLateTexts();
+    root->progress->TakeStop();
+  }
+  return !root->progress->Stopped();
+}
+
+void CommandEnded(bool) {}
 
 void MenuChanged(int id) {
   if (root) root->menus.Update(id);
@@ -161,6 +187,9 @@ void SetBusy(bool working) {
     QApplication::setOverrideCursor(Qt::WaitCursor);
   else
     QApplication::restoreOverrideCursor();
+  if (!root) return;
+  ShowLateTexts();
+  root->progress->SetBusy(busy);
 }
 
 void SetCursor(int shape) {

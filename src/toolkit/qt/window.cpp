@@ -85,7 +85,7 @@ void StatusPart::paintEvent(QPaintEvent*) {
                         isEnabled(), shown, foregroundRole());
 }
 
-MainWindow::MainWindow() : canvas(new Canvas(this)) {
+MainWindow::MainWindow() : canvas(new Canvas(this)), progress(new ProgressBar(statusBar())) {
   setObjectName("main");
   QApplication::setWindowIcon(ProgramIcon());
   setCentralWidget(canvas);

@@ -7,6 +7,7 @@
 
 #include "toolkit/qt/canvas.h"
 #include "toolkit/qt/menus.h"
+#include "toolkit/qt/progress.h"
 
 // A part of the status bar. A text too long for it ends in dots and is whole in the tool tip.
 class StatusPart : public QLabel {
@@ -27,6 +28,7 @@ class MainWindow : public QMainWindow {
   Canvas* canvas;
   Menus menus;
   std::vector<StatusPart*> parts;
+  ProgressBar* progress;
 
  protected:
   void closeEvent(QCloseEvent* event) override;

@@ -90,6 +90,12 @@ void PrintField(Situation&, const Words& words) {
   Emit(event);
 }
 
+void StopAtReport(Situation&, const Words& words) {
+  const int report = Number(words[1]);
+  if (report < 1) Fail("\"" + words[1].text + "\" is not the number of a report");
+  ReportsToStop() = report;
+}
+
 void WritePlot(Situation&, const Words& words) {
   const std::string path = IOsFullPath(words[1].text);
   if (!SaveScreen(path)) Fail("cannot write " + path);
@@ -122,6 +128,7 @@ constexpr Action Actions[] = {
     {"set", 2, 2, InDialog, "no dialog is on show", SetField},
     {"press", 1, 1, InDialog | In(Place::Query), "no dialog is on show", PressButton},
     {"file", 0, 1, In(Place::Selector), "no file selector is on show", AnswerSelector},
+    {"stop", 1, 1, Anywhere, "", StopAtReport},
     {"get", 1, 1, Anywhere, "", PrintField},
     {"item", 1, 1, Anywhere, "", PrintItem},
     {"plot", 1, 1, Anywhere, "", WritePlot},
@@ -149,6 +156,11 @@ void RunLine(Situation& now, const Words& words) {
 }
 
 }  // namespace
+
+int& ReportsToStop() {
+  static int reports = 0;
+  return reports;
+}
 
 std::string Shown(const std::string& text) {
   std::string out;

@@ -31,6 +31,9 @@ struct Release {
 };
 Release& PendingRelease();
 
+// Reports of a long calculation until the user wants to stop; 0 for a user who waits.
+int& ReportsToStop();
+
 // A text as shown, without the marks in front of mnemonics.
 std::string Shown(const std::string& text);
 

@@ -5,6 +5,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <map>
 #include <string_view>
 
 #include "toolkit/common.h"
@@ -22,15 +23,16 @@ using replay::Situation;
 namespace {
 
 constexpr const char* Usage =
-    "Usage: quillagram-replay [--run-commands] [--settings none|read|write] [FILE]\n"
+    "Usage: quillagram-replay [--strict] [--run-commands] [--settings none|read|write] [FILE]\n"
     "Does what the lines of FILE (or of standard input) say and prints what a user would see.\n"
+    "  --strict        end at the first command that fails\n"
     "  --run-commands  start child processes instead of only naming them\n"
     "  --settings WHAT whether the configuration file is read (as it is by default) or written "
     "too\n"
     "  --help          show this text\n"
     "  --version       show the version\n";
 
-bool runcommands = false;
+bool runcommands = false, strict = false;
 SettingsUse settings = SettingsUse::Read;
 int windowwidth = 1536, windowheight = 864;
 std::vector<DialogState*> beside;  // dialogs that stand beside the plot, the last one in front
@@ -97,6 +99,8 @@ void Initialise(int& argc, char** argv) {
     if (word == "--version") Leave(stdout, "quillagram-replay 1.0\n", 0);
     if (word == "--run-commands")
       runcommands = true;
+    else if (word == "--strict")
+      strict = true;
     else if (word == "--settings" && i + 1 < argc)
       settings = SettingsOf(argv[++i]);
     else if (word.starts_with("--") || ++files > 1)
@@ -136,7 +140,23 @@ void DialogChanged(DialogState&, int) {}
 
 void SetStatus(int part, const std::string& text) { Emit({"status", std::to_string(part), text}); }
 
+// The same text once more says nothing.
+bool Progress(int part, const std::string& text) {
+  static std::map<int, std::string> reported;
+  if (const auto [last, fresh] = reported.try_emplace(part, text); fresh || last->second != text) {
+    last->second = text;
+    SetStatus(part, text);
+  }
+  int& left = replay::ReportsToStop();
+  return left == 0 || --left > 0;
+}
+
+void CommandEnded(bool failed) {
+  if (failed && strict) replay::Fail("the command failed");
+}
+
 void WaitEvent() {
+  replay::ReportsToStop() = 0;
   if (replay::Release& release = replay::PendingRelease(); release.pending) {
     release.pending = false;
     return PostMessage(release.message);

@@ -1,0 +1,98 @@
+// A long calculation, and a user who wants it to stop.
+#include <gtest/gtest.h>
+
+#include <QElapsedTimer>
+#include <QLabel>
+
+#include "toolkit/qt/window.h"
+#include "user.h"
+
+namespace {
+
+constexpr int kMenuAbout = 40008;  // any command: here it calculates
+
+QElapsedTimer working;
+std::vector<int> taken;  // types of the messages
+int reports, reportsafter;
+
+// Reports as fast as it can until it is stopped, and tells so.
+void Calculate() {
+  working.start();
+  for (reports = 0; WProgress(3, "Report " + std::to_string(reports + 1)); ++reports) {
+  }
+  reportsafter = 0;
+  for (int i = 0; i < 3; ++i) reportsafter += WProgress(4, "still at it");
+  MessageBoxInfo("Calculation", "Stopped");
+}
+
+void CalculateOnMenu() {
+  Message message;
+  do {
+    taken.push_back(WMessage(message));
+    if (message.type == MessageMenu) Calculate();
+  } while (message.type != MessageClose);
+  WindowClose();
+}
+
+bool StopIsShown() { return Find("stop")->isVisible(); }
+
+// Counts how often a widget is painted.
+struct Paints : QObject {
+  explicit Paints(QWidget* widget) { widget->installEventFilter(this); }
+  bool eventFilter(QObject*, QEvent* event) override {
+    count += event->type() == QEvent::Paint;
+    return false;
+  }
+  int count = 0;
+};
+
+}  // namespace
+
+TEST(Progress, StopAndEscapeEndACalculationAndNothingElseIsTaken) {
+  const auto user = []() -> Script {
+    const Until shown{StopIsShown, "the Stop button"};
+    taken.clear();  // the first size of the window
+    for (const bool escape : {false, true}) {
+      EXPECT_FALSE(StopIsShown());
+      Pick(kMenuAbout);
+      co_await Until{[] { return working.isValid(); }, "the calculation"};
+      Paints paints(Root()->parts[2]);
+      co_await shown;
+      EXPECT_GE(working.elapsed(), 300);
+      EXPECT_GT(paints.count, 2);
+      EXPECT_LE(paints.count, 2 + working.elapsed() / 50);
+      // A page, a command, a press on the plot and one on the menu: none is for now or for later.
+      QTest::keyClick(Root()->canvas, Qt::Key_Right);
+      QTest::keyClick(Root()->canvas, Qt::Key_F1);
+      QTest::mouseClick(Root()->canvas, Qt::LeftButton);
+      QTest::mouseClick(Root()->menuBar(), Qt::LeftButton, {}, {20, 10});
+      EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
+      const int before = reports;
+      co_await Until{[=] { return reports > before; }, "further reports"};
+      if (escape)
+        QTest::keyClick(Root()->canvas, Qt::Key_Escape);
+      else
+        QTest::mouseClick(Find("stop"), Qt::LeftButton);
+      co_await Shown("box");
+      EXPECT_FALSE(StopIsShown()) << "the program asks";
+      EXPECT_EQ(Root()->parts[2]->text(), QString("Report %1").arg(reports + 1));
+      EXPECT_EQ(reportsafter, 0);
+      working.invalidate();
+      Press("Return");
+      co_await Idle();
+      EXPECT_EQ(taken, std::vector<int>(escape ? 2 : 1, MessageMenu));
+    }
+    // A wish to close waits until the calculation has come to its end.
+    Pick(kMenuAbout);
+    co_await shown;
+    Root()->close();
+    const int before = reports;
+    co_await Until{[=] { return reports > before; }, "further reports"};
+    QTest::keyClick(Root()->canvas, Qt::Key_Escape);
+    co_await Shown("box");
+    Press("Return");
+  };
+  RunWith(user, {}, CalculateOnMenu);
+  EXPECT_EQ(taken.size(), 4u);
+  EXPECT_EQ(taken.back(), MessageClose);
+}
