@@ -25,7 +25,11 @@ std::string ValueText(float value) {
   return std::string(digits, end.ptr);
 }
 
-std::string ValueText(const std::string& value) { return value; }
+// Tabs part the cells, so that none can stand in one.
+std::string ValueText(std::string value) {
+  std::ranges::replace(value, '\t', ' ');
+  return value;
+}
 
 template <class T>
 NamedField Named(const T& field) {

@@ -77,6 +77,39 @@ TEST(Transcript, BoxesAreAcknowledgedAndKeepTheStatus) {
 }
 
 // The count of the reports ends with the command.
+TEST(Transcript, UndoAndRedoAreFoundByTheirKeys) {
+  constexpr int undo = 7, redo = 8;
+  constexpr MenuRow rows[] = {
+      {.id = 1, .text = "&Edit", .parent = 0, .popup = true},
+      {.id = undo, .text = "Back", .parent = 1, .accelerator = "F9|Ctrl+Z"},
+      {.id = redo, .text = "Forth", .parent = 1, .accelerator = "Ctrl+Shift+Z", .enabled = false}};
+  FreshWorkspace();
+  WRegisterMenu(9001, {rows, 1});
+  WindowOpen(0, 0, 100, 100, 9001, "");
+  Message message;
+  const auto error = [&](const char* lines) {
+    Answer(lines);
+    EXPECT_THROW(WMessage(message), std::runtime_error);
+    const std::string event = Events().back();
+    return event.substr(event.rfind('\t') + 1);
+  };
+  EXPECT_EQ(error("undo"), "there is no undo");
+  WRegisterMenu(9001, rows);
+  Answer("undo");
+  EXPECT_EQ(WMessage(message), MessageMenu);
+  EXPECT_EQ(message.value1, undo);
+  EXPECT_EQ(error("redo"), "nothing to redo");
+  WMenuSetState(redo, MenuEnabled, 1);
+  Answer("redo");
+  EXPECT_EQ(WMessage(message), MessageMenu);
+  EXPECT_EQ(message.value1, redo);
+}
+
+TEST(Transcript, ATabInAValueIsABlank) {
+  EXPECT_EQ(LastEvent("menu 40038\nset Sample \"a\tb\"\npress OK\nget sampleid\n"),
+            std::make_pair(std::string("value\tsampleid\ta b"), 0));
+}
+
 TEST(Transcript, ALongCalculationIsStoppedAtAReport) {
   FreshWorkspace();
   const auto reports = [](const char* lines) {

@@ -120,6 +120,8 @@ struct Action {
 constexpr Action Actions[] = {
     {"open", 1, 1, InWindow, "", OpenPattern},
     {"menu", 1, 1, InWindow, "", PickMenu},
+    {"undo", 0, 0, InWindow, "", Undo},
+    {"redo", 0, 0, InWindow, "", Redo},
     {"key", 1, 1, InPlot, "", PressKey},
     {"mouse", 3, 3, InPlot, "", ClickAtData},
     {"drag", 4, 4, InPlot, "", DragAtData},

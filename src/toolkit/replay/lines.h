@@ -14,6 +14,9 @@ using Words = std::vector<Word>;
 int Number(const Word& word);
 
 void PickMenu(Situation& now, const Words& words);
+// The items with the keys Ctrl+Z and Ctrl+Shift+Z.
+void Undo(Situation& now, const Words& words);
+void Redo(Situation& now, const Words& words);
 void PrintItem(Situation& now, const Words& words);
 void PressKey(Situation& now, const Words& words);
 // mouse and drag in data coordinates of the plot, click and band in user units.

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <string_view>
 
 #include "toolkit/replay/lines.h"
 
@@ -61,9 +62,23 @@ bool Reachable(const MenuItem& item) {
   return item.enabled && (!parent || Reachable(*parent));
 }
 
+// "Ctrl+Z" is one of the item's keys.
+bool HasKey(const MenuItem& item, std::string_view key) {
+  const std::string keys = "|" + std::string(item.row.accelerator) + "|";
+  return keys.find("|" + std::string(key) + "|") != std::string::npos;
+}
+
 void Pick(Situation& now, const MenuItem& item) {
   PostMessage({.type = MessageMenu, .value1 = item.row.id, .window = RootWindow});
   now.done = true;
+}
+
+void PickByKey(Situation& now, const std::string& what, std::string_view key) {
+  const auto& items = MenuItems();
+  const auto item = std::ranges::find_if(items, [&](const auto& one) { return HasKey(one, key); });
+  if (item == items.end()) Fail("there is no " + what);
+  if (!Reachable(*item)) Fail("nothing to " + what);
+  Pick(now, *item);
 }
 
 // ---- Mouse ----
@@ -109,6 +124,9 @@ void PickMenu(Situation& now, const Words& words) {
   if (!Reachable(item)) Fail("menu item " + ItemPath(item) + " is disabled");
   Pick(now, item);
 }
+
+void Undo(Situation& now, const Words&) { PickByKey(now, "undo", "Ctrl+Z"); }
+void Redo(Situation& now, const Words&) { PickByKey(now, "redo", "Ctrl+Shift+Z"); }
 
 // The item's own state; the popups above it have theirs.
 void PrintItem(Situation&, const Words& words) {
