@@ -39,6 +39,15 @@ void Strip(benchmark::State& state, int steps, int interpolation) {
   Time(state, Alpha2Strip, [=] { ws.a2steps = steps, ws.a2interp = interpolation; });
 }
 
+// Some hundred points lie between alpha2 and alpha1.
+void StripFine(benchmark::State& state) {
+  Time(state, Alpha2Strip, [] {
+    for (int i = 1; i <= MaxPoints; ++i)
+      ws.xval(AxisTth, SlotInput, i) = 110 + 0.002f * static_cast<float>(i);
+    ws.a2steps = 4, ws.a2interp = 3;
+  });
+}
+
 void Smooth(benchmark::State& state, int window) {
   Time(state, SmoothPattern, [=] { ws.smoothwindow = window; });
 }
@@ -73,6 +82,7 @@ BENCHMARK_CAPTURE(Smooth, widest, MaxPoints)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(Smooth, half, MaxPoints / 2)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(Strip, linear_of_9, 4, 1)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(Strip, spline_of_9, 4, 3)->Unit(benchmark::kMillisecond);
+BENCHMARK(StripFine)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(Strip, spline_of_25, 6, 3)->Unit(benchmark::kMillisecond);
 
 }  // namespace

@@ -7,14 +7,17 @@
 
 void SplineSetup(std::span<const float> x, std::span<const float> y, float d1, float dn,
                  std::span<float> y2) {
+  std::vector<float> work(x.size());
+  SplineSetup(x, y, d1, dn, y2, work);
+}
+
+void SplineSetup(std::span<const float> x, std::span<const float> y, float d1, float dn,
+                 std::span<float> y2, std::span<float> u) {
   const int n = static_cast<int>(std::min(x.size(), y.size()));
   if (n < 2) {
     std::fill(y2.begin(), y2.end(), 0.0f);
     return;
   }
-  static std::vector<float> u;  // keeps its room from call to call
-  u.resize(n);
-
   if (d1 > NaturalLimit || !(x[1] > x[0])) {
     y2[0] = u[0] = 0;
   } else {

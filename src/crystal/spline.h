@@ -8,7 +8,10 @@ inline constexpr float NaturalLimit = 0.99e30f;
 inline constexpr float NaturalEnd = 1.0e30f;
 
 // Second derivatives y2[0..n) of the spline through (x, y), x rising, by the tridiagonal sweep;
-// first derivatives d1 and dn at the ends. y2 must hold as many places as x.
+// first derivatives d1 and dn at the ends. y2 must hold as many places as x, and so must `work`,
+// whose contents are lost; without it the work space is obtained for the call.
+void SplineSetup(std::span<const float> x, std::span<const float> y, float d1, float dn,
+                 std::span<float> y2, std::span<float> work);
 void SplineSetup(std::span<const float> x, std::span<const float> y, float d1, float dn,
                  std::span<float> y2);
 

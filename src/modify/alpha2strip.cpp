@@ -1,6 +1,7 @@
 // Alpha2 stripping: takes the K alpha 2 part off, point by point towards higher angles.
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
 #include "crystal/spline.h"
 #include "modify/common.h"
@@ -48,6 +49,13 @@ constexpr Component kComponents[kSets][kMostComponents] = {
      {0.996463f, 0.00108939f}},
 };
 
+struct StripOptions {
+  float ratio;  // of the intensities alpha2 / alpha1
+  int steps;    // number of the set of components
+  int interpolation;
+  int start;  // points that only lose their share
+};
+
 // The pattern while it is stripped: the points in front of the present one have lost their alpha2.
 struct Stripping {
   std::span<const float> x;
@@ -55,7 +63,8 @@ struct Stripping {
   int count;
   float position[kMostComponents];  // two-theta of the alpha1 part of each component
   float weight[kMostComponents];
-  int lo = 0, hi = 1;  // bracket of the last component
+  int lo = 0, hi = 1;               // bracket of the last component
+  std::vector<float> y2{}, work{};  // of the spline
 };
 
 // The last of the points up to `from` that lies below the position; -1 if there is none.
@@ -86,25 +95,38 @@ float LinearSum(Stripping& s, int i) {
   return sum;
 }
 
-// A spline through the points from five below the lowest component to the last stripped one. Steps
-// so fine that the list cannot hold them are thinned out. The weights are turned round at each
-// point together with the positions, and stay so for the next one.
+// A spline through the points from five below the lowest component to the last stripped one. The
+// weights are turned round at each point together with the positions, and stay so for the next one.
 float SplineSum(Stripping& s, int i) {
-  constexpr int kMost = 100;
-  float x[kMost], y[kMost], y2[kMost], value[kMostComponents];
+  float value[kMostComponents];
+  const std::size_t count = s.count;
   const int first = std::max(LastBelow(s.x, i, s.position[s.count - 1]) - 5, 0);
-  const int every = (i - 1 - first) / kMost + 1;
-  int n = 0;
-  for (int m = first; m < i; m += every, ++n) x[n] = s.x[m], y[n] = s.y[m];
+  const std::span<const float> x = s.x.subspan(first, i - first), y = s.y.subspan(first, i - first);
   std::reverse(s.position, s.position + s.count);
   std::reverse(s.weight, s.weight + s.count);
-  const std::span<const float> lx(x, n), ly(y, n);
-  SplineSetup(lx, ly, NaturalEnd, NaturalEnd, {y2, static_cast<std::size_t>(n)});
-  const std::size_t count = s.count;
-  SplineEval(lx, ly, {y2, static_cast<std::size_t>(n)}, {s.position, count}, {value, count});
+  SplineSetup(x, y, NaturalEnd, NaturalEnd, s.y2, s.work);
+  SplineEval(x, y, s.y2, {s.position, count}, {value, count});
   float sum = 0;
   for (int j = 0; j < s.count; ++j) sum += value[j] * s.weight[j];
   return sum;
+}
+
+void Strip(std::span<const float> x, std::span<float> y, const StripOptions& options) {
+  const Component* set = kComponents[options.steps - 1];
+  Stripping s{.x = x, .y = y, .count = kCount[options.steps - 1], .position = {}, .weight = {}};
+  for (int j = 0; j < s.count; ++j) s.weight[j] = options.ratio / 0.5f * set[j].weight;
+  const bool spline = options.interpolation == Spline && s.count > 0;
+  if (spline) s.y2.resize(x.size()), s.work.resize(x.size());
+
+  // The points at the start have no neighbours to strip with.
+  const int n = static_cast<int>(y.size()), start = std::min(options.start, n);
+  for (int i = 0; i < start; ++i) y[i] /= 1.0f + options.ratio;
+  for (int i = start; i < n; ++i) {
+    const float sine = std::sin(0.5f * x[i] / RadToDeg);
+    for (int j = 0; j < s.count; ++j) s.position[j] = TwoRadToDeg * std::asin(sine * set[j].ratio);
+    const float sum = spline ? SplineSum(s, i) : LinearSum(s, i);
+    y[i] = std::max(y[i] - (sum > 0 ? sum : 0.0f), 1.0f);  // a sum that is no number counts as 0
+  }
 }
 
 void ClampOptions() {
@@ -114,30 +136,13 @@ void ClampOptions() {
   ws.a2start = std::max(ws.a2start, 5);
 }
 
-void Strip(std::span<const float> x, std::span<float> y) {
-  const Component* set = kComponents[ws.a2steps - 1];
-  Stripping s{.x = x, .y = y, .count = kCount[ws.a2steps - 1], .position = {}, .weight = {}};
-  for (int j = 0; j < s.count; ++j)
-    s.weight[j] = ws.a2ratio == 0.5f ? set[j].weight : ws.a2ratio / 0.5f * set[j].weight;
-
-  // The points at the start have no neighbours to strip with.
-  const int n = static_cast<int>(y.size()), start = std::min(ws.a2start, n);
-  for (int i = 0; i < start; ++i) y[i] /= 1.0f + ws.a2ratio;
-  for (int i = start; i < n; ++i) {
-    const float sine = std::sin(0.5f * x[i] / RadToDeg);
-    for (int j = 0; j < s.count; ++j) s.position[j] = TwoRadToDeg * std::asin(sine * set[j].ratio);
-    const bool spline = ws.a2interp == Spline && s.count > 0;
-    const float sum = spline ? SplineSum(s, i) : LinearSum(s, i);
-    y[i] = std::max(y[i] - (sum > 0 ? sum : 0.0f), 1.0f);  // a sum that is no number counts as 0
-  }
-}
-
 }  // namespace
 
 void Alpha2Strip() {
   if (!RawOnlyCheck()) return;
   ClampOptions();
-  Strip(TthOf(SlotInput), IntensityOf(SlotInput));
+  Strip(TthOf(SlotInput), IntensityOf(SlotInput),
+        {ws.a2ratio, ws.a2steps, ws.a2interp, ws.a2start});
   WMenuSetState(MenuAlpha2Strip, MenuEnabled, 0);
   RedrawView(0);
 }
