@@ -6,14 +6,15 @@
 #include <algorithm>
 #include <cmath>
 #include <ctime>
+#include <span>
 #include <vector>
 
 #include "background/background.h"
-#include "workspace/workspace.h"
 
 namespace {
 
 constexpr int kPoints = 20000;
+constexpr int kWindow = 201, kCycles = 25;
 
 std::vector<float> Pattern() {
   std::vector<float> y(kPoints);
@@ -23,19 +24,19 @@ std::vector<float> Pattern() {
 }
 
 // For the defaults only: an odd window above 15 and below nine tenths of the pattern.
-[[gnu::noinline]] void PlainEnvelope(float* y, int n, int w) {
-  const int m = (w - 1) / 2;
+[[gnu::noinline]] void PlainEnvelope(std::span<float> y, int w, int cycles) {
+  const int n = static_cast<int>(y.size()), m = (w - 1) / 2;
   std::vector<float> z(n + 2 * m, y[n - 1]);
   std::fill_n(z.begin(), m, y[0]);
-  for (int cycle = 0; cycle < ws.autosubcycles; ++cycle) {
-    std::copy_n(y, n, z.begin() + m);
+  for (int cycle = 0; cycle < cycles; ++cycle) {
+    std::ranges::copy(y, z.begin() + m);
     for (int i = 0; i < n; ++i) {
       float s = 0;
       for (int k = 0; k < w; ++k) s += z[i + k];
       y[i] = std::min(y[i], s / static_cast<float>(w));
     }
   }
-  std::copy_n(y, n, z.begin() + m);
+  std::ranges::copy(y, z.begin() + m);
   for (int i = 0; i < n; ++i) {
     float s = 0;
     for (int k = -7; k <= 7; ++k) s += z[m + i + k];
@@ -50,7 +51,7 @@ double BestTime(Routine routine, int rounds) {
   for (int r = 0; r < rounds; ++r) {
     std::vector<float> y = Pattern();
     const std::clock_t start = std::clock();
-    routine(y.data(), kPoints, ws.autosubwindow);
+    routine(y, kWindow, kCycles);
     best = std::min(best, static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC);
     benchmark::DoNotOptimize(y.data());
   }
@@ -63,7 +64,7 @@ void Time(benchmark::State& state, Routine routine) {
     state.PauseTiming();
     std::vector<float> y = Pattern();
     state.ResumeTiming();
-    routine(y.data(), kPoints, ws.autosubwindow);
+    routine(y, kWindow, kCycles);
   }
 }
 

@@ -5,6 +5,8 @@
 #include <cmath>
 #include <limits>
 
+#include "toolkit/toolkit.h"
+#include "workspace/record.h"
 #include "workspace/slots.h"
 
 void ResetBackgroundInterval() {
@@ -26,4 +28,9 @@ float ScaleOfSums(float a, float b) {
 void MultiplyBackground(float factor) {
   constexpr float largest = std::numeric_limits<float>::max();
   for (float& y : IntensityOf(SlotBackground)) y = std::clamp(y * factor, -largest, largest);
+}
+
+bool ReportFitCycle(int cycle, float rw) {
+  WindowOutStatusBar(3, WriteRecord<"('Cycle ',i3,'  Rw 'f6.4)">(cycle, rw));
+  return true;
 }

@@ -10,3 +10,6 @@ void PutBackgroundOnInputGrid();
 float ScaleOfSums(float a, float b);
 // Multiplies all of slot 2; what no real can hold becomes the largest that it can.
 void MultiplyBackground(float factor);
+
+// Tells the user of a cycle of a least-squares fit; false if the fit is to stop.
+bool ReportFitCycle(int cycle, float rw);

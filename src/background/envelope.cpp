@@ -4,8 +4,7 @@
 
 #include "background/background.h"
 #include "crystal/runningmeans.h"
-#include "workspace/text.h"
-#include "workspace/workspace.h"
+#include "workspace/text.h"  // for nint
 
 namespace {
 
@@ -13,7 +12,8 @@ constexpr int kLastWindow = 15;  // of the closing mean, whatever the window
 
 }  // namespace
 
-void BackgroundEnvelope(float* y, int n, int w) {
+void BackgroundEnvelope(std::span<float> y, int w, int cycles) {
+  const int n = static_cast<int>(y.size());
   if (w > 0.9f * static_cast<float>(n)) w = nint(0.9f * static_cast<float>(n));
   if (w % 2 == 0) --w;
   if (w < 3) return;
@@ -26,12 +26,12 @@ void BackgroundEnvelope(float* y, int n, int w) {
   std::vector<float> z(blocks + 2 * pad, y[n - 1]), mean(blocks);
   std::fill_n(z.begin(), pad, y[0]);
 
-  for (int cycle = 1; cycle <= ws.autosubcycles; ++cycle) {
-    std::copy_n(y, n, z.begin() + pad);
+  for (int cycle = 1; cycle <= cycles; ++cycle) {
+    std::ranges::copy(y, z.begin() + pad);
     RunningMeans(z.data() + pad - half, w, mean.data(), n);
     for (int i = 0; i < n; ++i) y[i] = std::min(y[i], mean[i]);
   }
-  std::copy_n(y, n, z.begin() + pad);
+  std::ranges::copy(y, z.begin() + pad);
   RunningMeans(z.data() + pad - lasthalf, kLastWindow, mean.data(), n);
-  std::copy_n(mean.begin(), n, y);
+  std::copy_n(mean.begin(), n, y.begin());
 }

@@ -117,20 +117,21 @@ void SplineCurve(const PointList& points, std::span<const float> at, std::span<f
   SplineEval(points.x, points.y, y2, at, out);
 }
 
-// Half as many terms as there are points, fitted by least squares. False, with a message, if that
-// fails.
+// Half as many terms as there are points, fitted by least squares. False if that is stopped, or
+// fails, with a message.
 bool ChebyshevCurve(const PointList& points, std::span<const float> at, std::span<float> out) {
   ws.chebyorder = std::min(static_cast<int>(points.x.size()) / 2, kMostChebyshevTerms);
   float places[MaxChebyshev] = {};
   const std::span<float> coef(places, ws.chebyorder);
   const ChebyshevFrame frame{at.front(), at.back(), ws.yval(SlotInput, ws.chebyorder + 1)};
-  const std::optional<float> rw =
-      ChebyshevCycles(points.x, points.y, frame, coef, kChebyshevCycles, ReportChebyshevCycle);
-  if (!rw) {
+  const FitResult fit =
+      ChebyshevCycles(points.x, points.y, frame, coef, kChebyshevCycles, ReportFitCycle);
+  if (fit.end == FitEnd::Stopped) return false;
+  if (fit.end != FitEnd::Done) {
     MessageBoxError("Error", "Matrix inversion error");
     return false;
   }
-  ReportChebyshevCycle(kChebyshevCycles + 1, *rw);
+  ReportFitCycle(kChebyshevCycles + 1, fit.rw);
   for (std::size_t i = 0; i < at.size(); ++i)
     out[i] = ChebyshevValue(coef, at[i], frame.xmin, frame.xmax);
   return true;

@@ -75,9 +75,9 @@ void SubtractBackground() {
 
 void Autosubtract() {
   const int n = ws.npts(SlotInput);
-  float* background = ws.yval.row(SlotBackground).data();
-  std::copy_n(ws.yval.row(SlotInput).begin(), n, background);
-  BackgroundEnvelope(background, n, ws.autosubwindow);
+  const std::span<float> background = ws.yval.row(SlotBackground).first(n);
+  std::copy_n(ws.yval.row(SlotInput).begin(), n, background.begin());
+  BackgroundEnvelope(background, ws.autosubwindow, ws.autosubcycles);
   PutBackgroundOnInputGrid();
   const float scale = EstimateScale();
   MultiplyBackground(scale);

@@ -6,15 +6,11 @@
 #include <vector>
 
 #include "crystal/matrix.h"
-#include "toolkit/toolkit.h"
-#include "workspace/record.h"
-#include "workspace/workspace.h"
 
 namespace {
 
 // The basis at one point, filled up with zeros so that loops over it have a fixed length.
-constexpr int kTerms = 16;
-static_assert(kTerms >= MaxChebyshev);
+constexpr int kTerms = kChebyshevTerms;
 struct Basis {
   float t[kTerms] = {};
 };
@@ -52,15 +48,15 @@ float ChebyshevValue(std::span<const float> coef, float x, float xmin, float xma
   return Sum(coef, t);
 }
 
-std::optional<float> ChebyshevCycles(std::span<const float> x, std::span<const float> y,
-                                     const ChebyshevFrame& frame, std::span<float> coef, int cycles,
-                                     const std::function<void(int cycle, float rw)>& report) {
+FitResult ChebyshevCycles(std::span<const float> x, std::span<const float> y,
+                          const ChebyshevFrame& frame, std::span<float> coef, int cycles,
+                          const FitReport& report) {
   const int terms = static_cast<int>(coef.size());
   std::vector<Basis> basis(x.size());
   for (std::size_t i = 0; i < x.size(); ++i)
     ChebyshevBasis({basis[i].t, coef.size()}, x[i], frame.xmin, frame.xmax);
   float inverse[kTerms * kTerms] = {};
-  if (!InverseNormal(basis, terms, inverse)) return std::nullopt;
+  if (!InverseNormal(basis, terms, inverse)) return {FitEnd::NoInverse};
 
   for (int cycle = 1;; ++cycle) {
     float right[kTerms] = {}, squares = 0, scale = 0;
@@ -73,16 +69,12 @@ std::optional<float> ChebyshevCycles(std::span<const float> x, std::span<const f
     const float ratio = squares / scale;
     const float rw = std::isfinite(ratio) ? std::sqrt(ratio) : 0.0f;
     if (cycle > cycles)
-      return std::ranges::all_of(coef, IsFinite) ? std::optional(rw) : std::nullopt;
-    report(cycle, rw);
+      return {std::ranges::all_of(coef, IsFinite) ? FitEnd::Done : FitEnd::Diverged, cycles, rw};
+    if (!report(cycle, rw)) return {FitEnd::Stopped, cycle, rw};
     for (int j = 0; j < terms; ++j) {
       float shift = 0;
       for (int k = 0; k < terms; ++k) shift += right[k] * inverse[k + kTerms * j];
       coef[j] += shift;
     }
   }
-}
-
-void ReportChebyshevCycle(int cycle, float rw) {
-  WindowOutStatusBar(3, WriteRecord<"('Cycle ',i3,'  Rw 'f6.4)">(cycle, rw));
 }

@@ -2,7 +2,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "background/curve.h"  // for ResetBackgroundInterval
+#include "background/curve.h"
 #include "crystal/chebyshev.h"
 #include "modify/modify.h"
 #include "plot/plot.h"
@@ -13,6 +13,7 @@
 namespace {
 
 constexpr int kMostTerms = 14;
+static_assert(MaxChebyshev <= kChebyshevTerms);
 // The fit is linear: the first round reaches the solution, the others refine its rounding.
 constexpr int kCycles = 24;
 
@@ -44,7 +45,9 @@ void ChebyshevFit() {
   if (x.empty()) return;
   const ChebyshevFrame frame{x.front(), x.back(), ws.yval(SlotInput, ws.chebyorder + 1)};
   std::vector<float> coef(std::min<std::size_t>(ws.chebyorder, x.size()));
-  if (!ChebyshevCycles(x, y, frame, coef, kCycles, ReportChebyshevCycle)) {
+  const FitEnd end = ChebyshevCycles(x, y, frame, coef, kCycles, ReportFitCycle).end;
+  if (end == FitEnd::Stopped) return;
+  if (end != FitEnd::Done) {
     MessageBoxError("Error", "Matrix inversion error");
     return;
   }

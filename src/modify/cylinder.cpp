@@ -24,13 +24,11 @@ float Parabola(const float (&at)[3], const float (&f)[3], float x) {
   return (x - x1) * (x - x0) * c + (x - x0) * (f1 - f0) / (x1 - x0) + f0;
 }
 
-// The last of the three rows to interpolate with. Says so when mu R lies above the table.
+// The last of the three rows to interpolate with.
 int LastRow(float muR) {
   int k = 2;
-  while (k < kCylinderRows && muR > CylinderRow(k)) ++k;
-  if (k < kCylinderRows) return k;
-  MessageBoxError("Warning", "mu*R above tabulated values");
-  return kCylinderRows - 1;
+  while (k < kCylinderRows - 1 && muR > CylinderRow(k)) ++k;
+  return k;
 }
 
 // A* at two-theta x, by a parabola through the three nearest points of the curve.
@@ -43,7 +41,7 @@ float AbsorptionAt(std::span<const float> curve, float x) {
 
 }  // namespace
 
-void CylinderAbsorptionCurve(float muR, std::span<float> curve) {
+bool CylinderAbsorptionCurve(float muR, std::span<float> curve) {
   const int k = LastRow(muR);
   const float row[3] = {CylinderRow(k - 2), CylinderRow(k - 1), CylinderRow(k)};
   std::array<float, kCylinderColumns> theta, value, y2;
@@ -57,12 +55,14 @@ void CylinderAbsorptionCurve(float muR, std::span<float> curve) {
   for (int n = 0; n < kCurvePoints; ++n) at[n] = 0.1f * static_cast<float>(n);
   SplineEval(theta, value, y2, at, curve);
   for (float& c : curve.first(kCurvePoints)) c = 1.0f / c;
+  return !(muR > CylinderRow(kCylinderRows - 1));
 }
 
 void AbsorptionCylinder() {
   if (!RawOnlyCheck()) return;
   std::array<float, kCurvePoints> curve;
-  CylinderAbsorptionCurve(ws.muR, curve);
+  if (!CylinderAbsorptionCurve(ws.muR, curve))
+    MessageBoxError("Warning", "mu*R above tabulated values");
   const std::span<const float> tth = TthOf(SlotInput);
   const std::span<float> y = IntensityOf(SlotInput);
   for (std::size_t i = 0; i < y.size(); ++i)

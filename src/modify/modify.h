@@ -11,8 +11,9 @@ void AbsorptionCylinder();
 void AbsorptionPlate();
 void LpCorrect();
 
-// Fills curve[0..901) with 1/A* of a cylinder for theta from 0 to 90 degrees in steps of 0.1.
-void CylinderAbsorptionCurve(float muR, std::span<float> curve);
+// Fills curve[0..901) with 1/A* of a cylinder for theta from 0 to 90 degrees in steps of 0.1. False
+// if mu R lies above the table, whose last rows then go on.
+bool CylinderAbsorptionCurve(float muR, std::span<float> curve);
 
 // Grid operations on the active slot.
 void ZeroShift();

@@ -1,12 +1,11 @@
 // Split pseudo-Voigt profile of one peak with its alpha2 component, and its least-squares fit.
+#include "peaks/peakprofile.h"
+
 #include <algorithm>
 #include <cmath>
 
 #include "crystal/matrix.h"
-#include "peaks/peaks.h"
-#include "toolkit/toolkit.h"
-#include "workspace/record.h"
-#include "workspace/workspace.h"
+#include "workspace/workspace.h"  // for RadToDeg
 
 namespace {
 
@@ -42,13 +41,13 @@ Component MakeComponent(std::span<const float, Parameters> p, float position, fl
           {p[RightWidth], p[RightShape], f * area}};
 }
 
-// alpha1, and alpha2 where the fit wavelengths have one. Returns their number.
-int MakeComponents(std::span<const float, Parameters> p, Component* list) {
+// alpha1, and alpha2 where there is one. Returns their number.
+int MakeComponents(std::span<const float, Parameters> p, const FitWavelengths& lines,
+                   Component* list) {
   list[0] = MakeComponent(p, p[Position], p[Area]);
-  const float ratio = ws.scanwave(3);
-  if (!(ratio > 0)) return 1;
-  const float sine = std::sin(p[Position] / 2 / RadToDeg) * ws.scanwave(2) / ws.scanwave(1);
-  list[1] = MakeComponent(p, TwoRadToDeg * std::asin(sine), ratio * p[Area]);
+  if (!(lines.ratio > 0)) return 1;
+  const float sine = std::sin(p[Position] / 2 / RadToDeg) * lines.alpha2 / lines.alpha1;
+  list[1] = MakeComponent(p, TwoRadToDeg * std::asin(sine), lines.ratio * p[Area]);
   return 2;
 }
 
@@ -97,7 +96,9 @@ void AddComponent(Component c, Block& block) {
 
 // Start values from the maximum and the points where the curve falls to half of it. False if the
 // maximum is at an end, or nothing is above 0: p stays.
-bool StartValues(const float* x, const float* y, int n, std::span<float, Parameters> p) {
+bool StartValues(std::span<const float> x, std::span<const float> y,
+                 std::span<float, Parameters> p) {
+  const int n = static_cast<int>(x.size());
   float ymax = 0;
   int top = -1;
   for (int i = 0; i < n; ++i)
@@ -147,14 +148,15 @@ void AddBlock(const Block& block, const float* y, const float* calc, int count,
 }
 
 // One pass over the points.
-void Accumulate(const float* x, const float* y, float* calc, int n,
-                std::span<const float, Parameters> p, NormalEquations& sums) {
+void Accumulate(std::span<const float> x, std::span<const float> y, std::span<float> calc,
+                const FitWavelengths& lines, std::span<const float, Parameters> p,
+                NormalEquations& sums) {
   Component component[2];
-  const int components = MakeComponents(p, component);
+  const int components = MakeComponents(p, lines, component), n = static_cast<int>(x.size());
   for (int start = 0; start < n; start += BlockSize) {
     const int count = std::min(BlockSize, n - start);
     Block block = {};
-    std::copy_n(x + start, count, block.u);
+    std::copy_n(&x[start], count, block.u);
     std::fill(block.u + count, std::end(block.u), x[start]);
     for (int i = 0; i < BlockSize; ++i) {
       block.deriv[Background][i] = 1;
@@ -163,39 +165,36 @@ void Accumulate(const float* x, const float* y, float* calc, int n,
     for (int k = 0; k < components; ++k) AddComponent(component[k], block);
     for (int i = 0; i < count; ++i)
       calc[start + i] = block.value[i] + block.deriv[Slope][i] * p[Slope] + p[Background];
-    AddBlock(block, y + start, calc + start, count, sums);
+    AddBlock(block, &y[start], &calc[start], count, sums);
   }
 }
 
 }  // namespace
 
 // Works with unit weights and full shifts. Ends when Rw comes to rest; the last shift is not in
-// calc any more. A maximum at an end is not fitted: p and calc stay, and the result is 0. A fit
-// that has run away from all numbers gives -1.
-int PeakProfileFit(const float* x, const float* y, float* calc, int N, std::span<float, 8> p) {
-  WindowOutStatusBar(3, "");
-  if (!StartValues(x, y, N, p)) return 0;
-  float previous = 100, rw = 0;
-  int cycle = 1;
-  for (;; ++cycle) {
+// calc any more.
+FitResult PeakProfileFit(std::span<const float> x, std::span<const float> y, std::span<float> calc,
+                         const FitWavelengths& lines, std::span<float, Parameters> p,
+                         const FitReport& report) {
+  if (!StartValues(x, y, p)) return {FitEnd::Done};
+  float previous = 100;
+  for (int cycle = 1;; ++cycle) {
     NormalEquations sums;
-    Accumulate(x, y, calc, N, p, sums);
+    Accumulate(x, y, calc, lines, p, sums);
     int order = Parameters;
-    if (MatrixInverse(sums.matrix, order, Parameters) < 0) {
-      MessageBoxError("Error", "Matrix inversion error");
-      return -1;
-    }
+    if (MatrixInverse(sums.matrix, order, Parameters) < 0) return {FitEnd::NoInverse, cycle};
     for (int j = 0; j < Parameters; ++j) {
       float shift = 0;
       for (int k = 0; k < Parameters; ++k)
         shift += sums.vector[k] * sums.matrix[k * Parameters + j];
       p[j] += shift;
     }
-    if (!std::ranges::all_of(p, [](float value) { return std::isfinite(value); })) return -1;
-    rw = std::sqrt(sums.residual / sums.total);
-    if (std::fabs(rw - previous) <= 0.00005f || cycle == MaxCycles) break;
+    if (!std::ranges::all_of(p, [](float value) { return std::isfinite(value); }))
+      return {FitEnd::Diverged, cycle};
+    const float rw = std::sqrt(sums.residual / sums.total);
+    if (!report(cycle, rw)) return {FitEnd::Stopped, cycle, rw};
+    if (std::fabs(rw - previous) <= 0.00005f || cycle == MaxCycles)
+      return {FitEnd::Done, cycle, rw};
     previous = rw;
   }
-  WindowOutStatusBar(3, WriteRecord<"('Cycle ',i3,'  Rw 'f6.4)">(cycle, rw));
-  return 0;
 }

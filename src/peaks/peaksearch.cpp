@@ -94,7 +94,7 @@ void SearchBackground(int n, float s) {
   if (ws.pkmaxfwhm > 0.5f) window = 2 * window - 1;
   PutBackgroundOnInputGrid();
   std::copy_n(&ws.yval(SlotInput, 1), n, &ws.yval(SlotBackground, 1));
-  BackgroundEnvelope(&ws.yval(SlotBackground, 1), n, window);
+  BackgroundEnvelope(ws.yval.row(SlotBackground).first(n), window, ws.autosubcycles);
 }
 
 }  // namespace

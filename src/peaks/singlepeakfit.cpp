@@ -4,7 +4,9 @@
 #include <cmath>
 #include <vector>
 
+#include "background/curve.h"  // for ReportFitCycle
 #include "peaks/peaklist.h"
+#include "peaks/peakprofile.h"
 #include "peaks/peaks.h"
 #include "plot/plot.h"
 #include "toolkit/toolkit.h"
@@ -39,14 +41,18 @@ Points CollectVisible() {
 float MeanWidth(const Parameters& p) { return (p[6] + p[4]) / 2; }
 float MeanShape(const Parameters& p) { return (p[7] + p[5]) / 2; }
 
-// Fits from the points alone. False if that failed, could not begin (p then stays at zero), or
-// ended beyond all numbers.
+// Fits from the points alone. False if that failed, could not begin, or ended beyond all numbers.
 bool FitPass(const Points& points, std::vector<float>& calc, Parameters& p) {
   p = {};
-  const int n = static_cast<int>(points.x.size());
-  calc.resize(n);
-  if (PeakProfileFit(points.x.data(), points.y.data(), calc.data(), n, p) < 0) return false;
-  return p != Parameters{} && std::isfinite(MeanWidth(p)) && std::isfinite(MeanShape(p));
+  calc.resize(points.x.size());
+  WindowOutStatusBar(3, "");
+  const FitWavelengths lines{ws.scanwave(1), ws.scanwave(2), ws.scanwave(3)};
+  const FitResult fit =
+      PeakProfileFit(points.x, points.y, calc, lines, p, [](int, float) { return true; });
+  if (fit.end == FitEnd::NoInverse) MessageBoxError("Error", "Matrix inversion error");
+  if (fit.end != FitEnd::Done || fit.cycles == 0) return false;
+  ReportFitCycle(fit.cycles, fit.rw);
+  return std::isfinite(MeanWidth(p)) && std::isfinite(MeanShape(p));
 }
 
 // The points up to `spfinalhw` mean widths from the position; none for a negative width.

@@ -21,16 +21,26 @@ TEST(ChebyshevBasis, IsTheCosineOfTheMultipleAngle) {
   EXPECT_EQ(t[2], 1);
 }
 
-TEST(ChebyshevCycles, NothingWithoutAnInverse) {
-  const auto silent = [](int, float) {};
+TEST(ChebyshevCycles, TellsHowItEnded) {
   const std::vector<float> same(40, 20.0f), y{3, 1, 4, 1, 5, 9, 2, 6};
   std::vector<float> counts;
   for (int i = 0; i < 40; ++i) counts.push_back(100 + y[i % 8]);
-  float coef[8] = {};
-  EXPECT_FALSE(ChebyshevCycles({}, {}, {20, 60, 50}, coef, 1, silent));  // a matrix of zeros
+  const auto fit = [](const std::vector<float>& at, const std::vector<float>& values,
+                      std::span<float> coef, int cycles, int last) {
+    return ChebyshevCycles(at, values, {20, 20, 50}, coef, cycles,
+                           [=](int cycle, float) { return cycle < last; });
+  };
+  float coef[8] = {}, mean[1] = {};
+  EXPECT_EQ(fit({}, {}, coef, 1, 99).end, FitEnd::NoInverse);  // a matrix of zeros
   // All points at one place: 24 rounds with a near inverse of a singular matrix outgrow a real.
-  EXPECT_FALSE(ChebyshevCycles(same, counts, {20, 20, 50}, coef, 24, silent));
-  EXPECT_TRUE(ChebyshevCycles(same, counts, {20, 20, 50}, {}, 1, silent));  // no terms
+  EXPECT_EQ(fit(same, counts, coef, 24, 99).end, FitEnd::Diverged);
+  EXPECT_EQ(fit(same, counts, {}, 1, 99).end, FitEnd::Done);  // no terms
+  // Stopped at the second round: what the first has found stays.
+  const FitResult stopped = fit(same, counts, mean, 24, 2);
+  EXPECT_EQ(stopped.end, FitEnd::Stopped);
+  EXPECT_EQ(stopped.cycles, 2);
+  EXPECT_FLOAT_EQ(mean[0], 103.875f);
+  EXPECT_NEAR(stopped.rw, std::sqrt(6.609375) / 50, 1e-6);
 }
 
 }  // namespace
