@@ -2,8 +2,10 @@
 #include "workspace/lines.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstring>
 #include <filesystem>
+#include <system_error>
 
 #include "workspace/text.h"
 
@@ -11,15 +13,29 @@ namespace {
 
 constexpr std::size_t BufferSize = 65536;
 constexpr std::string_view ByteOrderMark = "\xEF\xBB\xBF";
+constexpr std::size_t LongestLetter = 4;  // bytes
+
+// Why a path names no file to read; empty if it does.
+std::string NoFile(const std::string& path) {
+  std::error_code error;
+  const auto status = std::filesystem::status(path, error);
+  if (error) return error.message();
+  if (std::filesystem::is_directory(status)) return "is a directory";
+  return std::filesystem::is_regular_file(status) ? "" : "is no regular file";
+}
 
 }  // namespace
 
-LineReader::LineReader(const std::string& path) {
-  // Asked before opening: opening a pipe would wait for its other end.
-  std::error_code error;
-  if (!std::filesystem::is_regular_file(path, error)) return;
+std::string SystemReason() { return std::generic_category().message(errno); }
+
+// What the path names is asked before it is opened: opening a pipe would wait for its other end.
+LineReader::LineReader(const std::string& path) : path_(path), reason_(NoFile(path)) {
+  if (!reason_.empty()) return;
   file_.reset(std::fopen(path.c_str(), "rb"));
-  if (!file_) return;
+  if (!file_) {
+    reason_ = SystemReason();
+    return;
+  }
   buffer_ = std::make_unique_for_overwrite<char[]>(BufferSize);
   at_ = end_ = buffer_.get();
   if (Fill() && std::string_view(at_, end_).starts_with(ByteOrderMark)) at_ += ByteOrderMark.size();
@@ -33,15 +49,17 @@ bool LineReader::Fill() {
   at_ = buffer_.get();
   char* const last = buffer_.get() + std::fread(buffer_.get(), 1, BufferSize, file_.get());
   end_ = last;
+  if (std::ferror(file_.get())) reason_ = SystemReason();
   if (std::memchr(at_, '\0', end_ - at_)) std::replace(buffer_.get(), last, '\0', ' ');
   return at_ != end_;
 }
 
 bool LineReader::Read(std::string& line, int width) {
-  // One character more than asked for tells a line that is cut from one that ends there with a CR.
-  const std::size_t limit = static_cast<std::size_t>(width) + 1;
+  // One byte more than is asked for tells a line that is cut from one that ends there with a CR.
+  const std::size_t limit = static_cast<std::size_t>(width) * LongestLetter + 1;
   line.clear();
   if (!Fill()) return false;
+  ++line_;
   for (bool more = true; more;) {
     const auto* lf = static_cast<const char*>(std::memchr(at_, '\n', end_ - at_));
     const char* stop = lf ? lf : end_;
@@ -49,24 +67,32 @@ bool LineReader::Read(std::string& line, int width) {
     at_ = lf ? lf + 1 : end_;
     more = !lf && Fill();
   }
-  if (line.size() == limit || (!line.empty() && line.back() == '\r')) line.pop_back();
-  line.resize(TrimRight(line).size());
+  if (line.size() < limit && line.ends_with('\r')) line.pop_back();
+  line.resize(TrimRight(Cut(line, width)).size());
   return true;
 }
 
 LineWriter::LineWriter(const std::string& path)
-    : file_(std::fopen(path.c_str(), "wb")), good_(file_ != nullptr) {}
+    : path_(path), file_(std::fopen(path.c_str(), "wb")) {
+  Checked(file_ != nullptr);
+}
 
 LineWriter::~LineWriter() { Close(); }
 
+// Keeps the reason of the first failure; whether all has gone well so far.
+bool LineWriter::Checked(bool success) {
+  if (!success && reason_.empty()) reason_ = SystemReason();
+  return reason_.empty();
+}
+
 bool LineWriter::Write(std::string_view line) {
-  good_ = good_ && file_ && std::fwrite(line.data(), 1, line.size(), file_) == line.size() &&
-          std::fputc('\n', file_) != EOF;
-  return good_;
+  if (!file_ || !reason_.empty()) return false;
+  return Checked(std::fwrite(line.data(), 1, line.size(), file_) == line.size() &&
+                 std::fputc('\n', file_) != EOF);
 }
 
 bool LineWriter::Close() {
-  if (file_ && std::fclose(file_) != 0) good_ = false;
+  if (file_) Checked(std::fclose(file_) == 0);
   file_ = nullptr;
-  return good_;
+  return reason_.empty();
 }

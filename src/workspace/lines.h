@@ -6,7 +6,10 @@
 #include <string>
 #include <string_view>
 
-// Reads a regular file in lines of at most `width` characters, longer ones cut. Line ends are LF,
+// Why the system's last call failed, in words.
+std::string SystemReason();
+
+// Reads a regular file in lines of at most `width` letters, longer ones cut. Line ends are LF,
 // CRLF, or CR at the end of the file; a last line without an end counts, and a byte order mark in
 // front is skipped. NUL bytes count as blanks. Memory stays bounded whatever the file holds.
 class LineReader {
@@ -16,11 +19,18 @@ class LineReader {
   bool IsOpen() const { return file_ != nullptr; }
   // The next line without its end and without trailing blanks; false at the end of the file.
   bool Read(std::string& line, int width = 256);
+  const std::string& Path() const { return path_; }
+  // Why the file did not open or could not be read to its end; empty as long as all is well.
+  const std::string& Reason() const { return reason_; }
+  // Number of the line read last.
+  int LineNumber() const { return line_; }
 
  private:
   struct Closer {
     void operator()(std::FILE* f) const { std::fclose(f); }
   };
+  std::string path_, reason_;
+  int line_ = 0;
   std::unique_ptr<std::FILE, Closer> file_;
   std::unique_ptr<char[]> buffer_;
   const char* at_ = nullptr;
@@ -41,8 +51,12 @@ class LineWriter {
   bool Write(std::string_view line);
   // Flushes and closes; false if anything was not written.
   bool Close();
+  const std::string& Path() const { return path_; }
+  // What failed first; empty as long as all is well.
+  const std::string& Reason() const { return reason_; }
 
  private:
+  bool Checked(bool success);
+  std::string path_, reason_;
   std::FILE* file_;
-  bool good_;
 };

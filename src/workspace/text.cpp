@@ -11,7 +11,22 @@ namespace {
 bool IsNumberChar(char c) { return (c >= '+' && c <= '9') || c == 'E' || c == 'e'; }
 
 // Place behind the last character that ends a directory.
-std::size_t NameStart(std::string_view path) { return path.find_last_of(":\\/") + 1; }
+std::size_t NameStart(std::string_view path) { return path.rfind('/') + 1; }
+
+// Bytes of the letter that a UTF-8 text begins with; 1 for a byte that belongs to no letter.
+std::size_t LetterSize(std::string_view text) {
+  const unsigned char lead = text[0];
+  const std::size_t size = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : lead >= 0xC2 ? 2 : 1;
+  if (size > text.size()) return 1;
+  const auto continues = [](char c) { return (c & 0xC0) == 0x80; };
+  return std::ranges::all_of(text.substr(1, size - 1), continues) ? size : 1;
+}
+
+int Letters(std::string_view text) {
+  int count = 0;
+  for (; !text.empty(); ++count) text.remove_prefix(LetterSize(text));
+  return count;
+}
 
 template <class Change>
 std::string Changed(std::string_view text, Change change) {
@@ -22,8 +37,8 @@ std::string Changed(std::string_view text, Change change) {
 
 // Text at the end of a field of w blanks; empty when it is longer than the field.
 std::string RightIn(int w, std::string_view text) {
-  if (static_cast<int>(text.size()) > w) return {};
-  return std::string(static_cast<std::size_t>(w) - text.size(), ' ').append(text);
+  const int blanks = w - Letters(text);
+  return blanks < 0 ? "" : std::string(static_cast<std::size_t>(blanks), ' ').append(text);
 }
 
 std::string Asterisks(int w) { return std::string(static_cast<std::size_t>(std::max(w, 0)), '*'); }
@@ -56,8 +71,29 @@ std::string_view Trim(std::string_view text) {
   return text.substr(std::min(text.find_first_not_of(' '), text.size()));
 }
 
+std::string_view Cut(std::string_view text, int length) {
+  if (std::ssize(text) <= length) return text;
+  std::size_t end = 0;
+  for (; length > 0 && end < text.size(); --length) end += LetterSize(text.substr(end));
+  return text.substr(0, end);
+}
+
 std::string Field(std::string_view text, int length) {
-  return std::string(TrimRight(text.substr(0, static_cast<std::size_t>(std::max(length, 0)))));
+  return std::string(TrimRight(Cut(text, length)));
+}
+
+bool FitsField(std::string_view path) { return Letters(path) <= TextLength; }
+
+std::string TooLongPath(std::string_view path) {
+  return OnOneLine(path) + " is longer than " + std::to_string(TextLength) + " characters";
+}
+
+std::string OnOneLine(std::string_view text) {
+  return Changed(text, [](char c) { return c == '\n' || c == '\r' ? ' ' : c; });
+}
+
+std::string FileMessage(const std::string& text, std::string_view path, const std::string& reason) {
+  return text + "\n" + OnOneLine(path) + ": " + reason;
 }
 
 int CleanNumberLine(std::string& line) {
@@ -96,7 +132,7 @@ void FileExtension(std::string& path, std::string& ext) {
     return;
   }
   const std::string tail = Field("." + ext);
-  path = path.substr(0, 256 - tail.size()) + tail;
+  path = std::string(Cut(path, TextLength - static_cast<int>(tail.size()))) + tail;
 }
 
 int FindText(std::string_view text, std::string_view sub) {

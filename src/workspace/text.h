@@ -1,21 +1,33 @@
 // Text and list utilities that all rooms share.
 //
-// Texts are byte strings without trailing blanks; a text of blanks only is empty.
+// Texts are byte strings without trailing blanks; a text of blanks only is empty. Where they are
+// cut at a length, that counts the letters of UTF-8, and a byte that belongs to no letter counts
+// one.
 #pragma once
 
 #include <span>
 #include <string>
 #include <string_view>
 
-#include "workspace/table.h"
+#include "workspace/workspace.h"  // for TextLength
 
 // Rounds to the nearest integer, half away from zero. Values outside the range of int, and what is
 // not a number, give the nearest end of the range and 0.
 int nint(float value);
 int nint(double value);
 
+// The first `length` characters of a text.
+std::string_view Cut(std::string_view text, int length);
 // Text as a field of `length` characters keeps it: cut, and without trailing blanks.
-std::string Field(std::string_view text, int length = 256);
+std::string Field(std::string_view text, int length = TextLength);
+// Whether a path is kept whole by a field. One that is not would name another file: it is refused
+// with the text "PATH is longer than 256 characters".
+bool FitsField(std::string_view path);
+std::string TooLongPath(std::string_view path);
+// Text with blanks for line ends.
+std::string OnOneLine(std::string_view text);
+// Text of a box about a file: what has failed, and in a line of its own "PATH: REASON".
+std::string FileMessage(const std::string& text, std::string_view path, const std::string& reason);
 // Without trailing blanks; without blanks at both ends.
 std::string_view TrimRight(std::string_view text);
 std::string_view Trim(std::string_view text);
@@ -24,9 +36,9 @@ std::string_view Trim(std::string_view text);
 // 1 for an empty line (blanks only are empty), which stays as it is.
 int CleanNumberLine(std::string& line);
 
-// Text up to and including the last ":", "\" or "/"; blank if there is none.
+// Text up to and including the last "/"; blank if there is none.
 std::string FileDirectory(std::string_view path);
-// Text behind the last ":", "\" or "/", up to but not including the first "." behind it.
+// Text behind the last "/", up to but not including the first "." behind it.
 std::string FileStem(std::string_view path);
 // If the path holds a ".": ext takes the text behind the last one. If not, "." and ext are appended
 // to the path, which is shortened when its field is full.

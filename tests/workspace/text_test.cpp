@@ -39,10 +39,10 @@ TEST(Text, CleanNumberLine) {
 
 TEST(Text, Paths) {
   const char* cases[][3] = {
-      {"C:\\data\\a.b.xy", "C:\\data\\", "a"},
+      {"/data/a.b.xy", "/data/", "a"},
+      {"/d:/scan 12:30 \\2.xy", "/d:/", "scan 12:30 \\2"},  // only "/" parts names
       {"/home/me/quartz 1.xy", "/home/me/", "quartz 1"},
       {"quartz.xy", "", "quartz"},
-      {"disk:quartz", "disk:", "quartz"},
       {"/tmp.d/quartz", "/tmp.d/", "quartz"},
       {"/tmp/", "/tmp/", ""},
       {"", "", ""},
@@ -76,6 +76,25 @@ TEST(Text, FindAlignAndCase) {
   EXPECT_EQ(LowerText("aZ[\xC4"), "az[\xC4");
   EXPECT_EQ(Field(std::string(255, 'x') + " y"), std::string(255, 'x'));
   EXPECT_EQ(Trim("   "), "");
+}
+
+// Letters of one to four bytes count one each, and so does a byte that belongs to none.
+TEST(Text, CutsEndAtWholeLetters) {
+  const std::string letters = "a\xC3\xA4\xE2\x82\xAC\xF0\x9F\x92\x8E";
+  const std::string strays = "\xA4\xFC\xE2\x82x\xC3";
+  for (int n : {-1, 0}) EXPECT_EQ(Cut(letters, n), "");
+  const std::size_t ends[] = {1, 3, 6, 10};
+  for (int n = 1; n <= 4; ++n) EXPECT_EQ(Cut(letters, n), letters.substr(0, ends[n - 1])) << n;
+  for (int n = 1; n <= 6; ++n) EXPECT_EQ(Cut(strays, n), strays.substr(0, n)) << n;
+  EXPECT_EQ(Field("\xC3\xA4 \xC3\xA4", 2), "\xC3\xA4");
+  EXPECT_EQ(RightAlign("\xC3\xA4\xC3\xB6", 3), " \xC3\xA4\xC3\xB6");
+
+  std::string path;
+  for (int i = 0; i < 256; ++i) path += "\xC3\xA4";
+  EXPECT_TRUE(FitsField(path));
+  EXPECT_FALSE(FitsField(path + "x"));
+  EXPECT_EQ(TooLongPath("/a\nb"), "/a b is longer than 256 characters");
+  EXPECT_EQ(FileMessage("Stated", "/a\r\nb", "gone"), "Stated\n/a  b: gone");
 }
 
 TEST(Text, NearestInteger) {
