@@ -44,11 +44,12 @@ int ReadData(LineReader& in, int slot) {
 int ReadCif(int slot, const std::string& path) {
   ClearCounts(slot);
   LineReader in(path);
-  if (!in.IsOpen()) return ReadFailure("File error", "Error opening cif");
+  if (!in.IsOpen()) return ReadFailure("File error", "Error opening cif", in);
   float start = 0, step = 0;
   std::string line;
   do {
-    if (!in.Read(line)) return ReadFailure("File Error", "Error reading cif1");
+    if (!in.Read(line))
+      return ReadFailure("File Error", "Error reading cif1", in, NoLine(kDataKey));
     if (ReadValue(line, kWavelengthKey, ws.scanwave(1))) {
       ws.scanwave(2) = ws.wavelen(slot) = ws.scanwave(1);
       ws.scanwave(3) = 0;
@@ -56,11 +57,12 @@ int ReadCif(int slot, const std::string& path) {
     ReadValue(line, kStartKey, start);
     ReadValue(line, kStepKey, step);
   } while (!HasKey(line, kDataKey));
-  if (!SkipLines(in, 1)) return ReadFailure("File Error", "Error reading cif2");
+  if (!SkipLines(in, 1)) return ReadFailure("File Error", "Error reading cif2", in);
 
   const int n = ReadData(in, slot);
   FillGrid(slot, n, start, step);
-  if (!CutAtLastPoint(slot, n)) return ReadFailure("File Error", "Nothing read from cif");
+  if (!CutAtLastPoint(slot, n))
+    return ReadFailure("File Error", "Nothing read from cif", in, NoPoints(n));
   if (slot != SlotInput) return 1;
 
   ws.scanwave(1) = ws.scanwave(2) = ws.wavelen(SlotInput);

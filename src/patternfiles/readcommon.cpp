@@ -11,10 +11,22 @@
 
 void ClearCounts(int slot) { std::ranges::fill(ws.yval.row(slot), 0.0f); }
 
-int ReadFailure(const std::string& caption, const std::string& text) {
-  MessageBoxError(caption, text);
+int ReadFailure(const std::string& caption, const std::string& text, const LineReader& in,
+                const std::string& reason) {
+  std::string why = in.Reason().empty() ? reason : in.Reason();
+  if (why.empty() && in.LineNumber() == 0) why = "is empty";
+  if (why.empty()) why = "ends with line " + std::to_string(in.LineNumber());
+  MessageBoxError(caption, FileMessage(text, in.Path(), why));
   return 0;
 }
+
+std::string NoLine(std::string_view key) { return "no line " + std::string(key) + " in it"; }
+
+std::string NoNumber(const LineReader& in) {
+  return "line " + std::to_string(in.LineNumber()) + " is no number";
+}
+
+std::string NoPoints(int n) { return n < 1 ? "no points in it" : "no counts in it"; }
 
 bool SkipLines(LineReader& in, int lines) {
   std::string line;
@@ -57,6 +69,10 @@ int ReadCountRows(LineReader& in, int slot, const Format& format, int fields, in
   return last;
 }
 
+void DropCommaBehind(std::string& line, std::size_t width) {
+  if (line.find(',') == width) line.erase(width, 1);
+}
+
 void FillGrid(int slot, int n, float start, float step) {
   float* x = ws.xval.row(AxisTth, slot).data();
   for (int i = 1; i <= n; ++i) {
@@ -88,12 +104,12 @@ void SetExposure(float seconds) { ws.gdfhead(8) = WriteRecord<"(i10)">(nint(seco
 
 SlashDate SplitDate(std::string_view text) {
   const auto twodigits = [&](std::size_t from, std::size_t to) {
-    std::string field(text.substr(from, std::min<std::size_t>(to - from, 2)));
+    std::string field(Cut(text.substr(from, to - from), 2));
     if (to - from == 1) field.insert(0, "0");
     return field;
   };
   SlashDate date;
-  const std::string_view head = text.substr(0, 10);
+  const std::string_view head = Cut(text, 10);
   const std::size_t k = head.find('/');
   if (k == std::string_view::npos) return date;
   date.month = twodigits(0, k);

@@ -15,8 +15,15 @@ inline constexpr int PointLimit = 19991;  // of most formats
 // Every reader begins with an empty slot: all counts 0, the two-theta as they are.
 void ClearCounts(int slot);
 
-// Shows a box and returns 0, a reader's result.
-int ReadFailure(const std::string& caption, const std::string& text);
+// Shows a box that names the file and what is wrong with it, and returns 0, a reader's result. The
+// reason is the reader's own if that has failed; without any the file ends too early.
+int ReadFailure(const std::string& caption, const std::string& text, const LineReader& in,
+                const std::string& reason = "");
+// Reasons: a header's last line is missing, the line read last is no number, the data end before
+// the first point or hold none that counts.
+std::string NoLine(std::string_view key);
+std::string NoNumber(const LineReader& in);
+std::string NoPoints(int n);
 
 // Drops lines in front of the data; false if there are not so many.
 bool SkipLines(LineReader& in, int lines);
@@ -40,6 +47,10 @@ void ReadRealKeys(std::string_view line, std::span<const RealKey> keys);
 // holds fewer numbers, so do all that follow, while every line still begins `fields` points
 // further.
 int ReadCountRows(LineReader& in, int slot, const Format& format, int fields, int limit);
+
+// Two numbers parted by a comma, the first in a field of `width` columns: where it fills the field,
+// the comma behind it goes, for it would stand for an empty second one.
+void DropCommaBehind(std::string& line, std::size_t width);
 
 // Two-theta of points 1 to n from the first and the step. Where the grid leaves the range of
 // numbers it stays at its start.

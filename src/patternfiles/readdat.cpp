@@ -15,8 +15,10 @@ namespace {
 constexpr int kFields = 10;
 constexpr int kLastLimit = 19990;
 
-bool ReadGrid(std::string_view line, float& start, float& step) {
-  return ReadRecord<"(2f8.0)">(line, start, step) || ReadRecord<"(2f10.0)">(line, start, step);
+bool ReadGrid(const std::string& line, float& start, float& step) {
+  std::string parted = line;
+  DropCommaBehind(parted, 8);
+  return ReadRecord<"(2f8.0)">(parted, start, step) || ReadRecord<"(2f10.0)">(line, start, step);
 }
 
 }  // namespace
@@ -24,15 +26,17 @@ bool ReadGrid(std::string_view line, float& start, float& step) {
 int ReadDat(int slot, const std::string& path) {
   ClearCounts(slot);
   LineReader in(path);
-  if (!in.IsOpen()) return ReadFailure("File error", "Error opening dat file");
-  if (!SkipLines(in, ws.headerskip)) return ReadFailure("File error", "Error reading dat file");
+  if (!in.IsOpen()) return ReadFailure("File error", "Error opening dat file", in);
+  if (!SkipLines(in, ws.headerskip)) return ReadFailure("File error", "Error reading dat file", in);
   std::string line;
   float start, step;
-  if (!in.Read(line, RowWidth) || !ReadGrid(line, start, step))
-    return ReadFailure("File Error", "Error reading dat file");
+  if (!in.Read(line, RowWidth)) return ReadFailure("File Error", "Error reading dat file", in);
+  if (!ReadGrid(line, start, step))
+    return ReadFailure("File Error", "Error reading dat file", in, NoNumber(in));
 
   const int last = ReadCountRows(in, slot, FormatOf<"(10f8.0)">(), kFields, kLastLimit);
-  if (!CutAtLastPoint(slot, last)) return ReadFailure("File Error", "Nothing read from dat file");
+  if (!CutAtLastPoint(slot, last))
+    return ReadFailure("File Error", "Nothing read from dat file", in, NoPoints(last));
   FillGrid(slot, ws.npts(slot), start, step);
   ws.wavelen(slot) = CuKalpha1;
   if (slot != SlotInput) return 1;

@@ -30,29 +30,36 @@ std::string MarkedValue(std::string_view line) {
   return std::string(line.substr(0, FindText(line, "<")));
 }
 
-// Takes header line `number`; returns 1, or shows a message and returns 0.
-int ReadHeaderLine(const std::string& line, int number, int slot, Header& header) {
+// Takes a header line; returns 1, or shows a message and returns 0.
+int ReadHeaderLine(const LineReader& in, const std::string& line, int slot, Header& header) {
+  const int number = in.LineNumber();
   if (slot == SlotInput) ws.gdfhead(number) = line;
   int unused;
   switch (number) {
     case 3:
       if (ReadRecord<"(i5)">(line, unused)) return 1;
-      return ReadFailure("File Read Error", std::string(Trim(line)));
+      return ReadFailure("File Read Error", std::string(Trim(line)), in, NoNumber(in));
     case 10:
       if (slot < SlotRefined) ws.gdfhead(10) = MarkedValue(line);
       return 1;
     case 11:
       if (ReadRecord<"(f10.0)">(line, header.start)) return 1;
-      return ReadFailure("Error", "Error reading gdf file2");
+      return ReadFailure("Error", "Error reading gdf file2", in, NoNumber(in));
     case 12:
       if (ReadRecord<"(f10.0)">(line, header.stop)) return 1;
-      return ReadFailure("Error", "Error reading gdf file3");
+      return ReadFailure("Error", "Error reading gdf file3", in, NoNumber(in));
     case 13:
       if (ReadRecord<"(f10.0)">(line, header.step)) return 1;
-      return ReadFailure("Error", "Error reading gdf file4");
+      return ReadFailure("Error", "Error reading gdf file4", in, NoNumber(in));
     default:
       return 1;
   }
+}
+
+// "7/15/2014 12:00" as "15/07/2014 12:00"; a file without a date stays so.
+std::string DayFirst(const std::string& text) {
+  const SlashDate date = SplitDate(text);
+  return text.empty() ? "" : Field(date.day + "/" + date.month + date.rest);
 }
 
 }  // namespace
@@ -60,12 +67,12 @@ int ReadHeaderLine(const std::string& line, int number, int slot, Header& header
 int ReadGdf(int slot, const std::string& path) {
   ClearCounts(slot);
   LineReader in(path);
-  if (!in.IsOpen()) return ReadFailure("Error", "Error opening gdf-file");
+  if (!in.IsOpen()) return ReadFailure("Error", "Error opening gdf-file", in);
   Header header;
   std::string line;
-  for (int number = 1; number <= kHeaderLines; ++number) {
-    if (!in.Read(line)) return ReadFailure("Error", "Error reading gdf-file");
-    if (!ReadHeaderLine(line, number, slot, header)) return 0;
+  for (int i = 0; i < kHeaderLines; ++i) {
+    if (!in.Read(line)) return ReadFailure("Error", "Error reading gdf-file", in);
+    if (!ReadHeaderLine(in, line, slot, header)) return 0;
   }
   ws.wavelen(slot) = CuKalpha1;
   ws.npts(slot) = 0;
@@ -74,14 +81,14 @@ int ReadGdf(int slot, const std::string& path) {
   while (n < PointLimit && in.Read(line) && ReadRecord<"(i8)">(line, count))
     ws.yval(slot, ++n) = static_cast<float>(count);
   FillGrid(slot, n, header.start, header.step);
-  if (n < 1) return ReadFailure("Error", "Nothing read from gdf file1");
-  if (!CutAtLastPoint(slot, n)) return ReadFailure("Error", "Nothing read from gdf file2");
+  if (n < 1) return ReadFailure("Error", "Nothing read from gdf file1", in, NoPoints(n));
+  if (!CutAtLastPoint(slot, n))
+    return ReadFailure("Error", "Nothing read from gdf file2", in, NoPoints(n));
   if (slot != SlotInput) return 1;
 
   ws.scanwave(1) = ws.scanwave(2) = CuKalpha1;
   ws.scanwave(3) = 0;
-  const SlashDate date = SplitDate(ws.gdfhead(7));
-  ws.scandate = Field(date.day + "/" + date.month + date.rest);
+  ws.scandate = DayFirst(ws.gdfhead(7));
   ws.instrument = "Huber G670";
   FinishInput(Trim(ws.gdfhead(4)).empty() ? ws.stem20 : ws.gdfhead(4));
   return 1;

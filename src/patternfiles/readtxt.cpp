@@ -22,6 +22,8 @@
 
 namespace {
 
+constexpr std::string_view kDataKey = "[Data]";
+
 struct Header {
   std::string date, time;
   float steptime = 0;
@@ -35,10 +37,10 @@ void ReadHeaderLine(std::string_view line, int slot, Header& header) {
                           {"AlphaRatio=", &ws.scanwave(3)},
                           {"AlphaAverage= ", &ws.wavelen(slot)}};
   if (HasKey(line, "Date=")) {
-    header.date = Columns(line, 6, 20);
+    header.date = Cut(Columns(line, 6), 15);
   } else if (HasKey(line, "Time=")) {
     ++header.timelines;
-    if (header.timelines == 1) header.time = Columns(line, 6, 13);
+    if (header.timelines == 1) header.time = Cut(Columns(line, 6), 8);
     if (header.timelines == 2) ReadFreeReal(Columns(line, 6), header.steptime);
   } else if (HasKey(line, "NumberOfCompleteData= ")) {
     int n;
@@ -67,24 +69,25 @@ int ReadData(LineReader& in, int slot) {
 int ReadTxt(int slot, const std::string& path) {
   ClearCounts(slot);
   LineReader in(path);
-  if (!in.IsOpen()) return ReadFailure("Error", "Error opening txt-file");
+  if (!in.IsOpen()) return ReadFailure("Error", "Error opening txt-file", in);
   Header header;
   std::string line;
   do {
-    if (!in.Read(line)) return ReadFailure("Error", "Error reading txt-file");
+    if (!in.Read(line)) return ReadFailure("Error", "Error reading txt-file", in, NoLine(kDataKey));
     ReadHeaderLine(line, slot, header);
-  } while (!HasKey(line, "[Data]"));
-  if (!SkipLines(in, 1)) return ReadFailure("Error", "Error reading txt-file");
+  } while (!HasKey(line, kDataKey));
+  if (!SkipLines(in, 1)) return ReadFailure("Error", "Error reading txt-file", in);
 
   ws.wavelen(slot) = ws.scanwave(1);
   const int n = ReadData(in, slot);
-  if (n < 1) return ReadFailure("Error", "Nothing read from txt-file1");
-  if (!CutAtLastPoint(slot, n)) return ReadFailure("Error", "Nothing read from txt-file2");
+  if (n < 1) return ReadFailure("Error", "Nothing read from txt-file1", in, NoPoints(n));
+  if (!CutAtLastPoint(slot, n))
+    return ReadFailure("Error", "Nothing read from txt-file2", in, NoPoints(n));
   SetExposure(header.steptime * static_cast<float>(ws.npts(SlotInput)));
   if (slot != SlotInput) return 1;
 
   const SlashDate date = SplitDate(header.date);
-  const std::string year(Columns(date.rest, 2, 3));
+  const std::string year(Cut(Columns(date.rest, 2), 2));
   ws.scandate =
       Field(date.day + "/" + date.month + "/20" + year + "  " + std::string(Trim(header.time)));
   ws.instrument = "Bruker D8 Advance";

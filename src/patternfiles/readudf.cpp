@@ -23,6 +23,7 @@
 namespace {
 
 constexpr int kFields = 8;
+constexpr std::string_view kDataKey = "RawScan";
 
 struct Header {
   float start = 0, stop = 0, step = 0, steptime = 0;
@@ -61,18 +62,20 @@ void ReadHeaderLine(std::string_view line, int slot, Header& header) {
 int ReadUdf(int slot, const std::string& path) {
   ClearCounts(slot);
   LineReader in(path);
-  if (!in.IsOpen()) return ReadFailure("File error", "Error opening udf file");
+  if (!in.IsOpen()) return ReadFailure("File error", "Error opening udf file", in);
   Header header;
   std::string line;
   do {
-    if (!in.Read(line, RowWidth)) return ReadFailure("File Error", "Error reading udf file");
+    if (!in.Read(line, RowWidth))
+      return ReadFailure("File Error", "Error reading udf file", in, NoLine(kDataKey));
     ReadHeaderLine(line, slot, header);
-  } while (!HasKey(line, "RawScan"));
+  } while (!HasKey(line, kDataKey));
   if (header.step != 0)
     SetExposure(header.steptime * ((header.stop - header.start) / header.step + 1.0f));
 
   const int last = ReadCountRows(in, slot, FormatOf<"(8f9.0)">(), kFields, PointLimit);
-  if (!CutAtLastPoint(slot, last)) return ReadFailure("File Error", "Nothing read from udf file");
+  if (!CutAtLastPoint(slot, last))
+    return ReadFailure("File Error", "Nothing read from udf file", in, NoPoints(last));
   ws.wavelen(slot) = ws.scanwave(1);
   FillGrid(slot, ws.npts(slot), header.start, header.step);
   if (slot != SlotInput) return 1;

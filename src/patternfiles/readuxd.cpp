@@ -18,12 +18,16 @@
 
 namespace {
 
+constexpr std::string_view kDataKey = "_2THETACOUNTS";
+
 int ReadData(LineReader& in, int slot) {
   std::string line;
   int n = 0;
   while (n < PointLimit && in.Read(line, DataWidth)) {
     float x, y;
-    if (CleanNumberLine(line) != 0 || !ReadRecord<"(2f15.0)">(line, x, y)) break;
+    if (CleanNumberLine(line) != 0) break;
+    DropCommaBehind(line, 15);
+    if (!ReadRecord<"(2f15.0)">(line, x, y)) break;
     ++n;
     ws.xval(AxisTth, slot, n) = x;
     ws.yval(slot, n) = y;
@@ -36,7 +40,7 @@ int ReadData(LineReader& in, int slot) {
 int ReadUxd(int slot, const std::string& path) {
   ClearCounts(slot);
   LineReader in(path);
-  if (!in.IsOpen()) return ReadFailure("File error", "Error opening uxd file");
+  if (!in.IsOpen()) return ReadFailure("File error", "Error opening uxd file", in);
   float steptime = 0;
   const RealKey keys[] = {{"_WL1=", &ws.scanwave(1)},
                           {"_WL2=", &ws.scanwave(2)},
@@ -44,16 +48,18 @@ int ReadUxd(int slot, const std::string& path) {
                           {"_STEPTIME=", &steptime}};
   std::string line;
   do {
-    if (!in.Read(line)) return ReadFailure("File Error", "Error reading uxd file");
+    if (!in.Read(line))
+      return ReadFailure("File Error", "Error reading uxd file", in, NoLine(kDataKey));
     if (HasKey(line, "_DATEMEASURED="))
-      ws.scandate = Field(Columns(line, 16, 35));
+      ws.scandate = Field(Columns(line, 16), 20);
     else
       ReadRealKeys(line, keys);
-  } while (!HasKey(line, "_2THETACOUNTS"));
+  } while (!HasKey(line, kDataKey));
 
   ws.wavelen(slot) = ws.scanwave(1);
   const int n = ReadData(in, slot);
-  if (!CutAtLastPoint(slot, n)) return ReadFailure("File Error", "Nothing read from uxd file");
+  if (!CutAtLastPoint(slot, n))
+    return ReadFailure("File Error", "Nothing read from uxd file", in, NoPoints(n));
   if (slot != SlotInput) return 1;
 
   ws.instrument = "Bruker D8 Advance";

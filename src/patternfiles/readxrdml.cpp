@@ -100,14 +100,14 @@ void ReadLine(std::string_view line, int slot, Scan& scan) {
 int ReadXrdml(int slot, const std::string& path) {
   ClearCounts(slot);
   LineReader in(path);
-  if (!in.IsOpen()) return ReadFailure("File error", "Error opening xrdml file");
+  if (!in.IsOpen()) return ReadFailure("File error", "Error opening xrdml file", in);
   Scan scan;
   ws.npts(slot) = 0;
   std::string line;
   while (in.Read(line, kWidth)) ReadLine(line, slot, scan);
 
   const int n = ws.npts(slot);
-  if (n < 1) return ReadFailure("File Error", "Nothing read from xrdml file");
+  if (n < 1) return ReadFailure("File Error", "Nothing read from xrdml file", in, NoPoints(n));
   FillGrid(slot, n, scan.start, (scan.stop - scan.start) / static_cast<float>(n - 1));
   // A single point has no step, and its two-theta is not a number.
   if (n == 1) ws.xval(AxisTth, slot, 1) = std::numeric_limits<float>::quiet_NaN();

@@ -29,9 +29,9 @@ constexpr int kChiHeader = 4;
 int ReadColumns(int slot, const std::string& path, const std::string& kind, int headerlines) {
   ClearCounts(slot);
   LineReader in(path);
-  if (!in.IsOpen()) return ReadFailure("File error", "Error opening " + kind + " file");
+  if (!in.IsOpen()) return ReadFailure("File error", "Error opening " + kind + " file", in);
   if (!SkipLines(in, headerlines))
-    return ReadFailure("File error", "Error reading " + kind + " file");
+    return ReadFailure("File error", "Error reading " + kind + " file", in);
 
   ws.npts(slot) = 0;
   int n = 0;
@@ -39,13 +39,15 @@ int ReadColumns(int slot, const std::string& path, const std::string& kind, int 
   while (n < kPointLimit && in.Read(line)) {
     if (line.starts_with(';') || line.starts_with('_')) continue;
     float x, y;
-    if (CleanNumberLine(line) != 0 || !ReadRecord<"(2f15.0)">(line, x, y)) break;
+    if (CleanNumberLine(line) != 0) break;
+    DropCommaBehind(line, 15);
+    if (!ReadRecord<"(2f15.0)">(line, x, y)) break;
     ++n;
     ws.xval(AxisTth, slot, n) = x;
     ws.yval(slot, n) = y;
   }
   if (!CutAtLastPoint(slot, n, true))
-    return ReadFailure("File error", "Nothing read from " + kind + " file");
+    return ReadFailure("File error", "Nothing read from " + kind + " file", in, NoPoints(n));
   ws.wavelen(slot) = CuKalpha1;
   if (slot != SlotInput) return 1;
 

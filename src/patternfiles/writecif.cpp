@@ -6,14 +6,14 @@
 int WriteCif(const std::string& path, int slot) {
   const SaveGrid& grid = PrepareSaveGrid(slot, true);
   LineWriter out(path);
-  if (!out.IsOpen()) return WriteFailure("Error opening cif file");
+  if (!out.IsOpen()) return WriteFailure("Error opening cif file", out);
   // The lines tell of the slot's own points, not of the grid that is saved.
   const float first = ws.xval(AxisTth, slot, 1);
   const float last = grid.n > 0 ? ws.xval(AxisTth, slot, grid.n) : first;
   const float dx = ws.xval(AxisTth, slot, 2) - first;
   const std::string head[] = {
       "# Powder CIF created by KESTREL",
-      "data-" + path,
+      "data-" + OnOneLine(path),
       "_diffrn_radiation_wavelength " + RealField(ws.wavelen(1), 10, 5),
       "# Scan information data",
       "_pd_meas_2theta_range_min " + RealField(first, 10, 5),
@@ -25,7 +25,9 @@ int WriteCif(const std::string& path, int slot) {
   };
   int number = 0;  // of the line that failed, as the message has it
   const auto write = [&](const std::string& line) { return WritePadded(out, line); };
-  const auto failure = [&] { return WriteFailure("Error writing cif" + std::to_string(number)); };
+  const auto failure = [&] {
+    return WriteFailure("Error writing cif" + std::to_string(number), out);
+  };
   for (const std::string& line : head) {
     ++number;
     if (!write(line)) return failure();

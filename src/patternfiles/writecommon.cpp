@@ -44,12 +44,13 @@ const SaveGrid& PrepareSaveGrid(int slot, bool oddremainder) {
   return grid;
 }
 
-int WriteFailure(const std::string& text) {
-  MessageBoxError("Error", text);
+int WriteFailure(const std::string& text, const LineWriter& out) {
+  MessageBoxError("Error", FileMessage(text, out.Path(), out.Reason()));
   return 0;
 }
 
 bool WritePadded(LineWriter& out, std::string line) {
-  line.resize(TextLength, ' ');
+  line = Cut(line, TextLength);
+  line.resize(std::max<std::size_t>(line.size(), TextLength), ' ');
   return out.Write(line);
 }

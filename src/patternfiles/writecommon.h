@@ -19,8 +19,8 @@ struct SaveGrid {
 // against half the width of a bin. The grid stays valid until the next call.
 const SaveGrid& PrepareSaveGrid(int slot, bool oddremainder = false);
 
-// Shows a box and returns 0, a writer's result.
-int WriteFailure(const std::string& text);
+// Shows a box that names the file and what has failed, and returns 0, a writer's result.
+int WriteFailure(const std::string& text, const LineWriter& out);
 
 // A line with blanks up to the length of a text field.
 bool WritePadded(LineWriter& out, std::string line);

@@ -131,6 +131,7 @@ TEST_F(Readers, HeaderValues) {
       {"xrdml", "<positions axis=\"Omega\">\n<startPosition>7</>\n<intensities>15 16", 0},
       {"dat", "5,3e38\n1,2,3\n", 5},  // the grid leaves the range of numbers
       {"dat", "5.0,-0.5\n1,2,3\n", 4},
+      {"dat", "100.0000,0.5000,101.0000\n1,2,3\n", 101},  // a start that fills its field
   };
   for (const auto& c : cases) {
     EXPECT_EQ(Read(c.extension, 1, c.text), 1);
@@ -166,53 +167,65 @@ TEST_F(Readers, Messages) {
   const struct {
     const char* extension;
     std::string text;
-    const char *caption, *message;
+    const char *caption, *message, *reason;
   } cases[] = {
-      {"xy", "1 0\n2 0\n", "File error", "Nothing read from xy file"},
-      {"chi", "1\n2\n3\n", "File error", "Error reading chi file"},
-      {"txt", "Date=1\n", "Error", "Error reading txt-file"},
-      {"txt", "[Data]", "Error", "Error reading txt-file"},
-      {"txt", "[Data]\n\nx", "Error", "Nothing read from txt-file1"},
-      {"txt", "[Data]\n\n1, -1\n", "Error", "Nothing read from txt-file2"},
-      {"uxd", "1 2\n", "File Error", "Error reading uxd file"},
-      {"uxd", "_2THETACOUNTS\n1 -1\n", "File Error", "Nothing read from uxd file"},
-      {"udf", " RawScan\n", "File Error", "Error reading udf file"},
-      {"udf", "RawScan\n/\n", "File Error", "Nothing read from udf file"},
-      {"gdf", "1\n", "Error", "Error reading gdf-file"},
-      {"gdf", gdfline(3), "File Read Error", "word"},
-      {"gdf", gdfline(11), "Error", "Error reading gdf file2"},
-      {"gdf", gdfline(13), "Error", "Error reading gdf file4"},
-      {"gdf", gdf, "Error", "Nothing read from gdf file1"},
-      {"gdf", gdf + "0\n", "Error", "Nothing read from gdf file2"},
-      {"dat", "", "File Error", "Error reading dat file"},
-      {"dat", "word\n", "File Error", "Error reading dat file"},
-      {"dat", "1 1\n", "File Error", "Nothing read from dat file"},
-      {"cif", "_pd_meas_intensity_total\n", "File Error", "Error reading cif1"},
-      {"cif", "  _pd_meas_intensity_total\n", "File Error", "Error reading cif2"},
-      {"cif", "  _pd_meas_intensity_total\n1\n_x\n", "File Error", "Nothing read from cif"},
-      {"xrdml", "<counts>1 2 3</counts>", "File Error", "Nothing read from xrdml file"},
+      {"xy", "1 0\n2 0\n", "File error", "Nothing read from xy file", "no counts in it"},
+      {"chi", "1\n2\n3\n", "File error", "Error reading chi file", "ends with line 3"},
+      {"txt", "Date=1\n", "Error", "Error reading txt-file", "no line [Data] in it"},
+      {"txt", "[Data]", "Error", "Error reading txt-file", "ends with line 1"},
+      {"txt", "[Data]\n\nx", "Error", "Nothing read from txt-file1", "no points in it"},
+      {"txt", "[Data]\n\n1, -1\n", "Error", "Nothing read from txt-file2", "no counts in it"},
+      {"uxd", "1 2\n", "File Error", "Error reading uxd file", "no line _2THETACOUNTS in it"},
+      {"uxd", "_2THETACOUNTS\n1 -1\n", "File Error", "Nothing read from uxd file",
+       "no counts in it"},
+      {"udf", " RawScan\n", "File Error", "Error reading udf file", "no line RawScan in it"},
+      {"udf", "RawScan\n/\n", "File Error", "Nothing read from udf file", "no points in it"},
+      {"gdf", "1\n", "Error", "Error reading gdf-file", "ends with line 1"},
+      {"gdf", gdfline(3), "File Read Error", "word", "line 3 is no number"},
+      {"gdf", gdfline(11), "Error", "Error reading gdf file2", "line 11 is no number"},
+      {"gdf", gdfline(13), "Error", "Error reading gdf file4", "line 13 is no number"},
+      {"gdf", gdf, "Error", "Nothing read from gdf file1", "no points in it"},
+      {"gdf", gdf + "0\n", "Error", "Nothing read from gdf file2", "no counts in it"},
+      {"dat", "", "File Error", "Error reading dat file", "is empty"},
+      {"dat", "word\n", "File Error", "Error reading dat file", "line 1 is no number"},
+      {"dat", "1 1\n", "File Error", "Nothing read from dat file", "no points in it"},
+      {"cif", "_pd_meas_intensity_total\n", "File Error", "Error reading cif1",
+       "no line   _pd_meas_intensity_total in it"},
+      {"cif", "  _pd_meas_intensity_total\n", "File Error", "Error reading cif2",
+       "ends with line 1"},
+      {"cif", "  _pd_meas_intensity_total\n1\n_x\n", "File Error", "Nothing read from cif",
+       "no points in it"},
+      {"xrdml", "<counts>1 2 3</counts>", "File Error", "Nothing read from xrdml file",
+       "no points in it"},
+  };
+  const auto box = [&](const std::string& what, const std::string& path, const char* reason) {
+    return std::vector<std::string>{"box\t" + what + "\\n" + path + ": " + reason};
   };
   for (const auto& c : cases) {
     EXPECT_EQ(Read(c.extension, 1, c.text), 0) << c.message;
     EXPECT_EQ(Events(),
-              (std::vector<std::string>{std::string("box\t") + c.caption + "\t" + c.message}));
+              box(std::string(c.caption) + "\t" + c.message, dir_.file("pattern"), c.reason));
   }
   for (const FormatSample& sample : FormatSamples()) {  // a directory is no file
     const std::string format = sample.extension;
     const bool plain = format == "txt" || format == "gdf";
-    EXPECT_EQ(ReadAs(format, 1, dir_.path()), 0);
-    EXPECT_EQ(Events(), std::vector<std::string>{(plain ? "box\tError\tError opening "
-                                                        : "box\tFile error\tError opening ") +
-                                                 format +
-                                                 (plain             ? "-file"
-                                                  : format == "cif" ? ""
-                                                                    : " file")});
+    const std::string what = (plain ? "Error\tError opening " : "File error\tError opening ") +
+                             format +
+                             (plain             ? "-file"
+                              : format == "cif" ? ""
+                                                : " file");
+    for (const auto& [path, reason] : {std::pair(dir_.path(), "is a directory"),
+                                       {dir_.file("none"), "No such file or directory"}}) {
+      EXPECT_EQ(ReadAs(format, 1, path), 0);
+      EXPECT_EQ(Events(), box(what, path, reason));
+    }
   }
   ws.headerskip = 3;
-  EXPECT_EQ(Read("xy", 1, "1 2\n"), 0);
-  EXPECT_EQ(Read("dat", 1, "1 2\n"), 0);
-  EXPECT_EQ(Events(), (std::vector<std::string>{"box\tFile error\tError reading xy file",
-                                                "box\tFile error\tError reading dat file"}));
+  for (const char* format : {"xy", "dat"}) {
+    EXPECT_EQ(Read(format, 1, "1 2\n"), 0);
+    EXPECT_EQ(Events(), box(std::string("File error\tError reading ") + format + " file",
+                            dir_.file("pattern"), "ends with line 1"));
+  }
 }
 
 // Files that were meant for nobody: every reader on each, into the slots at the ends of the store.

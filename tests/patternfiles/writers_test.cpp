@@ -7,6 +7,7 @@
 #include <fstream>
 
 #include "patternfiles/samples.h"
+#include "support/smallfiles.h"
 #include "support/support.h"
 #include "workspace/workspace.h"
 
@@ -18,11 +19,12 @@ class Writers : public testing::Test {
     FreshWorkspace();
     Events();
   }
-  // n points on a line from 10 degrees.
-  void Pattern(int n, float first, float slope, int slot = SlotInput, float step = 0.02f) {
+  // n points on a line.
+  void Pattern(int n, float first, float slope, int slot = SlotInput, float step = 0.02f,
+               float from = 10) {
     ws.npts(slot) = n;
     for (int i = 1; i <= n; ++i) {
-      ws.xval(AxisTth, slot, i) = 10 + step * (i - 1);
+      ws.xval(AxisTth, slot, i) = from + step * (i - 1);
       ws.yval(slot, i) = first + slope * (i - 1);
     }
   }
@@ -58,20 +60,26 @@ TEST_F(Writers, ReadersAgreeAsStated) {
                {"gdf", WriteGdf, 23, 0, 0.5f},
                {"dat", WriteDat, 20, 0, 0.5f},    // the last, partial line is not written
                {"cif", WriteCif, 22, 1, 1e-4f}};  // the first value is taken for a heading
+  const std::string path = dir_.file("out");
   for (const auto& c : cases)
-    for (int slot : {SlotInput, SlotBackground, SlotRefined}) {
+    for (const auto& [slot, from] :
+         {std::pair(SlotInput, 10.0f), {SlotBackground, 10.0f}, {SlotRefined, 100.0f}}) {
       SCOPED_TRACE(c.extension);
-      Pattern(23, 100.3f, 7.3f, slot);
-      Limits(10, 11, 0.02f);
-      const std::string path = dir_.file("out");
+      Pattern(23, 100.3f, 7.3f, slot, 0.02f, from);
+      Limits(from, from + 1, 0.02f);
       ASSERT_EQ(c.write(path, slot), 1);
       ASSERT_EQ(ReadAs(c.extension, SlotScratch, path), 1);
       ASSERT_EQ(ws.npts(SlotScratch), c.points);
       for (int i = 1; i <= c.points; ++i) {
-        EXPECT_NEAR(ws.xval(AxisTth, SlotScratch, i), ws.xval(AxisTth, slot, i), 1e-5);
+        EXPECT_NEAR(ws.xval(AxisTth, SlotScratch, i), ws.xval(AxisTth, slot, i), 2e-5);
         EXPECT_NEAR(ws.yval(SlotScratch, i), ws.yval(slot, i + c.shift), c.rounding + 1e-4);
       }
     }
+  // A pattern without a date comes back without one.
+  Limits(10, 11, 0.02f);
+  ASSERT_EQ(WriteGdf(path, SlotInput), 1);
+  ASSERT_EQ(ReadAs("gdf", SlotInput, path), 1);
+  EXPECT_EQ(ws.scandate, "");
 }
 
 // The text of every format for three points, two of them within the limits.
@@ -178,38 +186,56 @@ TEST_F(Writers, GridsOfNoUse) {
             }
 }
 
-// A directory that is not there, and a disk that is full, which shows at the close at the latest.
+// Places where nothing can be written, and a disk that is full at once or in the middle.
 TEST_F(Writers, Messages) {
   const struct {
-    const char *extension, *opening, *writing;
+    const char *extension, *opening, *writing, *middle;
   } cases[] = {
-      {"gdf", "Error\tError opening gdf file", "Error\tError writing gdf file"},
-      {"xy", "Error\tError opening xy file", "Error\tError writing xy file"},
-      {"dat", "Error\tError opening std file", "Error\tError writing std file2"},
-      {"cif", "Error\tError opening cif file", "Error\tError writing cif"},
-      {"tab", "File error\tError opening *.tab file", "File Error\tError writing *.tab file"},
+      {"gdf", "Error\tError opening gdf file", "Error\tError writing gdf file1",
+       "Error\tError writing gdf file2"},
+      {"xy", "Error\tError opening xy file", "Error\tError writing xy file",
+       "Error\tError writing xy file"},
+      {"dat", "Error\tError opening std file", "Error\tError writing std file2",
+       "Error\tError writing std file2"},
+      {"cif", "Error\tError opening cif file", "Error\tError writing cif11",
+       "Error\tError writing cif11"},
+      {"tab", "File error\tError opening *.tab file", "File Error\tError writing *.tab file",
+       "File Error\tError writing *.tab file"},
   };
-  Pattern(23, 100, 10);
-  ws.saveformat = 0;
-  for (const auto& c : cases) {
-    const bool tab = ++ws.saveformat == 5;
-    if (tab) ws.savecontent = 4;
-    Limits(10, 11, 0.02f);
-    const std::string full = dir_.file(std::string("full.") + c.extension);
-    std::filesystem::create_symlink("/dev/full", full);
-    for (const auto& [path, message] :
-         {std::pair(dir_.path() + "/none/out", c.opening), {full, c.writing}}) {
-      Answer("file " + path);
-      SavePattern();
-      auto events = Events();
-      if (!tab) {  // a second box names the format
-        EXPECT_EQ(events.back(), std::string("box\tError\tError writing ") + c.extension + " file");
-        events.pop_back();
+  const SmallFiles small(6000);
+  WriteFile(dir_.file("plain"), "");
+  for (int n : {23, 2000}) {
+    ws.saveformat = 0;
+    ws.savecontent = 1;
+    for (const auto& c : cases) {
+      const std::string format = c.extension;
+      if (++ws.saveformat == 5) ws.savecontent = 4;
+      const std::string full = dir_.file("full." + format);
+      if (n == 23) std::filesystem::create_symlink("/dev/full", full);
+      const struct {
+        std::string path;
+        const char *message, *reason;
+      } places[] = {{dir_.file("none/out." + format), c.opening, "No such file or directory"},
+                    {dir_.file("plain/out." + format), c.opening, "Not a directory"},
+                    {n == 23 ? full : dir_.file("out." + format), n == 23 ? c.writing : c.middle,
+                     n == 23 ? "No space left on device" : "File too large"}};
+      for (const auto& place : places) {
+        Pattern(n, 100, 10);
+        Limits(10, 60, 0.02f);
+        Answer("file " + place.path);
+        SavePattern();
+        const auto events = Events();
+        ASSERT_GE(events.size(), 2u) << place.message;
+        const std::string box = std::string("box\t") + place.message;
+        EXPECT_TRUE(events[1].starts_with(box)) << events[1];
+        if (format == "tab") continue;
+        EXPECT_EQ(events[1], box + "\\n" + place.path + ": " + place.reason);
+        ASSERT_EQ(events.size(), 3u);  // a second box names the format
+        EXPECT_TRUE(events[2].starts_with("box\tError\tError writing " + format + " file"));
       }
-      ASSERT_EQ(events.size(), 2u) << message;
-      EXPECT_TRUE(events[1].starts_with(std::string("box\t") + message)) << events[1];
     }
   }
+  EXPECT_EQ(std::filesystem::file_size(dir_.file("out.xy")), 6000u);  // what was written stays
   Answer("file");
   SavePattern();
   EXPECT_EQ(Events().size(), 1u);
