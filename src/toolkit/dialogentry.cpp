@@ -132,6 +132,17 @@ std::string DialogEnter(DialogState& dialog, int index, const std::string& text)
   return complaint;
 }
 
+Message DialogChange(const DialogState& dialog, int index) {
+  const int id = dialog.resource->controls[index].id;
+  const GridState& grid = dialog.fields[index].grid;
+  return {.type = MessageFieldChanged,
+          .value1 = id,
+          .value2 = id,
+          .x = static_cast<float>(grid.column),
+          .y = static_cast<float>(grid.row),
+          .window = RootWindow};
+}
+
 int DialogPress(DialogState& dialog, int id) {
   const int n = static_cast<int>(dialog.fields.size());
   for (int i = 0; i < n && id != ButtonCancel; ++i) {

@@ -52,6 +52,9 @@ std::string DialogComplaint(const DialogState& dialog, int index, const std::str
 // Returns the index of a field that holds a wrong number and so keeps all but Cancel closed, else
 // -1.
 int DialogPress(DialogState& dialog, int id);
+// For front ends: what tells the program that the user has changed control `index` of a dialog
+// beside the plot.
+Message DialogChange(const DialogState& dialog, int index);
 
 // Menu state as a front end shows it.
 struct MenuItem {
@@ -92,9 +95,10 @@ void SetCursor(int shape);
 // Boxes wait. Query returns true for OK.
 enum class BoxKind { Error, Info, Query };
 bool ShowBox(BoxKind kind, const std::string& caption, const std::string& text);
-// An absolute path, or blank when cancelled. `directory` is where to begin.
-std::string SelectFile(const std::string& filter, int flags, const std::string& name,
-                       const std::string& title, const std::string& directory);
+// Absolute paths, or none when cancelled; more than one only with FileSeveral. `directory` is where
+// to begin.
+std::vector<std::string> SelectFiles(const std::string& filter, int flags, const std::string& name,
+                                     const std::string& title, const std::string& directory);
 
 // Shows a dialog from its state. Modal: returns when dialog.button is set, having called `changed`
 // with the id of each control that the user changed. Otherwise returns at once and posts

@@ -27,7 +27,8 @@ enum MessageType {
   MessageExpose = 7,
   MessageResize = 8,
   MessageClose = 9,
-  MessageFieldChanged = 10,  // value1 is the control
+  MessageFieldChanged =
+      10,  // value1 and value2 are the control; of a grid, x and y the cell picked
   MessageMouseOther = 16,
   MessageFileDropped = 17,  // a file to open: its path is WInfoDroppedFile()
 };
@@ -39,7 +40,7 @@ struct Message {
   int type = 0;
   int value1 = 0;  // key code, menu id, mouse button or control
   int value2 = 0;
-  float x = 0, y = 0;  // user units of the window's drawing area
+  float x = 0, y = 0;  // user units of the window's drawing area, or column and row of a grid
   int window = 0;
 };
 
@@ -94,11 +95,14 @@ void MessageBoxError(const std::string& caption, const std::string& text);
 void MessageBoxInfo(const std::string& caption, const std::string& text);
 int MessageBoxQuery(const std::string& caption, const std::string& text);
 
-enum FileFlags { FileMustExist = 1, FileSave = 2 };
+enum FileFlags { FileMustExist = 1, FileSave = 2, FileSeveral = 4 };
 // The file selector. `filter` is "description|*.ext|"; `path` comes in as the default name and goes
 // out as the absolute path picked, or blank when cancelled. On saving the filter's extension is
 // added to a name without one. Starts in the directory last used.
 void WSelectFile(const std::string& filter, int flags, std::string& path, const std::string& title);
+// The same for several files that are there, in the order picked; none when cancelled.
+std::vector<std::string> WSelectFiles(const std::string& filter, int flags, const std::string& name,
+                                      const std::string& title);
 
 // ---- Menu -------------------------------------------------------------------------------------
 

@@ -23,6 +23,22 @@ std::string FilterExtension(const std::string& filter) {
   return filter.substr(begin, filter.find_first_of("|; ", begin) - begin);
 }
 
+std::vector<std::string> Select(const std::string& filter, int flags, const std::string& name,
+                                const std::string& title) {
+  const PauseBusy pause;
+  ShowDrawing();
+  const std::string directory = lastdirectory.empty() ? IOsFullPath("") : lastdirectory;
+  auto paths = frontend::SelectFiles(filter, flags, name, title, directory);
+  for (std::string& path : paths) {
+    path = IOsFullPath(path);
+    if ((flags & FileSave) && std::filesystem::path(path).extension().empty())
+      path += FilterExtension(filter);
+    RememberDirectory(path);
+  }
+  JournalFiles(paths);
+  return paths;
+}
+
 }  // namespace
 
 int WInfoScreen(int which) {
@@ -77,14 +93,11 @@ void RememberDirectory(const std::string& path) {
 
 void WSelectFile(const std::string& filter, int flags, std::string& path,
                  const std::string& title) {
-  const PauseBusy pause;
-  ShowDrawing();
-  const std::string directory = lastdirectory.empty() ? IOsFullPath("") : lastdirectory;
-  path = frontend::SelectFile(filter, flags, path, title, directory);
-  if (path.empty()) return JournalFiles({});
-  path = IOsFullPath(path);
-  if ((flags & FileSave) && std::filesystem::path(path).extension().empty())
-    path += FilterExtension(filter);
-  RememberDirectory(path);
-  JournalFiles({&path, 1});
+  const std::vector<std::string> picked = Select(filter, flags & ~FileSeveral, path, title);
+  path = picked.empty() ? "" : picked.front();
+}
+
+std::vector<std::string> WSelectFiles(const std::string& filter, int flags, const std::string& name,
+                                      const std::string& title) {
+  return Select(filter, flags | FileSeveral, name, title);
 }

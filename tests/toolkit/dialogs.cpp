@@ -204,6 +204,15 @@ TEST_F(Dialogs, GridsAreFilledByCellsAndPicked) {
   EXPECT_EQ(column, 2);
   EXPECT_EQ(row, 2);
   EXPECT_EQ(Events()[2], "field\t70\ta|b|M(20)\t  42\\n5.431  \t1");
+  // Beside the plot a message tells of the cell.
+  WDialogShow(-1, -1, 0, SemiModeless);
+  Answer("set 70 1,2");
+  Message message;
+  EXPECT_EQ(WMessage(message), MessageFieldChanged);
+  EXPECT_EQ(std::pair(message.value1, message.value2), std::pair(70, 70));
+  EXPECT_EQ(std::pair(message.x, message.y), std::pair(1.0f, 2.0f));
+  EXPECT_EQ(WTakeJournal().back(), "set 70 \"1,2\"");
+  WDialogHide();
   Answer("set 70 1,3\npress OK");
   EXPECT_THROW(WDialogShow(-1, -1, 0, Modal), std::runtime_error);
   WDialogUnload();
@@ -215,6 +224,7 @@ TEST_F(Dialogs, BesideThePlotEventsAreMessages) {
   Message message;
   EXPECT_EQ(WMessage(message), MessageFieldChanged);
   EXPECT_EQ(message.value1, 11);
+  EXPECT_EQ(message.value2, 11);
   EXPECT_EQ(Real(11), 2);
   EXPECT_EQ(WMessage(message), MessageKey);
   EXPECT_EQ(WMessage(message), MessageButton);

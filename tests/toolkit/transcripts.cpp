@@ -221,6 +221,19 @@ TEST(Selector, AddsTheExtensionOnSavingAndStartsFromTheFirstDirectory) {
   IOsDirChange(start);
 }
 
+TEST(Selector, TakesSeveralFilesWhereSeveralAreAskedFor) {
+  FreshWorkspace();
+  WTakeJournal();
+  Answer("file /a.xy \"/b \"\"c\"\".xy\"\nfile\nfile /d.xy\nfile /a.xy /b.xy");
+  const auto several = [] { return WSelectFiles("|*.xy|", FileMustExist, "", "Title"); };
+  EXPECT_EQ(several(), (Lines{"/a.xy", "/b \"c\".xy"}));
+  EXPECT_EQ(WTakeJournal(), Lines{"file \"/a.xy\" \"/b \"\"c\"\".xy\""});
+  EXPECT_EQ(several(), Lines{});
+  EXPECT_EQ(several(), Lines{"/d.xy"});
+  std::string path;
+  EXPECT_THROW(WSelectFile("|*.xy|", FileMustExist, path, "Title"), std::runtime_error);
+}
+
 TEST(Commands, WordsAndFilesNeverMix) {
   FreshWorkspace();
   IOsCommand("  edit  -n \"two words\" --x=\"a b\"c  ");

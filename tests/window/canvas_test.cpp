@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <QFileDialog>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QMimeData>
 #include <QPrintDialog>
@@ -37,6 +38,14 @@ void Drop(const QList<QUrl>& urls) {
 QUrl Url(const std::string& path) { return QUrl::fromLocalFile(QString::fromStdString(path)); }
 
 QString BoxText() { return FindA<QMessageBox>("box")->text(); }
+
+// Types names into the selector that comes.
+Script PickFiles(QString names) {
+  co_await Shown("selector");
+  FindA<QFileDialog>("selector")->setDirectory(QString::fromStdString(Place()));
+  FindA<QLineEdit>("fileNameEdit")->setText(names);
+  Press("Return");
+}
 
 DisplayList Noise(int n) {
   DisplayList list;
@@ -156,6 +165,22 @@ TEST(Canvas, SelectorTakesAwkwardNames) {
     co_await Until{[] { return ws.npts(1) == 1000; }, "the pattern"};
     co_await Idle();
     EXPECT_EQ(Root()->findChild<QAction*>("menu40022")->text().count("&&"), 1);
+  });
+}
+
+TEST(Canvas, SelectorTakesSeveralFilesOrOneWithQuotes) {
+  const std::vector files{MakePattern("one.xy"), MakePattern("two.xy"), MakePattern("'a\" b.xy")};
+  using Paths = std::vector<std::string>;
+  RunWith([&]() -> Script {
+    for (const auto& [typed, paths] :
+         {std::pair("\"one.xy\" \"two.xy\"", Paths{files[0], files[1]}),
+          std::pair("'a\" b.xy", Paths{files[2]})}) {
+      Script user = PickFiles(QString::fromUtf8(typed));
+      user.handle.resume();
+      EXPECT_EQ(WSelectFiles("Patterns|*.xy|", FileMustExist, "", "Open"), paths) << typed;
+      user.handle.destroy();
+    }
+    co_return;
   });
 }
 

@@ -21,6 +21,8 @@
 
 namespace {
 
+using Lines = std::vector<std::string>;
+
 QString Complaint() { return FindA<QLabel>("complaint")->text(); }
 
 constexpr int MenuWavelengths = 40124, MenuSmooth = 40061;
@@ -78,7 +80,7 @@ TEST(Dialogs, WrongNumbersStayOpenAndMarked) {
     Press("Escape");
     co_await Idle();
     EXPECT_EQ(ws.smoothwindow, 3);
-    EXPECT_EQ(WTakeJournal(), (std::vector<std::string>{"set 1033 \"5\"", "press 2"}));
+    EXPECT_EQ(WTakeJournal(), (Lines{"set 1033 \"5\"", "press 2"}));
   });
 }
 
@@ -123,6 +125,7 @@ TEST(Dialogs, CellsOfAGridArePickedByMouseAndKeys) {
     QTest::keyClick(table, Qt::Key_Down);
     WGridPos(grid, column, row);
     EXPECT_EQ(std::pair(column, row), std::pair(1, 3));
+    co_await Until{[] { return WTakeJournal() == Lines{"set 9001 \"1,3\""}; }, "both picks"};
     WDialogUnload();
   });
 }

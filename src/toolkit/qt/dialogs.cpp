@@ -65,14 +65,16 @@ FileFilter ParseFilter(const std::string& filter) {
 }
 
 // Qt's own selector takes double quotes for the marks around several names; here they belong to the
-// one name.
+// one name where there is such a file, or only one can be picked.
 class Selector : public QFileDialog {
  public:
   using QFileDialog::QFileDialog;
-  QString Picked() const { return quoted_.isEmpty() ? selectedFiles().value(0) : quoted_; }
+  QStringList Picked() const { return quoted_.isEmpty() ? selectedFiles() : QStringList(quoted_); }
   void accept() override {
     QString name = findChild<QLineEdit*>("fileNameEdit")->text();
-    if (!name.contains('"')) return QFileDialog::accept();
+    const bool several =
+        fileMode() == ExistingFiles && !QFileInfo(directory().absoluteFilePath(name)).isFile();
+    if (!name.contains('"') || several) return QFileDialog::accept();
     const bool saving = acceptMode() == AcceptSave;
     if (saving && !name.contains('.') && !defaultSuffix().isEmpty()) name += '.' + defaultSuffix();
     const QFileInfo file(directory().absoluteFilePath(name));
@@ -109,8 +111,8 @@ bool ShowBox(BoxKind kind, const std::string& caption, const std::string& text) 
   return box.exec() == QMessageBox::Ok;
 }
 
-std::string SelectFile(const std::string& filter, int flags, const std::string& name,
-                       const std::string& title, const std::string& directory) {
+std::vector<std::string> SelectFiles(const std::string& filter, int flags, const std::string& name,
+                                     const std::string& title, const std::string& directory) {
   const bool saving = flags & FileSave;
   const FileFilter filters = ParseFilter(filter);
   Selector dialog(FrontWindow(), QString::fromStdString(title), QString::fromStdString(directory));
@@ -126,8 +128,9 @@ std::string SelectFile(const std::string& filter, int flags, const std::string& 
   files->header()->setSectionResizeMode(0, QHeaderView::Stretch);
   files->hideColumn(2);
   dialog.setAcceptMode(saving ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
-  dialog.setFileMode(!saving && (flags & FileMustExist) ? QFileDialog::ExistingFile
-                                                        : QFileDialog::AnyFile);
+  dialog.setFileMode(flags & FileSeveral                  ? QFileDialog::ExistingFiles
+                     : !saving && (flags & FileMustExist) ? QFileDialog::ExistingFile
+                                                          : QFileDialog::AnyFile);
   dialog.setNameFilters(filters.names);
   // The question before overwriting needs the name as it will be.
   const auto suffix = [&dialog, &filters](const QString& chosen) {
@@ -140,8 +143,11 @@ std::string SelectFile(const std::string& filter, int flags, const std::string& 
   }
   // A default such as "*.xy" only repeats the filter.
   if (!name.empty() && name.front() != '*') dialog.selectFile(QString::fromStdString(name));
-  if (dialog.exec() != QDialog::Accepted) return "";
-  return QFile::encodeName(dialog.Picked()).toStdString();
+  if (dialog.exec() != QDialog::Accepted) return {};
+  std::vector<std::string> paths;
+  for (const QString& path : dialog.Picked())
+    paths.push_back(QFile::encodeName(path).toStdString());
+  return paths;
 }
 
 void ShowDialog(DialogState& dialog, const std::function<void(int)>& changed) {

@@ -71,11 +71,10 @@ void DialogView::Chosen(int index, bool on) {
 // Tells the program of a change, when a number is whole rather than at each of its digits.
 void DialogView::Finished(int index) {
   unreported_ = -1;
-  const int id = ControlAt(index).id;
   if (!state_.modal)
-    Post({.type = MessageFieldChanged, .value1 = id, .window = RootWindow});
+    Post(DialogChange(state_, index));
   else if (changed_)
-    changed_(id);
+    changed_(ControlAt(index).id);
 }
 
 void DialogView::ShowComplaint() {

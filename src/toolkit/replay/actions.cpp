@@ -2,6 +2,8 @@
 #include "toolkit/replay/actions.h"
 
 #include <algorithm>
+#include <limits>
+#include <ranges>
 
 #include "toolkit/common.h"
 #include "toolkit/replay/lines.h"
@@ -38,10 +40,9 @@ void SetField(Situation& now, const Words& words) {
   const bool entry = dialog.resource->controls[index].kind != ControlKind::Text;
   if (!complaint.empty() && (!entry || DialogRefuses(dialog, index, text))) Fail(complaint);
   if (dialog.fields[index].text == before && dialog.fields[index].value == value) return;
-  const int id = dialog.resource->controls[index].id;
-  if (now.changed && *now.changed) (*now.changed)(id);
+  if (now.changed && *now.changed) (*now.changed)(dialog.resource->controls[index].id);
   if (now.place != Place::Beside) return;
-  PostMessage({.type = MessageFieldChanged, .value1 = id, .window = RootWindow});
+  PostMessage(DialogChange(dialog, index));
   now.done = true;
 }
 
@@ -73,7 +74,8 @@ void OpenPattern(Situation& now, const Words& words) {
 }
 
 void AnswerSelector(Situation& now, const Words& words) {
-  if (words.size() > 1) now.path = IOsFullPath(words[1].text);
+  if (words.size() > 2 && !now.several) Fail("only one file is asked for");
+  for (const Word& word : words | std::views::drop(1)) now.paths.push_back(IOsFullPath(word.text));
   now.done = true;
 }
 
@@ -129,7 +131,8 @@ constexpr Action Actions[] = {
     {"band", 4, 4, InPlot, "", Band},
     {"set", 2, 2, InDialog, "no dialog is on show", SetField},
     {"press", 1, 1, InDialog | In(Place::Query), "no dialog is on show", PressButton},
-    {"file", 0, 1, In(Place::Selector), "no file selector is on show", AnswerSelector},
+    {"file", 0, std::numeric_limits<std::size_t>::max(), In(Place::Selector),
+     "no file selector is on show", AnswerSelector},
     {"stop", 1, 1, Anywhere, "", StopAtReport},
     {"get", 1, 1, Anywhere, "", PrintField},
     {"item", 1, 1, Anywhere, "", PrintItem},

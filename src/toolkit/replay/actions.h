@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "toolkit/frontend.h"
 
@@ -15,9 +16,10 @@ struct Situation {
   Place place = Place::Window;
   DialogState* dialog = nullptr;  // of Beside and Modal
   const std::function<void(int)>* changed = nullptr;
-  bool done = false;      // what the situation waits for has come
-  bool accepted = false;  // answer to a query
-  std::string path{};     // answer to a selector
+  bool several = false;              // a selector takes more than one file
+  bool done = false;                 // what the situation waits for has come
+  bool accepted = false;             // answer to a query
+  std::vector<std::string> paths{};  // answer to a selector
 };
 
 // Does lines until the situation is done. Fails at the end of the transcript, except in the window.

@@ -180,12 +180,12 @@ bool ShowBox(BoxKind kind, const std::string& caption, const std::string& text) 
   return now.accepted;
 }
 
-std::string SelectFile(const std::string& filter, int, const std::string& name,
-                       const std::string& title, const std::string&) {
+std::vector<std::string> SelectFiles(const std::string& filter, int flags, const std::string& name,
+                                     const std::string& title, const std::string&) {
   Emit({"select", title, filter, name});
-  Situation now{.place = Place::Selector};
+  Situation now{.place = Place::Selector, .several = (flags & FileSeveral) != 0};
   Perform(now);
-  return now.path;
+  return now.paths;
 }
 
 void ShowDialog(DialogState& dialog, const std::function<void(int)>& changed) {
