@@ -18,7 +18,9 @@ void ClipCurvesTo(float xmin, float xmax) {
   ws.plotxmax = xmax;
 }
 
+// A band that is broken off leaves the last finished one, and the curves' limits, as they are.
 void DrawBand(float x, float y) {
+  const float bandx = ws.bandx1, bandy = ws.bandy1, xmin = ws.plotxmin, xmax = ws.plotxmax;
   ClipCurvesTo(ws.viewxmin, ws.viewxmax);
   const DataPoint from = ClampToView(ToData(x, y));
   ws.bandx1 = from.x;
@@ -34,6 +36,10 @@ void DrawBand(float x, float y) {
     if (ws.bandx2 < ws.bandx1) std::swap(ws.bandx1, ws.bandx2);
     if (ws.bandy2 < ws.bandy1) std::swap(ws.bandy1, ws.bandy2);
     ClipCurvesTo(ws.bandx1, ws.bandx2);
+  } else {
+    ws.bandx1 = bandx;
+    ws.bandy1 = bandy;
+    ClipCurvesTo(xmin, xmax);
   }
   WCursorShape(0);
   IGrColour("Black");

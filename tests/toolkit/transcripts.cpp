@@ -193,6 +193,34 @@ TEST(Events, MouseAndKeys) {
   EXPECT_EQ(endx, 30);
   EXPECT_EQ(endy, 5);
   EXPECT_EQ(WMessage(message), MessageClose);  // the release has been taken by the band
+
+  // One broken off ends where it began and leaves nothing to come; in the program, nothing changes.
+  Answer("band 100 200 escape\nkey up");
+  EXPECT_EQ(WMessage(message), MessageMouseDown);
+  WGrInput(3, message.x, message.y, endx, endy, ending);
+  EXPECT_EQ(ending, MessageKey);
+  EXPECT_EQ(std::pair(endx, endy), std::pair(100.0f, 200.0f));
+  EXPECT_EQ(WMessage(message), MessageKey);
+}
+
+TEST(Transcript, ABandThatIsBrokenOffLeavesTheZoom) {
+  const TempDir work;
+  std::string pattern;
+  for (int i = 0; i <= 1000; ++i) pattern += std::to_string(10 + 0.05 * i) + " 500\n";
+  WriteFile(work.file("a.xy"), pattern + "60.1 1000\n");
+  std::string state;
+  for (const char* field : {"bandx1", "bandx2", "bandy1", "bandy2", "plotxmin", "plotxmax",
+                            "viewxmin", "viewxmax", "viewymin", "viewymax"})
+    state += std::string("get ") + field + "\n";
+  const ReplayRun run = RunReplay(
+      "open a.xy\nband 300 200 500 900\n" + state + "band 400 400 escape\n" + state, work.path());
+  EXPECT_EQ(run.status, 0);
+  Lines values;
+  for (const std::string& line : run.lines)
+    if (line.starts_with("value")) values.push_back(line);
+  ASSERT_EQ(values.size(), 20u);
+  EXPECT_NE(values[0], "value\tbandx1\t0");
+  EXPECT_EQ(Lines(values.begin(), values.begin() + 10), Lines(values.begin() + 10, values.end()));
 }
 
 TEST(Selector, AddsTheExtensionOnSavingAndStartsFromTheFirstDirectory) {

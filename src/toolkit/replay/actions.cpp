@@ -128,7 +128,7 @@ constexpr Action Actions[] = {
     {"mouse", 3, 3, InPlot, "", ClickAtData},
     {"drag", 4, 4, InPlot, "", DragAtData},
     {"click", 3, 3, InPlot, "", Click},
-    {"band", 4, 4, InPlot, "", Band},
+    {"band", 3, 4, InPlot, "", Band},
     {"set", 2, 2, InDialog, "no dialog is on show", SetField},
     {"press", 1, 1, InDialog | In(Place::Query), "no dialog is on show", PressButton},
     {"file", 0, std::numeric_limits<std::size_t>::max(), In(Place::Selector),

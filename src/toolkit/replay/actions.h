@@ -26,7 +26,8 @@ struct Situation {
 // False if the transcript has ended.
 bool Perform(Situation& situation);
 
-// End of the mouse movement of the last press of a button, in user units.
+// End of the mouse movement of the last press of a button, in user units: a release, or Escape in
+// the middle of a rubber band.
 struct Release {
   bool pending = false;
   Message message;

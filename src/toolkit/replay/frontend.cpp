@@ -159,7 +159,7 @@ void WaitEvent() {
   replay::ReportsToStop() = 0;
   if (replay::Release& release = replay::PendingRelease(); release.pending) {
     release.pending = false;
-    return PostMessage(release.message);
+    if (release.message.type == MessageMouseUp) return PostMessage(release.message);
   }
   Situation now;
   if (!beside.empty()) now = {.place = Place::Beside, .dialog = beside.back()};
@@ -205,9 +205,11 @@ void AreaPixels(int& width, int& height) {
 int RubberBand(float, float, float& endx, float& endy) {
   replay::Release& release = replay::PendingRelease();
   release.pending = false;
-  endx = release.message.x;
-  endy = release.message.y;
-  return MessageMouseUp;
+  if (release.message.type == MessageMouseUp) {
+    endx = release.message.x;
+    endy = release.message.y;
+  }
+  return release.message.type;
 }
 
 bool PrintDialog(const std::string& job) {

@@ -157,7 +157,11 @@ void DragAtData(Situation& now, const Words& words) {
 }
 
 void Band(Situation& now, const Words& words) {
-  Press(now, MouseLeft, UnitPlace(words[1], words[2]), UnitPlace(words[3], words[4]));
+  const DrawPoint from = UnitPlace(words[1], words[2]);
+  if (words.size() == 4 && words[3].text == "escape")
+    return Press(now, MouseLeft, from, from, MessageKey);
+  if (words.size() == 4) Fail("band ends with X and Y or with escape");
+  Press(now, MouseLeft, from, UnitPlace(words[3], words[4]));
 }
 
 }  // namespace replay
