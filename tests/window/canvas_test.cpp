@@ -28,11 +28,16 @@ int DarkPixels(const QImage& image, QRect part) {
 void Drop(const QList<QUrl>& urls) {
   QMimeData data;
   data.setUrls(urls);
-  QDragEnterEvent enter({10, 10}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+  const Qt::DropActions offered = Qt::MoveAction | Qt::CopyAction;
+  QDragEnterEvent enter({10, 10}, offered, &data, Qt::LeftButton, Qt::ShiftModifier);
+  EXPECT_EQ(enter.proposedAction(), Qt::MoveAction);
   QApplication::sendEvent(Root(), &enter);
   EXPECT_TRUE(enter.isAccepted());
-  QDropEvent drop({10, 10}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+  QDropEvent drop({10, 10}, offered, &data, Qt::LeftButton, Qt::ShiftModifier);
   QApplication::sendEvent(Root(), &drop);
+  EXPECT_TRUE(drop.isAccepted());
+  for (const QDropEvent* event : {static_cast<QDropEvent*>(&enter), &drop})
+    EXPECT_EQ(event->dropAction(), Qt::CopyAction) << "a move would remove the file";
 }
 
 QUrl Url(const std::string& path) { return QUrl::fromLocalFile(QString::fromStdString(path)); }
@@ -101,6 +106,7 @@ TEST(Canvas, SheetIsWhiteWithHintThenCurveOfTheFileDropped) {
     Drop({Url(unknown)});
     co_await Shown("box");
     EXPECT_EQ(BoxText(), "Unrecognized file type");
+    EXPECT_EQ(FindA<QMessageBox>("box")->icon(), QMessageBox::Critical);
     Press("Escape");
     co_await Idle();
     EXPECT_EQ(ws.npts(1), 0);
@@ -164,7 +170,10 @@ TEST(Canvas, SelectorTakesAwkwardNames) {
     Press("Return");
     co_await Until{[] { return ws.npts(1) == 1000; }, "the pattern"};
     co_await Idle();
-    EXPECT_EQ(Root()->findChild<QAction*>("menu40022")->text().count("&&"), 1);
+    const auto* recent = Root()->findChild<QAction*>("menu40022");
+    EXPECT_EQ(recent->text().count("&&"), 1);
+    EXPECT_EQ(recent->toolTip().toStdString(), file);
+    EXPECT_EQ(Root()->findChild<QAction*>("menu40006")->toolTip(), "Exit");
   });
 }
 

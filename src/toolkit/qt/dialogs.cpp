@@ -102,7 +102,7 @@ bool ShowBox(BoxKind kind, const std::string& caption, const std::string& text) 
   box.setWindowTitle(QString::fromStdString(caption));
   box.setTextFormat(Qt::PlainText);
   box.setText(ShownText(text));
-  box.setIcon(kind == BoxKind::Error  ? QMessageBox::Warning
+  box.setIcon(kind == BoxKind::Error  ? QMessageBox::Critical
               : kind == BoxKind::Info ? QMessageBox::Information
                                       : QMessageBox::Question);
   box.setStandardButtons(kind == BoxKind::Query ? QMessageBox::Ok | QMessageBox::Cancel

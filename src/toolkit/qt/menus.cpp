@@ -20,10 +20,12 @@ const MenuItem* Find(int id) {
   return at == items.end() ? nullptr : &*at;
 }
 
-// A text that the program has put, such as a path, is literal; one of the table may hold a mark.
+// A text that the program has put, such as a path; one of the table may hold a mark.
+bool IsLiteral(const MenuItem& item) { return item.text != item.row.text; }
+
 MnemonicText TextOf(const MenuItem& item, const QFontMetrics& metrics) {
   const QString text = QString::fromStdString(item.text).replace('\t', ' ');
-  if (item.text == item.row.text) return {text, text.contains('&')};
+  if (!IsLiteral(item)) return {text, text.contains('&')};
   return {metrics.elidedText(text, Qt::ElideMiddle, kLongestText * metrics.averageCharWidth())};
 }
 
@@ -75,7 +77,8 @@ void Menus::Label(int parent) {
     if (item.row.parent != parent) continue;
     actions.push_back(actions_.at(item.row.id));
     actions.back()->setData(QString::fromStdString(item.text));
-    actions.back()->setToolTip(QString::fromStdString(item.text).remove('&'));
+    const QString text = QString::fromStdString(item.text);
+    actions.back()->setToolTip(IsLiteral(item) ? text : QString(text).remove('&'));
     texts.push_back(TextOf(item, metrics));
   }
   const std::vector<QString> shown = WithMnemonics(texts);

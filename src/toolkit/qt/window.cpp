@@ -38,6 +38,12 @@ QString FileIn(const QMimeData* data) {
   return {};
 }
 
+// Whatever was offered: after a move its owner would remove the file.
+void AcceptAsCopy(QDropEvent& event) {
+  event.setDropAction(Qt::CopyAction);
+  event.accept();
+}
+
 // A white sheet with three peaks, drawn here as a bare machine has no icons.
 QIcon ProgramIcon() {
   QIcon icon;
@@ -133,13 +139,13 @@ void MainWindow::keyPressEvent(QKeyEvent* event) {
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
-  if (ReadyForCommands() && !FileIn(event->mimeData()).isEmpty()) event->acceptProposedAction();
+  if (ReadyForCommands() && !FileIn(event->mimeData()).isEmpty()) AcceptAsCopy(*event);
 }
 
 void MainWindow::dropEvent(QDropEvent* event) {
   const QString file = FileIn(event->mimeData());
   if (file.isEmpty() || !ReadyForCommands()) return;
-  event->acceptProposedAction();
+  AcceptAsCopy(*event);
   PostDropped(file.toStdString());
 }
 
