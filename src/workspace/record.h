@@ -3,43 +3,20 @@
 //   std::string line = WriteRecord<"(f9.3,f10.1,4f9.4,4i5)">(x, y, w, g, wr, gr, h, k, l, m);
 //   if (ReadRecord<"(2f15.0)">(line, x, y)) ...
 //
-// The format text stands in the code as the documentation of the file has it, and is parsed once
-// per call site. Known are Iw, Iw.m, Fw.d, Ew.d, A, Aw, nX, Tn, slashes, repeat counts, nested
-// groups, texts in single or double quotes, nH texts, and a statement label in front, letters in
-// either case. Carriage-control columns such as 1h0 are characters like all others. Blanks outside
-// texts and missing commas are accepted, and a repeat count of 0 leaves out what it counts.
+// The format text stands in the code as the documentation of the file has it, and is parsed while
+// the program is built: a faulty one does not compile. Known are Iw, Iw.m, Fw.d, Ew.d, A, Aw, nX,
+// Tn, slashes, repeat counts, nested groups, texts in single or double quotes, nH texts, and a
+// statement label in front, letters in either case. Carriage-control columns such as 1h0 are
+// characters like all others. Blanks outside texts and missing commas are accepted, and a repeat
+// count of 0 leaves out what it counts.
 #pragma once
 
-#include <algorithm>
-#include <cstddef>
 #include <span>
 #include <string>
 #include <string_view>
 #include <variant>
-#include <vector>
 
-// A parsed format. A faulty format text is a fault of the program and ends it with a message.
-class Format {
- public:
-  static constexpr int MaxWidth = 256;  // of a numeric field
-  enum class Kind : unsigned char { Integer, Fixed, Exponent, Text, Literal, Skip, Tab, Slash };
-  struct Item {
-    Kind kind;
-    int width = 0;    // of the field (0: as long as the text); columns of a Skip; column of a Tab
-    int digits = -1;  // decimals, or least digits of an integer; -1: not given
-    std::string text{};  // of a Literal
-  };
-  explicit Format(std::string_view text);
-  // The descriptors with groups and repetitions written out.
-  const std::vector<Item>& items() const { return items_; }
-  // The item to go on with when values are left behind the last one: the start of the last group of
-  // the top level, or of the format. The number of items if none takes a value from there on.
-  std::size_t restart() const { return restart_; }
-
- private:
-  std::vector<Item> items_;
-  std::size_t restart_ = 0;
-};
+#include "workspace/recordformat.h"
 
 using WriteValue = std::variant<int, float, double, std::string_view>;
 using ReadTarget = std::variant<int*, float*, double*, std::string*>;
@@ -56,19 +33,6 @@ std::string WriteValues(const Format& format, std::span<const WriteValue> values
 // blanks. Returns the number of values read: all of them, or those in front of the first that
 // failed, which are set.
 int ReadValues(std::string_view text, const Format& format, std::span<const ReadTarget> targets);
-
-// A format text as a template argument.
-template <std::size_t N>
-struct FormatText {
-  char text[N];
-  constexpr FormatText(const char (&literal)[N]) { std::copy_n(literal, N, text); }
-};
-
-template <FormatText F>
-const Format& FormatOf() {
-  static const Format format(std::string_view(F.text, sizeof(F.text) - 1));
-  return format;
-}
 
 template <FormatText F, class... V>
 std::string WriteRecord(const V&... value) {

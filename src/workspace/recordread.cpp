@@ -176,13 +176,13 @@ bool ReadItem(RecordReader& reader, const Item& item, const ReadTarget& target) 
 }  // namespace
 
 int ReadValues(std::string_view text, const Format& format, std::span<const ReadTarget> targets) {
-  const std::vector<Item>& items = format.items();
+  const std::span<const Item> items = format.items;
   RecordReader reader(text);
   std::size_t next = 0;
   for (std::size_t i = 0; next < targets.size(); ++i) {
     if (i == items.size()) {
-      if (format.restart() == items.size() || !reader.NextRecord()) break;
-      i = format.restart();
+      if (format.restart == items.size() || !reader.NextRecord()) break;
+      i = format.restart;
     }
     const Item& item = items[i];
     bool good = true;

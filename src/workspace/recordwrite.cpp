@@ -138,14 +138,14 @@ void WriteItem(RecordWriter& record, const Item& item, const WriteValue& value) 
 }  // namespace
 
 std::string WriteValues(const Format& format, std::span<const WriteValue> values) {
-  const std::vector<Item>& items = format.items();
+  const std::span<const Item> items = format.items;
   RecordWriter record;
   std::size_t next = 0;
   for (std::size_t i = 0;; ++i) {
     if (i == items.size()) {
-      if (next == values.size() || format.restart() == items.size()) break;
+      if (next == values.size() || format.restart == items.size()) break;
       record.NextRecord();
-      i = format.restart();
+      i = format.restart;
     }
     const Item& item = items[i];
     switch (item.kind) {

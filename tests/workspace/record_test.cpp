@@ -15,61 +15,69 @@ constexpr float Infinite = std::numeric_limits<float>::infinity();
 constexpr float NoNumber = std::numeric_limits<float>::quiet_NaN();
 const float Unset = -77;
 
+template <FormatText F>
+constexpr Format operator""_format() {
+  return FormatOf<F>();
+}
+
 TEST(WriteRecord, EachDescriptor) {
   struct Case {
-    const char* format;
+    Format format;
     std::vector<WriteValue> values;
     const char* text;
   };
   const Case cases[] = {
       // Reals: rounding, the dropped zero, zero without a sign, overflow
-      {"(f6.4,f5.4)", {0.1234f, 0.1234f}, "0.1234.1234"},
-      {"(f6.4,f7.4)", {-0.1234f, -0.1234f}, "-.1234-0.1234"},
-      {"(f6.2,f6.2,f4.0)", {-0.001f, -0.0f, 0.0f}, "  0.00  0.00  0."},
-      {"(f5.2,f7.2,f3.0)", {999.996f, 999.996f, 99.75f}, "*****1000.00***"},
-      {"(f8.0,f10.1,f8.5)", {1234, 12.25, 1.54056f}, "   1234.      12.2 1.54056"},
-      {"(f1.0,f2.0)", {0.0f, 0.0f}, "*0."},
-      {"(f8.4,',',f8.4,',',f8.4)", {10.f, 0.02f, 80.f}, " 10.0000,  0.0200, 80.0000"},
-      {"(f8.2,f4.1,f2.1,f10.1,f5.1)",
+      {"(f6.4,f5.4)"_format, {0.1234f, 0.1234f}, "0.1234.1234"},
+      {"(f6.4,f7.4)"_format, {-0.1234f, -0.1234f}, "-.1234-0.1234"},
+      {"(f6.2,f6.2,f4.0)"_format, {-0.001f, -0.0f, 0.0f}, "  0.00  0.00  0."},
+      {"(f5.2,f7.2,f3.0)"_format, {999.996f, 999.996f, 99.75f}, "*****1000.00***"},
+      {"(f8.0,f10.1,f8.5)"_format, {1234, 12.25, 1.54056f}, "   1234.      12.2 1.54056"},
+      {"(f1.0,f2.0)"_format, {0.0f, 0.0f}, "*0."},
+      {"(f8.4,',',f8.4,',',f8.4)"_format, {10.f, 0.02f, 80.f}, " 10.0000,  0.0200, 80.0000"},
+      {"(f8.2,f4.1,f2.1,f10.1,f5.1)"_format,
        {Infinite, Infinite, Infinite, -Infinite, NoNumber},
        "Infinity Inf** -Infinity  NaN"},
-      {"(f6.1)", {1e30f}, "******"},
-      {"(e12.5,1x,e10.3,e9.3)", {12.345f, -0.01234f, 0.0f}, " 0.12345E+02 -0.123E-010.000E+00"},
-      {"(e11.3,e8.3,e9.3,e7.3)", {1e-120, 1.0, 9.9996, 1.0}, "  0.100-119.100E+010.100E+02*******"},
+      {"(f6.1)"_format, {1e30f}, "******"},
+      {"(e12.5,1x,e10.3,e9.3)"_format,
+       {12.345f, -0.01234f, 0.0f},
+       " 0.12345E+02 -0.123E-010.000E+00"},
+      {"(e11.3,e8.3,e9.3,e7.3)"_format,
+       {1e-120, 1.0, 9.9996, 1.0},
+       "  0.100-119.100E+010.100E+02*******"},
       // Integers
-      {"(i3,i3,i4,i2)", {7, -7, 1234, 100}, "  7 -71234**"},
-      {"(i5.3,i4.2,i3.0,i11)",
+      {"(i3,i3,i4,i2)"_format, {7, -7, 1234, 100}, "  7 -71234**"},
+      {"(i5.3,i4.2,i3.0,i11)"_format,
        {7, -7, 0, std::numeric_limits<int>::min()},
        "  007 -07   -2147483648"},
       // Texts: cut on the right, or moved to the right; a value of the wrong kind
-      {"(a3,a5,a,a2)", {"tth", "tth", " Rw ", "long"}, "tth  tth Rw lo"},
-      {"(i3,f4.1,a2)", {1.5f, "x", 1}, "*********"},
+      {"(a3,a5,a,a2)"_format, {"tth", "tth", " Rw ", "long"}, "tth  tth Rw lo"},
+      {"(i3,f4.1,a2)"_format, {1.5f, "x", 1}, "*********"},
       // Repetition, groups, positions, slashes
-      {"9912( 2(f4.1,a2,1x) )", {1.f, "ab", 2.f, "c"}, " 1.0ab  2.0 c"},
-      {"(t5,i1,t2,i2,2x)", {1, 23}, " 23 1"},
-      {"(1X,'A=',I2,//,3(1h*)/)", {4}, " A= 4\n\n***\n"},
-      {"(3i2)", {1, 2}, " 1 2"},
-      {"(i1,' and ',i1)", {1}, "1 and "},
-      {"(i1,2i2)", {1, 2, 3, 4, 5}, "1 2 3\n4 5"},
-      {"(i1,2(a1,i2),'end')", {1, "a", 2, "b", 3, "c", 4}, "1a 2b 3end\nc 4"},
-      {"(i1/(i2))", {1, 2, 3}, "1\n 2\n 3"},
-      {"('text')", {1}, "text"},
+      {"9912( 2(f4.1,a2,1x) )"_format, {1.f, "ab", 2.f, "c"}, " 1.0ab  2.0 c"},
+      {"(t5,i1,t2,i2,2x)"_format, {1, 23}, " 23 1"},
+      {"(1X,'A=',I2,//,3(1h*)/)"_format, {4}, " A= 4\n\n***\n"},
+      {"(3i2)"_format, {1, 2}, " 1 2"},
+      {"(i1,' and ',i1)"_format, {1}, "1 and "},
+      {"(i1,2i2)"_format, {1, 2, 3, 4, 5}, "1 2 3\n4 5"},
+      {"(i1,2(a1,i2),'end')"_format, {1, "a", 2, "b", 3, "c", 4}, "1a 2b 3end\nc 4"},
+      {"(i1/(i2))"_format, {1, 2, 3}, "1\n 2\n 3"},
+      {"('text')"_format, {1}, "text"},
       // Texts of the format itself
-      {"('Cycle ',i3,'  Rw 'f6.4)", {3, 0.0512f}, "Cycle   3  Rw 0.0512"},
-      {"('It''s ',\"a \"\"b\"\"\",0('no'))", {}, "It's a \"b\""},
-      {"('('' ',i3,'(1x,a8))')", {5}, "('   5(1x,a8))"},
-      {"9932(35h0the program will combine the first ,i3, 21h lines with the first  ,i3)",
+      {"('Cycle ',i3,'  Rw 'f6.4)"_format, {3, 0.0512f}, "Cycle   3  Rw 0.0512"},
+      {"('It''s ',\"a \"\"b\"\"\",0('no'))"_format, {}, "It's a \"b\""},
+      {"('('' ',i3,'(1x,a8))')"_format, {5}, "('   5(1x,a8))"},
+      {"9932(35h0the program will combine the first ,i3, 21h lines with the first  ,i3)"_format,
        {4, 20},
        "0the program will combine the first  4 lines with the first 20"},
-      {"514(22H SELECTED BASE LINES (,I2,9H,1,2,3) (,I2,9H,1,2,4) (,I2,7H,1,3,4))",
+      {"514(22H SELECTED BASE LINES (,I2,9H,1,2,3) (,I2,9H,1,2,4) (,I2,7H,1,3,4))"_format,
        {1, 2, 3},
        " SELECTED BASE LINES ( 1,1,2,3) ( 2,1,2,4) ( 3,1,3,4)"},
-      {"9954(1h1,3a1 /// 4x, 4hthe ,i2,2h x//  5hend  )",
+      {"9954(1h1,3a1 /// 4x, 4hthe ,i2,2h x//  5hend  )"_format,
        {"a", "b", "c", 5},
        "1abc\n\n\n    the  5 x\n\nend  "},
   };
-  for (const Case& c : cases)
-    EXPECT_EQ(WriteValues(Format(c.format), c.values), c.text) << c.format;
+  for (const Case& c : cases) EXPECT_EQ(WriteValues(c.format, c.values), c.text);
 }
 
 TEST(WriteRecord, RoundsTheExactValueOnce) {
@@ -90,53 +98,53 @@ TEST(WriteRecord, RoundsTheExactValueOnce) {
 
 TEST(ReadRecord, OneReal) {
   struct Case {
-    const char* format;
+    Format format;
     const char* text;
     float value;  // Unset: unreadable
   };
   const Case cases[] = {
-      {"(f10.6)", "2", 0.000002f},
-      {"(f10.6)", "1.54056", 1.54056f},
-      {"(f10.2)", "12e1", 1.2f},
-      {"(f15.0)", "2", 2},
-      {"(f15.0)", " 1 2 . 5 ", 12.5f},
-      {"(f15.0)", "- 7", -7},
-      {"(f4.0)", "1234567", 1234},
-      {"(f4.0)", "12,34", 12},
-      {"(f9.0)", "+.5", 0.5f},
-      {"(f9.0)", "5.", 5},
-      {"(f9.0)", "", 0},
-      {"(f9.0)", "    ", 0},
-      {"(e9.2)", "1.5E2", 150},
-      {"(f9.0)", "1.5d+2", 150},
-      {"(f9.0)", "1.5-3", 0.0015f},
-      {"(f9.0)", "1e-300", 0},
-      {"(f50.0)", "0.0000000000000000000000000000000000001e38", 10},
-      {"(f40.0)", "10000000000000000000000000000e-28", 1},
-      {"(f9.0)", "1e300", Unset},
-      {"(f9.0)", "1e99999999", Unset},
-      {"(f9.0)", "0e999999", 0},
-      {"(f9.0)", "nan", Unset},
-      {"(f9.0)", "inf", Unset},
-      {"(f9.0)", "0x10", Unset},
-      {"(f9.0)", "1.2.3", Unset},
-      {"(f9.0)", "--5", Unset},
-      {"(f9.0)", "-", Unset},
-      {"(f9.0)", ".", Unset},
-      {"(f9.0)", "e", Unset},
-      {"(f9.0)", "1.5e", Unset},
-      {"(f9.0)", "1.5e+", Unset},
-      {"(f9.0)", "1/2", Unset},
-      {"(f9.0)", "1\t", Unset},
-      {"(f9.0)", "\xC3\xA4", Unset},
-      {"(i5)", "42", 42},
+      {"(f10.6)"_format, "2", 0.000002f},
+      {"(f10.6)"_format, "1.54056", 1.54056f},
+      {"(f10.2)"_format, "12e1", 1.2f},
+      {"(f15.0)"_format, "2", 2},
+      {"(f15.0)"_format, " 1 2 . 5 ", 12.5f},
+      {"(f15.0)"_format, "- 7", -7},
+      {"(f4.0)"_format, "1234567", 1234},
+      {"(f4.0)"_format, "12,34", 12},
+      {"(f9.0)"_format, "+.5", 0.5f},
+      {"(f9.0)"_format, "5.", 5},
+      {"(f9.0)"_format, "", 0},
+      {"(f9.0)"_format, "    ", 0},
+      {"(e9.2)"_format, "1.5E2", 150},
+      {"(f9.0)"_format, "1.5d+2", 150},
+      {"(f9.0)"_format, "1.5-3", 0.0015f},
+      {"(f9.0)"_format, "1e-300", 0},
+      {"(f50.0)"_format, "0.0000000000000000000000000000000000001e38", 10},
+      {"(f40.0)"_format, "10000000000000000000000000000e-28", 1},
+      {"(f9.0)"_format, "1e300", Unset},
+      {"(f9.0)"_format, "1e99999999", Unset},
+      {"(f9.0)"_format, "0e999999", 0},
+      {"(f9.0)"_format, "nan", Unset},
+      {"(f9.0)"_format, "inf", Unset},
+      {"(f9.0)"_format, "0x10", Unset},
+      {"(f9.0)"_format, "1.2.3", Unset},
+      {"(f9.0)"_format, "--5", Unset},
+      {"(f9.0)"_format, "-", Unset},
+      {"(f9.0)"_format, ".", Unset},
+      {"(f9.0)"_format, "e", Unset},
+      {"(f9.0)"_format, "1.5e", Unset},
+      {"(f9.0)"_format, "1.5e+", Unset},
+      {"(f9.0)"_format, "1/2", Unset},
+      {"(f9.0)"_format, "1\t", Unset},
+      {"(f9.0)"_format, "\xC3\xA4", Unset},
+      {"(i5)"_format, "42", 42},
   };
   for (const Case& c : cases) {
     float value = Unset;
     ReadTarget target = &value;
-    const int count = ReadValues(c.text, Format(c.format), {&target, 1});
-    EXPECT_EQ(value, c.value) << c.format << " on " << c.text;
-    EXPECT_EQ(count, c.value == Unset ? 0 : 1) << c.format << " on " << c.text;
+    const int count = ReadValues(c.text, c.format, {&target, 1});
+    EXPECT_EQ(value, c.value) << c.text;
+    EXPECT_EQ(count, c.value == Unset ? 0 : 1) << c.text;
   }
 }
 
@@ -229,10 +237,15 @@ TEST(Record, DoesNotDependOnTheLanguage) {
   std::locale::global(before);
 }
 
-TEST(FormatDeathTest, FaultyFormatsEndTheProgram) {
-  for (const char* faulty : {"", "f8.0", "(f8.0", "(f8.0))", "(f8)", "(f.3)", "(e8.0)", "(q5)",
-                             "('a)", "(5habc)", "(f4.8)", "(99999(99999(i2)))"})
-    EXPECT_DEATH(Format format(faulty), "format ") << faulty;
-}
+// Whether a format compiles.
+template <FormatText F>
+concept Sound = requires {
+  typename std::integral_constant<std::size_t, FormatParser(F.view()).count()>;
+};
+static_assert(Sound<"(f8.0)"> && Sound<"9999 ( 3( 'it''s' ,i2) )">);
+static_assert(!Sound<""> && !Sound<"f8.0"> && !Sound<"(f8.0"> && !Sound<"(f8.0))">);
+static_assert(!Sound<"(f8)"> && !Sound<"(f.3)"> && !Sound<"(e8.0)"> && !Sound<"(f4.8)">);
+static_assert(!Sound<"(f257.0)"> && !Sound<"(q5)"> && !Sound<"('a)"> && !Sound<"(5habc)">);
+static_assert(!Sound<"(99999(99999(i2)))"> && !Sound<"(999999999i2)">);
 
 }  // namespace
