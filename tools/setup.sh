@@ -4,7 +4,8 @@
 #   tools/setup.sh check    also what fuzzing, benchmarks and the style check need
 set -euo pipefail
 
-packages=(g++ cmake ninja-build ccache qt6-base-dev qt6-wayland libgl-dev libgtest-dev libc-bin locales)
+packages=(g++ cmake ninja-build ccache qt6-base-dev qt6-wayland libgl-dev libjpeg62-turbo-dev
+  libgtest-dev libc-bin locales)
 if [[ ${1:-} == check ]]; then packages+=(clang-14 libclang-rt-14-dev clang-format-14 libbenchmark-dev git); fi
 
 if ! command -v dpkg-query >/dev/null || ! command -v apt-get >/dev/null; then

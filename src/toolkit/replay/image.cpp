@@ -45,7 +45,8 @@ bool WriteImage(const DisplayList& list, const std::string& path, int width, int
   if (width < 1 || height < 1) return false;
   if (extension == ".bmp") return WriteWholeFile(path, BmpFile(Rasterise(list, width, height)));
   if (extension != ".jpg" && extension != ".jpeg") return false;
-  return WriteWholeFile(path, JpegFile(Rasterise(list, width, height)));
+  const std::string jpeg = JpegFile(Rasterise(list, width, height));
+  return !jpeg.empty() && WriteWholeFile(path, jpeg);
 }
 
 }  // namespace replay

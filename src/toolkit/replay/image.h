@@ -17,7 +17,7 @@ struct Image {
 // The list with smooth lines on white. Texts other than strokes are left out: no font is at hand.
 Image Rasterise(const DisplayList& list, int width, int height);
 
-// The bytes of a .bmp file of 24 bits, and of a baseline .jpg file.
+// The bytes of a .bmp file of 24 bits, and of a .jpg file; none of a picture too large for that.
 std::string BmpFile(const Image& image);
 std::string JpegFile(const Image& image);
 
