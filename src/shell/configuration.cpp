@@ -10,8 +10,12 @@
 // Keys stand first on their line, all in upper or all in lower case. Users may edit the file;
 // lines that are not known stay in it.
 #include <algorithm>
+#include <filesystem>
+#include <limits>
+#include <span>
 #include <vector>
 
+#include "shell/inifile.h"
 #include "shell/shell.h"
 #include "workspace/lines.h"
 #include "workspace/menuids.h"
@@ -21,7 +25,10 @@
 
 namespace {
 
-constexpr int kKeptLines = 50;  // lines of the file that survive an update
+using Lines = std::vector<std::string>;
+
+constexpr int kKeptLines = 50;              // lines of the file that survive an update
+constexpr int kBlockLines = MaxRecent + 1;  // behind the marker of the recent files
 constexpr const char* kEditor = "quillagram-edit";
 constexpr const char* kBlockStart = "OLD QUILLAGRAM";
 constexpr const char* kBlockEnd = "END QUILLAGRAM";
@@ -89,25 +96,63 @@ void SetBuiltInValues() {
     text->clear();
 }
 
-bool WriteLines(const std::vector<std::string>& lines) {
-  LineWriter file(ws.inipath);
-  if (!file.IsOpen()) return false;
-  for (const std::string& line : lines) file.Write(line);
-  return file.Close();
+bool failuretold = false;
+
+void Tell(const std::string& text, const std::string& reason) {
+  failuretold = true;
+  MessageBoxError("Error", FileMessage(text, ws.inipath, reason));
 }
 
-// Lines of the block behind its marker until its end.
+// What goes wrong behind the user's back is told once a run, not at every load.
+void TellOnce(const std::string& text, const std::string& reason) {
+  if (!failuretold && !reason.empty()) Tell(text, reason);
+}
+
+Lines ReadLines(LineReader& file, int most) {
+  Lines lines;
+  for (std::string line; std::ssize(lines) < most && file.Read(line, TextLength);)
+    lines.push_back(line);
+  return lines;
+}
+
+bool IsThere(const std::string& path) {
+  std::error_code failure;
+  return std::filesystem::exists(path, failure);
+}
+
+// Makes sure that there is a file; returns why there is none that can be read, or nothing.
+std::string CreateFile(const InifilePlace& place) {
+  std::error_code failure;
+  if (!place.start.empty()) std::filesystem::create_directories(FileDirectory(place.path), failure);
+  if (failure) return failure.message();
+  const InifileLock lock(place.path);
+  const LineReader present(place.path);
+  if (present.IsOpen() || IsThere(place.path)) return present.Reason();
+  LineReader start(place.start);
+  if (!start.IsOpen())
+    return ReplaceFile(place.path, Lines{std::begin(kNewFile), std::end(kNewFile)});
+  return ReplaceFile(place.path, ReadLines(start, std::numeric_limits<int>::max()));
+}
+
+// Lines of the block behind its marker until its end. A name that its field does not hold whole
+// is none.
 void ReadRecentFiles(LineReader& file) {
   std::string line;
   int n = 0;
-  while (n < MaxRecent && file.Read(line, TextLength)) {
+  while (n < MaxRecent && file.Read(line, TextLength + 1)) {
     if (line.starts_with('!') || line.starts_with('[') || Begins(line, kBlockEnd)) return;
-    if (!line.empty() && static_cast<unsigned char>(line[0]) > ' ') ws.recentfiles(++n) = line;
+    if (!line.empty() && static_cast<unsigned char>(line[0]) > ' ' && FitsField(line))
+      ws.recentfiles(++n) = line;
   }
 }
 
-void ShowRecentFiles() {
-  for (int k = 1; k <= MaxRecent; ++k) WMenuSetString(MenuRecent1 + k - 1, ws.recentfiles(k));
+void ReadValues(LineReader& file) {
+  std::string line;
+  while (file.Read(line, TextLength))
+    if (Begins(line, kBlockStart))
+      ReadRecentFiles(file);
+    else
+      TakeKey(line);
 }
 
 void PassValuesOn() {
@@ -117,55 +162,65 @@ void PassValuesOn() {
   ShowRecentFiles();
 }
 
-// Rewrites the file from its first lines after `change` has been made to them. Everything behind
-// them is lost.
-void UpdateFile(void (*change)(std::vector<std::string>& lines)) {
+// Changes the first lines of the file, which are all that stays of it. A file in which nothing
+// changes is left alone. Returns why it failed, or nothing.
+std::string UpdateFile(void (*change)(Lines& lines)) {
+  if (WSettings() != SettingsUse::Write) return "";
+  const InifileLock lock(ws.inipath);
   LineReader file(ws.inipath);
-  bool good = file.IsOpen();
-  if (good) {
-    std::vector<std::string> lines;
-    std::string line;
-    while (std::ssize(lines) < kKeptLines && file.Read(line, TextLength)) lines.push_back(line);
-    change(lines);
-    good = WriteLines(lines);
-  }
-  if (!good) MessageBoxError("Error", "Error opening inifile");
+  if (!file.IsOpen()) return file.Reason();
+  const Lines before = ReadLines(file, kKeptLines + kBlockLines);
+  Lines lines(before.begin(),
+              before.begin() + std::min<std::ptrdiff_t>(kKeptLines, std::ssize(before)));
+  change(lines);
+  const bool same = lines.size() <= before.size() &&
+                    std::ranges::equal(lines, std::span(before).first(lines.size()));
+  return same ? "" : ReplaceFile(ws.inipath, lines);
 }
 
-// Puts the present block behind the marker, which is added to a file without one.
-void ReplaceRecentFiles(std::vector<std::string>& lines) {
+// Puts the present block behind the marker, which is added to a file without one. A path with line
+// ends would become lines of its own, with keys perhaps: its line stays empty.
+void ReplaceRecentFiles(Lines& lines) {
   const auto marker =
       std::ranges::find_if(lines, [](const auto& line) { return Begins(line, kBlockStart); });
   if (marker == lines.end())
     lines.push_back("OLD QUILLAGRAM FILES");
   else
     lines.erase(marker + 1, lines.end());
-  lines.insert(lines.end(), ws.recentfiles.cells.begin(), ws.recentfiles.cells.end());
+  for (const std::string& file : ws.recentfiles.cells)
+    lines.push_back(OnOneLine(file) == file ? file : "");
   lines.push_back("END QUILLAGRAM FILES");
 }
 
-void ReplaceAddress(std::vector<std::string>& lines) {
+void ReplaceAddress(Lines& lines) {
   for (std::string& line : lines)
     for (const TextKey& text : kAddress)
-      if (Begins(line, text.key)) line = text.written + std::string(Trim(*text.value));
+      if (Begins(line, text.key)) line = text.written + std::string(Trim(OnOneLine(*text.value)));
 }
 
 }  // namespace
 
 void ReadConfiguration() {
-  ws.inipath = ws.startdir + "quillagram.ini";
+  const InifilePlace place = FindInifile(ws.startdir);
+  ws.inipath = place.path;
   SetBuiltInValues();
-  if (!LineReader(ws.inipath).IsOpen() && !WriteLines({std::begin(kNewFile), std::end(kNewFile)}))
-    return MessageBoxError("Error", "Error creating ini-file");
-  LineReader file(ws.inipath);
-  if (!file.IsOpen()) MessageBoxError("Error", "Error opening ini-file");
-  std::string line;
-  while (file.IsOpen() && file.Read(line, TextLength))
-    if (Begins(line, kBlockStart))
-      ReadRecentFiles(file);
-    else
-      TakeKey(line);
+  failuretold = false;
+  if (WSettings() == SettingsUse::Write) {
+    const std::string reason = CreateFile(place);
+    TellOnce("Error creating ini-file", reason);
+    if (!reason.empty() && place.start.empty()) return;
+  }
+  const std::string& source = IsThere(place.path) ? place.path : place.start;
+  if (WSettings() != SettingsUse::None && IsThere(source)) {
+    LineReader file(source);
+    TellOnce("Error opening ini-file", file.Reason());
+    ReadValues(file);
+  }
   PassValuesOn();
+}
+
+void ShowRecentFiles() {
+  for (int k = 1; k <= MaxRecent; ++k) WMenuSetString(MenuRecent1 + k - 1, ws.recentfiles(k));
 }
 
 void UpdateRecentFiles() {
@@ -174,7 +229,11 @@ void UpdateRecentFiles() {
     ws.recentfiles(1) = ws.patternpath;
   }
   ShowRecentFiles();
-  if (ws.recentpending != 0) UpdateFile(ReplaceRecentFiles);
+  if (ws.recentpending != 0) TellOnce("Error opening inifile", UpdateFile(ReplaceRecentFiles));
 }
 
-void WriteInfoToConfiguration() { UpdateFile(ReplaceAddress); }
+// The user has asked for it and is told of every failure.
+void WriteInfoToConfiguration() {
+  const std::string reason = UpdateFile(ReplaceAddress);
+  if (!reason.empty()) Tell("Error opening inifile", reason);
+}

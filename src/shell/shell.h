@@ -45,6 +45,8 @@ void SaveImage(const char* extension);
 
 void ReadConfiguration();
 void UpdateRecentFiles();
+// Puts the recent files into the menu.
+void ShowRecentFiles();
 void WriteInfoToConfiguration();
 
 // Shows a parameter dialog by its number, stores what was entered and runs its operation.

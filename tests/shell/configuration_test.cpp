@@ -1,17 +1,60 @@
-// The configuration file: creation, keys, the recent-files block, updates.
+// The configuration file: its place, creation, keys, the recent-files block, updates.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <future>
 
 #include "shell/shell.h"
+#include "support/smallfiles.h"
 #include "support/support.h"
+#include "toolkit/replay/transcript.h"
 #include "workspace/workspace.h"
 
+namespace fs = std::filesystem;
+
 namespace {
+
+// What the program may do with its configuration file, as the replay's option says it.
+void Settings(std::string use) {
+  std::string name = "test", option = "--settings";
+  char* arguments[] = {name.data(), option.data(), use.data(), nullptr};
+  WInitialise(3, arguments);
+  replay::NoInput();
+}
+
+// The administrator may write everywhere, another user may not.
+class OtherUser {
+ public:
+  OtherUser() { good_ = was_ != 0 || setresuid(kNobody, kNobody, 0) == 0; }
+  ~OtherUser() { good_ = setresuid(was_, was_, was_) == 0; }
+
+ private:
+  static constexpr uid_t kNobody = 65534;
+  const uid_t was_ = geteuid();
+  bool good_;
+};
 
 class Configuration : public testing::Test {
  protected:
   void SetUp() override {
     FreshWorkspace();
+    Settings("write");
+    unsetenv("QUILLAGRAM_HOME");
+    setenv("XDG_CONFIG_HOME", home.file("user").c_str(), 1);
     ws.startdir = home.path() + "/";
+  }
+  void TearDown() override { Settings("read"); }
+  // Loads of patterns, as far as they matter here.
+  void Load(const std::string& path) {
+    ws.recentpending = 1;
+    ws.patternpath = path;
+    UpdateRecentFiles();
+  }
+  static std::string Box(const std::string& text, const std::string& reason) {
+    return "box\tError\t" + text + "\\n" + ws.inipath + ": " + reason;
   }
   void Write(const std::string& text) { WriteFile(home.file("quillagram.ini"), text); }
   std::string Contents() { return ReadFile(home.file("quillagram.ini")); }
@@ -67,14 +110,14 @@ TEST_F(Configuration, RecentBlockEndsWhereItShould) {
 TEST_F(Configuration, UpdateKeepsTheHeadAndReplacesTheBlock) {
   Write("EDT=vi\nmine\nOLD QUILLAGRAM FILES\n/1\n/2\nEND QUILLAGRAM FILES\nbehind\n");
   ReadConfiguration();
-  ws.recentpending = 1;
-  ws.patternpath = "/2";  // already second: now first and, as it was, also third
-  UpdateRecentFiles();
+  Load("/2");  // already second: now first and, as it was, also third
   const std::string expected =
       "EDT=vi\nmine\nOLD QUILLAGRAM FILES\n/2\n/1\n/2\n\nEND QUILLAGRAM FILES\n";
   EXPECT_EQ(Contents(), expected);
-  UpdateRecentFiles();  // the same file once more changes nothing
-  EXPECT_EQ(Contents(), expected);
+  fs::create_hard_link(home.file("quillagram.ini"), home.file("same"));
+  Load("/2");  // the same file once more changes nothing, and nothing is written
+  WriteInfoToConfiguration();
+  EXPECT_EQ(fs::hard_link_count(home.file("quillagram.ini")), 2u);
   EXPECT_EQ(WMenuGetString(40022), "/2");
   EXPECT_EQ(WMenuGetString(40025), "");
 }
@@ -84,9 +127,7 @@ TEST_F(Configuration, OfALongFileWithoutBlockFiftyLinesStay) {
   for (int i = 1; i <= 50; ++i) head += "line " + std::to_string(i) + "\n";
   Write(head + "line 51\nOLD QUILLAGRAM FILES\n/9\n");
   ReadConfiguration();
-  ws.recentpending = 1;
-  ws.patternpath = "/a";
-  UpdateRecentFiles();
+  Load("/a");
   EXPECT_EQ(Contents(), head + "OLD QUILLAGRAM FILES\n/a\n/9\n\n\nEND QUILLAGRAM FILES\n");
 }
 
@@ -100,19 +141,139 @@ TEST_F(Configuration, AddressLinesAreReplacedButNotAdded) {
   EXPECT_EQ(Contents(), "x\nDEPARTMENT=Physics\nCOMPANY=\n! ADDRESS=old\n");
 }
 
-TEST_F(Configuration, FailuresAreOneBoxEachAndTheRunGoesOn) {
+// A key behind a line end would be one of the file's own, an editor's command for instance.
+TEST_F(Configuration, NoLineEndIsWritten) {
+  Write("ADDRESS=\nEDT=vi\n");
+  ReadConfiguration();
+  Load("/a\nEDT=worse");
+  Load("/b");
+  ws.infoaddress = "Here\r\nEDT=worse";
+  WriteInfoToConfiguration();
+  EXPECT_EQ(Contents(),
+            "ADDRESS=Here  EDT=worse\nEDT=vi\nOLD QUILLAGRAM FILES\n/b\n\n\n\n"
+            "END QUILLAGRAM FILES\n");
+}
+
+TEST_F(Configuration, WhatMayBeDoneWithIt) {
+  Settings("read");
+  ReadConfiguration();
+  EXPECT_FALSE(fs::exists(home.file("quillagram.ini")));
+  Write("EDT=vi\nADDRESS=\n");
+  ReadConfiguration();
+  EXPECT_EQ(ws.editorpath, "vi");
+  Load("/a");
+  ws.infoaddress = "Here";
+  WriteInfoToConfiguration();
+  Settings("none");
+  ReadConfiguration();
+  EXPECT_EQ(ws.editorpath, "quillagram-edit");
+  EXPECT_EQ(Contents(), "EDT=vi\nADDRESS=\n");
+  EXPECT_TRUE(Events().empty());
+}
+
+TEST_F(Configuration, ALinkAndPermissionsStay) {
+  fs::create_directory(home.file("real"));
+  const std::string real = home.file("real/my.ini");
+  fs::create_symlink("real/my.ini", home.file("quillagram.ini"));
+  ReadConfiguration();  // the file that the link speaks of is made
+  chmod(real.c_str(), 0640);
+  Load("/a");
+  EXPECT_TRUE(fs::is_symlink(home.file("quillagram.ini")));
+  EXPECT_TRUE(ReadFile(real).ends_with("\n/a\n\n\n\nEND QUILLAGRAM FILES\n"));
+  EXPECT_EQ(fs::status(real).permissions(), fs::perms(0640));
+  EXPECT_EQ(std::distance(fs::directory_iterator(home.file("real")), {}), 1);
+  // A device is not replaced.
+  fs::remove(home.file("quillagram.ini"));
+  fs::create_symlink("/dev/full", home.file("quillagram.ini"));
+  ReadConfiguration();
+  EXPECT_EQ(Events().back(), Box("Error creating ini-file", "is no regular file"));
+  EXPECT_TRUE(fs::is_character_file("/dev/full"));
+}
+
+TEST_F(Configuration, OfAFullDiskTheOldFileComesBack) {
+  const std::string before = "EDT=vi\nADDRESS=Here\n";
+  Write(before);
+  ReadConfiguration();
+  {
+    const SmallFiles small(30);
+    Load("/a");
+    Load("/b");  // told once
+    ws.infoaddress = std::string(60, 'x');
+    WriteInfoToConfiguration();  // and where it has been asked for
+  }
+  const std::string box = Box("Error opening inifile", "File too large");
+  EXPECT_EQ(Events(), (std::vector<std::string>{box, box}));
+  EXPECT_EQ(Contents(), before);
+  EXPECT_EQ(std::distance(fs::directory_iterator(home.path()), {}), 1);
+}
+
+TEST_F(Configuration, AMissingPlaceIsToldOnceAndTheRunGoesOn) {
+  setenv("QUILLAGRAM_HOME", "/as/startdir/tells", 1);
   ws.startdir = home.file("missing") + "/";
   ReadConfiguration();
   EXPECT_EQ(ws.editorpath, "quillagram-edit");
   EXPECT_EQ(WMenuGetString(40022), "empty");
-  ws.recentpending = 1;
-  ws.patternpath = "/a";
-  UpdateRecentFiles();
+  Load("/a");
   EXPECT_EQ(ws.recentfiles(1), "/a");
+  const std::string missing = "No such file or directory";
+  EXPECT_EQ(Events(), (std::vector<std::string>{Box("Error creating ini-file", missing)}));
   WriteInfoToConfiguration();
-  EXPECT_EQ(Events(), (std::vector<std::string>{"box\tError\tError creating ini-file",
-                                                "box\tError\tError opening inifile",
-                                                "box\tError\tError opening inifile"}));
+  EXPECT_EQ(Events(), (std::vector<std::string>{Box("Error opening inifile", missing)}));
+}
+
+// Beside a program that its user cannot write to lies what the user's own file begins with.
+TEST_F(Configuration, TheUsersOwnPlace) {
+  Write("EDT=vi\nmine\n");
+  fs::create_directory(home.file("user"));
+  fs::permissions(home.file("user"), fs::perms::all);
+  fs::permissions(home.path(), fs::perms(0555));
+  {
+    const OtherUser other;
+    Settings("read");
+    ReadConfiguration();
+    EXPECT_EQ(ws.editorpath, "vi");
+    EXPECT_TRUE(fs::is_empty(home.file("user")));
+    Settings("write");
+    ReadConfiguration();
+    EXPECT_EQ(ws.inipath, home.file("user/quillagram/quillagram.ini"));
+    EXPECT_EQ(ReadFile(ws.inipath), "EDT=vi\nmine\n");
+    Load("/a");
+    ReadConfiguration();
+    EXPECT_EQ(ws.recentfiles(1), "/a");
+  }
+  fs::permissions(home.path(), fs::perms(0755));
+  EXPECT_EQ(Contents(), "EDT=vi\nmine\n");
+  EXPECT_TRUE(Events().empty());
+
+  // Without that variable it lies below the home directory.
+  ws.startdir = home.file("quillagram.ini") + "/";
+  unsetenv("XDG_CONFIG_HOME");
+  setenv("HOME", home.file("me").c_str(), 1);
+  ReadConfiguration();
+  EXPECT_TRUE(fs::exists(home.file("me/.config/quillagram/quillagram.ini")));
+}
+
+// Two programs at once change the file by turns and never see half of it.
+TEST_F(Configuration, TwoProgramsAtOnce) {
+  const std::string head = "EDT=vi\nmine\nADDRESS=Here\n";
+  Write(head);
+  std::string loads;
+  for (const char* name : {"a.xy", "b.xy"}) {
+    WriteFile(home.file(name), "1 2\n2 3\n");
+    loads += std::string("open ") + name + "\nget editorpath\n";
+  }
+  std::string transcript;
+  for (int i = 0; i < 30; ++i) transcript += loads;
+  const auto run = [&] {
+    return RunReplay(transcript, home.path(), {"--settings", "write"}, home.path());
+  };
+  auto other = std::async(std::launch::async, run);
+  for (const ReplayRun& done : {run(), other.get()}) {
+    EXPECT_EQ(done.status, 0);
+    for (const std::string& line : done.lines) EXPECT_EQ(line, "value\teditorpath\tvi");
+  }
+  const std::string a = home.file("a.xy") + "\n", b = home.file("b.xy") + "\n";
+  EXPECT_EQ(Contents(), head + "OLD QUILLAGRAM FILES\n" + b + a + b + a + "END QUILLAGRAM FILES\n");
 }
 
 }  // namespace
