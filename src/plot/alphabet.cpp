@@ -1,9 +1,9 @@
-// The stroke alphabets: Latin with digits and signs, and Greek.
+// The stroke alphabets: Latin with digits, signs and accents, and Greek.
 #include "plot/strokes.h"
 
 namespace {
 
-// Codes 32 to 127, the last one being the degree sign.
+// Codes 32 to 126.
 constexpr const char* kLatin[] = {
     /*   */ "",
     /* ! */ "M25,100 25,30 A25,3,3,3,0,24",
@@ -100,13 +100,130 @@ constexpr const char* kLatin[] = {
     /* | */ "M25,106 25,-14",
     /* } */ "A14,94,11,12,6,0 L25,58 a36,58,11,12,12,18 a36,34,11,12,6,12 L25,-2 a14,-2,11,12,0,-6",
     /* ~ */ "A13,42,12,10,12,0 a37,42,12,10,12,24",
-    /* degree */ "A22,85,14,14,0,24",
 };
-static_assert(sizeof(kLatin) / sizeof(*kLatin) == DegreeSign - 32 + 1);
+static_assert(sizeof(kLatin) / sizeof(*kLatin) == '~' - ' ' + 1);
 
-// Capitals that look like a Latin letter take its shape.
 constexpr const char* Latin(char c) { return kLatin[c - 32]; }
 
+// Accents stand above small letters, and higher above capitals.
+constexpr int kCapitalRise = 31;
+constexpr const char *kGrave = "M17,99 31,78", *kAcute = "M33,99 19,78",
+                     *kCircumflex = "M11,78 25,98 39,78",
+                     *kTilde = "A15,86,10,7,12,0 a35,86,10,7,12,24",
+                     *kDiaeresis = "A14,88,3,3,0,24 A36,88,3,3,0,24", *kRing = "A25,89,11,11,0,24",
+                     *kCedilla = "M27,0 25,-9 a23,-17,10,8,4,-8",
+                     *kDotlessI = "M13,66 26,66 26,13 a38,13,12,13,12,18";
+
+constexpr Shape Capital(char letter, const char* accent) {
+  return {Latin(letter), accent, kCapitalRise};
+}
+constexpr Shape Small(char letter, const char* accent) { return {Latin(letter), accent}; }
+
+// Codes 0xA0 to 0xFF.
+constexpr Shape kLatin1[] = {
+    /* no-break blank */ {""},
+    /* inverted ! */ {"M25,-30 25,38 A25,63,3,3,0,24"},
+    /* cent */ {"A27,33,24,33,3,21 M27,84 27,-18"},
+    /* pound */ {"A32,78,16,22,3,12 L16,16 4,0 46,0 M4,48 36,48"},
+    /* currency */ {"A25,46,16,16,0,24 M14,57 4,67 M36,57 46,67 M14,35 4,25 M36,35 46,25"},
+    /* yen */ {"M0,100 25,50 50,100 M25,50 25,0 M6,42 44,42 M6,24 44,24"},
+    /* broken bar */ {"M25,106 25,58 M25,34 25,-14"},
+    /* section */
+    {"A25,85,15,15,2,14 L37,54 a30,43,13,13,4,-5 A25,1,15,15,14,26 L13,32 a20,43,13,13,16,7"},
+    /* diaeresis */ {kDiaeresis},
+    /* copyright */ {"A25,46,33,36,0,24 A27,46,15,18,3,21"},
+    /* feminine */ {"A24,82,13,16,0,24 M38,98 38,66 M10,54 40,54"},
+    /* left guillemet */ {"M24,60 5,36 24,12 M45,60 26,36 45,12"},
+    /* not */ {"M2,54 48,54 48,30"},
+    /* soft hyphen */ {Latin('-')},
+    /* registered */
+    {"A25,46,33,36,0,24 M16,26 16,68 27,68 a27,57,11,11,6,-6 L16,46 M27,46 38,26"},
+    /* macron */ {"M8,92 42,92"},
+    /* degree */ {"A22,85,14,14,0,24"},
+    /* plus-minus */ {"M25,28 25,80 M-1,54 51,54 M-1,8 51,8"},
+    /* superscript 2 */ {"A25,86,11,14,11,-2 L13,46 38,46"},
+    /* superscript 3 */ {"A24,88,10,12,10,-6 a24,61,12,15,6,-10 M24,76 20,76"},
+    /* acute */ {kAcute},
+    /* micro */ {"M4,66 4,-30 M4,22 a25,22,21,22,12,24 M46,66 46,0"},
+    /* pilcrow */ {"M30,-14 30,100 M46,100 46,-14 M48,100 24,100 a24,74,22,26,6,18 L30,48"},
+    /* middle dot */ {"A25,46,4,4,0,24"},
+    /* cedilla */ {kCedilla},
+    /* superscript 1 */ {"M14,88 27,100 27,46"},
+    /* masculine */ {"A25,82,14,16,0,24 M10,54 40,54"},
+    /* right guillemet */ {"M5,60 24,36 5,12 M26,60 45,36 26,12"},
+    /* quarter */ {"M0,90 9,100 9,56 M46,100 4,0 M43,0 43,44 25,14 49,14"},
+    /* half */ {"M0,90 9,100 9,56 M46,100 4,0 A39,33,9,11,11,-2 L29,0 50,0"},
+    /* three quarters */
+    {"A7,91,8,9,10,-6 a7,69,9,13,6,-10 M46,100 4,0 M43,0 43,44 25,14 49,14"},
+    /* inverted ? */ {"A25,-9,19,21,23,9 L24,17 25,24 25,38 A25,63,3,3,0,24"},
+    Capital('A', kGrave),
+    Capital('A', kAcute),
+    Capital('A', kCircumflex),
+    Capital('A', kTilde),
+    Capital('A', kDiaeresis),
+    Capital('A', kRing),
+    /* AE */ {"M-5,0 24,100 56,100 M28,100 28,0 56,0 M28,53 50,53 M6,34 28,34"},
+    /* C cedilla */ {Latin('C'), kCedilla},
+    Capital('E', kGrave),
+    Capital('E', kAcute),
+    Capital('E', kCircumflex),
+    Capital('E', kDiaeresis),
+    Capital('I', kGrave),
+    Capital('I', kAcute),
+    Capital('I', kCircumflex),
+    Capital('I', kDiaeresis),
+    /* Eth */ {Latin('D'), "M-7,53 22,53"},
+    Capital('N', kTilde),
+    Capital('O', kGrave),
+    Capital('O', kAcute),
+    Capital('O', kCircumflex),
+    Capital('O', kTilde),
+    Capital('O', kDiaeresis),
+    /* times */ {"M6,65 44,27 M6,27 44,65"},
+    /* O slash */ {Latin('O'), "M1,-6 49,106"},
+    Capital('U', kGrave),
+    Capital('U', kAcute),
+    Capital('U', kCircumflex),
+    Capital('U', kDiaeresis),
+    Capital('Y', kAcute),
+    /* Thorn */ {"M5,0 5,100 M5,80 25,80 a25,53,22,27,6,-6 L5,26"},
+    /* sharp s */ {"M5,0 5,77 a22,77,17,23,12,-6 L19,54 M22,54 a24,27,22,27,6,-9"},
+    Small('a', kGrave),
+    Small('a', kAcute),
+    Small('a', kCircumflex),
+    Small('a', kTilde),
+    Small('a', kDiaeresis),
+    Small('a', kRing),
+    /* ae */ {"A9,33,15,33,0,24 M24,35 56,35 a40,33,16,33,0,21"},
+    /* c cedilla */ Small('c', kCedilla),
+    Small('e', kGrave),
+    Small('e', kAcute),
+    Small('e', kCircumflex),
+    Small('e', kDiaeresis),
+    {kDotlessI, kGrave},
+    {kDotlessI, kAcute},
+    {kDotlessI, kCircumflex},
+    {kDotlessI, kDiaeresis},
+    /* eth */ {"A25,31,22,31,0,24 L42,66 18,100 M12,76 40,92"},
+    Small('n', kTilde),
+    Small('o', kGrave),
+    Small('o', kAcute),
+    Small('o', kCircumflex),
+    Small('o', kTilde),
+    Small('o', kDiaeresis),
+    /* division */ {"M-1,46 51,46 A25,72,4,4,0,24 A25,20,4,4,0,24"},
+    /* o slash */ {Latin('o'), "M4,-8 46,74"},
+    Small('u', kGrave),
+    Small('u', kAcute),
+    Small('u', kCircumflex),
+    Small('u', kDiaeresis),
+    Small('y', kAcute),
+    /* thorn */ {"M3,100 3,-30 A25,33,22,33,0,24"},
+    Small('y', kDiaeresis),
+};
+static_assert(sizeof(kLatin1) / sizeof(*kLatin1) == 0xFF - 0xA0 + 1);
+
+// Capitals that look like a Latin letter take its shape.
 constexpr const char* kGreekCapitals[26] = {
     /* A alpha   */ Latin('A'),
     /* B beta    */ Latin('B'),
@@ -169,15 +286,17 @@ constexpr const char* kGreekSmall[26] = {
     /* z zeta    */ "M8,100 44,100 a44,34,38,66,6,12 a26,20,20,20,12,18 L32,0 a32,-12,12,12,6,-7",
 };
 
-const char* OrLine(const char* shape) { return shape ? shape : Latin('_'); }
+Shape OrLine(const char* strokes) { return {strokes ? strokes : Latin('_')}; }
 
 }  // namespace
 
-const char* CharShape(int code) {
-  return OrLine(code >= 32 && code <= DegreeSign ? kLatin[code - 32] : nullptr);
+Shape CharShape(int code) {
+  if (code >= ' ' && code <= '~') return {kLatin[code - ' ']};
+  if (code >= 0xA0 && code <= 0xFF) return kLatin1[code - 0xA0];
+  return OrLine(nullptr);
 }
 
-const char* GreekShape(int code) {
+Shape GreekShape(int code) {
   if (code >= 'A' && code <= 'Z') return OrLine(kGreekCapitals[code - 'A']);
   if (code >= 'a' && code <= 'z') return OrLine(kGreekSmall[code - 'a']);
   return OrLine(nullptr);

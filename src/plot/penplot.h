@@ -7,6 +7,7 @@
 
 inline constexpr float DefaultTextHeight = 15.0f;  // used where 0 is given
 inline constexpr float DefaultTickLength = 10.0f;
+inline constexpr float LetterAdvance = 0.75f;   // from letter to letter, of the height
 inline constexpr float KeepPosition = 9999.0f;  // in PenUp, PenDown: this coordinate stays
 inline constexpr char SuperscriptMark = static_cast<char>(156);
 
@@ -32,6 +33,9 @@ void Marker(int kind, float x, float y, float size);
 void DrawText(float x, float y, std::string_view text, float height, float angle, int anchor);
 // Width of a text of letters `height` high; sub- and superscripts count in full.
 float TextWidth(std::string_view text, float height);
+// The same for texts that come from users and files, in which every character stands for itself.
+void DrawName(float x, float y, std::string_view name, float height, float angle, int anchor);
+float NameWidth(std::string_view name, float height);
 
 // Rounds the range of list[0..n) outward and puts minimum, factor (length over range) and maximum
 // into list[n], list[n+1], list[n+2].

@@ -3,8 +3,8 @@
 #include <string>
 
 #include "plot/page.h"
+#include "toolkit/vectorpath.h"  // for NextCharacter
 #include "workspace/record.h"
-#include "workspace/text.h"
 #include "workspace/workspace.h"
 
 namespace {
@@ -27,16 +27,25 @@ std::string ExposureTime(const std::string& text) {
   return in(t / 3600, " h ") + (t / 60 % 60 ? in(t / 60 % 60, " min") : "");
 }
 
+// The end of a path, with the file's name, as far as its line has room.
+std::string EndOfPath(const std::string& path, float room, float height) {
+  std::string shown = path;
+  for (std::size_t cut = 0; cut < path.size() && NameWidth(shown, height) > room;) {
+    NextCharacter(path, cut);
+    shown = "..." + path.substr(cut);
+  }
+  return shown;
+}
+
 }  // namespace
 
 void DrawPlotHeader(const PageLayout& page) {
   float y = (page.tick * 4 + 2) * -2.6f;
   const auto write = [&](const std::string& line, float fall = 0.6f) {
-    // A long path is written smaller rather than beyond the plot, off the paper.
-    const float room = ws.plotwidth;
-    const float height =
-        page.textheight * std::min(1.0f, room / std::max(TextWidth(line, page.textheight), 1.0f));
-    DrawText(0, y, line, height, 0, 7);
+    // A long text is written smaller rather than beyond the plot, off the paper.
+    const float width = NameWidth(line, page.textheight);
+    const float height = page.textheight * std::min(1.0f, ws.plotwidth / std::max(width, 1.0f));
+    DrawName(0, y, line, height, 0, 7);
     y -= fall * kLineHeight;
   };
   const auto given = [&](const char* name, std::size_t field, const std::string& text) {
@@ -51,7 +60,8 @@ void DrawPlotHeader(const PageLayout& page) {
   if (!ws.gdfhead(8).empty()) write(Line("Exposure time:", 25, ExposureTime(ws.gdfhead(8))));
   if (ws.profrvalue > 0)
     write(WriteRecord<"(a,f8.5)">(Line("Profile R-value:", 25, ""), ws.profrvalue));
-  write(Line("Pattern file:", 25, Field(ws.patternpath, 100)));
+  const float room = ws.plotwidth - 25 * LetterAdvance * page.textheight;
+  write(Line("Pattern file:", 25, EndOfPath(ws.patternpath, room, page.textheight)));
   given("Data collection date:", 25, ws.scandate);
   if (ws.crystallinity > 0)
     write(Line("Crystallinity:", 25,

@@ -6,11 +6,11 @@
 
 #include "plot/penplot.h"
 #include "toolkit/toolkit.h"
+#include "toolkit/vectorpath.h"   // for NextCharacter
 #include "workspace/workspace.h"  // for RadToDeg
 
 namespace {
 
-constexpr float kAdvance = 0.75f;
 constexpr float kGap = 0.25f;  // of the advance, left free behind a letter
 constexpr float kScriptHeight = 0.8f;
 constexpr float kSubscriptFall = 0.3f;
@@ -21,22 +21,19 @@ struct Glyph {
   int code;
 };
 
-bool Continues(std::string_view text, std::size_t at) {
-  return at < text.size() && (static_cast<unsigned char>(text[at]) & 0xC0) == 0x80;
-}
+enum class Marks { Obeyed, Drawn };
 
-// A character beyond code 126 takes one place, whatever the number of its bytes; inside it a byte
-// that looks like a mark is none.
-Glyph NextGlyph(std::string_view text, std::size_t& at) {
-  const char c = text[at++];
-  if (c == '$') return {Glyph::Subscript, 0};
-  if (c == SuperscriptMark) return {Glyph::Superscript, 0};
-  if (c == '@') return {Glyph::Char, DegreeSign};
-  if (c == '|' && at < text.size()) return {Glyph::Greek, text[at++]};
-  const int code = static_cast<unsigned char>(c);
-  if (code >= 0xC0)
-    while (Continues(text, at)) ++at;
-  return {Glyph::Char, code > 126 ? '_' : code};
+// A character takes one place, whatever the number of its bytes.
+Glyph NextGlyph(std::string_view text, std::size_t& at, Marks marks) {
+  const char32_t c = NextCharacter(text, at);
+  if (marks == Marks::Obeyed) {
+    if (c == '$') return {Glyph::Subscript, 0};
+    if (c == static_cast<unsigned char>(SuperscriptMark)) return {Glyph::Superscript, 0};
+    if (c == '@') return {Glyph::Char, DegreeSign};
+    if (c == '|' && at < text.size())
+      return {Glyph::Greek, static_cast<int>(NextCharacter(text, at))};
+  }
+  return {Glyph::Char, static_cast<int>(c)};
 }
 
 // Letters live in a plane of their own, measured in units of letter height; turned by the text's
@@ -113,23 +110,22 @@ float AnchorShare(int anchor) {
   return kShare[anchor - 1];
 }
 
-}  // namespace
-
-float TextWidth(std::string_view text, float height) {
+float WidthOf(std::string_view text, float height, Marks marks) {
   int n = 0;
-  for (std::size_t at = 0; at < text.size();) n += NextGlyph(text, at).kind <= Glyph::Greek;
-  return n > 0 ? (static_cast<float>(n) * kAdvance - kGap) * height : 0.0f;
+  for (std::size_t at = 0; at < text.size();) n += NextGlyph(text, at, marks).kind <= Glyph::Greek;
+  return n > 0 ? (static_cast<float>(n) * LetterAdvance - kGap) * height : 0.0f;
 }
 
-void DrawText(float x, float y, std::string_view text, float height, float angle, int anchor) {
+void DrawLetters(float x, float y, std::string_view text, float height, float angle, int anchor,
+                 Marks marks) {
   if (!(height > 0)) height = DefaultTextHeight;
   if (anchor < 1 || anchor > 9) anchor = 1;
   const TextPlane plane(x, y, angle);
-  float u = -AnchorShare(anchor) * TextWidth(text, height);
+  float u = -AnchorShare(anchor) * WidthOf(text, height, marks);
   const float base = -AnchorFall(anchor) * height;
   int script = 0;  // -1 below, 1 above
   for (std::size_t at = 0; at < text.size();) {
-    const Glyph glyph = NextGlyph(text, at);
+    const Glyph glyph = NextGlyph(text, at, marks);
     if (glyph.kind >= Glyph::Subscript) {
       const int other = glyph.kind == Glyph::Subscript ? -1 : 1;
       script = script == other ? 0 : other;
@@ -139,9 +135,27 @@ void DrawText(float x, float y, std::string_view text, float height, float angle
     float v = base;
     if (script > 0) v += (2 - kScriptHeight) * height / 2;
     if (script < 0) v -= kSubscriptFall * height;
-    ShapePen pen{plane, u, v, size / 100};
-    pen.Draw(glyph.kind == Glyph::Greek ? GreekShape(glyph.code) : CharShape(glyph.code));
-    u += kAdvance * size;
+    const float unit = size / 100;
+    const Shape shape = glyph.kind == Glyph::Greek ? GreekShape(glyph.code) : CharShape(glyph.code);
+    ShapePen{plane, u, v, unit}.Draw(shape.strokes);
+    ShapePen{plane, u, v + static_cast<float>(shape.rise) * unit, unit}.Draw(shape.accent);
+    u += LetterAdvance * size;
     plane.Up(u, v);
   }
+}
+
+}  // namespace
+
+float TextWidth(std::string_view text, float height) {
+  return WidthOf(text, height, Marks::Obeyed);
+}
+
+void DrawText(float x, float y, std::string_view text, float height, float angle, int anchor) {
+  DrawLetters(x, y, text, height, angle, anchor, Marks::Obeyed);
+}
+
+float NameWidth(std::string_view name, float height) { return WidthOf(name, height, Marks::Drawn); }
+
+void DrawName(float x, float y, std::string_view name, float height, float angle, int anchor) {
+  DrawLetters(x, y, name, height, angle, anchor, Marks::Drawn);
 }

@@ -145,19 +145,22 @@ std::string PathOperators(const DisplayList& list, const PageMap& map) {
   return out;
 }
 
+char32_t NextCharacter(std::string_view text, std::size_t& at) {
+  const std::size_t i = at;
+  const unsigned char lead = text[i];
+  const int more = lead >= 0xf0 ? 3 : lead >= 0xe0 ? 2 : lead >= 0xc2 ? 1 : 0;
+  char32_t c = more ? lead & (0x3f >> more) : lead;
+  int taken = 0;
+  while (taken < more && i + taken + 1 < text.size() && (text[i + taken + 1] & 0xc0) == 0x80)
+    c = c << 6 | (text[i + ++taken] & 0x3f);
+  const bool whole = taken == more && c <= 0x10ffff && (c < 0xd800 || c > 0xdfff);
+  at += whole ? more + 1 : 1;
+  return whole ? c : lead;
+}
+
 std::u32string Characters(std::string_view text) {
   std::u32string out;
-  for (std::size_t i = 0; i < text.size();) {
-    const unsigned char lead = text[i];
-    const int more = lead >= 0xf0 ? 3 : lead >= 0xe0 ? 2 : lead >= 0xc2 ? 1 : 0;
-    char32_t c = more ? lead & (0x3f >> more) : lead;
-    int taken = 0;
-    while (taken < more && i + taken + 1 < text.size() && (text[i + taken + 1] & 0xc0) == 0x80)
-      c = c << 6 | (text[i + ++taken] & 0x3f);
-    const bool whole = taken == more && c <= 0x10ffff && (c < 0xd800 || c > 0xdfff);
-    out += whole ? c : lead;
-    i += whole ? more + 1 : 1;
-  }
+  for (std::size_t at = 0; at < text.size();) out += NextCharacter(text, at);
   return out;
 }
 

@@ -32,7 +32,10 @@ void AppendNumbers(std::string& out, std::initializer_list<double> values);
 // themselves: m l S w RG d for strokes, BT Tf rg Tm Tj ET for texts.
 std::string PathOperators(const DisplayList& list, const PageMap& map);
 
-// Characters of a UTF-8 text; bytes that are none stand for themselves.
+// The character of a UTF-8 text that begins at `at`, which moves behind it; a byte that is none
+// stands for itself.
+char32_t NextCharacter(std::string_view text, std::size_t& at);
+// All of them.
 std::u32string Characters(std::string_view text);
 
 bool WriteWholeFile(const std::string& path, const std::string& content);

@@ -28,6 +28,19 @@ std::vector<Path> Drawn(std::string_view text, float angle = 0, int anchor = 1) 
   return Strokes();
 }
 
+std::vector<Path> DrawnName(std::string_view name) {
+  IGrAreaClear();
+  PlotInit();
+  DrawName(500, 500, name, kHeight, 0, 1);
+  return Strokes();
+}
+
+// A character of Latin-1 in UTF-8.
+std::string Encoded(int code) {
+  if (code < 0x80) return {static_cast<char>(code)};
+  return {static_cast<char>(0xC0 | code >> 6), static_cast<char>(0x80 | (code & 0x3F))};
+}
+
 class Alphabet : public testing::Test {
  protected:
   void SetUp() override {
@@ -40,26 +53,86 @@ class Alphabet : public testing::Test {
 // wherever they do in print.
 TEST_F(Alphabet, ShapesAreDistinctAndInTheirPlace) {
   std::map<std::vector<std::pair<float, float>>, std::string> seen;
-  const auto look = [&](const std::string& text, bool alone) {
+  const auto look = [&](const std::string& text, bool alone, bool name = false) {
     std::vector<std::pair<float, float>> points;
-    const auto strokes = Drawn(text);
+    const auto strokes = name ? DrawnName(text) : Drawn(text);
     for (const Path& path : strokes)
       for (const DrawPoint& p : path) points.emplace_back(p.x, p.y);
     ASSERT_FALSE(points.empty()) << text;
     const Box box(strokes);
     EXPECT_TRUE(box.left >= 490 && box.right <= 562) << text;
-    EXPECT_TRUE(box.bottom >= 468 && box.top <= 610) << text;
+    EXPECT_TRUE(box.bottom >= 468 && box.top <= (name ? 631 : 610)) << text;
     const bool fresh = seen.emplace(points, text).second;
     EXPECT_TRUE(fresh || !alone) << text << " looks like " << seen[points];
   };
-  for (int code = 33; code <= 126; ++code)
-    if (code != '$' && code != '|') look(std::string(1, static_cast<char>(code)), true);
-  for (char c : std::string("abcdefghiklmnpqrstuvwxyzDFGLPQSUWXY"))
-    look(std::string("|") + c, true);
-  for (char c : std::string("ABCEHIKMNOTZo")) look(std::string("|") + c, false);
+  for (int code = 33; code <= 126; ++code) look(Encoded(code), true, true);
+  for (int code = 0xA1; code <= 0xFF; ++code) look(Encoded(code), code != 0xAD, true);  // a hyphen
+  for (char c : std::string("abcdefghiklnpqrstuvwxyzDFGLPQSUWXY")) look(std::string("|") + c, true);
+  for (char c : std::string("ABCEHIKMNOTZom")) look(std::string("|") + c, false);
   EXPECT_TRUE(Drawn(" ").empty());
-  for (const char* text : {"|j", "\x7f", "\xe9"}) EXPECT_EQ(Drawn(text), Drawn("_")) << text;
+  for (const char* text : {"|j", "\x7f", "\xc2\x85", "\xe2\x82\xac"})
+    EXPECT_EQ(Drawn(text), Drawn("_")) << text;
   for (char c = '0'; c <= '9'; ++c) EXPECT_NEAR(Box(Drawn(std::string(1, c))).Height(), 100, 1);
+}
+
+// An accented letter is the plain one and something above it, higher above a capital, or below it.
+TEST_F(Alphabet, AccentsKeepClearOfTheirLetters) {
+  const std::pair<const char*, const char*> kLetters[] = {{"A", "\xc0\xc1\xc2\xc3\xc4\xc5"},
+                                                          {"E", "\xc8\xcb"},
+                                                          {"I", "\xcf"},
+                                                          {"N", "\xd1"},
+                                                          {"O", "\xd2\xd6"},
+                                                          {"U", "\xd9\xdc"},
+                                                          {"Y", "\xdd"},
+                                                          {"a", "\xe0\xe1\xe2\xe3\xe4\xe5"},
+                                                          {"e", "\xe8\xeb"},
+                                                          {"n", "\xf1"},
+                                                          {"o", "\xf2\xf6"},
+                                                          {"u", "\xf9\xfc"},
+                                                          {"y", "\xfd\xff"},
+                                                          {"C", "\xc7"},
+                                                          {"c", "\xe7"}};
+  for (const auto& [plain, accented] : kLetters)
+    for (const char* c = accented; *c; ++c) {
+      const auto letter = DrawnName(plain);
+      const auto both = DrawnName(Encoded(static_cast<unsigned char>(*c)));
+      ASSERT_GT(both.size(), letter.size()) << plain;
+      EXPECT_TRUE(std::equal(letter.begin(), letter.end(), both.begin())) << plain;
+      const Box box(letter), accent({both.begin() + letter.size(), both.end()});
+      const bool below = *plain == 'C' || *plain == 'c';
+      EXPECT_TRUE(below ? accent.top <= 500 : accent.bottom > box.top + 3) << plain;
+      EXPECT_NEAR((accent.left + accent.right) / 2, (box.left + box.right) / 2, 6) << plain;
+    }
+}
+
+TEST_F(Alphabet, NamesAreDrawnAsTheyAre) {
+  const std::string name = "a$b|c@d\xc3\xbc";
+  EXPECT_FLOAT_EQ(NameWidth(name, 10), (8 * 0.75f - 0.25f) * 10);
+  const auto letters = DrawnName(name);
+  const Box whole(letters), dollar(DrawnName("$")), bar(DrawnName("|"));
+  EXPECT_NEAR(whole.top, bar.top, 0.1f);  // no script, and the marks themselves are seen
+  EXPECT_NEAR(whole.bottom, bar.bottom, 0.1f);
+  EXPECT_LT(dollar.bottom, 500);
+  EXPECT_NEAR(whole.right, Box(DrawnName("\xc3\xbc")).right + 7 * 75, 0.1f);
+  // The mark between texts of the program's own stands for itself in a name.
+  EXPECT_NE(DrawnName("a\x9cH"), Drawn("a\x9cH"));
+  EXPECT_EQ(DrawnName("\xe9"), DrawnName("\xc3\xa9"));  // a byte of Latin-1
+}
+
+TEST_F(Alphabet, TurnedTextsAreTheLevelOnesTurned) {
+  for (const float angle : {90.0f, -270.0f, 30.0f, 180.0f})
+    for (int anchor = 1; anchor <= 9; ++anchor) {
+      SCOPED_TRACE(testing::Message() << angle << " degrees, anchor " << anchor);
+      const auto level = Drawn("L$g$", 0, anchor), turned = Drawn("L$g$", angle, anchor);
+      const float c = std::cos(angle / RadToDeg), s = std::sin(angle / RadToDeg);
+      ASSERT_EQ(turned.size(), level.size());
+      for (std::size_t k = 0; k < level.size(); ++k)
+        for (std::size_t i = 0; i < level[k].size(); ++i) {
+          const float x = level[k][i].x - 500, y = level[k][i].y - 500;
+          ASSERT_NEAR(turned[k][i].x, 500 + x * c - y * s, 0.01f);
+          ASSERT_NEAR(turned[k][i].y, 500 + x * s + y * c, 0.01f);
+        }
+    }
 }
 
 TEST_F(Alphabet, AnchorsPlaceTheWholeText) {
@@ -86,7 +159,7 @@ TEST_F(Alphabet, ScriptsAndBytesBeyondAscii) {
   EXPECT_NEAR(Box(Drawn("$H$H")).right, h.right + 0.8f * 75, 0.1f);
   EXPECT_FALSE(Drawn("|").empty());  // nothing follows the mark: it stands for itself
   // One place for each character; the second byte of the last one is that of the superscript mark.
-  EXPECT_EQ(Drawn("n\xc3\xa4 \xc5\x9cH"), Drawn("n_ _H"));
+  EXPECT_EQ(Drawn("n\xe2\x82\xac \xc5\x9cH"), Drawn("n_ _H"));
   EXPECT_FLOAT_EQ(TextWidth("2|q\x9c-1\x9c@", 10), (5 * 0.75f - 0.25f) * 10);
 }
 
