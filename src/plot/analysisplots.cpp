@@ -8,7 +8,7 @@
 
 #include "crystal/matrix.h"  // for PolyFit
 #include "plot/page.h"
-#include "plot/plot.h"
+#include "plot/views.h"
 #include "toolkit/toolkit.h"
 #include "workspace/record.h"
 #include "workspace/workspace.h"
@@ -45,19 +45,18 @@ struct Frame {
 
 int PeakCount() { return std::min(ws.npeaks, MaxPeaks); }
 
-// The page with its title, the origin at the lower left corner of the frame. False with too few
-// peaks.
-bool BeginPage(Frame& frame) {
-  if (ws.npeaks < 2) {
-    MessageBoxError("Warning", "Too few points to plot");
-    return false;
-  }
-  frame.page = LayPage();
+// With too few peaks, or where no model can be fitted, the frame stays without the curve.
+bool TooFewPeaks() { return ws.npeaks < 2; }
+ViewComplaint TooFewPoints() { return {"Warning", "Too few points to plot"}; }
+ViewComplaint NoFit() { return {"Error", "LS error"}; }
+
+// The page with its title, the origin at the lower left corner of the frame.
+void BeginFrame(Frame& frame) {
+  frame.page = BeginPage();
   const float h = frame.page.textheight;
   MoveOrigin(ws.plotx0, ws.plotheight * 1.07f + ws.ploty0);
-  DrawText(ws.plotwidth * 0.5f, -2 * h, ws.stem20 + "     " + DateTimeStamp(), h, 0, 6);
+  DrawName(ws.plotwidth * 0.5f, -2 * h, ws.stem20 + "     " + DateTimeStamp(), h, 0, 6);
   MoveOrigin(0, -(ws.plotheight + 5 * h));
-  return true;
 }
 
 void RoundRanges(Frame& frame, Points& points) {
@@ -115,11 +114,9 @@ void DrawModel(const Frame& f, const Model& model) {
   DrawText(h, ws.plotheight - h, model.text, 1.2f * h, 0, 7);
 }
 
-// Least-squares polynomial; false after a message.
+// Least-squares polynomial; false if there is none.
 bool Fit(std::span<const float> x, std::span<const float> y, float* coef, int terms) {
-  if (PolyFit(x, y, coef, terms) == 0) return true;
-  MessageBoxError("Error", "LS error");
-  return false;
+  return PolyFit(x, y, coef, terms) == 0;
 }
 
 float TanTheta(float tth) { return std::tan(tth * 0.5f / RadToDeg); }
@@ -128,7 +125,7 @@ float PositiveRoot(float square) { return square > 1.0e-20f ? std::sqrt(square) 
 
 // FWHM squared as a polynomial in tan(theta), after Caglioti.
 bool FitWidths(std::span<const float> tth, std::span<const float> fwhm, Model& model) {
-  static float tangent[MaxPeaks], square[MaxPeaks];
+  float tangent[MaxPeaks], square[MaxPeaks];
   for (std::size_t i = 0; i < tth.size(); ++i) {
     tangent[i] = TanTheta(tth[i]);
     square[i] = fwhm[i] * fwhm[i];
@@ -153,37 +150,46 @@ bool FitShapes(std::span<const float> tth, std::span<const float> shape, Model& 
   return true;
 }
 
+// The points of the width plots: all average values, then the right ones, then the left ones.
+struct WidthPoints : Points {
+  int averages = 0, rights = 0;
+
+  WidthPoints(int average, int right) {
+    for (int j = 1; j <= PeakCount(); ++j) Add(ws.peaks(ptth, j), ws.peaks(average, j));
+    averages = n;
+    for (int j = 1; j <= PeakCount(); ++j)
+      if (ws.peaks(right, j) > 0) Add(ws.peaks(ptth, j), ws.peaks(right, j));
+    rights = n;
+    for (int j = 1; j <= PeakCount();
+         ++j)  // the left value is not kept: it follows from the others
+      if (ws.peaks(average, j) - ws.peaks(right, j) * 0.5f > 0)
+        Add(ws.peaks(ptth, j), 2 * ws.peaks(average, j) - ws.peaks(right, j));
+  }
+};
+
 }  // namespace
 
-void DrawWidthPlot() {
-  Frame frame;
-  if (!BeginPage(frame)) return;
+ViewComplaint DrawWidthPlot() {
   const bool shapes = ws.analysiskind == 2;
-  const int average = shapes ? pshape : pfwhm, right = shapes ? pshaper : pfwhmr;
-
-  static Points points;
-  points.n = 0;
-  for (int j = 1; j <= PeakCount(); ++j) points.Add(ws.peaks(ptth, j), ws.peaks(average, j));
-  const int averages = points.n;
-  for (int j = 1; j <= PeakCount(); ++j)
-    if (ws.peaks(right, j) > 0) points.Add(ws.peaks(ptth, j), ws.peaks(right, j));
-  const int rights = points.n;
-  for (int j = 1; j <= PeakCount(); ++j)  // the left value is not kept: it follows from the others
-    if (ws.peaks(average, j) - ws.peaks(right, j) * 0.5f > 0)
-      points.Add(ws.peaks(ptth, j), 2 * ws.peaks(average, j) - ws.peaks(right, j));
-
+  Frame frame;
+  BeginFrame(frame);
+  WidthPoints points(shapes ? pshape : pfwhm, shapes ? pshaper : pfwhmr);
   RoundRanges(frame, points);
   RoundToDegrees(frame);
   DrawFrame(frame, shapes ? "|g" : "FWHM");
+  if (TooFewPeaks()) return TooFewPoints();
+
+  const int averages = points.averages;
   DrawMarkers(frame, points, 0, averages, colours::kBlack);
   Model model;
   const bool enough = averages > kWidthTerms;
   if (enough && !(shapes ? FitShapes : FitWidths)(points.Xs().first(averages),
                                                   points.Ys().first(averages), model))
-    return;
-  DrawMarkers(frame, points, averages, rights, colours::kRed);
-  DrawMarkers(frame, points, rights, points.n, colours::kGreen);
+    return NoFit();
+  DrawMarkers(frame, points, averages, points.rights, colours::kRed);
+  DrawMarkers(frame, points, points.rights, points.n, colours::kGreen);
   if (enough) DrawModel(frame, model);
+  return {};
 }
 
 namespace {
@@ -203,46 +209,60 @@ float NetWidth(int peak) {
   return square < kSmallestNetWidth ? kSmallestNetWidth : std::sqrt(square);
 }
 
-void DrawSizes(Frame& frame, Points& points) {
+Points SizePoints() {
+  Points points;
   const float k = ws.spgeom * ws.wavelen(1) * RadToDeg;
   for (int j = 1; j <= PeakCount(); ++j) {
     const float tth = ws.peaks(ptth, j), net = NetWidth(j);
     points.Add(tth, net > 1.0e-31f ? k / (net * std::cos(tth * 0.5f / RadToDeg)) : 0.0f);
   }
-  RoundRanges(frame, points);
-  DrawFrame(frame, "Particle size (A)");
-  DrawMarkers(frame, points, 0, points.n, colours::kBlack);
-  if (points.n < 1) return;
+  return points;
+}
+
+ViewComplaint DrawMean(const Frame& frame, const Points& points) {
+  if (points.n < 1) return {};
   float sum = 0;
   for (const float size : points.Ys()) sum += size;
   const float mean = frame.Y(sum / static_cast<float>(points.n));
   PenUp(frame.X(points.x[0]), mean);
   PenDown(frame.X(points.x[points.n - 1]), mean);
+  return {};
 }
 
 // Net width times cos(theta) against 4 sin(theta): the slope is the strain, the intercept goes with
 // the reciprocal of the size.
-void DrawWilliamsonHall(Frame& frame, Points& points) {
+Points WilliamsonHallPoints() {
+  Points points;
   for (int j = 1; j <= PeakCount(); ++j) {
     const float theta = ws.peaks(ptth, j) * 0.5f / RadToDeg;
     points.Add(4 * std::sin(theta), std::cos(theta) * NetWidth(j) / RadToDeg);
   }
-  RoundRanges(frame, points);
-  DrawFrame(frame, "Size parameter", "4*sin(|q)");
-  DrawMarkers(frame, points, 0, points.n, colours::kBlack);
+  return points;
+}
+
+ViewComplaint DrawStrainLine(const Frame& frame, const Points& points) {
   float line[kLineTerms] = {};
-  if (points.n <= kLineTerms || !Fit(points.Xs(), points.Ys(), line, kLineTerms)) return;
+  if (points.n <= kLineTerms) return {};
+  if (!Fit(points.Xs(), points.Ys(), line, kLineTerms)) return NoFit();
   const float strain = line[1], b = line[0], size = b > 0 ? ws.wavelen(1) / b : 0.0f;
   DrawModel(frame, {[=](float x) { return strain * x + b; },
                     WriteRecord<"('Size =',f8.1,' (A)  Strain =',f8.6)">(size, strain)});
+  return {};
 }
 
 }  // namespace
 
-void DrawSizePlot() {
+ViewComplaint DrawSizePlot() {
+  const bool line = ws.analysiskind == 2;
   Frame frame;
-  if (!BeginPage(frame)) return;
-  static Points points;
-  points.n = 0;
-  (ws.analysiskind == 2 ? DrawWilliamsonHall : DrawSizes)(frame, points);
+  BeginFrame(frame);
+  Points points = line ? WilliamsonHallPoints() : SizePoints();
+  RoundRanges(frame, points);
+  if (line)
+    DrawFrame(frame, "Size parameter", "4*sin(|q)");
+  else
+    DrawFrame(frame, "Particle size (A)");
+  if (TooFewPeaks()) return TooFewPoints();
+  DrawMarkers(frame, points, 0, points.n, colours::kBlack);
+  return (line ? DrawStrainLine : DrawMean)(frame, points);
 }

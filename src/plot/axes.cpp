@@ -125,8 +125,7 @@ void AxisLinear(float length, float lo, float hi, float factor, float tick, floa
   const AxisLine axis{length, lo, factor, tick, textheight, angle, angle < 0};
   const Ticks ticks = LayTicks(length, lo, hi);
   const float farsize = std::max(std::abs(lo), std::abs(hi));
-  static AxisLabels labels;
-  labels.count = 0;
+  AxisLabels labels;
   labels.unit = ticks.major;
   labels.step = ticks.step;
   axis.Base();
@@ -202,8 +201,7 @@ void AxisTwoTheta(float length, float lo, float hi, float factor, float tick, fl
   for (int i = 0; i < count; ++i)
     axis.Tick(axis.Place((majors.first + static_cast<float>(i)) * major), tick);
 
-  static AxisLabels labels;
-  labels.count = 0;
+  AxisLabels labels;
   labels.step = minor;
   labels.unit = LabelSpacing(row.major, count) * unit;
   const Multiples spaced(first, last, labels.unit);

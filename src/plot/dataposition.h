@@ -1,6 +1,8 @@
-// Positions of the mouse on the pattern plot in data units of the view on show.
+// Positions of the mouse on the pattern plot in data units of the view on show, and what they are
+// in the pattern: two-theta in degrees and counts.
 #pragma once
 
+#include "plot/scales.h"  // for Log10
 #include "workspace/workspace.h"
 
 struct DataPoint {
@@ -14,6 +16,22 @@ inline DataPoint ToData(float x, float y) {
 inline bool InView(DataPoint at) {
   return at.x >= ws.viewxmin && at.x <= ws.viewxmax && at.y >= ws.viewymin && at.y <= ws.viewymax;
 }
+
+// From two-theta to the x axis on show and back, with the wavelength of its d and Q; 0 where there
+// is no such place.
+float ShownX(float tth);
+float TwoThetaOf(float shownx);
+
+inline bool LogarithmicY() { return ws.yaxismode == 2; }
+
+// Counts as the y axis shows them; what has no logarithm stands at 0.
+inline float ShownY(float counts) {
+  if (!LogarithmicY()) return counts;
+  return counts > 0 ? Log10(counts) : 0.0f;
+}
+
+DataPoint ShownPosition(DataPoint stored);
+DataPoint StoredPosition(DataPoint shown);
 
 // Writes a position within the view to the status bar.
 void ShowReadOuts(DataPoint at);

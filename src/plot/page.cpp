@@ -4,11 +4,8 @@
 #include "toolkit/toolkit.h"
 #include "workspace/workspace.h"
 
-PageLayout LayPage() {
+void LayPage() {
   const bool paper = ws.printflag == 1;
-  PlotInit();
-  SetPen(1, 1, colours::kBlack);
-  IGrUnitsRotate(paper ? 270 : 0);
   const float scale = paper ? PaperScale : 1.0f;
   ws.plotscalex = ws.plotscaley = scale;
   ws.plotwidth = ws.plotheight = scale * 850;
@@ -18,5 +15,12 @@ PageLayout LayPage() {
     ws.plotwidth *= 1.1f;
     ws.plotheight *= 0.9f;
   }
+}
+
+PageLayout BeginPage() {
+  PlotInit();
+  SetPen(1, 1, colours::kBlack);
+  IGrUnitsRotate(ws.printflag == 1 ? 270 : 0);
+  const float scale = ws.plotscalex;
   return {scale, scale * 15, scale * 10};
 }

@@ -20,8 +20,10 @@ struct PageLayout {
   float textheight, tick;
 };
 
-// Resets the pen, turns the page for print, and sets the plot's place and size in the Workspace.
-PageLayout LayPage();
+// Sets the plot's place and size in the Workspace.
+void LayPage();
+// Resets the pen and turns the page for print.
+PageLayout BeginPage();
 
 // The block of information below the pattern plot on paper.
 void DrawPlotHeader(const PageLayout& page);

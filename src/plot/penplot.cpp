@@ -68,12 +68,6 @@ void LineAt(float x, float y, float length, float angle) {
   PenDown(x + length * std::cos(angle / RadToDeg), y + length * std::sin(angle / RadToDeg));
 }
 
-void Polyline(const float* xs, const float* ys, int n) {
-  const float xmin = xs[n], xfactor = xs[n + 1], ymin = ys[n], yfactor = ys[n + 1];
-  for (int i = 0; i < n; ++i)
-    (i == 0 ? PenUp : PenDown)((xs[i] - xmin) * xfactor, (ys[i] - ymin) * yfactor);
-}
-
 void Rectangle(float x, float y, float w, float h, float angle) {
   const float c = std::cos(angle / RadToDeg), s = std::sin(angle / RadToDeg);
   PenUp(x, y);

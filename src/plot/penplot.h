@@ -22,8 +22,6 @@ void PenDown(float x, float y);
 void PenPosition(float& x, float& y);
 // From (x, y) at an angle in degrees; a length of 0 means the default tick.
 void LineAt(float x, float y, float length, float angle);
-// Draws n points. Behind the n values of each list stand the minimum and the factor of NiceRange.
-void Polyline(const float* xs, const float* ys, int n);
 void Rectangle(float x, float y, float w, float h, float angle);
 // kind 1 square, 2 triangle, 3 circle, 4 hexagon, 5 diamond, 6 X, 7 plus, 8 and 9 dashes.
 void Marker(int kind, float x, float y, float size);

@@ -22,38 +22,32 @@ float Decade(float value, float shift) {
 
 }  // namespace
 
-void NiceRange(float* list, int n, float length) {
-  float low = 0, high = 0;
-  bool any = false;
-  for (int i = 0; i < n; ++i) {
-    if (!std::isfinite(list[i])) continue;
-    low = any ? std::min(low, list[i]) : list[i];
-    high = any ? std::max(high, list[i]) : list[i];
-    any = true;
-  }
+Range Rounded(float low, float high) {
   const bool upward = std::abs(high) >= std::abs(low) && !(low == high && high < 0);
   const float far = upward ? high : low, near = upward ? low : high;
   const float s = upward ? 1.0f : -1.0f;
-  float factor = 0;
-  if (far == 0) {
-    low = high = 0;
-  } else {
-    const float p = std::max(Decade(far, -1), FLT_MIN);
-    const auto whole = [=](float steps) { return std::trunc(steps) * p + 0.0f; };  // no minus zero
-    const float farlimit = whole(s * 0.99999f + far / p);
-    const bool sameside = near * s > 0;
-    const float nearlimit = whole(sameside ? near / p : near / p - s * 0.99999f);
-    low = std::clamp(upward ? nearlimit : farlimit, -FLT_MAX, FLT_MAX);
-    high = std::clamp(upward ? farlimit : nearlimit, -FLT_MAX, FLT_MAX);
-    if (low == high) {
-      low -= p;
-      high += p;
-    }
-    factor = std::min(length / (high - low), FLT_MAX);
-  }
-  list[n] = low;
-  list[n + 1] = factor;
-  list[n + 2] = high;
+  if (far == 0) return {0, 0};
+  const float p = std::max(Decade(far, -1), FLT_MIN);
+  const auto whole = [=](float steps) { return std::trunc(steps) * p + 0.0f; };  // no minus zero
+  const float farlimit = whole(s * 0.99999f + far / p);
+  const bool sameside = near * s > 0;
+  const float nearlimit = whole(sameside ? near / p : near / p - s * 0.99999f);
+  const Range range{std::clamp(upward ? nearlimit : farlimit, -FLT_MAX, FLT_MAX),
+                    std::clamp(upward ? farlimit : nearlimit, -FLT_MAX, FLT_MAX)};
+  return range.lo == range.hi ? Range{range.lo - p, range.hi + p} : range;
+}
+
+float ScaleOf(const Range& range, float length) {
+  return range.lo == range.hi ? 0.0f : std::min(length / (range.hi - range.lo), FLT_MAX);
+}
+
+void NiceRange(float* list, int n, float length) {
+  Extremes extremes;
+  for (int i = 0; i < n; ++i) extremes.Take(list[i]);
+  const Range range = Rounded(extremes.low, extremes.high);
+  list[n] = range.lo;
+  list[n + 1] = ScaleOf(range, length);
+  list[n + 2] = range.hi;
 }
 
 namespace {

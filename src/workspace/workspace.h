@@ -150,8 +150,10 @@ struct Workspace : PerPattern {
   float plotx0 = 0, ploty0 = 0, plotwidth = 0, plotheight = 0;  // plot area, drawing units
   float xperunit = 0, yperunit = 0;                             // data units per drawing unit
   float plotscalex = 1, plotscaley = 1;
-  int printflag = 0;  // 1 while a hardcopy is drawn
-  int epsflag = 0;    // 1 while an EPS file is drawn
+  // What LayView() has found beside these and what DrawView() needs
+  float curvexmin = 0, curvexmax = 0;  // x range of the primary curve's points, before rounding
+  int printflag = 0;                   // 1 while a hardcopy is drawn
+  int epsflag = 0;                     // 1 while an EPS file is drawn
 
   // Files and names
   std::string patternpath;

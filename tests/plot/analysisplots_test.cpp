@@ -28,6 +28,12 @@ class AnalysisPlots : public testing::Test {
         numbers.push_back(std::stof(t.text.substr(++at)));
     return numbers;
   }
+  static bool HasFrame() {
+    const auto strokes = Strokes(ScreenList(), colours::kBlack);
+    return std::ranges::any_of(strokes, [](const Path& p) {
+      return p.size() == 5 && p[0] == p[4] && p[2].x - p[0].x == 850 && p[2].y - p[0].y == 850;
+    });
+  }
   // Squares of the size of a marker.
   static std::vector<Path> Markers(int colour) {
     auto strokes = Strokes(ScreenList(), colour);
@@ -75,29 +81,57 @@ TEST_F(AnalysisPlots, WilliamsonHallLineComesBack) {
   EXPECT_NEAR(found[1], strain, 2e-5f);
 }
 
+// Right values where there are any, left ones where they are positive, as far below the average as
+// the right ones are above it.
 TEST_F(AnalysisPlots, RightAndLeftPointsWhereTheyExist) {
-  SetPeaks(4, [](float) { return 0.1f; });
-  ws.peaks(pfwhmr, 1) = 0.12f;
-  ws.peaks(pfwhmr, 2) = 0.3f;  // above twice the average: no left value
-  RedrawView(0);
-  EXPECT_EQ(Markers(colours::kBlack).size(), 4u);
-  EXPECT_EQ(Markers(colours::kRed).size(), 2u);
-  EXPECT_EQ(Markers(colours::kGreen).size(), 3u);
+  for (const auto& [kind, average, right] :
+       {std::array<int, 3>{1, pfwhm, pfwhmr}, {2, pshape, pshaper}}) {
+    SCOPED_TRACE(kind);
+    SetUp();
+    ws.analysiskind = kind;
+    SetPeaks(MaxPeaks, [](float) { return 0.1f; });
+    for (int j = 1; j <= MaxPeaks; ++j) {
+      ws.peaks(average, j) = 0.125f;
+      ws.peaks(right, j) = 0.15f;
+    }
+    ws.peaks(right, 1) = 0;
+    ws.peaks(right, 2) = 0.25f;  // twice the average: no left value
+    RedrawView(0);
+    const auto averages = Markers(colours::kBlack), rights = Markers(colours::kRed),
+               lefts = Markers(colours::kGreen);
+    ASSERT_EQ(averages.size(), 200u);
+    ASSERT_EQ(rights.size(), 199u);
+    ASSERT_EQ(lefts.size(), 199u);
+    const float above = rights[10][0].y - averages[11][0].y;
+    EXPECT_GT(above, 50);
+    EXPECT_NEAR(averages[11][0].y - lefts[10][0].y, above, 0.1f);
+    EXPECT_NEAR(rights[0][0].y - averages[1][0].y, 5 * above, 0.1f);
+    EXPECT_NEAR(lefts[0][0].y - averages[0][0].y, 5 * above, 0.1f);  // as if the right one were 0
+    for (int k : {10, 198}) {
+      EXPECT_EQ(rights[k][0].x, averages[k + 1][0].x);
+      EXPECT_EQ(lefts[k][0].x, averages[k + 1][0].x);
+    }
+  }
 }
 
-// One peak is told of; two or three are drawn, without the numbers of a model that they leave open.
-// Nothing leaves the window, hostile widths included.
+// No peak and one peak are told of; two or three are drawn, without the numbers of a model that
+// they leave open. Nothing leaves the window, hostile widths included.
 TEST_F(AnalysisPlots, FromOnePeakToAFullList) {
   OpenWindow(640, 480);
   for (const auto& [view, kind, terms] : {std::array{3, 1, 3}, {3, 2, 3}, {4, 1, 999}, {4, 2, 2}})
-    for (int n : {1, 2, 3, 4, MaxPeaks}) {
+    for (int n : {0, 1, 2, 3, 4, MaxPeaks}) {
       SCOPED_TRACE(testing::Message() << n << " peaks, view " << view << " " << kind);
       ws.viewmode = view;
       ws.analysiskind = kind;
       SetPeaks(n, [](float tth) { return 0.2f + tth * 0.001f; });
       RedrawView(0);
-      if (n == 1) {
+      if (n < 2) {  // frame, axes and title without the curve
         EXPECT_EQ(Events(), std::vector<std::string>{"box\tWarning\tToo few points to plot"});
+        EXPECT_EQ(DrawView().text, "Too few points to plot");
+        EXPECT_TRUE(Events().empty());
+        EXPECT_TRUE(Markers(colours::kBlack).empty());
+        EXPECT_TRUE(HasFrame());
+        EXPECT_FALSE(ReadTexts(ScreenList(), 15).empty());
         continue;
       }
       EXPECT_EQ(Markers(colours::kBlack).size(), static_cast<std::size_t>(n));

@@ -74,13 +74,17 @@ struct ReadText {
 inline std::vector<ReadText> ReadTexts(const DisplayList& list, float height, float angle = 0,
                                        int mostblanks = 0) {
   const DisplayList drawn = list;
-  std::vector<std::pair<Path, char>> letters;
+  std::vector<std::pair<Path, std::string>> letters;
   PlotInit();
-  for (char c :
-       std::string("0123456789.-ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz=()%/_:")) {
+  const std::string_view known =
+      "0123456789.-ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz=()%/_:$@"
+      "\xc3\xbc\xc3\x9f\xc2\xb0";
+  for (std::size_t at = 0; at < known.size();) {
+    const std::string letter(known.substr(at, known[at] < 0 ? 2 : 1));
+    at += letter.size();
     IGrAreaClear();
-    DrawText(0, 0, {&c, 1}, height, angle, 1);
-    letters.emplace_back(list.points, c);
+    DrawName(0, 0, letter, height, angle, 1);
+    letters.emplace_back(list.points, letter);
   }
   IGrAreaClear();
   // Letters that are part of another come behind it.

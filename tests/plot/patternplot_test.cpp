@@ -1,5 +1,7 @@
 #include <array>
 #include <functional>
+#include <map>
+#include <memory>
 
 #include "plot/drawing.h"
 
@@ -106,7 +108,12 @@ TEST_F(PatternPlot, CurvesInEveryView) {
       {"log, zero counts", axes(AxisTth, 2, 0), kBlack, 401, {20, 0}, {60, 2}},
       {"d", axes(AxisD, 1, 100), kBlack, 401, {D(20), 100}, {D(60), 100}},
       {"Q", axes(AxisQ, 1, 100), kBlack, 401, {Q(20), 100}, {Q(60), 100}},
-      {"band", band(25.03f, 32.05f, 150, 700), kBlack, 70, {25.1f, 150}, {32, 150}},
+      {"band",
+       band(25.03f, 32.05f, 50, 1100),
+       kBlack,
+       70,
+       {25.1f, Counts(25.1f)},
+       {32, Counts(32)}},
       {"band of ten steps", band(25, 25.9f, 150, 700), kBlack, 401, {20, 100}, {60, 100}},
       {"band of 4 counts", band(25, 32, 150, 154), kBlack, 401, {20, 100}, {60, 100}},
       {"background", with(3, SlotBackground, 300), kGreen, 401, {20, 300}, {60, 300}},
@@ -118,6 +125,7 @@ TEST_F(PatternPlot, CurvesInEveryView) {
       {"refined", with(5, SlotRefined, 130), kOrange, 401, {20, 130}, {60, 130}},
       {"difference", with(21, SlotRefined, 170), kBrown, 401, {20, 30}, {60, 30}},
       {"difference without (C)", with(17, SlotRefined, 170), kBrown, 0},
+      {"difference, log", [=] { ws.yaxismode = 2, with(21, SlotRefined, 170)(); }, kBrown, 0},
       {"overlay 1", with(1, 5, 40, 100), kOrange, 100, {20.5f, 740}, {30.4f, 740}},
       {"overlay 2", with(1, 6, 40, 100), kMagenta, 100, {21, 1440}, {30.9f, 1440}},
       {"overlay cut at the end", with(1, 5, 40), kOrange, 396, {20.5f, 740}, {60, 740}},
@@ -167,13 +175,23 @@ TEST_F(PatternPlot, ManualPointsGridAndOverlayName) {
   RedrawView(1);
   EXPECT_EQ(Curves(kOrange).size(), 2u);  // one plus sign
   EXPECT_NEAR(Curves(kOrange)[0][0].y, 500, 0.1f);
-  EXPECT_EQ(Curves(kGrid).size(), 41u + 91u);  // every degree, every 10 counts
-  EXPECT_NEAR(Curves(kGrid)[1][0].x, 21, 1e-3f);
+  const auto grid = Curves(kGrid);
+  ASSERT_EQ(grid.size(), 41u + 91u);  // every degree, every 10 counts
+  for (std::size_t i = 0; i < grid.size(); ++i) {
+    const auto k = static_cast<float>(i < 41 ? i : i - 41);
+    const DrawPoint from = i < 41 ? DrawPoint{20 + k, 100} : DrawPoint{20, 100 + 10 * k},
+                    to = i < 41 ? DrawPoint{20 + k, 1000} : DrawPoint{60, 100 + 10 * k};
+    EXPECT_NEAR(grid[i][0].x, from.x, 1e-3f);
+    EXPECT_NEAR(grid[i][0].y, from.y, 0.05f);
+    EXPECT_NEAR(grid[i][1].x, to.x, 1e-3f);
+    EXPECT_NEAR(grid[i][1].y, to.y, 0.05f);
+  }
   ws.noverlay = 1;
-  ws.overlayname(1) = "/data/a-name-of-twenty-four.v2.xy";
+  ws.overlayname(1) =
+      "/data/25\xc2\xb0-$-of-twenty-fo\xc3\xbcr.v2.xy";  // 20 bytes end inside a letter
   RedrawView(1);
   const auto names = ReadTexts(ScreenList(), 1.2f * 15);
-  const auto name = std::ranges::find(names, "a-name-of-twenty-fou", &ReadText::text);
+  const auto name = std::ranges::find(names, "25\xc2\xb0-$-of-twenty-fo", &ReadText::text);
   ASSERT_NE(name, names.end());
   EXPECT_NEAR(name->end.x, 940, 0.1f);
   EXPECT_NEAR(name->begin.y + 18, 950 - 20 - 30, 0.1f);
@@ -183,10 +201,15 @@ TEST_F(PatternPlot, WhatCannotBeDrawnIsToldOnce) {
   const auto complains = [](const std::string& text) {
     ws.plotmask = 63;
     ws.npeaks = ws.nmanualbg = ws.xgrid = ws.ygrid = 1;
+    const ViewComplaint complaint = LayView();
+    EXPECT_EQ(complaint.caption + complaint.text, "Error" + text);
+    EXPECT_TRUE(Events().empty());
+    ws.plotmask = 63;
     RedrawView(1);
     EXPECT_EQ(ws.plotmask, 0);
     RedrawView(0);
     EXPECT_EQ(Events(), std::vector<std::string>{"box\tError\t" + text});
+    EXPECT_TRUE(ScreenList().points.empty());
   };
   for (int n : {0, 1}) {
     for (int slot = 1; slot <= 4; ++slot) ws.npts(slot) = n;
@@ -205,6 +228,138 @@ TEST_F(PatternPlot, WhatCannotBeDrawnIsToldOnce) {
   EXPECT_TRUE(Events().empty());
 }
 
+// All view fields that a redraw writes.
+std::vector<float> ViewFields() {
+  return {ws.viewxmin,   ws.viewxmax,   ws.viewymin,  ws.viewymax,   ws.plotxmin, ws.plotxmax,
+          ws.plotx0,     ws.ploty0,     ws.plotwidth, ws.plotheight, ws.xperunit, ws.yperunit,
+          ws.plotscalex, ws.plotscaley, ws.curvexmin, ws.curvexmax};
+}
+
+void ExpectSame(const DisplayList& found, const DisplayList& expected) {
+  EXPECT_EQ(found.points, expected.points);
+  ASSERT_EQ(found.strokes.size(), expected.strokes.size());
+  for (std::size_t i = 0; i < found.strokes.size(); ++i)
+    EXPECT_EQ(found.strokes[i].pen, expected.strokes[i].pen);
+}
+
+// Drawing changes nothing, and a view is back as it was when its fields are.
+TEST_F(PatternPlot, AViewIsDrawnFromItsFields) {
+  for (int slot : {SlotBackground, SlotRefined, SlotOverlay}) FillSlot(slot, 401, Counts);
+  ws.npeaks = ws.nmanualbg = ws.noverlay = ws.xgrid = 1;
+  ws.peaks(ptth, 1) = ws.manualbg(1, 1) = kPeak;
+  ws.manualbg(2, 1) = 300;
+  ws.displacey = 33;
+  for (ws.xaxismode = AxisTth; ws.xaxismode <= AxisQ; ++ws.xaxismode) {
+    SCOPED_TRACE(ws.xaxismode);
+    ws.plotmask = 63;
+    RedrawView(1);
+    const auto before = std::make_unique<Workspace>(ws);
+    const DisplayList full = ScreenList();
+    const auto fields = ViewFields();
+    EXPECT_TRUE(DrawView().empty());
+    ExpectSame(ScreenList(), full);
+    EXPECT_EQ(ViewFields(), fields);
+    const float a = ShownX(22.03f), b = ShownX(45.05f);
+    Band(std::min(a, b), std::max(a, b), 150, 700);
+    EXPECT_NE(ScreenList().points, full.points);
+    ws = *before;
+    EXPECT_TRUE(DrawView().empty());
+    ExpectSame(ScreenList(), full);
+  }
+}
+
+// Lines end where they cross the frame; what lies outside is not drawn along its edge.
+TEST_F(PatternPlot, CurvesAreClippedToTheFrame) {
+  FillSlot(SlotInput, 401, [](float tth) { return 25 * (tth - 20.02f); });
+  const auto refined = [](const std::function<float(float)>& counts) {
+    FillSlot(SlotRefined, 401, counts);
+    ws.plotmask = PlotInput | PlotRefined;
+    Band(25.03f, 55.05f, 210, 690);
+    return Curves(kOrange);
+  };
+  EXPECT_TRUE(refined([](float) { return 205.0f; }).empty());
+  EXPECT_TRUE(refined([](float) { return 695.0f; }).empty());
+  const Path ramp = Curve(kBlack);
+  ASSERT_EQ(ramp.size(), 192u + 2);  // 28.5 to 47.6, and both crossings
+  EXPECT_NEAR(ramp.front().x, 28.42f, 2e-3f);
+  EXPECT_NEAR(ramp.front().y, 210, 0.01f);
+  EXPECT_NEAR(ramp.back().x, 47.62f, 2e-3f);
+  EXPECT_NEAR(ramp.back().y, 690, 0.01f);
+
+  bool up = false;
+  const auto zigzag = refined([&](float) { return (up = !up) ? 1e30f : -1e30f; });
+  ASSERT_EQ(zigzag.size(), 299u);
+  for (const Path& line : zigzag) {
+    ASSERT_EQ(line.size(), 2u);
+    EXPECT_NEAR(std::abs(line[1].y - line[0].y), 690 - 210, 0.01f);
+  }
+  const auto step = refined([](float tth) { return tth < 40.05f ? 700.0f : 300.0f; });
+  ASSERT_EQ(step.size(), 1u);
+  EXPECT_NEAR(step[0][0].x, 40.0025f, 2e-3f);
+  EXPECT_NEAR(step[0][0].y, 690, 0.01f);
+  EXPECT_NEAR(step[0][1].x, 40.1f, 2e-3f);
+  const auto cliff = refined([](float tth) { return tth < 40.05f ? -INFINITY : 300.0f; });
+  ASSERT_EQ(cliff.size(), 1u);
+  EXPECT_NEAR(cliff[0][0].y, 210, 0.01f);
+  EXPECT_NEAR(cliff[0][0].x, 40.05f, 0.06f);
+
+  SetUp();  // from 100 to 1000 counts
+  ws.yaxismode = 2;
+  ws.plotmask = PlotInput | PlotBackground;
+  FillSlot(SlotBackground, 401, [](float tth) { return tth < 30 ? 0.0f : 50.0f; });
+  RedrawView(1);
+  EXPECT_TRUE(Curves(kGreen).empty());
+  EXPECT_EQ(Curve(kBlack).size(), 401u);
+}
+
+// Picked places are kept as two-theta and counts, and drawn where they lie on the axes on show.
+TEST_F(PatternPlot, PlacesOnTheAxesOnShow) {
+  ws.npeaks = ws.nmanualbg = 1;
+  ws.peaks(ptth, 1) = kPeak;
+  ws.manualbg(1, 1) = 40;
+  ws.manualbg(2, 1) = 250;
+  ws.wavelen(1) = 0.7093f;  // of no account: the axes stand for another one
+  const auto near = [](float value, float expected) {
+    EXPECT_NEAR(value, expected, 1e-3f * std::abs(expected) + 1e-3f);
+  };
+  const auto expectplaces = [&](float (*shown)(float), float (*showny)(float)) {
+    ws.plotmask = PlotInput | PlotPeaks;
+    RedrawView(1);
+    const auto ticks = Curves(kMagenta), cross = Curves(kOrange);
+    ASSERT_EQ(ticks.size(), 1u);
+    near(ticks[0][1].x, shown(kPeak));
+    near(ticks[0][1].y, showny(Counts(28.4f)));
+    ASSERT_EQ(cross.size(), 2u);
+    near(cross[1][0].x, shown(40));
+    near(cross[0][0].y, showny(250));
+    for (int i = 1; i <= 401; i += 20) {
+      const float tth = ws.xval(AxisTth, SlotInput, i), counts = ws.yval(SlotInput, i);
+      EXPECT_EQ(ShownX(tth), ws.xval(ws.xaxismode, SlotInput, i));
+      near(TwoThetaOf(shown(tth)), tth);
+      const DataPoint there = ShownPosition({tth, counts}), back = StoredPosition(there);
+      near(there.x, shown(tth));
+      near(there.y, showny(counts));
+      near(back.x, tth);
+      near(back.y, counts);
+    }
+  };
+  const auto same = [](float value) { return value; };
+  const auto log = [](float counts) { return std::log10(counts); };
+  for (ws.yaxismode = 1; ws.yaxismode <= 2; ++ws.yaxismode) {
+    float (*const y)(float) = ws.yaxismode == 1 ? +same : +log;
+    ws.xaxismode = AxisTth;
+    expectplaces(same, y);
+    ws.xaxismode = AxisD;
+    expectplaces(D, y);
+    for (float none : {0.0f, -1.0f, 0.77f}) EXPECT_EQ(TwoThetaOf(none), 0) << none;
+    ws.xaxismode = AxisQ;
+    expectplaces(Q, y);
+    for (float none : {0.0f, -1.0f, 8.16f}) EXPECT_EQ(TwoThetaOf(none), 0) << none;
+    for (float none : {0.0f, -20.0f}) EXPECT_EQ(ShownX(none), 0) << none;
+  }
+  EXPECT_EQ(ShownPosition({20, 0}).y, 0);  // on the logarithmic axis
+}
+
 TEST_F(PatternPlot, HeaderBlockOnPaper) {
   const struct {
     const char *field, *shown;
@@ -212,10 +367,12 @@ TEST_F(PatternPlot, HeaderBlockOnPaper) {
                     {"0", "0"},     {"7500", "2 h 5 min"},   {"two days", "0"}};
   ws.infodepartment = "Crystallography";
   ws.infoaddress = "12 Long Street";
-  ws.sampleid = "Silicon";
-  ws.gdfhead(5) = "A. Person";
+  ws.sampleid = "Silicon $100@";
+  ws.gdfhead(5) = "A. M\xc3\xbcller";
   ws.scandate = "2026-03-01";
-  ws.patternpath = "/data/silicon.xy";
+  ws.patternpath =
+      "/home/somebody/measurements/of/the/year/2026/in/folders/with/long/names/below/the/"
+      "others/25\xc2\xb0/silicon.xy";
   ws.profrvalue = 0.04567f;
   ws.crystallinity = 45.25f;
   ws.cryststart = 10;
@@ -226,18 +383,45 @@ TEST_F(PatternPlot, HeaderBlockOnPaper) {
     OpenPaper();
     RedrawView(1);
     ExpectInside(PaperList(), 180, 254);
-    const auto lines = Lines(ReadTexts(PaperList(), 15 * PaperScale, 0, 24));
-    const std::vector<std::string> block = {"Quillagram              Crystallography",
-                                            "12 Long Street",
-                                            "Sample:                  Silicon",
-                                            "Operator:                 A. Person",
-                                            "Exposure time:           " + std::string(e.shown),
-                                            "Profile R-value:          0.04567",
-                                            "Pattern file:            /data/silicon.xy",
-                                            "Data collection date:    2026-03-01",
-                                            "Crystallinity:            45.25 ( 10.00- 90.00)"};
-    EXPECT_EQ(std::vector(std::ranges::find(lines, block[0]), lines.end()), block);
+    const auto texts = ReadTexts(PaperList(), 15 * PaperScale, 0, 24);
+    const std::pair<std::string, float> kBlock[] = {
+        {"Quillagram              Crystallography", 0},
+        {"12 Long Street", 12},
+        {"Sample:                  Silicon $100@", 22},
+        {"Operator:                 A. M\xc3\xbcller", 28},
+        {"Exposure time:           " + std::string(e.shown), 34},
+        {"Profile R-value:          0.04567", 40},
+        {"Pattern file:            "
+         "...folders/with/long/names/below/the/others/25\xc2\xb0/silicon.xy",
+         46},
+        {"Data collection date:    2026-03-01", 52},
+        {"Crystallinity:            45.25 ( 10.00- 90.00)", 58}};
+    auto text = std::ranges::find(texts, kBlock[0].first, &ReadText::text);
+    for (const auto& [line, fall] : kBlock) {
+      ASSERT_NE(text, texts.end()) << line;
+      EXPECT_EQ(text->text, line);
+      const float top = 125 - (4 * 1.584f + 2) * 2.6f;
+      EXPECT_NEAR(text->begin.y, top - 15 * PaperScale - fall, 0.02f) << line;
+      ++text;
+    }
+    EXPECT_EQ(text, texts.end());
   }
+}
+
+// On paper as on the screen: solid lines, told apart by their colours.
+TEST_F(PatternPlot, CurvesOnPaperAreSolid) {
+  for (int slot : {SlotBackground, SlotRefined, SlotOverlay}) FillSlot(slot, 401, Counts);
+  ws.plotmask = 63;
+  ws.noverlay = 1;
+  ws.printflag = 1;
+  OpenPaper();
+  RedrawView(1);
+  std::map<std::uint32_t, std::size_t> longest;
+  for (const Stroke& s : PaperList().strokes) {
+    EXPECT_EQ(s.pen.linetype, 0);
+    longest[s.pen.colour] = std::max(longest[s.pen.colour], s.count);
+  }
+  for (int colour : {kBlack, kGreen, kOrange, kBrown}) EXPECT_GE(longest[colour], 401u) << colour;
 }
 
 }  // namespace

@@ -1,0 +1,10 @@
+// The views one by one, for LayView() and DrawView().
+#pragma once
+
+#include "plot/plot.h"
+
+ViewComplaint LayPatternPlot();
+void DrawPatternPlot();
+// The analysis plots are drawn on the page as it is laid for all plots.
+ViewComplaint DrawWidthPlot();  // FWHM and peak shape against two-theta
+ViewComplaint DrawSizePlot();   // particle size, Williamson-Hall
