@@ -60,18 +60,12 @@ class CurvePen {
   explicit CurvePen(const Plot& plot) : plot_(plot) {}
 
   void To(float x, float y) {
-    const Point to{x, std::clamp(y == y ? y : 0.0f, -kFar, kFar)};
-    const float enter = plot_.y.Limit(last_.y), leave = plot_.y.Limit(to.y);
-    const bool inside = leave == to.y;
-    if (begun_ && ((inside_ && inside) || enter != leave)) {
-      if (!inside_) PenUp(Crossing(to, enter), plot_.Y(enter));
-      PenDown(inside ? plot_.X(to.x) : Crossing(to, leave), plot_.Y(leave));
-    } else if (inside) {
-      PenUp(plot_.X(to.x), plot_.Y(to.y));
-    }
-    last_ = to;
-    inside_ = inside;
-    begun_ = true;
+    const bool inside = plot_.y.Holds(y);
+    if (inside && inside_)
+      PenDown(plot_.X(x), plot_.Y(y));
+    else
+      EnterOrLeave({x, y = std::clamp(y == y ? y : 0.0f, -kFar, kFar)});
+    last_ = {x, y};
   }
 
  private:
@@ -81,6 +75,18 @@ class CurvePen {
     float x, y;
   };
 
+  void EnterOrLeave(Point to) {
+    const float enter = plot_.y.Limit(last_.y), leave = plot_.y.Limit(to.y);
+    const bool inside = leave == to.y;
+    if (begun_ && (enter != leave || (inside_ && inside))) {
+      if (!inside_) PenUp(Crossing(to, enter), plot_.Y(enter));
+      PenDown(inside ? plot_.X(to.x) : Crossing(to, leave), plot_.Y(leave));
+    } else if (inside) {
+      PenUp(plot_.X(to.x), plot_.Y(to.y));
+    }
+    inside_ = inside;
+    begun_ = true;
+  }
   // Where the line to the next point passes this height.
   float Crossing(Point to, float y) const {
     return plot_.X(last_.x + (to.x - last_.x) * ((y - last_.y) / (to.y - last_.y)));
