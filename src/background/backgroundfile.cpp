@@ -7,6 +7,7 @@
 #include "patternfiles/patternfiles.h"
 #include "toolkit/toolkit.h"
 #include "workspace/lines.h"
+#include "workspace/paths.h"
 #include "workspace/record.h"
 #include "workspace/slots.h"
 #include "workspace/text.h"
@@ -15,17 +16,28 @@ namespace {
 
 constexpr float kStepTolerance = 1e-05f;
 
-// Shows what keeps slot 2 from being a background of slot 1: a narrower range, or another step.
+// Shows that slot 2 is no background of slot 1; its file is given with what slot 2 has and slot 1
+// would need.
+bool Refuse(const std::string& text, const std::string& has, const std::string& needs) {
+  MessageBoxError("Pattern Error",
+                  FileMessage(text, ws.bgpath, "it has " + has + ", the pattern " + needs));
+  return false;
+}
+
+std::string RangeOf(int slot) {
+  return LeftAlign(RealField(FirstTth(slot), 10, 3)) + " to " +
+         LeftAlign(RealField(LastTth(slot), 10, 3)) + " degrees";
+}
+
+std::string StepOf(int slot) { return LeftAlign(RealField(FirstStepOf(slot), 10, 5)) + " degrees"; }
+
+// What keeps slot 2 from being a background: a narrower range, or another step.
 bool MatchesPattern() {
   if (FirstTth(SlotInput) < FirstTth(SlotBackground) ||
-      LastTth(SlotBackground) < LastTth(SlotInput)) {
-    MessageBoxError("Pattern Error", "Incompatible background range");
-    return false;
-  }
-  if (std::fabs(FirstStepOf(SlotInput) - FirstStepOf(SlotBackground)) > kStepTolerance) {
-    MessageBoxError("Pattern Error", "Incompatible background step size");
-    return false;
-  }
+      LastTth(SlotBackground) < LastTth(SlotInput))
+    return Refuse("Incompatible background range", RangeOf(SlotBackground), RangeOf(SlotInput));
+  if (std::fabs(FirstStepOf(SlotInput) - FirstStepOf(SlotBackground)) > kStepTolerance)
+    return Refuse("Incompatible background step size", StepOf(SlotBackground), StepOf(SlotInput));
   return true;
 }
 
@@ -45,35 +57,35 @@ void CutToPattern() {
 
 }  // namespace
 
-// Asks for a file of the format `filetype`. The reader leaves the file's wavelength in wavelen(2),
-// which is K alpha 2 otherwise. After a failure slot 2 holds what the reader has put there.
-void BackgroundFromFile() {
+// The reader leaves the file's wavelength in wavelen(2), which is K alpha 2 otherwise. After a
+// failure slot 2 holds what the reader has put there.
+Outcome BackgroundFromFile(const std::string& path) {
   const PatternFormat* format = FindFormat(ws.filetype);
-  const std::string path = AskForPattern(ws.filetype);
-  if (!format || path.empty()) return;
+  if (!format) return Outcome::Failed;
+  if (!AcceptPath(path)) return Outcome::Failed;
   ws.bgpath = path;
   if (ws.debugmode) MessageBoxInfo("Progress", ws.bgpath);
   if (format->read(SlotBackground, ws.bgpath) == 0) {
     MessageBoxError("Error", format->handlingerror);
-    return;
+    return Outcome::Failed;
   }
-  if (!MatchesPattern()) return;
+  if (!MatchesPattern()) return Outcome::Failed;
   CutToPattern();
   ResetBackgroundInterval();
   ws.plotmask |= PlotBackground;
+  return Outcome::Done;
 }
 
-void SaveBackground() {
-  std::string path = ws.patternstem + "_bkg.xy";
-  WSelectFile("Background file|*.xy|", FileSave, path, "Save background file");
-  if (path.empty()) return;
+Outcome SaveBackground(const std::string& path) {
   LineWriter file(path);
   if (!file.IsOpen()) {
-    MessageBoxError("File Error", "File open error");
-    return;
+    MessageBoxError("File Error", FileMessage("File open error", path, file.Reason()));
+    return Outcome::Failed;
   }
   for (int i = 1; i <= ws.npts(SlotBackground); ++i)
     file.Write(WriteRecord<"(f8.3,f12.1)">(ws.xval(AxisTth, SlotBackground, i),
                                            ws.yval(SlotBackground, i)));
-  if (!file.Close()) MessageBoxError("File Error", "Error writing " + path);
+  if (file.Close()) return Outcome::Done;
+  MessageBoxError("File Error", FileMessage("Error writing background file", path, file.Reason()));
+  return Outcome::Failed;
 }

@@ -1,12 +1,9 @@
 // The share of the peaks in the scattered intensity.
 #include <algorithm>
 #include <cmath>
-#include <string>
 
 #include "background/background.h"
-#include "toolkit/toolkit.h"
 #include "workspace/slots.h"
-#include "workspace/text.h"
 
 namespace {
 
@@ -17,12 +14,15 @@ float ScatteringVector(float tth) { return 2.0f * std::sin(0.5f * tth / RadToDeg
 
 // Integrates pattern and background over the scattering vector s from cryststart to crystend, with
 // the weight s squared. The background counts as the amorphous part.
-void Crystallinity() {
-  if (ws.npts(SlotInput) < 2) return;
+Outcome Crystallinity() {
+  if (ws.npts(SlotInput) < 2) return Outcome::Idle;
   ws.cryststart = std::max(ws.cryststart, FirstTth(SlotInput));
   ws.crystend = std::min(ws.crystend, LastTth(SlotInput));
-  if (!(ws.crystend > ws.cryststart)) return;
-  if (ws.wavelen(1) <= 0.1f) ws.wavelen(1) = 1.5406f;
+  if (!(ws.crystend > ws.cryststart)) return Outcome::Idle;
+  if (ws.wavelen(1) <= 0.1f) {
+    ws.wavelen(1) = 1.5406f;
+    ComputeXAxes();
+  }
 
   const float first = ws.xval(AxisTth, SlotInput, 1), second = ws.xval(AxisTth, SlotInput, 2);
   float before = ScatteringVector(2.0f * first - second);  // one step in front of the first point
@@ -38,7 +38,6 @@ void Crystallinity() {
   }
   const float percent = 100.0f * (all - amorphous) / all;
   ws.crystallinity = all > 0.1f && std::isfinite(percent) ? percent : 0.0f;
-  MessageBoxInfo("Crystallinity",
-                 "Crystallinity =" + LeftAlign(RealField(ws.crystallinity, 9, 2)) + " %");
   ws.plotmask = PlotInput + PlotBackground;
+  return Outcome::Done;
 }

@@ -31,6 +31,5 @@ void MultiplyBackground(float factor) {
 }
 
 bool ReportFitCycle(int cycle, float rw) {
-  WindowOutStatusBar(3, WriteRecord<"('Cycle ',i3,'  Rw 'f6.4)">(cycle, rw));
-  return true;
+  return WProgress(3, WriteRecord<"('Cycle ',i3,'  Rw 'f6.4)">(cycle, rw));
 }

@@ -7,15 +7,27 @@
 #include "background/curve.h"
 #include "crystal/chebyshev.h"
 #include "crystal/spline.h"
+#include "plot/beside.h"
 #include "plot/dataposition.h"
 #include "plot/plot.h"
+#include "toolkit/controls.h"
 #include "toolkit/toolkit.h"
 #include "workspace/slots.h"
 #include "workspace/text.h"
 
 namespace {
 
+using namespace controls;
+
 enum ManualDialog { DialogNumber = 128, ButtonFit = 1110 };
+
+constexpr Control kControls[] = {
+    Label(1114, "Left-click to add point.   Right-click to remove point"),
+    Ok,
+    Cancel,
+    Press(ButtonFit, "Fit"),
+};
+constexpr DialogResource kDialog{DialogNumber, "Set manuel background", kControls};
 
 enum Curve { CurveLinear = 1, CurveSpline, CurveChebyshev };
 constexpr float kMergeDistance = 0.1f;  // degrees; nearer points are one
@@ -29,16 +41,17 @@ void AddPoint(DataPoint at) {
     WindowOutStatusBar(3, "Point list is full");
     return;
   }
+  const DataPoint stored = StoredPosition(at);
   ++ws.nmanualbg;
-  ws.manualbg(1, ws.nmanualbg) = at.x;
-  ws.manualbg(2, ws.nmanualbg) = at.y;
+  ws.manualbg(1, ws.nmanualbg) = stored.x;
+  ws.manualbg(2, ws.nmanualbg) = stored.y;
 }
 
-// Removes the first point of the list, not the nearest, that lies within the reach.
+// Removes the first point of the list, not the nearest, that is seen within the reach.
 void RemovePoint(DataPoint at, DataPoint reach) {
   for (int i = 1; i <= ws.nmanualbg; ++i) {
-    if (!(std::fabs(ws.manualbg(1, i) - at.x) < reach.x)) continue;
-    if (!(std::fabs(ws.manualbg(2, i) - at.y) < reach.y)) continue;
+    const DataPoint seen = ShownPosition({ws.manualbg(1, i), ws.manualbg(2, i)});
+    if (!(std::fabs(seen.x - at.x) < reach.x && std::fabs(seen.y - at.y) < reach.y)) continue;
     for (int field : {1, 2}) {
       float* row = ws.manualbg.row(field).data();
       std::copy(row + i, row + ws.nmanualbg, row + i - 1);
@@ -53,30 +66,6 @@ void OnClick(const Message& mouse, DataPoint reach) {
   if (!InView(at)) return;
   if (mouse.value1 == MouseLeft) AddPoint(at);
   if (mouse.value1 == MouseRight) RemovePoint(at, reach);
-}
-
-// Handles clicks until a button is pressed, which it returns. A window closed meanwhile counts as
-// Cancel, and the main loop closes it.
-int SetPoints(DataPoint reach) {
-  for (;;) {
-    Message message;
-    switch (WMessage(message)) {
-      case MessageButton:
-        return message.value1;
-      case MessageClose:
-        PostMessage(message);
-        return ButtonCancel;
-      case MessageMouseMove:
-        ShowReadOuts(ToData(message.x, message.y));
-        break;
-      case MessageMouseDown:
-        OnClick(message, reach);
-        [[fallthrough]];
-      case MessageExpose:
-      case MessageResize:
-        RedrawView(0);
-    }
-  }
 }
 
 // ---- The curve ----
@@ -117,24 +106,23 @@ void SplineCurve(const PointList& points, std::span<const float> at, std::span<f
   SplineEval(points.x, points.y, y2, at, out);
 }
 
-// Half as many terms as there are points, fitted by least squares. False if that is stopped, or
-// fails, with a message.
-bool ChebyshevCurve(const PointList& points, std::span<const float> at, std::span<float> out) {
+// Half as many terms as there are points, fitted by least squares.
+Outcome ChebyshevCurve(const PointList& points, std::span<const float> at, std::span<float> out) {
   ws.chebyorder = std::min(static_cast<int>(points.x.size()) / 2, kMostChebyshevTerms);
   float places[MaxChebyshev] = {};
   const std::span<float> coef(places, ws.chebyorder);
   const ChebyshevFrame frame{at.front(), at.back(), ws.yval(SlotInput, ws.chebyorder + 1)};
   const FitResult fit =
       ChebyshevCycles(points.x, points.y, frame, coef, kChebyshevCycles, ReportFitCycle);
-  if (fit.end == FitEnd::Stopped) return false;
+  if (fit.end == FitEnd::Stopped) return Outcome::Cancelled;
   if (fit.end != FitEnd::Done) {
     MessageBoxError("Error", "Matrix inversion error");
-    return false;
+    return Outcome::Failed;
   }
   ReportFitCycle(kChebyshevCycles + 1, fit.rw);
   for (std::size_t i = 0; i < at.size(); ++i)
     out[i] = ChebyshevValue(coef, at[i], frame.xmin, frame.xmax);
-  return true;
+  return Outcome::Done;
 }
 
 // A kind of curve that the number of points does not allow becomes linear.
@@ -148,40 +136,41 @@ void ChooseAllowedCurve() {
 
 // Clicks add and remove points until the dialog is closed: OK keeps the points for later, Cancel
 // drops them, Fit draws the curve through them.
-void ManualBackgroundDialog() {
+Outcome ManualBackgroundDialog() {
   ws.plotmask = PlotInput;
   RedrawView(0);
   const DataPoint reach{(ws.viewxmax - ws.viewxmin) / 200, (ws.viewymax - ws.viewymin) / 200};
   WMessageEnable(MessageMouseDown, 1);
+  WRegisterDialogs({&kDialog, 1});
   WDialogUndefined(0, 0, 0);
   WDialogLoad(DialogNumber);
-  WDialogShow(-1, -1, 0, SemiModeless);
-  const int button = SetPoints(reach);
+  const int button = RunBeside(DialogNumber, [&](const Message& message) {
+    if (message.type == MessageMouseDown) OnClick(message, reach);
+    return message.type != MessageButton;
+  });
   WDialogUnload();
+  // The points are work of the user's hands: a fit that fails or is stopped leaves them.
   if (button == ButtonFit) FitManualBackground();
   if (button == ButtonCancel) ws.nmanualbg = 0;
+  return Outcome::Done;
 }
 
 // Needs two points at least, also after those that lie together have become one. A fit uses the
 // points up.
-void FitManualBackground() {
-  if (ws.nmanualbg < 2 || ws.npts(SlotInput) < 2) return;
+Outcome FitManualBackground() {
+  if (ws.nmanualbg < 2 || ws.npts(SlotInput) < 2) return Outcome::Done;
   ChooseAllowedCurve();
   const PointList points = MergedPoints();
-  if (points.x.size() < 2) return;
+  if (points.x.size() < 2) return Outcome::Done;
   const std::span<const float> at = TthOf(SlotInput);
   const std::span<float> out = ws.yval.row(SlotBackground).first(ws.npts(SlotInput));
-  switch (ws.manualbgmode) {
-    case CurveLinear:
-      LinearCurve(points, at, out);
-      break;
-    case CurveSpline:
-      SplineCurve(points, at, out);
-      break;
-    case CurveChebyshev:
-      if (!ChebyshevCurve(points, at, out)) return;
-  }
+  Outcome outcome = Outcome::Done;
+  if (ws.manualbgmode == CurveLinear) LinearCurve(points, at, out);
+  if (ws.manualbgmode == CurveSpline) SplineCurve(points, at, out);
+  if (ws.manualbgmode == CurveChebyshev) outcome = ChebyshevCurve(points, at, out);
+  if (outcome != Outcome::Done) return outcome;
   PutBackgroundOnInputGrid();
   ws.plotmask = PlotInput + PlotBackground;
   ws.nmanualbg = 0;
+  return Outcome::Done;
 }

@@ -7,7 +7,7 @@
 #include "workspace/workspace.h"
 
 // The polynomial holds from chebyxmin to chebyxmax; outside the background is 0.
-void RefinedBackground() {
+Outcome RefinedBackground() {
   const std::span<const float> coef(ws.chebycoef.cells.data(),
                                     std::clamp(ws.chebyused, 0, MaxChebyshev));
   for (int i = 1; i <= ws.npts(SlotInput); ++i) {
@@ -18,13 +18,15 @@ void RefinedBackground() {
   }
   PutBackgroundOnInputGrid();
   ws.plotmask |= PlotBackground;
+  return Outcome::Done;
 }
 
 // The number of points in slot 2 stays.
-void ClearBackground() {
+Outcome ClearBackground() {
   std::ranges::fill(ws.yval.row(SlotBackground), 0.0f);
   ws.chebycoef.fill(0);
   ws.bgcoef.fill(0);
   ws.nmanualbg = 0;
   ws.plotmask = PlotInput;
+  return Outcome::Done;
 }

@@ -5,15 +5,16 @@
 #include "background/curve.h"
 #include "workspace/slots.h"
 
-void ScaleBackground() {
+Outcome ScaleBackground() {
   MultiplyBackground(ws.bgscale);
   ws.plotmask |= PlotInput | PlotBackground;
+  return Outcome::Done;
 }
 
 // Makes the sums of background and pattern over the interval equal. Their points are matched by
 // number, not by two-theta. A background of 0 stays.
-void ScaleToInterval() {
-  if (!(ws.bgintstart < ws.bgintend)) return;
+Outcome ScaleToInterval() {
+  if (!(ws.bgintstart < ws.bgintend)) return Outcome::Idle;
   ws.bgintstart = std::max(ws.bgintstart, FirstTth(SlotBackground));
   ws.bgintend = std::min(ws.bgintend, LastTth(SlotBackground));
   float pattern = 0, background = 0;
@@ -25,4 +26,5 @@ void ScaleToInterval() {
   }
   MultiplyBackground(ScaleOfSums(pattern, background));
   ws.plotmask |= PlotInput | PlotBackground;
+  return Outcome::Done;
 }

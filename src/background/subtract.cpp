@@ -4,8 +4,6 @@
 
 #include "background/background.h"
 #include "background/curve.h"
-#include "plot/plot.h"
-#include "toolkit/toolkit.h"
 #include "workspace/text.h"
 #include "workspace/workspace.h"
 
@@ -24,15 +22,11 @@ void StoreDifference(int lastslot) {
   }
 }
 
-// Asks on the plot of both curves. Either way the next view has one curve.
-void SubtractIfWanted(const std::string& caption, const std::string& question) {
-  RedrawView(0);
-  if (MessageBoxQuery(caption, question) == 1) {
-    StoreDifference(SlotRefined);
-    ws.plotmask = PlotNet;
-  } else {
-    ws.plotmask = PlotInput;
-  }
+// Either way the next view has one curve.
+Outcome SubtractIf(bool wanted) {
+  if (wanted) StoreDifference(SlotRefined);
+  ws.plotmask = wanted ? PlotNet : PlotInput;
+  return Outcome::Done;
 }
 
 // Percentage of the pattern's counts that are background.
@@ -67,13 +61,13 @@ float EstimateScale() {
 
 }  // namespace
 
-void SubtractBackground() {
-  SubtractIfWanted(
-      "Background Subtraction",
-      "Background =" + LeftAlign(RealField(BackgroundPercentage(), 8, 2)) + "%. Subtract?");
+Outcome SubtractBackground(const Question& ask) {
+  const std::string percentage = LeftAlign(RealField(BackgroundPercentage(), 8, 2));
+  return SubtractIf(!ask ||
+                    ask("Background Subtraction", "Background =" + percentage + "%. Subtract?"));
 }
 
-void Autosubtract() {
+Outcome Autosubtract(const Question& ask) {
   const int n = ws.npts(SlotInput);
   const std::span<float> background = ws.yval.row(SlotBackground).first(n);
   std::copy_n(ws.yval.row(SlotInput).begin(), n, background.begin());
@@ -81,11 +75,11 @@ void Autosubtract() {
   PutBackgroundOnInputGrid();
   const float scale = EstimateScale();
   MultiplyBackground(scale);
-  if (ws.batchmode == 1) {
+  if (!ask) {
     StoreDifference(SlotNet);
-    return;
+    return Outcome::Done;
   }
   ws.plotmask = PlotInput + PlotBackground;
-  SubtractIfWanted("Background subtraction",
-                   "scale = " + LeftAlign(RealField(scale, 9, 5)) + ".  Subtract now?");
+  return SubtractIf(ask("Background subtraction",
+                        "scale = " + LeftAlign(RealField(scale, 9, 5)) + ".  Subtract now?"));
 }

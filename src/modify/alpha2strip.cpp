@@ -6,9 +6,6 @@
 #include "crystal/spline.h"
 #include "modify/common.h"
 #include "modify/modify.h"
-#include "plot/plot.h"
-#include "toolkit/toolkit.h"
-#include "workspace/menuids.h"
 
 namespace {
 
@@ -138,11 +135,11 @@ void ClampOptions() {
 
 }  // namespace
 
-void Alpha2Strip() {
-  if (!RawOnlyCheck()) return;
+Outcome Alpha2Strip() {
+  if (!RawOnlyCheck()) return Outcome::Failed;
   ClampOptions();
   Strip(TthOf(SlotInput), IntensityOf(SlotInput),
         {ws.a2ratio, ws.a2steps, ws.a2interp, ws.a2start});
-  WMenuSetState(MenuAlpha2Strip, MenuEnabled, 0);
-  RedrawView(0);
+  ws.alpha2enabled = 0;
+  return Outcome::Done;
 }

@@ -5,9 +5,7 @@
 #include "background/curve.h"
 #include "crystal/chebyshev.h"
 #include "modify/modify.h"
-#include "plot/plot.h"
 #include "toolkit/toolkit.h"
-#include "workspace/menuids.h"
 #include "workspace/slots.h"
 
 namespace {
@@ -38,20 +36,20 @@ void StoreBackground(std::span<const float> x, std::span<const float> coef,
 
 // chebyorder terms, without one above the number of points. Rw is told relative to one intensity of
 // slot 1, that of point order + 1.
-void ChebyshevFit() {
+Outcome ChebyshevFit() {
   ws.chebyorder = std::clamp(ws.chebyorder, 0, kMostTerms);
   const int slot = ActiveSlot();
   const std::span<const float> x = TthOf(slot), y = IntensityOf(slot);
-  if (x.empty()) return;
+  if (x.empty()) return Outcome::Idle;
   const ChebyshevFrame frame{x.front(), x.back(), ws.yval(SlotInput, ws.chebyorder + 1)};
   std::vector<float> coef(std::min<std::size_t>(ws.chebyorder, x.size()));
   const FitEnd end = ChebyshevCycles(x, y, frame, coef, kCycles, ReportFitCycle).end;
-  if (end == FitEnd::Stopped) return;
+  if (end == FitEnd::Stopped) return Outcome::Cancelled;
   if (end != FitEnd::Done) {
     MessageBoxError("Error", "Matrix inversion error");
-    return;
+    return Outcome::Failed;
   }
   StoreBackground(x, coef, frame);
-  WMenuSetState(MenuPlotBackground, MenuChecked, 1);
-  RedrawView(1);
+  ws.plotmarks |= PlotBackground;
+  return Outcome::Done;
 }

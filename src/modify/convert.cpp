@@ -5,7 +5,6 @@
 
 #include "crystal/regrid.h"
 #include "modify/modify.h"
-#include "plot/plot.h"
 #include "workspace/slots.h"
 #include "workspace/text.h"
 
@@ -25,23 +24,27 @@ int ConvertAngles(std::span<const float> tth, std::span<float> x) {
 
 }  // namespace
 
-void ConvertPattern() {
-  if (!(ws.origwavelength > 0 && ws.newwavelength > 0)) return;
-  if (!(ws.savestart >= 0 && ws.savestop > 0 && ws.savestep > 0)) return;
+Outcome ConvertPattern() {
+  if (!(ws.origwavelength > 0 && ws.newwavelength > 0)) return Outcome::Idle;
+  if (!(ws.savestart >= 0 && ws.savestop > 0 && ws.savestep > 0)) return Outcome::Idle;
   const int slot = ActiveSlot();
   std::vector<float> x(MaxPoints), y(ws.yval.row(slot).begin(), ws.yval.row(slot).end());
   int n = ConvertAngles(TthOf(slot), x);
-  if (n < 2) return;
+  if (n < 2) return Outcome::Idle;
   const float ownstep = (x[n - 1] - x[0]) / static_cast<float>(n - 1);
   ws.savestart = std::max(ws.savestart, x[0]);
   ws.savestop = std::min(ws.savestop, x[n - 1]);
   const int size = nint(ws.savestep / ownstep);
   if (size > 1) n = BinMeans(x, y, n, size, ws.savestep);
   n = Regrid(x, y, n, ws.savestart, ws.savestep, ws.savestop);
-  if (n < 2) return;  // no grid between these limits
+  if (n < 2) return Outcome::Idle;  // no grid between these limits
   std::copy_n(x.begin(), n, ws.xval.row(AxisTth, slot).begin());
   std::copy_n(y.begin(), n, ws.yval.row(slot).begin());
   ws.wavelen(slot) = ws.newwavelength;
   ws.npts(slot) = n;
-  RedrawView(1);
+  if (slot == SlotInput)
+    ComputeXAxes();
+  else
+    ComputeSlotAxes(slot, ws.newwavelength);
+  return Outcome::Done;
 }

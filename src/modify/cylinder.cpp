@@ -7,7 +7,6 @@
 #include "modify/common.h"
 #include "modify/cylindertable.h"
 #include "modify/modify.h"
-#include "plot/plot.h"
 #include "toolkit/toolkit.h"
 #include "workspace/text.h"
 
@@ -58,8 +57,8 @@ bool CylinderAbsorptionCurve(float muR, std::span<float> curve) {
   return !(muR > CylinderRow(kCylinderRows - 1));
 }
 
-void AbsorptionCylinder() {
-  if (!RawOnlyCheck()) return;
+Outcome AbsorptionCylinder() {
+  if (!RawOnlyCheck()) return Outcome::Failed;
   std::array<float, kCurvePoints> curve;
   if (!CylinderAbsorptionCurve(ws.muR, curve))
     MessageBoxError("Warning", "mu*R above tabulated values");
@@ -67,5 +66,5 @@ void AbsorptionCylinder() {
   const std::span<float> y = IntensityOf(SlotInput);
   for (std::size_t i = 0; i < y.size(); ++i)
     SetIfFinite(y[i], y[i] * (AbsorptionAt(curve, tth[i]) * curve[kCurvePoints - 1]));
-  RedrawView(1);
+  return Outcome::Done;
 }

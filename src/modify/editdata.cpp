@@ -3,6 +3,8 @@
 #include "toolkit/toolkit.h"
 #include "workspace/workspace.h"
 
-void EditData() {
-  if (!ws.patternpath.empty()) IOsCommandOnFile(ws.editorpath, ws.patternpath);
+Outcome EditData() {
+  if (ws.patternpath.empty()) return Outcome::Idle;
+  IOsCommandOnFile(ws.editorpath, ws.patternpath);
+  return Outcome::Done;
 }

@@ -4,7 +4,6 @@
 
 #include "modify/common.h"
 #include "modify/modify.h"
-#include "plot/plot.h"
 
 namespace {
 
@@ -27,9 +26,9 @@ constexpr int kModes = 2 * static_cast<int>(std::size(kCorrections));
 
 }  // namespace
 
-void LpCorrect() {
-  if (!RawOnlyCheck()) return;
-  if (ws.lpmode < 1 || ws.lpmode > kModes) return;
+Outcome LpCorrect() {
+  if (!RawOnlyCheck()) return Outcome::Failed;
+  if (ws.lpmode < 1 || ws.lpmode > kModes) return Outcome::Idle;
   const auto correction = kCorrections[(ws.lpmode - 1) / 2];
   const bool divide = ws.lpmode % 2 == 0;
   const std::span<const float> tth = TthOf(SlotInput);
@@ -38,5 +37,5 @@ void LpCorrect() {
     const float factor = correction(tth[i]);
     SetIfFinite(y[i], y[i] * (divide ? 1.0f / factor : factor));
   }
-  RedrawView(1);
+  return Outcome::Done;
 }

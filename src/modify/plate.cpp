@@ -4,7 +4,6 @@
 
 #include "modify/common.h"
 #include "modify/modify.h"
-#include "plot/plot.h"
 
 namespace {
 
@@ -37,13 +36,13 @@ PlateFactors FactorsOf(std::span<const float> tth, float dx, float c0) {
 
 }  // namespace
 
-void AbsorptionPlate() {
-  if (!RawOnlyCheck()) return;
+Outcome AbsorptionPlate() {
+  if (!RawOnlyCheck()) return Outcome::Failed;
   const float c0 = std::cos(ws.plateangle / RadToDeg);
-  if (!(ws.mut > 0) || !(c0 > 0)) return;
+  if (!(ws.mut > 0) || !(c0 > 0)) return Outcome::Idle;
   const std::span<float> y = IntensityOf(SlotInput);
   const PlateFactors f = FactorsOf(TthOf(SlotInput), FirstStepOf(SlotInput), c0);
   for (std::size_t i = 0; i < y.size(); ++i)
     SetIfFinite(y[i], y[i] * (f.factor[i] / f.factor[f.reference]));
-  RedrawView(1);
+  return Outcome::Done;
 }

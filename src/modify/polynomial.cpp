@@ -4,7 +4,6 @@
 #include "crystal/matrix.h"  // for PowerBasis
 #include "modify/common.h"
 #include "modify/modify.h"
-#include "plot/plot.h"
 
 namespace {
 
@@ -22,7 +21,7 @@ void AddTo(std::span<float> y, std::span<const float> tth) {
 }  // namespace
 
 // Afterwards a pattern that goes below 0 is lifted until its lowest point lies there.
-void AddPolynomial() {
+Outcome AddPolynomial() {
   const int slot = ActiveSlot();
   const std::span<float> y = IntensityOf(slot);
   const bool given = std::ranges::any_of(ws.polycoef.cells, [](float c) { return c != 0; });
@@ -31,11 +30,11 @@ void AddPolynomial() {
   for (float value : y) lowest = std::min(lowest, value);
   if (lowest < 0)
     for (float& value : y) SetIfFinite(value, value - lowest);
-  RedrawView(1);
+  return Outcome::Done;
 }
 
-void ScalePattern() {
-  if (ws.scalefactor == 1) return;
+Outcome ScalePattern() {
+  if (ws.scalefactor == 1) return Outcome::Idle;
   for (float& value : IntensityOf(ActiveSlot())) SetIfFinite(value, value * ws.scalefactor);
-  RedrawView(1);
+  return Outcome::Done;
 }

@@ -3,7 +3,6 @@
 
 #include "modify/filters.h"
 #include "modify/modify.h"
-#include "plot/plot.h"
 #include "workspace/slots.h"
 
 namespace {
@@ -59,7 +58,7 @@ void SGFilter(std::span<float> y, int w) {
   }
 }
 
-void SavitzkyGolay() {
+Outcome SavitzkyGolay() {
   SGFilter(IntensityOf(ActiveSlot()), 2 * ws.sgwindow + 1);
-  RedrawView(1);
+  return Outcome::Done;
 }

@@ -5,7 +5,6 @@
 #include "crystal/runningmeans.h"
 #include "modify/filters.h"
 #include "modify/modify.h"
-#include "plot/plot.h"
 #include "workspace/slots.h"
 
 namespace {
@@ -39,10 +38,10 @@ void MovingAverage(std::span<float> x, std::span<float> y, int w) {
   std::copy(tail.begin(), tail.end(), y.rbegin());
 }
 
-void SmoothPattern() {
-  if (ws.smoothwindow < 3) return;
+Outcome SmoothPattern() {
+  if (ws.smoothwindow < 3) return Outcome::Idle;
   const int slot = ActiveSlot();
   std::vector<float> x(TthOf(slot).begin(), TthOf(slot).end());
   MovingAverage(x, IntensityOf(slot), ws.smoothwindow | 1);
-  RedrawView(1);
+  return Outcome::Done;
 }

@@ -1,6 +1,5 @@
 // Truncate: cuts all slots to the range from savestart to savestop.
 #include "modify/modify.h"
-#include "plot/plot.h"
 #include "workspace/slots.h"
 
 namespace {
@@ -22,7 +21,7 @@ void CutSlot(int slot) {
 
 }  // namespace
 
-void Truncate() {
+Outcome Truncate() {
   for (int slot = 1; slot <= MaxSlots; ++slot) CutSlot(slot);
-  RedrawView(1);
+  return Outcome::Done;
 }

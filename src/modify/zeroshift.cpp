@@ -4,7 +4,6 @@
 
 #include "crystal/spline.h"
 #include "modify/modify.h"
-#include "plot/plot.h"
 #include "workspace/slots.h"
 
 namespace {
@@ -33,7 +32,7 @@ void ShiftOnGrid(float& x0, float shift, float dx, std::vector<float>& y) {
 
 // Slot 1 gives the grid and takes the new one, whatever slot is active; only the intensities that a
 // spline has moved are those of the active slot.
-void ZeroShift() {
+Outcome ZeroShift() {
   const int n = ws.npts(SlotInput);
   const float dx = FirstStepOf(SlotInput);
   const float rest = std::fmod(ws.zeroshift, dx);
@@ -48,5 +47,5 @@ void ZeroShift() {
   const std::vector<float> x = Grid(x0, dx, ws.npts(SlotInput));
   std::copy(x.begin(), x.end(), TthOf(SlotInput).begin());
   ws.zeroshift = 0;
-  RedrawView(1);
+  return Outcome::Done;
 }

@@ -4,19 +4,13 @@
 #include <span>
 #include <string>
 
+#include "workspace/command.h"
+
 // ---- Opening ----------------------------------------------------------------------------------
 
-// Makes a file the current pattern in slot 1. mode below 1: asks for the file by `filetype`; 1 to
-// 4: recentfiles(mode); above: patternpath is set already. The format comes from filetype in the
-// first case and from the extension in the others. On success resets the options and redraws.
-void OpenPattern(int mode);
-
-// What the shell does when a pattern has been opened; set once at the start.
-struct OpenHooks {
-  void (*updaterecent)() = nullptr;
-  void (*setmenuloaded)(int flag) = nullptr;
-};
-void SetOpenHooks(const OpenHooks& hooks);
+// Makes a file the current pattern in slot 1, of the format `filetype`, or with 0 of the one that
+// its extension names. On success all options are at their defaults.
+Outcome OpenPattern(const std::string& path, int filetype = 0);
 
 // Asks for an existing file of a format; blank when the user cancels.
 std::string AskForPattern(int filetype);
@@ -48,8 +42,10 @@ int ReadXrdml(int slot, const std::string& path);
 
 // ---- Writers ----------------------------------------------------------------------------------
 
-// Asks for a file name and writes by savecontent and saveformat, within savestart to savestop.
-void SavePattern();
+// Asks for a file name by saveformat; blank when the user cancels.
+std::string AskSaveName();
+// Writes by savecontent and saveformat, within savestart to savestop.
+Outcome SavePattern(const std::string& path);
 // Each writes a slot within the limits and on the step asked for and returns 1, or shows its
 // message and returns 0. savestep and savestop may change.
 int WriteGdf(const std::string& path, int slot);

@@ -18,12 +18,19 @@ constexpr PatternWriter kWriters[] = {
     {"gdf", WriteGdf}, {"xy", WriteXy}, {"dat", WriteDat}, {"cif", WriteCif}, {"tab", nullptr},
 };
 
-// Two-theta, pattern, refined pattern and background of the points within the limits.
-void WriteTab(const std::string& path) {
+// By saveformat; null for one that there is not.
+const PatternWriter* FindWriter() {
+  if (ws.saveformat > static_cast<int>(std::size(kWriters))) return nullptr;
+  return &kWriters[std::max(ws.saveformat, 1) - 1];
+}
+
+// Two-theta, pattern, refined pattern and background of the points within the limits. Returns 1, or
+// shows a message and returns 0.
+int WriteTab(const std::string& path) {
   LineWriter out(path);
   if (!out.IsOpen()) {
-    MessageBoxError("File error", "Error opening *.tab file");
-    return;
+    MessageBoxError("File error", FileMessage("Error opening *.tab file", path, out.Reason()));
+    return 0;
   }
   bool good = true;
   for (int i = 1; i <= ws.npts(SlotInput) && good; ++i) {
@@ -34,27 +41,31 @@ void WriteTab(const std::string& path) {
       line += IntField(nint(ws.yval(slot, i)), 9);
     good = out.Write(TrimRight(line));
   }
-  if (!out.Close() || !good) MessageBoxError("File Error", "Error writing *.tab file");
+  if (out.Close() && good) return 1;
+  MessageBoxError("File Error", FileMessage("Error writing *.tab file", path, out.Reason()));
+  return 0;
 }
 
 }  // namespace
 
-void SavePattern() {
-  if (ws.saveformat > static_cast<int>(std::size(kWriters))) return;
-  const PatternWriter& writer = kWriters[std::max(ws.saveformat, 1) - 1];
-  const std::string extension = std::string(".") + writer.extension;
+std::string AskSaveName() {
+  const PatternWriter* writer = FindWriter();
+  if (!writer) return "";
+  const std::string extension = std::string(".") + writer->extension;
   std::string path = ws.patternstem + extension;
   WSelectFile("|*" + extension + "|", FileSave, path, "Save pattern file");
-  if (path.empty()) return;
+  return path;
+}
 
-  if (ws.savecontent == SaveAll) {
-    WriteTab(path);
-    return;
-  }
-  if (!writer.write) return;
+Outcome SavePattern(const std::string& path) {
+  const auto outcome = [](int written) { return written ? Outcome::Done : Outcome::Failed; };
+  if (ws.savecontent == SaveAll) return outcome(WriteTab(path));
+  const PatternWriter* writer = FindWriter();
+  if (!writer || !writer->write) return Outcome::Idle;
   int slot = SlotInput;
   if (ws.savecontent == SaveRefined) slot = SlotRefined;
   if (ws.savecontent == SaveBackground) slot = SlotBackground;
-  if (!writer.write(path, slot))
-    MessageBoxError("Error", std::string("Error writing ") + writer.extension + " file");
+  if (writer->write(path, slot)) return Outcome::Done;
+  MessageBoxError("Error", std::string("Error writing ") + writer->extension + " file");
+  return Outcome::Failed;
 }

@@ -3,14 +3,28 @@
 
 #include "peaks/peaklist.h"
 #include "peaks/peaks.h"
+#include "plot/beside.h"
 #include "plot/dataposition.h"
 #include "plot/plot.h"
+#include "toolkit/controls.h"
 #include "toolkit/toolkit.h"
 #include "workspace/workspace.h"
 
 namespace {
 
+using namespace controls;
+
 enum ManualDialog { DialogNumber = 130, FieldCount = 1202, ButtonLower, ButtonHigher, ButtonClear };
+
+constexpr Control kControls[] = {
+    Label(1201, "Left-click to add point.   Right-click to remove point"),
+    Label(FieldCount, "No. of peaks in list:"),
+    Press(ButtonLower, "<"),
+    Press(ButtonHigher, ">"),
+    Ok,
+    Press(ButtonClear, "Clear"),
+};
+constexpr DialogResource kDialog{DialogNumber, "Set manual peak positions", kControls};
 
 // Pans by one width of the view. At the end of the pattern the view widens back over all of it.
 void Pan(int button) {
@@ -32,14 +46,14 @@ void Pan(int button) {
 
 void AddPeak(float x) {
   if (!RoomForPeak()) return;
-  ws.peaks(ptth, ++ws.npeaks) = x;
+  ws.peaks(ptth, ++ws.npeaks) = TwoThetaOf(x);
 }
 
 // Takes the first position within the tolerance out of the list, not the nearest. Only the
 // positions close the gap; all other fields stay in their rows.
 void RemovePosition(float x, float tolerance) {
   for (int i = 1; i <= PeakRows(); ++i)
-    if (std::fabs(ws.peaks(ptth, i) - x) < tolerance) return RemovePeak(i, ptth);
+    if (std::fabs(ShownX(ws.peaks(ptth, i)) - x) < tolerance) return RemovePeak(i, ptth);
 }
 
 void OnPick(const Message& mouse, float tolerance) {
@@ -50,45 +64,32 @@ void OnPick(const Message& mouse, float tolerance) {
   WDialogPutInteger(FieldCount, ws.npeaks);
 }
 
-// Returns the button that ends the picking. When the window is closed the picks stay, and the close
-// waits for the main loop.
-int PickPeaks(float tolerance) {
-  for (;;) {
-    Message message;
-    switch (WMessage(message)) {
-      case MessageClose:
-        PostMessage(message);
-        return ButtonOk;
-      case MessageMouseMove:
-        ShowReadOuts(ToData(message.x, message.y));
-        continue;  // changes nothing to be drawn
-      case MessageMouseDown:
-        OnPick(message, tolerance);
-        break;
-      case MessageButton:
-        if (message.value1 != ButtonLower && message.value1 != ButtonHigher) return message.value1;
-        Pan(message.value1);
-        break;
-    }
-    RedrawView(0);
-  }
+// False ends the picking.
+bool OnMessage(const Message& message, float tolerance) {
+  const bool pans = message.value1 == ButtonLower || message.value1 == ButtonHigher;
+  if (message.type == MessageMouseDown) OnPick(message, tolerance);
+  if (message.type == MessageButton && pans) Pan(message.value1);
+  return message.type != MessageButton || pans;
 }
 
 }  // namespace
 
-// All other commands wait until the dialog is closed. Positions are those of the axis on show.
-void ManualPeakSearch() {
-  if (ws.npts(SlotInput) < 1) return;
+// All other commands wait until the dialog is closed. Positions are kept as two-theta, whatever the
+// axis on show.
+Outcome ManualPeakSearch() {
+  if (ws.npts(SlotInput) < 1) return Outcome::Done;
   ws.plotmask = PlotInput + PlotPeaks;
   RedrawView(0);
   const float tolerance = (ws.viewxmax - ws.viewxmin) / 200;
   WMessageEnable(MessageMouseDown, 1);  // and left on: the main loop zooms by mouse
+  WRegisterDialogs({&kDialog, 1});
   WDialogUndefined(0, 0, 0);
   WDialogLoad(DialogNumber);
   WDialogPutInteger(FieldCount, ws.npeaks);
-  WDialogShow(-1, -1, 0, SemiModeless);
-  const int button = PickPeaks(tolerance);
+  const int button = RunBeside(
+      DialogNumber, [&](const Message& message) { return OnMessage(message, tolerance); });
   if (ws.npeaks >= 2) SortPeaks();
   if (button == ButtonClear) ws.npeaks = 0;
   WDialogUnload();
+  return Outcome::Done;
 }

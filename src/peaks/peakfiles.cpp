@@ -14,20 +14,12 @@
 #include "peaks/peaks.h"
 #include "toolkit/toolkit.h"
 #include "workspace/lines.h"
+#include "workspace/paths.h"
 #include "workspace/record.h"
 #include "workspace/text.h"
 #include "workspace/workspace.h"
 
 namespace {
-
-// Asks for a file to read into `peakfilename`; false when cancelled.
-bool AskPeakFile(const std::string& filter, const std::string& name) {
-  std::string path = name;
-  WSelectFile(filter, FileMustExist, path, "Open peak file");
-  if (path.empty() || path.front() == '*') return false;
-  ws.peakfilename = Field(path);
-  return true;
-}
 
 // Indices are not written, and the multiplicity is always 1.
 bool WritePeakFile(LineWriter& file) {
@@ -73,45 +65,45 @@ int ReadPeakFile(LineReader& file) {
 
 }  // namespace
 
-void SavePeaks() {
-  if (ws.npeaks < 1) {
-    MessageBoxError("Error", "No peaks in list");
-    return;
-  }
-  std::string path = ws.patternstem + ".pks";
-  WSelectFile("Peaks file|*.pks|", FileSave, path, "Save peak positions");
-  if (path.empty()) return;
-  ws.peakfilename = Field(path);
+Outcome SavePeaks(const std::string& path) {
+  if (!AcceptPath(path)) return Outcome::Failed;
+  ws.peakfilename = path;
   if (ws.debugmode) MessageBoxInfo("Progress", "File accepted");
   SortPeaks();
   LineWriter file(ws.peakfilename);
-  if (!file.IsOpen())
-    MessageBoxError("File Error", "Error opening peak file");
-  else if (!WritePeakFile(file))
-    MessageBoxError("Error", "Error writing " + ws.peakfilename);
+  if (!file.IsOpen()) {
+    MessageBoxError("File Error", FileMessage("Error opening peak file", path, file.Reason()));
+    return Outcome::Failed;
+  }
+  if (WritePeakFile(file)) return Outcome::Done;
+  MessageBoxError("Error", FileMessage("Error writing peak file", path, file.Reason()));
+  return Outcome::Failed;
 }
 
-void LoadPeaks() {
-  if (!AskPeakFile("Peaks file|*.pks|", ws.peakfilename.empty() ? "*.pks" : ws.peakfilename))
-    return;
+Outcome LoadPeaks(const std::string& path) {
+  if (!AcceptPath(path)) return Outcome::Failed;
+  ws.peakfilename = path;
   LineReader file(ws.peakfilename);
   if (!file.IsOpen()) {
-    MessageBoxError("File error", "Error opening peak info file");
-    return;
+    MessageBoxError("File error", FileMessage("Error opening peak info file", path, file.Reason()));
+    return Outcome::Failed;
   }
   ws.npeaks = ReadPeakFile(file);
   if (ws.npeaks > 0 && ws.plotmask < PlotPeaks) ws.plotmask += PlotPeaks;
+  return Outcome::Done;
 }
 
 // The file is not read back; "Load peaks" does that.
-void EditPeaks() {
-  if (ws.peakfilename.empty() && !AskPeakFile("Peak file|*.pks|", "*.pks")) return;
+Outcome EditPeaks() {
   IOsCommandOnFile(ws.editorpath, ws.peakfilename);
+  return Outcome::Done;
 }
 
 // Empties the list and the curve of single-peak fits.
-void ClearPeaks() {
+Outcome ClearPeaks() {
   ws.peaks.fill(0);
   ws.npeaks = 0;
   std::ranges::fill(ws.yval.row(SlotRefined), 0.0f);
+  ws.plotmask = ws.viewmode = 1;
+  return Outcome::Done;
 }

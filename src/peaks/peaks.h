@@ -1,12 +1,25 @@
 // The peak list: search, manual picking, files, and the fit of a single peak.
 #pragma once
 
-void OnPeakSearch();
-void ManualPeakSearch();
-void SavePeaks();
-void LoadPeaks();
-void EditPeaks();
-void ClearPeaks();
+#include <functional>
+#include <span>
+#include <string>
 
-// Fits one split pseudo-Voigt peak on a sloping background to the visible part of slot 1.
-void SinglePeakFit();
+#include "workspace/command.h"
+
+Outcome OnPeakSearch();
+Outcome ManualPeakSearch();
+Outcome SavePeaks(const std::string& path);
+Outcome LoadPeaks(const std::string& path);
+// Starts the editor on `peakfilename`.
+Outcome EditPeaks();
+Outcome ClearPeaks();
+
+// Fits one split pseudo-Voigt peak on a sloping background to the visible part of slot 1. `accept`
+// is asked whether the result is wanted; without it, it is.
+Outcome SinglePeakFit(const std::function<bool()>& accept = {});
+// Shows the results of the fit on the plot; true if the user accepts them.
+bool AcceptPeakFit();
+
+// The rows of the menus "Peak search" and "Peak fit", from their popups down.
+std::span<const Command> PeakCommands();

@@ -103,13 +103,13 @@ void SearchBackground(int n, float s) {
 // slot 2. Fields that the search does not know keep what they held. A second difference is centred
 // one point before the one it is kept at, so positions lie one step high; that stays. With more
 // peaks than the list holds, `npeaks` ends one above the limit.
-void OnPeakSearch() {
+Outcome OnPeakSearch() {
   if (ws.debugmode) MessageBoxInfo("Progress", "Entering OnPeakSearch");
   ws.npeaks = 0;
   const int n = ws.npts(SlotInput);
-  if (n < 2) return;
+  if (n < 2) return Outcome::Done;
   const float s = ws.xval(AxisTth, SlotInput, 2) - ws.xval(AxisTth, SlotInput, 1);
-  if (s == 0) return;
+  if (s == 0) return Outcome::Done;
   SearchBackground(n, s);
 
   List x(n + 1), raw(n + 1);
@@ -138,4 +138,5 @@ void OnPeakSearch() {
     ws.peaks(pfwhm, ws.npeaks) = s * static_cast<float>(c.width);
   }
   if (ws.npeaks > 0) ws.plotmask = PlotInput + PlotBackground + PlotPeaks;
+  return Outcome::Done;
 }

@@ -9,6 +9,7 @@
 #include "peaks/peakprofile.h"
 #include "peaks/peaks.h"
 #include "plot/plot.h"
+#include "toolkit/controls.h"
 #include "toolkit/toolkit.h"
 #include "workspace/record.h"
 #include "workspace/slots.h"
@@ -17,7 +18,21 @@
 
 namespace {
 
+using namespace controls;
+
 enum ResultsDialog { DialogNumber = 126, FieldPosition = 1151, FieldWidth, FieldShape, FieldSize };
+
+constexpr Control kControls[] = {
+    Label(FieldPosition, "Position / Intensity"),
+    // Heads of the columns that the two rows below are written in.
+    Fresh(Label(1155, "Side of the peak"), "  Left           Average                 Right"),
+    Label(FieldWidth, "FWHM"),
+    Label(FieldShape, "Peak shape"),
+    Label(FieldSize, "Particle size", "\u00c5"),
+    Ok,
+    Cancel,
+};
+constexpr DialogResource kDialog{DialogNumber, "Single peak fit results", kControls};
 
 using Parameters = std::array<float, 8>;  // in the order of PeakProfileFit
 
@@ -144,8 +159,11 @@ std::string LeftMeanRight(float left, float mean, float right) {
   return WriteRecord<"(f6.3,'      ',f12.3,'      ',f16.3)">(left, mean, right);
 }
 
-// True if the user accepts.
-bool ShowResults() {
+}  // namespace
+
+bool AcceptPeakFit() {
+  RedrawView(0);
+  WRegisterDialogs({&kDialog, 1});
   WDialogUndefined(0, 0, 0);
   WDialogLoad(DialogNumber);
   WDialogPutString(FieldPosition,
@@ -159,11 +177,9 @@ bool ShowResults() {
   return accepted;
 }
 
-}  // namespace
-
 // Leaves the results, the curve in slot 4 and a row in the list. Cancel takes the row out again,
 // and with it a peak that stood there before the fit. A fit that fails changes nothing.
-void SinglePeakFit() {
+Outcome SinglePeakFit(const std::function<bool()>& accept) {
   const Points visible = CollectVisible();
   std::vector<float> calc;
   Parameters p;
@@ -175,17 +191,17 @@ void SinglePeakFit() {
   }
   if (!fitted) {
     MessageBoxError("Error", "Peak fit error");
-    return;
+    return Outcome::Failed;
   }
   KeepResults(p);
   CurveToRefined(piece, calc);
   const ListChange change = UpdateList();
   ws.plotmask = PlotInput + PlotRefined + PlotPeaks;
-  RedrawView(0);
-  if (ShowResults()) {
+  if (!accept || accept()) {
     ws.plotmask = PlotInput + PlotRefined + PlotResidual + PlotPeaks;
-    return;
+    return Outcome::Done;
   }
   if (change.row > 0) RemovePeak(change.row, pmult);
   ws.plotmask = PlotInput;
+  return Outcome::Done;
 }

@@ -1,7 +1,10 @@
 // The views of the main window.
 #pragma once
 
+#include <span>
 #include <string>
+
+#include "workspace/command.h"
 
 // What a view has to say when it cannot be drawn as asked.
 struct ViewComplaint {
@@ -18,6 +21,11 @@ ViewComplaint LayView();
 ViewComplaint DrawView();
 // Lays and draws, and shows the first complaint in a box; with 1 the zoom is forgotten first.
 void RedrawView(int fullrange);
+// The same at the present zoom for what is no command: a complaint stands in the status bar.
+void RefreshView();
 
 // Sets the check marks of the Plot menu from `plotmask`.
 void UpdatePlotMenu();
+
+// The rows of the Plot menu.
+std::span<const Command> PlotCommands();

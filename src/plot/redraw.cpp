@@ -2,7 +2,6 @@
 #include "plot/page.h"
 #include "plot/views.h"
 #include "toolkit/toolkit.h"
-#include "workspace/menuids.h"
 #include "workspace/workspace.h"
 
 ViewComplaint LayView() {
@@ -33,24 +32,27 @@ ViewComplaint DrawView() {
   }
 }
 
+namespace {
+
+ViewComplaint LayAndDraw() {
+  const ViewComplaint laid = LayView(), drawn = DrawView();
+  return laid.empty() ? drawn : laid;
+}
+
+}  // namespace
+
 void RedrawView(int fullrange) {
   if (fullrange == 1) {
     ws.viewxmin = ws.viewxmax = ws.viewymin = ws.viewymax = 0;
     ws.bandx1 = ws.bandx2 = ws.bandy1 = ws.bandy2 = 0;
   }
-  const ViewComplaint laid = LayView(), drawn = DrawView();
-  const ViewComplaint& first = laid.empty() ? drawn : laid;
-  if (!first.empty()) MessageBoxError(first.caption, first.text);
+  const ViewComplaint complaint = LayAndDraw();
+  if (!complaint.empty()) MessageBoxError(complaint.caption, complaint.text);
 }
 
-void UpdatePlotMenu() {
-  static constexpr struct {
-    int id, bit;
-  } kSwitches[] = {
-      {MenuPlotInput, PlotInput},       {MenuPlotBackground, PlotBackground},
-      {MenuPlotRefined, PlotRefined},   {MenuPlotNet, PlotNet},
-      {MenuPlotResidual, PlotResidual}, {MenuPlotPeaks, PlotPeaks},
-  };
-  for (const auto& row : kSwitches)
-    WMenuSetState(row.id, MenuChecked, (ws.plotmask & row.bit) != 0);
+void RefreshView() {
+  const ViewComplaint complaint = LayAndDraw();
+  if (!complaint.empty()) WindowOutStatusBar(3, complaint.text);
 }
+
+void UpdatePlotMenu() { ws.plotmarks = ws.plotmask; }

@@ -16,36 +16,38 @@ void SelectTarget(const char* mode, float width, float height) {
 
 // Draws the view once more for a driver, after its dialog; `file` is the name that a file driver
 // offers.
-void DrawHardcopy(int driver, const std::string& file) {
+Outcome DrawHardcopy(int driver, const std::string& file) {
   ws.printflag = 1;
   SelectTarget("H", kPageWidth, kPageHeight);
   IGrHardcopySelect(1, driver);
   IGrHardcopyOptions(9, 10);
   if (driver == DriverEps) IGrHardcopyOptions(22, 1);
   WHardcopyOptions(3, file);
-  if (WInfoDialog(4) == ButtonOk) {
+  const bool accepted = WInfoDialog(4) == ButtonOk;
+  if (accepted) {
     IGrHardcopy(ws.patternstem);
-    RedrawView(0);
+    LayView();
+    DrawView();
   }
-  IGrHardcopy("S");
+  const bool written = IGrHardcopy("S");
   SelectTarget("", kScreenUnits, kScreenUnits);
   ws.printflag = 0;
+  if (!accepted) return Outcome::Cancelled;
+  return written ? Outcome::Done : Outcome::Failed;
 }
 
 }  // namespace
 
-void PrintGraphics() {
-  DrawHardcopy(DriverPrinter, ws.patternstem);
-  RedrawView(0);
-}
+Outcome PrintGraphics() { return DrawHardcopy(DriverPrinter, ws.patternstem); }
 
-void SaveEps() {
+Outcome SaveEps() {
   ws.epsflag = 1;
-  DrawHardcopy(DriverEps, ws.patternstem + ".eps");
+  const Outcome outcome = DrawHardcopy(DriverEps, ws.patternstem + ".eps");
   ws.epsflag = 0;
-  RedrawView(0);
+  return outcome;
 }
 
-void SaveImage(const char* extension) {
-  if (!ws.patternstem.empty()) IGrSaveImage(ws.patternstem + extension);
+Outcome SaveImage(const char* extension) {
+  if (ws.patternstem.empty()) return Outcome::Idle;
+  return IGrSaveImage(ws.patternstem + extension) ? Outcome::Done : Outcome::Failed;
 }

@@ -43,7 +43,7 @@ void DrawBand(float x, float y) {
   }
   WCursorShape(0);
   IGrColour("Black");
-  RedrawView(0);
+  RefreshView();
 }
 
 void PageLeft(float first, float last) {
@@ -73,21 +73,38 @@ void Zoom(float share, float first, float last) {
   if (ws.viewxmax > last) ws.viewxmax = last;
 }
 
+// The limits of the keys are those of two-theta, whatever the axis shows.
+template <class Change>
+Outcome ChangeRange(Change change) {
+  change(ws.xval(AxisTth, SlotInput, 1), ws.xval(AxisTth, SlotInput, ws.npts(SlotInput)));
+  ws.bandx1 = ws.bandx2 = 0;
+  ws.viewymin = ws.viewymax = 0;
+  ClipCurvesTo(ws.viewxmin, ws.viewxmax);
+  return Outcome::Done;
+}
+
+Outcome OnLeft(const Arguments&) { return ChangeRange(PageLeft); }
+Outcome OnRight(const Arguments&) { return ChangeRange(PageRight); }
+Outcome OnUp(const Arguments&) {
+  return ChangeRange([](float first, float last) { Zoom(0.5f, first, last); });
+}
+Outcome OnDown(const Arguments&) {
+  return ChangeRange([](float first, float last) { Zoom(-0.25f, first, last); });
+}
+
+// From KeyLeft on.
+constexpr Command kKeys[] = {
+    {.item = {}, .title = "Page left", .run = OnLeft, .redraw = Redraw::Quiet},
+    {.item = {}, .title = "Page right", .run = OnRight, .redraw = Redraw::Quiet},
+    {.item = {}, .title = "Zoom out", .run = OnUp, .redraw = Redraw::Quiet},
+    {.item = {}, .title = "Zoom in", .run = OnDown, .redraw = Redraw::Quiet},
+};
+
 }  // namespace
 
 void OnKey(int key) {
   if (key < KeyLeft || key > KeyDown || ws.npts(SlotInput) < 1) return;
-  // The limits are those of two-theta, whatever the axis shows.
-  const float first = ws.xval(AxisTth, SlotInput, 1);
-  const float last = ws.xval(AxisTth, SlotInput, ws.npts(SlotInput));
-  if (key == KeyLeft) PageLeft(first, last);
-  if (key == KeyRight) PageRight(first, last);
-  if (key == KeyUp) Zoom(0.5f, first, last);
-  if (key == KeyDown) Zoom(-0.25f, first, last);
-  ws.bandx1 = ws.bandx2 = 0;
-  ws.viewymin = ws.viewymax = 0;
-  ClipCurvesTo(ws.viewxmin, ws.viewxmax);
-  RedrawView(0);
+  RunCommand(kKeys[key - KeyLeft]);
 }
 
 void OnMouse(const Message& message) {

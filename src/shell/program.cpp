@@ -1,15 +1,14 @@
 // Start-up, the event loop and the end of the program.
 #include <cstdlib>
 
-#include "patternfiles/patternfiles.h"
 #include "plot/plot.h"
+#include "shell/history.h"
 #include "shell/shell.h"
 #include "workspace/text.h"
 #include "workspace/workspace.h"
 
 namespace {
 
-constexpr const char* kTitle = "Quillagram";
 constexpr int kStatusParts[] = {1000, 1000, 1500, 1000};  // thousandths, in proportion
 
 // Where the configuration file lies: beside the program, unless the environment names a place that
@@ -31,19 +30,11 @@ void OnClose(int window, int& quitflag) {
 
 }  // namespace
 
-void OpenFile(const std::string& path) {
-  ws.recentfiles(MaxRecent) = Field(IOsFullPath(path));
-  ws.plotmask = PlotInput;
-  ws.viewmode = 1;
-  OpenPattern(MaxRecent);
-}
-
 void StartProgram() {
-  RegisterResources();
+  RegisterMenu();
   SetApplicationHooks({FieldText, PlotPosition});
-  SetOpenHooks({UpdateRecentFiles, SetMenuLoaded});
   const int width = WInfoScreen(1) * 8 / 10, height = WInfoScreen(2) * 8 / 10;
-  WindowOpen(20, 20, width, height, MainMenu, kTitle);
+  WindowOpen(20, 20, width, height, MainMenu, ProgramTitle);
   WindowStatusBarParts(4, kStatusParts);
   ws.startdir = StartDirectory();
   IOsDirChange(ws.startdir);
@@ -62,6 +53,10 @@ void StartProgram() {
   WMessageEnable(MessageMouseUp, 1);
   ws.viewmode = 0;
   if (IOsArgumentCount() > 0) OpenFile(IOsArgument(1));
+}
+
+void ClearFitText() {
+  if (!WStatusText(3).empty()) WindowOutStatusBar(3, "");
 }
 
 void RunProgram() {
@@ -83,7 +78,7 @@ void RunProgram() {
         break;
       case MessageExpose:
       case MessageResize:
-        RedrawView(0);
+        DrawView();
         break;
       case MessageClose:
         OnClose(message.window, quitflag);
@@ -92,6 +87,7 @@ void RunProgram() {
         OpenFile(WInfoDroppedFile());
         break;
     }
+    NoteHistory(WTakeJournal());
   }
   while (ws.nchild > 0) CloseChild(ws.childwin(ws.nchild));
   WindowClose();

@@ -7,15 +7,41 @@
 #include <string_view>
 #include <utility>
 
-#include "toolkit/resources.h"
 #include "toolkit/toolkit.h"
+#include "workspace/command.h"
+#include "workspace/parameters.h"
 
 inline constexpr int MainMenu = 30001;
+inline constexpr const char* ProgramTitle = "Quillagram";
 
-// Makes the menu and all dialogs known to the toolkit.
-void RegisterResources();
-std::span<const MenuRow> MenuTable();
-std::span<const DialogResource> DialogTable();
+// ---- Commands ---------------------------------------------------------------------------------
+
+// All of them, in the order of the menu.
+std::span<const Command> Commands();
+const Command* FindCommand(int id);
+std::span<const Command> FileCommands();
+std::span<const Command> EditCommands();
+std::span<const Command> SettingsCommands();
+std::span<const Command> HelpCommands();
+extern const ParameterDialog AboutDialog;
+
+// Makes the menu known to the toolkit; items without an operation stay disabled.
+void RegisterMenu();
+// The one road of every command: sets the row's fields, asks, does, draws, and keeps what has been
+// done for undo and history. A failed or cancelled command leaves all as it was. `arguments` hold
+// what is known without asking.
+Outcome RunCommand(const Command& command, Arguments arguments = {});
+
+// Runs the command of a menu item; sets quitflag when it is the one that leaves.
+void OnMenu(int id, int& quitflag);
+// Shows in the menu what the Workspace says of its items.
+void ShowMenuState();
+// A pattern is there (1) or not (0), and so is what needs one.
+void SetMenuLoaded(int flag);
+// Title and current directory follow the pattern.
+void FollowPattern();
+
+// ---- The program ------------------------------------------------------------------------------
 
 // Brings window, Workspace and menu to their start state and loads the pattern of the command line.
 void StartProgram();
@@ -23,11 +49,6 @@ void StartProgram();
 void RunProgram();
 // Opens a pattern by its path as a file on the command line is opened.
 void OpenFile(const std::string& path);
-
-// Runs the command of a menu item; sets quitflag when it is the one that leaves.
-void OnMenu(int id, int& quitflag);
-// Enables or disables what needs a pattern. Items without a command stay disabled.
-void SetMenuLoaded(int flag);
 
 void OnKey(int key);
 void OnMouse(const Message& message);
@@ -38,19 +59,19 @@ std::pair<float, float> PlotPosition(float x, float y);
 int OpenChild();
 void CloseChild(int handle);
 
-void PrintGraphics();
-void SaveEps();
+Outcome PrintGraphics();
+Outcome SaveEps();
 // The window's content beside the pattern, with this extension; nothing without a pattern.
-void SaveImage(const char* extension);
+Outcome SaveImage(const char* extension);
+
+// Takes the fit's line off the status bar.
+void ClearFitText();
 
 void ReadConfiguration();
 void UpdateRecentFiles();
 // Puts the recent files into the menu.
 void ShowRecentFiles();
 void WriteInfoToConfiguration();
-
-// Shows a parameter dialog by its number, stores what was entered and runs its operation.
-void RunParameterDialog(int number);
 
 // Values of a Workspace field, parted by tabs: "npts", "npts(1)", "xval(1,1,5:10)". Nothing for an
 // unknown name or an index outside the field.

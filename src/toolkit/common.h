@@ -44,5 +44,8 @@ bool DialogRefuses(const DialogState& dialog, int index, const std::string& text
 // Remembers the directory of a file that the user has picked, for the next file selector.
 void RememberDirectory(const std::string& path);
 
+// What a part of the status bar shows from now on.
+void KeepStatusText(int part, const std::string& text);
+
 // Takes down the command line and the directory in which the program was started.
 void KeepArguments(int argc, char** argv);

@@ -15,13 +15,15 @@ bool started = false;
 constexpr float PageWidth = PaperWidth * PointsPerMillimetre;
 constexpr float PageHeight = PaperHeight * PointsPerMillimetre;
 
-void WriteOut() {
+bool WriteOut() {
   if (driver == DriverEps) {
-    if (!WriteEps(PaperList(), epsfile, job, PageWidth, PageHeight))
-      MessageBoxError("Error", "Cannot write " + epsfile);
-  } else if (!frontend::Print(PaperList(), job)) {
+    if (WriteEps(PaperList(), epsfile, job, PageWidth, PageHeight)) return true;
+    MessageBoxError("Error", "Cannot write " + epsfile);
+  } else {
+    if (frontend::Print(PaperList(), job)) return true;
     MessageBoxError("Error", "Cannot print " + job);
   }
+  return false;
 }
 
 bool HasExtension(const std::string& file, std::string_view extension) {
@@ -53,15 +55,15 @@ void WHardcopyOptions(int, const std::string& file) {
 }
 
 // A job may itself be called "S": it is the end only of one that has been started.
-void IGrHardcopy(const std::string& name) {
-  if (!accepted) return;
+bool IGrHardcopy(const std::string& name) {
+  if (!accepted) return true;
   if (started && name == "S") {
     accepted = started = false;
-    WriteOut();
-    return;
+    return WriteOut();
   }
   job = name;
   started = true;
+  return true;
 }
 
 bool SaveScreen(const std::string& file) {

@@ -95,6 +95,8 @@ void JournalBand(DrawPoint from, DrawPoint to) {
   Keep("band" + Place(from.x, from.y) + Place(to.x, to.y));
 }
 
+void WJournal(const std::string& word, const std::string& text) { Keep(word + ' ' + Quoted(text)); }
+
 std::vector<std::string> WTakeJournal() {
   changeddialog = nullptr;
   return std::exchange(lines, {});

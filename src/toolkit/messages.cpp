@@ -82,6 +82,7 @@ void WKeepAlive() {
 bool WProgress(int part, const std::string& text) {
   ShowBusy(true);
   ShowDrawing();
+  KeepStatusText(part, text);
   if (!frontend::Progress(part, text)) stopped = true;
   return !stopped;
 }

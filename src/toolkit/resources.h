@@ -2,6 +2,8 @@
 #pragma once
 
 #include <span>
+#include <string>
+#include <variant>
 
 // A row of a menu. The rows of one popup stand in the order in which they are shown.
 struct MenuRow {
@@ -30,6 +32,12 @@ enum class OutOfRange {
   Passed,   // marked at the field, and handed to the dialog's own validation
 };
 
+// The variable of the application that a control stands for, where it has one. A choice of radio
+// buttons has it at its first button and counts from 1.
+using Variable = std::variant<std::monostate, float*, int*, std::string*>;
+
+enum class Opens { Last, Initial };  // with the variable as it was left, or with the initial value
+
 inline constexpr double kNoLimit = 1e39;  // beyond all reals
 
 struct Control {
@@ -42,6 +50,8 @@ struct Control {
   const char* group = "";    // title of the box around this and its neighbours of the same group
   const char* unit = "";
   OutOfRange outside = OutOfRange::Refused;
+  Variable variable{};
+  Opens opens = Opens::Last;
 };
 
 // Buttons that end a modal dialog by themselves; any other Button does so too.

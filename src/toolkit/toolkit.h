@@ -71,6 +71,8 @@ void WCommandEnded(bool failed);
 // again: set and press of dialogs and query boxes, file of selectors, key, click on the plot beside
 // a dialog, band. The lines are forgotten. Menu items and files opened are the application's own.
 std::vector<std::string> WTakeJournal();
+// Notes a line of the application: a word, and a text in quotes behind it.
+void WJournal(const std::string& word, const std::string& text);
 
 // ---- Windows ----------------------------------------------------------------------------------
 
@@ -89,6 +91,8 @@ void WindowClose();
 void WindowStatusBarParts(int n, std::span<const int> widths);
 // part counts from 1. Appears at once, in the middle of a calculation too.
 void WindowOutStatusBar(int part, const std::string& text);
+// What a part shows.
+std::string WStatusText(int part);
 
 // Error box with OK, and a box with OK and Cancel (1 for OK, 0 otherwise). Both wait.
 void MessageBoxError(const std::string& caption, const std::string& text);
@@ -203,8 +207,9 @@ void IGrHardcopyOptions(int option, float value);
 // Mode 3: the printer dialog, or for a file driver the file selector with `file` as default name.
 // The button that ended it is WInfoDialog(4).
 void WHardcopyOptions(int mode, const std::string& file = "");
-// Starts a hardcopy under a job name, or ends it with "S", when it is written out.
-void IGrHardcopy(const std::string& name);
+// Starts a hardcopy under a job name, or ends it with "S", when it is written out; false, after a
+// box, if that failed.
+bool IGrHardcopy(const std::string& name);
 // Present content of the window to a .bmp, .jpg, .eps or .svg file, chosen by the extension.
 // A file that cannot be written gives an "Error" box that names it; returns false then.
 bool IGrSaveImage(const std::string& file);

@@ -1,12 +1,14 @@
 // Windows, the status bar, boxes and the file selector.
 #include <algorithm>
 #include <filesystem>
+#include <map>
 
 #include "toolkit/common.h"
 #include "toolkit/journal.h"
 
 namespace {
 
+std::map<int, std::string> statustexts;
 std::string lastdirectory;  // of the file selector; blank: where the program was started
 
 bool Answer(frontend::BoxKind kind, const std::string& caption, const std::string& text) {
@@ -71,7 +73,14 @@ void WindowStatusBarParts(int n, std::span<const int> widths) {
   frontend::SetStatusParts({used.begin(), used.end()});
 }
 
-void WindowOutStatusBar(int part, const std::string& text) { frontend::SetStatus(part, text); }
+void KeepStatusText(int part, const std::string& text) { statustexts[part] = text; }
+
+void WindowOutStatusBar(int part, const std::string& text) {
+  KeepStatusText(part, text);
+  frontend::SetStatus(part, text);
+}
+
+std::string WStatusText(int part) { return statustexts[part]; }
 
 void MessageBoxError(const std::string& caption, const std::string& text) {
   Answer(frontend::BoxKind::Error, caption, text);

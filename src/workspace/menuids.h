@@ -2,6 +2,11 @@
 #pragma once
 
 enum MenuId {
+  MenuOpenAny = 40201,
+  MenuPopupEdit = 40202,
+  MenuUndo,
+  MenuRedo,
+  MenuSaveHistory,
   MenuSavePattern = 40003,
   MenuExit = 40006,
   MenuPrintGraphics = 40005,
@@ -21,6 +26,7 @@ enum MenuId {
   MenuFitPatterns = 40066,
   MenuSaveFitted = 40067,
   MenuClearFit = 40068,
+  MenuPopupGraphics = 40137,
   MenuPopupPlot = 40009,
   MenuPopupBackground = 40069,
   MenuPlotInput = 40089,

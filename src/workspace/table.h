@@ -37,6 +37,8 @@ struct Table {
 
   void fill(const T& value) { cells.fill(value); }
 
+  bool operator==(const Table&) const = default;
+
  private:
   template <class... I>
   static std::size_t Place(I... index) {

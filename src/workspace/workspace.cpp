@@ -3,23 +3,11 @@
 
 #include <cmath>
 
-#include "toolkit/toolkit.h"
-#include "workspace/menuids.h"
-
 Workspace ws;
 
-void ResetWorkspace() {
-  static_cast<PerPattern&>(ws) = PerPattern{};
-  WMenuSetState(MenuAlpha2Strip, MenuEnabled, 1);
-  WMenuSetState(MenuAutodivergence, MenuEnabled, 1);
-  for (int id : {MenuPopupClosePattern, MenuAddPatterns, MenuDisplacePatterns, MenuFitPatterns,
-                 MenuSaveFitted, MenuClearFit})
-    WMenuSetState(id, MenuEnabled, 0);
-}
+void ResetWorkspace() { static_cast<PerPattern&>(ws) = PerPattern{}; }
 
-namespace {
-
-void DeriveDAndQ(int slot, float wavelength) {
+void ComputeSlotAxes(int slot, float wavelength) {
   for (int i = 1; i <= ws.npts(slot); ++i) {
     const float tth = ws.xval(AxisTth, slot, i);
     float d = 0;
@@ -29,17 +17,15 @@ void DeriveDAndQ(int slot, float wavelength) {
   }
 }
 
-}  // namespace
-
 void ComputeXAxes() {
   ws.axiswave = ws.wavelen(1);
-  DeriveDAndQ(SlotInput, ws.axiswave);
+  ComputeSlotAxes(SlotInput, ws.axiswave);
   for (int slot = SlotBackground; slot <= SlotRefined; ++slot)
     for (int axis = AxisTth; axis <= AxisQ; ++axis)
       for (int i = 1; i <= ws.npts(SlotInput); ++i)
         ws.xval(axis, slot, i) = ws.xval(axis, SlotInput, i);
   for (int k = 1; k <= ws.noverlay; ++k)
-    DeriveDAndQ(SlotOverlay + k - 1, ws.wavelen(SlotOverlay + k - 1));
+    ComputeSlotAxes(SlotOverlay + k - 1, ws.wavelen(SlotOverlay + k - 1));
 }
 
 int ActiveSlot() {

@@ -134,33 +134,17 @@ struct PerPattern {
 
   // Indexing: 1 sinsq(th), 2 1/dsq, 3 theta, 4 2theta, 5 d
   int itoform = 4, treform = 4;
+
+  // What the menu offers once a pattern, and with overlays only
+  int alpha2enabled = 1, divergenceenabled = 1;
+  int overlayitems = 0;
+
+  bool operator==(const PerPattern&) const = default;
 };
 
-struct Workspace : PerPattern {
-  // Pattern store
-  Table<float, 3, MaxSlots, MaxPoints> xval;  // axis, slot, point
-  Table<float, MaxSlots, MaxPoints> yval;
-  Table<int, MaxSlots> npts;
-  Table<int, 4, MaxPoints> ptrefl;  // which reflections reach a point
-
-  // View
-  int viewmode = 0;                  // 0 nothing, 1 pattern, 2 report, 3 width plots, 4 size plots
-  int plotmask = 0;                  // sum of PlotSwitch
-  float plotxmin = 0, plotxmax = 0;  // x limits that clip all but the primary curve
-  float plotx0 = 0, ploty0 = 0, plotwidth = 0, plotheight = 0;  // plot area, drawing units
-  float xperunit = 0, yperunit = 0;                             // data units per drawing unit
-  float plotscalex = 1, plotscaley = 1;
-  // What LayView() has found beside these and what DrawView() needs
-  float curvexmin = 0, curvexmax = 0;  // x range of the primary curve's points, before rounding
-  int printflag = 0;                   // 1 while a hardcopy is drawn
-  int epsflag = 0;                     // 1 while an EPS file is drawn
-
-  // Files and names
-  std::string patternpath;
-  std::string patternstem;
-  std::string stem20;  // first 20 characters of patternstem; the title of the plot
-  int filetype = 0;    // 1 xy, 2 gdf, 3 txt, 4 uxd, 5 cif, 6 dat, 7 xrdml, 8 udf, 9 chi
-  std::string peakfilename;
+// What belongs to the program and its user rather than to a pattern: no load and no undo changes
+// it.
+struct Session {
   std::string editorpath;
   std::string startdir;
   std::string inipath;
@@ -171,12 +155,52 @@ struct Workspace : PerPattern {
   int debugmode = 0;
   int batchmode = 0;
 
-  // Information strings
-  std::string sampleid, infodepartment, infocompany, infoaddress;
-  std::string instrument, infoline, scandate;
+  std::string infodepartment, infocompany, infoaddress;
+
+  int printflag = 0;  // 1 while a hardcopy is drawn
+  int epsflag = 0;    // 1 while an EPS file is drawn
+
+  // Graphics windows beside the main one, in the order in which they were opened
+  Table<int, MaxChildWindows> childwin;
+  int nchild = 0;
+};
+
+// The points of all slots.
+struct PointStore {
+  Table<float, 3, MaxSlots, MaxPoints> xval;  // axis, slot, point
+  Table<float, MaxSlots, MaxPoints> yval;
+  Table<int, MaxSlots> npts;
+  Table<int, 4, MaxPoints> ptrefl;  // which reflections reach a point; of use only within a fit
+};
+
+// What is known of the pattern beside its points: names, header, peaks, results, and how it is
+// shown.
+struct PatternData {
+  // View
+  int viewmode = 0;                  // 0 nothing, 1 pattern, 2 report, 3 width plots, 4 size plots
+  int plotmask = 0;                  // sum of PlotSwitch
+  float plotxmin = 0, plotxmax = 0;  // x limits that clip all but the primary curve
+  float plotx0 = 0, ploty0 = 0, plotwidth = 0, plotheight = 0;  // plot area, drawing units
+  float xperunit = 0, yperunit = 0;                             // data units per drawing unit
+  float plotscalex = 1, plotscaley = 1;
+  float curvexmin = 0, curvexmax = 0;  // x range of the primary curve's points, before rounding
+
+  // Check marks of the menu. Those of axes and grids follow their commands, not a load.
+  int patternloaded = 0;
+  int plotmarks = 0;  // of the Plot menu, as plotmask
+  int xaxismark = 1, yaxismark = 1, xgridmark = 0, ygridmark = 0;
+
+  // Names
+  std::string patternpath;
+  std::string patternstem;
+  std::string stem20;  // first 20 characters of patternstem; the title of the plot
+  int filetype = 0;    // 1 xy, 2 gdf, 3 txt, 4 uxd, 5 cif, 6 dat, 7 xrdml, 8 udf, 9 chi
+  std::string peakfilename;
+
+  // Header
+  std::string sampleid, instrument, infoline, scandate;
   Table<std::string, 16> gdfhead;  // header lines of a gdf file; line 8 is the exposure time
   Table<std::string, MaxOverlays> overlayname;
-
   Table<float, 3> scanwave;    // the file's alpha1, alpha2 and their ratio
   float axiswave = CuKalpha1;  // that of the d and Q axes as they stand in xval
 
@@ -188,25 +212,28 @@ struct Workspace : PerPattern {
   Table<float, 2, MaxManualPoints> manualbg;
   int nmanualbg = 0;
 
-  // Graphics windows beside the main one, in the order in which they were opened
-  Table<int, MaxChildWindows> childwin;
-  int nchild = 0;
-
   // Results of the last single peak fit
   float spposition = 0, sparea = 0;
   float spfwhmleft = 0, spfwhmmean = 0, spfwhmright = 0;
   float spshapeleft = 0, spshapemean = 0, spshaperight = 0;
   float spsize = 0;  // angstrom
+
+  bool operator==(const PatternData&) const = default;
 };
+
+struct Workspace : Session, PointStore, PatternData, PerPattern {};
 
 extern Workspace ws;
 
-// Puts all per-pattern fields back to their defaults and sets the menu items that depend on them.
+// Puts all per-pattern fields back to their defaults.
 void ResetWorkspace();
 
 // Fills the d and Q axes of slot 1 with wavelen(1), copies all three axes to slots 2 to 4, and
 // fills d and Q of each overlay with its own wavelength. A two-theta of 0 gives d 0 and Q 0.
 void ComputeXAxes();
+
+// The same for the d and Q of one slot.
+void ComputeSlotAxes(int slot, float wavelength);
 
 // The pattern that is drawn first and that the Modify and Background commands work on, by
 // `plotmask`: 1, 4, 3 or 2.

@@ -40,8 +40,7 @@ TEST(Autosubtract, ScalesInThreeWays) {
   for (const auto& c : cases) {
     PutSpike();
     ws.autosubscale = c.scaling;
-    Answer("press OK");
-    Autosubtract();
+    RunMenu(40078, "press OK");
     EXPECT_EQ(Events(), (Lines{std::string("query\tBackground subtraction\tscale = ") + c.question +
                                ".  Subtract now?"}));
     for (int slot : {3, 4}) {
@@ -56,8 +55,7 @@ TEST(Autosubtract, ScalesInThreeWays) {
 
 TEST(Autosubtract, CancelledAndInBatch) {
   PutSpike();
-  Answer("press Cancel");
-  Autosubtract();
+  RunMenu(40078, "press Cancel");
   EXPECT_EQ(ws.plotmask, 1);
   EXPECT_EQ(ws.npts(3), 0);
 
@@ -82,8 +80,7 @@ TEST(SubtractBackground, TellsThePercentage) {
     FreshWorkspace();
     PutCurve(SlotInput, 20, 0.1f, std::vector<float>(40, counts));
     PutCurve(SlotBackground, 20.05f, 0.1f, std::vector<float>(39, 30.0f));
-    Answer("press OK");
-    SubtractBackground();
+    RunMenu(40074, "press OK");
     EXPECT_EQ(Events(), (Lines{std::string("query\tBackground Subtraction\tBackground =") +
                                (counts > 0 ? "25.00" : "100.00") + "%. Subtract?"}));
     EXPECT_EQ(ws.yval(3, 39), counts - 30);
@@ -140,8 +137,8 @@ TEST(Crystallinity, OfAKnownMixture) {
   Events();
 
   ClearBackground();
-  Crystallinity();
-  EXPECT_EQ(Events(), (Lines{"box\tCrystallinity\tCrystallinity =100.00 %"}));
+  RunMenu(40075, "press OK");
+  EXPECT_EQ(Events().back(), "box\tCrystallinity\tCrystallinity =100.00 %");
 }
 
 TEST(RefinedBackground, IsThePolynomialWithinItsRange) {
@@ -166,27 +163,36 @@ std::string XyFile(float first, float step, int n) {
 
 TEST(BackgroundFile, MustCoverThePatternOnItsStep) {
   const TempDir dir;
+  const std::string file = "\\n" + dir.file("back ground.xy") + ": ";
   const struct {
     std::string content;
     Lines events;
   } cases[] = {
-      {XyFile(20.1f, 0.1f, 60), {"box\tPattern Error\tIncompatible background range"}},
-      {XyFile(19, 0.1f, 50), {"box\tPattern Error\tIncompatible background range"}},
-      {XyFile(19, 0.1001f, 70), {"box\tPattern Error\tIncompatible background step size"}},
-      {"", {"box\tFile error\tNothing read from xy file", "box\tError\tError handling xy-file"}},
+      {XyFile(20.1f, 0.1f, 60),
+       {"box\tPattern Error\tIncompatible background range" + file +
+        "it has 20.100 to 26.000 degrees, the pattern 20.000 to 24.000 degrees"}},
+      {XyFile(19, 0.1f, 50),
+       {"box\tPattern Error\tIncompatible background range" + file +
+        "it has 19.000 to 23.900 degrees, the pattern 20.000 to 24.000 degrees"}},
+      {XyFile(19, 0.1001f, 70),
+       {"box\tPattern Error\tIncompatible background step size" + file +
+        "it has .10010 degrees, the pattern .10000 degrees"}},
+      {"",
+       {"box\tFile error\tNothing read from xy file" + file + "no points in it",
+        "box\tError\tError handling xy-file"}},
       {XyFile(19, 0.100005f, 70), {}},
   };
   for (const auto& c : cases) {
     FreshWorkspace();
     PutCurve(SlotInput, 20, 0.1f, std::vector<float>(41, 50.0f));
-    ws.filetype = 1;
+    ws.plotmask = 1;
     WriteFile(dir.file("back ground.xy"), c.content);
-    Answer("file \"" + dir.file("back ground.xy") + "\"");
-    BackgroundFromFile();
+    RunMenu(40082, "file \"" + dir.file("back ground.xy") + "\"");
     Lines events = Events();
     events.erase(events.begin());  // the selector
     EXPECT_EQ(events, c.events);
-    EXPECT_EQ(ws.plotmask, c.events.empty() ? 2 : 0);
+    EXPECT_EQ(ws.plotmask, c.events.empty() ? 3 : 1);
+    EXPECT_EQ(ws.npts(2), c.events.empty() ? 40 : 0);  // a failure leaves it as it was
   }
   EXPECT_EQ(ws.npts(2), 40);  // cut to points 11 to 50 of the last file, 20.00005 to 23.90025
   EXPECT_EQ(ws.yval(2, 1), 110);
@@ -199,11 +205,15 @@ TEST(BackgroundFile, IsSavedInFixedColumns) {
   FreshWorkspace();
   ws.patternstem = "sample";
   PutCurve(SlotBackground, 9.5f, 100.25f, {12.34f, 1234567.0f});
-  Answer("file \"" + dir.file("b.xy") + "\"\nfile \"" + dir.file("none/b.xy") + "\"\nfile");
-  for (int times = 0; times < 3; ++times) SaveBackground();
+  for (const std::string& path : {dir.file("b.xy"), dir.file("none/b.xy")})
+    RunMenu(40076, "file \"" + path + "\"");
+  RunMenu(40076, "file");
   EXPECT_EQ(ReadFile(dir.file("b.xy")), "   9.500        12.3\n 109.750   1234567.0\n");
   const std::string select = "select\tSave background file\tBackground file|*.xy|\tsample_bkg.xy";
-  EXPECT_EQ(Events(), (Lines{select, select, "box\tFile Error\tFile open error", select}));
+  EXPECT_EQ(Events(), (Lines{select, select,
+                             "box\tFile Error\tFile open error\\n" + dir.file("none/b.xy") +
+                                 ": No such file or directory",
+                             select}));
 }
 
 }  // namespace

@@ -3,8 +3,6 @@
 
 #include "modify/modify.h"
 #include "modify/patterns.h"
-#include "toolkit/toolkit.h"
-#include "workspace/menuids.h"
 
 namespace {
 
@@ -60,7 +58,7 @@ TEST(Autodivergence, UndoesTheOpeningOfTheSlits) {
              [](double x) { return 1000 * (std::sin(0.1947787 + 0.0153201 * x / 2) - 0.19355); });
   Autodivergence();
   for (int i = 1; i <= 201; ++i) EXPECT_NEAR(ws.yval(SlotInput, i), 1000, 0.01);
-  EXPECT_EQ(WMenuGetState(MenuAutodivergence, MenuEnabled), 0);
+  EXPECT_EQ(ws.divergenceenabled, 0);
 }
 
 constexpr double kPeaks[] = {25, 50, 80, 115};
@@ -109,7 +107,7 @@ TEST(Alpha2Strip, LeavesAlpha1) {
           EXPECT_LT(Strip(Alpha1), 0.08 * ratio * 5000)
               << ratio << " " << steps << " " << interpolation << " " << step;
           EXPECT_EQ(ws.a2ratio, ratio);
-          EXPECT_EQ(WMenuGetState(MenuAlpha2Strip, MenuEnabled), 0);
+          EXPECT_EQ(ws.alpha2enabled, 0);
         }
 }
 

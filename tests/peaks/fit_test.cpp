@@ -35,7 +35,7 @@ struct SinglePeak : testing::Test {
     ws.viewxmin = ws.plotxmin;
     ws.viewxmax = ws.plotxmax;
     Answer(std::string("press ") + button);
-    SinglePeakFit();
+    SinglePeakFit(AcceptPeakFit);
     return Events();
   }
 };

@@ -63,16 +63,16 @@ TEST_F(PeakList, SavesFixedColumnsInOrder) {
     for (int field = 1; field <= 8; ++field) ws.peaks(field, j) = rows[j - 1][field - 1];
   const std::string file = dir.file("x y%s.pks"), full = dir.file("full.pks");
   std::filesystem::create_symlink("/dev/full", full);
-  Answer("file \"" + file + "\"\nfile \"" + full + "\"");
-  SavePeaks();
+  SavePeaks(file);
   EXPECT_EQ(ReadFile(file),
             "    7.500   99999.9   0.0800  -0.2500   0.0000   0.0000    0    0    0    1\n"
             "   50.123    1520.3   0.1234   0.5000   0.1000   0.4000    0    0    0    1\n");
-  SavePeaks();
-  EXPECT_EQ(Events().back(), "box\tError\tError writing " + full);
+  SavePeaks(full);
+  EXPECT_EQ(Events().back(),
+            "box\tError\tError writing peak file\\n" + full + ": No space left on device");
   ClearPeaks();
   EXPECT_EQ(ws.peaks(pmult, 2), 0);
-  SavePeaks();
+  RunMenu(40094);
   EXPECT_EQ(Events(), std::vector<std::string>{"box\tError\tNo peaks in list"});
 }
 
@@ -98,13 +98,13 @@ TEST_F(PeakList, LoadsWhatIsThereAndEndsCleanly) {
   for (const auto& row : table) {
     ws.peaks.fill(77);
     WriteFile(dir.file("a.pks"), row.content);
-    Answer("file \"" + dir.file("a.pks") + "\"");
-    LoadPeaks();
+    LoadPeaks(dir.file("a.pks"));
     EXPECT_EQ(ws.npeaks, row.rows) << row.name;
     for (int field = 1; field <= 8; ++field)
       EXPECT_EQ(ws.peaks(field, row.rows), row.last[field - 1]) << row.name << " " << field;
     EXPECT_EQ(ws.peaks(ptth, row.rows + 1), 77) << row.name;
-    EXPECT_EQ(Events().back().starts_with("status\t3\tPeak list is full"), row.rows == 200);
+    const std::vector<std::string> full = {"status\t3\tPeak list is full: 200 peaks"};
+    EXPECT_EQ(Events(), row.rows == 200 ? full : std::vector<std::string>());
   }
 }
 

@@ -188,10 +188,10 @@ TEST_F(PatternPlot, ManualPointsGridAndOverlayName) {
   }
   ws.noverlay = 1;
   ws.overlayname(1) =
-      "/data/25\xc2\xb0-$-of-twenty-fo\xc3\xbcr.v2.xy";  // 20 bytes end inside a letter
+      "/data/25\xc2\xb0-$-of-twenty-fo\xc3\xbcr.v2.xy";  // 20 letters of its stem are drawn
   RedrawView(1);
   const auto names = ReadTexts(ScreenList(), 1.2f * 15);
-  const auto name = std::ranges::find(names, "25\xc2\xb0-$-of-twenty-fo", &ReadText::text);
+  const auto name = std::ranges::find(names, "25\xc2\xb0-$-of-twenty-fo\xc3\xbcr", &ReadText::text);
   ASSERT_NE(name, names.end());
   EXPECT_NEAR(name->end.x, 940, 0.1f);
   EXPECT_NEAR(name->begin.y + 18, 950 - 20 - 30, 0.1f);

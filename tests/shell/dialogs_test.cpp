@@ -28,8 +28,11 @@ class Dialogs : public testing::Test {
     return "no such field";
   }
   std::vector<std::string> Run(int number, const std::string& answers) {
-    Answer(answers);
-    RunParameterDialog(number);
+    for (const Command& command : Commands())
+      if (command.dialog && command.dialog->resource.number == number) {
+        RunMenu(command.item.id, answers);
+        break;
+      }
     return Events();
   }
 };

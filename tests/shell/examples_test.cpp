@@ -103,8 +103,7 @@ double Intensity(const ExampleCase& c, double d) {
 
 void OpenExample(const char* file) {
   FreshWorkspace();
-  ws.patternpath = std::string(QUILLAGRAM_SOURCE "/examples/") + file;
-  OpenPattern(MaxRecent + 1);
+  OpenPattern(std::string(QUILLAGRAM_SOURCE "/examples/") + file);
 }
 
 TEST(Examples, EachHoldsItsPattern) {

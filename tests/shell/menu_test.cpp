@@ -26,7 +26,6 @@ class Menu : public testing::Test {
     FreshWorkspace();
     ws.startdir = dir.path() + "/";
     ReadConfiguration();
-    SetOpenHooks({UpdateRecentFiles, SetMenuLoaded});
     SetMenuLoaded(0);
   }
   void Pick(int id) { OnMenu(id, quitflag); }
@@ -38,22 +37,18 @@ class Menu : public testing::Test {
 std::string CancelOf(int id) {
   const int about[] = {40026, 40008}, dialogs[] = {40038, 40124};
   const int selectors[] = {40201, 40011, 40004, 40010, 40012, 40013,
-                           40014, 40015, 40016, 40141, 40140};
+                           40014, 40015, 40016, 40141, 40140, 40205};
   const auto holds = [id](const auto& list) { return std::ranges::count(list, id) > 0; };
   return holds(about) ? "press 1" : holds(dialogs) ? "press 2" : holds(selectors) ? "file" : "";
 }
 
 TEST_F(Menu, EveryEntryTwiceOnAnEmptyProgram) {
   for (int round = 0; round < 2; ++round)
-    for (const MenuRow& row : MenuTable()) {
-      if (row.popup || !WMenuGetState(row.id, MenuEnabled)) continue;
-      bool enabled = true;
-      for (int parent = row.parent; parent != 0;)
-        for (const MenuRow& popup : MenuTable())
-          if (popup.id == parent) {
-            enabled = enabled && WMenuGetState(parent, MenuEnabled);
-            parent = popup.parent;
-          }
+    for (const Command& command : Commands()) {
+      const MenuRow& row = command.item;
+      bool enabled = !row.popup;
+      for (int id = row.id; id != 0; id = FindCommand(id)->item.parent)
+        enabled = enabled && WMenuGetState(id, MenuEnabled);
       if (!enabled) continue;
       Answer(CancelOf(row.id));
       Pick(row.id);
@@ -89,7 +84,7 @@ TEST_F(Menu, SelectorsOfferTheFormatOfTheirRow) {
     ASSERT_FALSE(events.empty());
     EXPECT_TRUE(events[0].starts_with(std::string("select\tOpen pattern file\t") + row.filter))
         << events[0];
-    EXPECT_EQ(ws.plotmask, 0);
+    EXPECT_EQ(ws.plotmask + ws.viewmode + ws.filetype, 0);  // cancelled: as before
   }
 }
 

@@ -13,7 +13,9 @@
 #include <stdexcept>
 #include <utility>
 
+#include "shell/history.h"
 #include "shell/shell.h"
+#include "shell/undo.h"
 #include "toolkit/replay/transcript.h"
 #include "toolkit/toolkit.h"
 #include "workspace/workspace.h"
@@ -122,7 +124,7 @@ std::vector<std::string> Events() { return std::exchange(events, {}); }
 void FreshWorkspace() {
   StartToolkit();
   replay::NoInput();
-  RegisterResources();
+  RegisterMenu();
   SetApplicationHooks({FieldText, PlotPosition});
   WindowOpen(20, 20, 1536, 864, MainMenu, "Quillagram");
   IGrInit("");
@@ -132,7 +134,15 @@ void FreshWorkspace() {
   ws = *std::make_unique<Workspace>();
   ResetWorkspace();
   ClearPeakFit();
-  SetMenuLoaded(0);
   ws.plotmask = 0;
+  ForgetUndo();
+  ForgetHistory();
+  SetMenuLoaded(0);
   events.clear();
+}
+
+void RunMenu(int id, const std::string& answers) {
+  Answer(answers);
+  int quitflag = 0;
+  OnMenu(id, quitflag);
 }

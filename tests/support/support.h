@@ -40,3 +40,5 @@ void Answer(const std::string& transcriptlines);
 std::vector<std::string> Events();
 // The Workspace as at the start of the program, menu and dialogs registered, an empty plot.
 void FreshWorkspace();
+// Picks a menu item and answers what it asks.
+void RunMenu(int id, const std::string& answers = "");

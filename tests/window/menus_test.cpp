@@ -33,6 +33,7 @@ Script EscapeAll() {
 
 // Every command, twice: none may crash or leave something that Escape does not close.
 Script TryAll() {
+  ws.editorpath = "true";  // an editor that closes by itself
   for (const MenuItem& item : MenuItems()) {
     if (item.row.popup || item.row.id == MenuExit) continue;
     for (int time = 0; time < 2; ++time) {

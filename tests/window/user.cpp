@@ -11,6 +11,7 @@
 
 #include <gtest/gtest.h>
 
+#include "shell/history.h"
 #include "toolkit/common.h"
 #include "toolkit/qt/events.h"
 #include "toolkit/qt/window.h"
@@ -145,4 +146,13 @@ std::string MakePattern(const std::string& name) {
     file << x << ' ' << 50 + 950 / (1 + width * width) << '\n';
   }
   return path;
+}
+
+std::string LastDeed() {
+  const std::string path = Place() + "/deeds.replay";
+  WriteHistory(path);
+  std::ifstream file(path);
+  std::string last;
+  for (std::string line; std::getline(file, line);) last = line;
+  return last;
 }

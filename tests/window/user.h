@@ -68,5 +68,7 @@ QImage Sheet();
 
 // A file with a pattern of 1000 points: flat, with one peak of 1000 counts at 30 degrees.
 std::string MakePattern(const std::string& name);
+// The last line of the history.
+std::string LastDeed();
 // Directory of this test.
 const std::string& Place();

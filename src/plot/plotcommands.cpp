@@ -1,0 +1,38 @@
+// The Plot menu: switches of the curves.
+#include "plot/plot.h"
+#include "workspace/menuids.h"
+#include "workspace/workspace.h"
+
+namespace {
+
+Outcome FlipSwitch(const Arguments& arguments) {
+  ws.plotmask ^= arguments.number;
+  UpdatePlotMenu();
+  return Outcome::Done;
+}
+
+constexpr Command Switch(int id, const char* text, int bit) {
+  return {.item = {id, text, MenuPopupPlot},
+          .number = bit,
+          .run = FlipSwitch,
+          .redraw = Redraw::Full,
+          .undo = true};
+}
+
+constexpr Command kCommands[] = {
+    {.item = {MenuPopupPlot, "Plot", 0, true}},
+    Switch(MenuPlotInput, "(A) (Modified) Input pattern", PlotInput),
+    Switch(MenuPlotBackground, "(B) Background", PlotBackground),
+    Switch(MenuPlotRefined, "(C) Refined pattern", PlotRefined),
+    Switch(MenuPlotNet, "Difference (A-B)", PlotNet),
+    Switch(MenuPlotResidual, "Difference (A-C)", PlotResidual),
+    Switch(MenuPlotPeaks, "Peak positions", PlotPeaks),
+    {.item = {40029, "Full pattern", MenuPopupPlot, false, "F1"},
+     .viewmode = 1,
+     .run = [](const Arguments&) { return Outcome::Done; },
+     .redraw = Redraw::Full},
+};
+
+}  // namespace
+
+std::span<const Command> PlotCommands() { return kCommands; }
