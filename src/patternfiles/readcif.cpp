@@ -10,7 +10,8 @@
 //    132
 //   #--end
 //
-// The key above the data has two blanks in front. A line with "_" or "#" in front ends the data.
+// The key above the data has two blanks in front. What is no number, such as a line
+// with "_" or "#" in front, ends the data.
 #include "patternfiles/patternfiles.h"
 #include "patternfiles/readcommon.h"
 #include "workspace/workspace.h"
@@ -29,13 +30,10 @@ bool ReadValue(std::string_view line, std::string_view key, float& value) {
 
 int ReadData(LineReader& in, int slot) {
   std::string line;
+  float y;
   int n = 0;
-  while (n < PointLimit && in.Read(line, DataWidth)) {
-    if (line.starts_with('_') || line.starts_with('#')) break;
-    float y;
-    if (!ReadRecord<"(f20.0)">(line, y)) break;
+  while (n < PointLimit && in.Read(line, DataWidth) && ReadRecord<"(f20.0)">(line, y))
     ws.yval(slot, ++n) = y;
-  }
   return n;
 }
 
