@@ -163,13 +163,15 @@ class FormatParser {
     at_ += static_cast<std::size_t>(count);
   }
   // A doubled quote stands for one: a literal ends with the first of both, and another begins.
+  // (string_view::find is no constant expression for GCC under sanitizers.)
   constexpr void AddQuoted(char quote) {
     for (bool doubled = true; doubled;) {
-      const std::size_t end = text_.find(quote, at_);
-      if (end == std::string_view::npos) throw "a text without its end";
-      doubled = end + 1 < text_.size() && text_[end + 1] == quote;
-      Add({Kind::Literal, 0, -1, text_.substr(at_, end - at_ + doubled)});
-      at_ = end + 1 + doubled;
+      const std::size_t first = at_;
+      while (at_ < text_.size() && text_[at_] != quote) ++at_;
+      if (at_ == text_.size()) throw "a text without its end";
+      doubled = at_ + 1 < text_.size() && text_[at_ + 1] == quote;
+      Add({Kind::Literal, 0, -1, text_.substr(first, at_ - first + doubled)});
+      at_ += doubled ? 2 : 1;
     }
   }
 };
