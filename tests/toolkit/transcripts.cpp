@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdio>
+#include <ctime>
 #include <filesystem>
 
 #include "support/support.h"
@@ -298,6 +300,23 @@ TEST(Files, TheErrorIsThatOfTheLastOperation) {
   EXPECT_NE(WInfoError(0), 0);
   IOsCopyFile(work.file("c"), work.file("a b"));
   EXPECT_NE(WInfoError(0), 0);
+}
+
+TEST(Clock, TellsLocalDateAndTime) {
+  const auto now = [] {
+    const std::time_t seconds = std::time(nullptr);
+    char text[32];
+    std::strftime(text, sizeof text, "%Y%m%d %H%M%S", std::localtime(&seconds));
+    return std::string(text);
+  };
+  std::string before, told;
+  do {
+    before = now();
+    char text[32];
+    std::snprintf(text, sizeof text, "%08d %06d", IOsDate(), IOsTime());
+    told = text;
+  } while (before != now());
+  EXPECT_EQ(told, before);
 }
 
 }  // namespace
