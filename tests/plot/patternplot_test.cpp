@@ -1,53 +1,11 @@
 #include <array>
-#include <functional>
-#include <map>
 #include <memory>
 
-#include "plot/drawing.h"
+#include "plot/onepeak.h"
 
 namespace {
 
 using namespace colours;
-
-// 401 points from 20 to 60 degrees: a floor of 100 counts and a peak of 1000 at 28.44 degrees.
-constexpr float kPeak = 28.44f, kStep = 0.1f;
-float Counts(float tth) { return 100 + 900 * std::exp(-(tth - kPeak) * (tth - kPeak) / 2); }
-float D(float tth) { return 1.54056f / 2 / std::sin(tth / 2 / RadToDeg); }
-float Q(float tth) { return 6.283185f / D(tth); }
-
-// As the mouse leaves a rubber band.
-void Band(float x1, float x2, float y1, float y2) {
-  RedrawView(1);
-  ws.bandx1 = ws.plotxmin = x1;
-  ws.bandx2 = ws.plotxmax = x2;
-  ws.bandy1 = y1;
-  ws.bandy2 = y2;
-  RedrawView(0);
-}
-
-// n points of two-theta from `first` on.
-void FillSlot(int slot, int n, const std::function<float(float)>& counts, float first = 20,
-              float step = kStep) {
-  ws.npts(slot) = n;
-  ws.wavelen(slot) = 1.54056f;
-  for (int i = 1; i <= n; ++i) {
-    const float x = first + step * static_cast<float>(i - 1);
-    ws.xval(AxisTth, slot, i) = x;
-    ws.yval(slot, i) = counts(x);
-  }
-  ComputeXAxes();
-}
-
-class PatternPlot : public testing::Test {
- protected:
-  void SetUp() override {
-    FreshWorkspace();
-    ws.viewmode = 1;
-    ws.plotmask = PlotInput;
-    FillSlot(SlotInput, 401, Counts);
-    ws.stem20 = "silicon";
-  }
-};
 
 TEST_F(PatternPlot, EveryPointStandsAtItsPlaceAndTheRangesAreWrittenBack) {
   for (int fullrange : {1, 0}) {  // what was written back is what is drawn again
@@ -108,12 +66,7 @@ TEST_F(PatternPlot, CurvesInEveryView) {
       {"log, zero counts", axes(AxisTth, 2, 0), kBlack, 401, {20, 0}, {60, 2}},
       {"d", axes(AxisD, 1, 100), kBlack, 401, {D(20), 100}, {D(60), 100}},
       {"Q", axes(AxisQ, 1, 100), kBlack, 401, {Q(20), 100}, {Q(60), 100}},
-      {"band",
-       band(25.03f, 32.05f, 50, 1100),
-       kBlack,
-       70,
-       {25.1f, Counts(25.1f)},
-       {32, Counts(32)}},
+      {"band", band(25.03f, 32.05f, 50, 1100), kBlack, 70, {25.1f, 103.4f}, {32, 101.6f}},
       {"band of ten steps", band(25, 25.9f, 150, 700), kBlack, 401, {20, 100}, {60, 100}},
       {"band of 4 counts", band(25, 32, 150, 154), kBlack, 401, {20, 100}, {60, 100}},
       {"background", with(3, SlotBackground, 300), kGreen, 401, {20, 300}, {60, 300}},
@@ -178,17 +131,16 @@ TEST_F(PatternPlot, ManualPointsGridAndOverlayName) {
   const auto grid = Curves(kGrid);
   ASSERT_EQ(grid.size(), 41u + 91u);  // every degree, every 10 counts
   for (std::size_t i = 0; i < grid.size(); ++i) {
-    const auto k = static_cast<float>(i < 41 ? i : i - 41);
-    const DrawPoint from = i < 41 ? DrawPoint{20 + k, 100} : DrawPoint{20, 100 + 10 * k},
-                    to = i < 41 ? DrawPoint{20 + k, 1000} : DrawPoint{60, 100 + 10 * k};
-    EXPECT_NEAR(grid[i][0].x, from.x, 1e-3f);
-    EXPECT_NEAR(grid[i][0].y, from.y, 0.05f);
-    EXPECT_NEAR(grid[i][1].x, to.x, 1e-3f);
-    EXPECT_NEAR(grid[i][1].y, to.y, 0.05f);
+    const bool upright = i < 41;
+    const auto k = static_cast<float>(upright ? i : i - 41);
+    EXPECT_NEAR(grid[i][0].x, upright ? 20 + k : 20, 1e-3f);
+    EXPECT_NEAR(grid[i][1].x, upright ? 20 + k : 60, 1e-3f);
+    EXPECT_NEAR(grid[i][0].y, upright ? 100 : 100 + 10 * k, 0.05f);
+    EXPECT_NEAR(grid[i][1].y, upright ? 1000 : 100 + 10 * k, 0.05f);
   }
   ws.noverlay = 1;
-  ws.overlayname(1) =
-      "/data/25\xc2\xb0-$-of-twenty-fo\xc3\xbcr.v2.xy";  // 20 letters of its stem are drawn
+  // 20 letters of the stem are drawn
+  ws.overlayname(1) = "/data/25\xc2\xb0-$-of-twenty-fo\xc3\xbcr.v2.xy";
   RedrawView(1);
   const auto names = ReadTexts(ScreenList(), 1.2f * 15);
   const auto name = std::ranges::find(names, "25\xc2\xb0-$-of-twenty-fo\xc3\xbcr", &ReadText::text);
@@ -310,118 +262,6 @@ TEST_F(PatternPlot, CurvesAreClippedToTheFrame) {
   RedrawView(1);
   EXPECT_TRUE(Curves(kGreen).empty());
   EXPECT_EQ(Curve(kBlack).size(), 401u);
-}
-
-// Picked places are kept as two-theta and counts, and drawn where they lie on the axes on show.
-TEST_F(PatternPlot, PlacesOnTheAxesOnShow) {
-  ws.npeaks = ws.nmanualbg = 1;
-  ws.peaks(ptth, 1) = kPeak;
-  ws.manualbg(1, 1) = 40;
-  ws.manualbg(2, 1) = 250;
-  ws.wavelen(1) = 0.7093f;  // of no account: the axes stand for another one
-  const auto near = [](float value, float expected) {
-    EXPECT_NEAR(value, expected, 1e-3f * std::abs(expected) + 1e-3f);
-  };
-  const auto expectplaces = [&](float (*shown)(float), float (*showny)(float)) {
-    ws.plotmask = PlotInput | PlotPeaks;
-    RedrawView(1);
-    const auto ticks = Curves(kMagenta), cross = Curves(kOrange);
-    ASSERT_EQ(ticks.size(), 1u);
-    near(ticks[0][1].x, shown(kPeak));
-    near(ticks[0][1].y, showny(Counts(28.4f)));
-    ASSERT_EQ(cross.size(), 2u);
-    near(cross[1][0].x, shown(40));
-    near(cross[0][0].y, showny(250));
-    for (int i = 1; i <= 401; i += 20) {
-      const float tth = ws.xval(AxisTth, SlotInput, i), counts = ws.yval(SlotInput, i);
-      EXPECT_EQ(ShownX(tth), ws.xval(ws.xaxismode, SlotInput, i));
-      near(TwoThetaOf(shown(tth)), tth);
-      const DataPoint there = ShownPosition({tth, counts}), back = StoredPosition(there);
-      near(there.x, shown(tth));
-      near(there.y, showny(counts));
-      near(back.x, tth);
-      near(back.y, counts);
-    }
-  };
-  const auto same = [](float value) { return value; };
-  const auto log = [](float counts) { return std::log10(counts); };
-  for (ws.yaxismode = 1; ws.yaxismode <= 2; ++ws.yaxismode) {
-    float (*const y)(float) = ws.yaxismode == 1 ? +same : +log;
-    ws.xaxismode = AxisTth;
-    expectplaces(same, y);
-    ws.xaxismode = AxisD;
-    expectplaces(D, y);
-    for (float none : {0.0f, -1.0f, 0.77f}) EXPECT_EQ(TwoThetaOf(none), 0) << none;
-    ws.xaxismode = AxisQ;
-    expectplaces(Q, y);
-    for (float none : {0.0f, -1.0f, 8.16f}) EXPECT_EQ(TwoThetaOf(none), 0) << none;
-    for (float none : {0.0f, -20.0f}) EXPECT_EQ(ShownX(none), 0) << none;
-  }
-  EXPECT_EQ(ShownPosition({20, 0}).y, 0);  // on the logarithmic axis
-}
-
-TEST_F(PatternPlot, HeaderBlockOnPaper) {
-  const struct {
-    const char *field, *shown;
-  } kExposures[] = {{"45", "45 s"}, {"        60", "1 min"}, {"330", "5 min 30 s"}, {"3600", "1 h"},
-                    {"0", "0"},     {"7500", "2 h 5 min"},   {"two days", "0"}};
-  ws.infodepartment = "Crystallography";
-  ws.infoaddress = "12 Long Street";
-  ws.sampleid = "Silicon $100@";
-  ws.gdfhead(5) = "A. M\xc3\xbcller";
-  ws.scandate = "2026-03-01";
-  ws.patternpath =
-      "/home/somebody/measurements/of/the/year/2026/in/folders/with/long/names/below/the/"
-      "others/25\xc2\xb0/silicon.xy";
-  ws.profrvalue = 0.04567f;
-  ws.crystallinity = 45.25f;
-  ws.cryststart = 10;
-  ws.crystend = 90;
-  for (const auto& e : kExposures) {
-    ws.gdfhead(8) = e.field;
-    ws.printflag = 1;
-    OpenPaper();
-    RedrawView(1);
-    ExpectInside(PaperList(), 180, 254);
-    const auto texts = ReadTexts(PaperList(), 15 * PaperScale, 0, 24);
-    const std::pair<std::string, float> kBlock[] = {
-        {"Quillagram              Crystallography", 0},
-        {"12 Long Street", 12},
-        {"Sample:                  Silicon $100@", 22},
-        {"Operator:                 A. M\xc3\xbcller", 28},
-        {"Exposure time:           " + std::string(e.shown), 34},
-        {"Profile R-value:          0.04567", 40},
-        {"Pattern file:            "
-         "...folders/with/long/names/below/the/others/25\xc2\xb0/silicon.xy",
-         46},
-        {"Data collection date:    2026-03-01", 52},
-        {"Crystallinity:            45.25 ( 10.00- 90.00)", 58}};
-    auto text = std::ranges::find(texts, kBlock[0].first, &ReadText::text);
-    for (const auto& [line, fall] : kBlock) {
-      ASSERT_NE(text, texts.end()) << line;
-      EXPECT_EQ(text->text, line);
-      const float top = 125 - (4 * 1.584f + 2) * 2.6f;
-      EXPECT_NEAR(text->begin.y, top - 15 * PaperScale - fall, 0.02f) << line;
-      ++text;
-    }
-    EXPECT_EQ(text, texts.end());
-  }
-}
-
-// On paper as on the screen: solid lines, told apart by their colours.
-TEST_F(PatternPlot, CurvesOnPaperAreSolid) {
-  for (int slot : {SlotBackground, SlotRefined, SlotOverlay}) FillSlot(slot, 401, Counts);
-  ws.plotmask = 63;
-  ws.noverlay = 1;
-  ws.printflag = 1;
-  OpenPaper();
-  RedrawView(1);
-  std::map<std::uint32_t, std::size_t> longest;
-  for (const Stroke& s : PaperList().strokes) {
-    EXPECT_EQ(s.pen.linetype, 0);
-    longest[s.pen.colour] = std::max(longest[s.pen.colour], s.count);
-  }
-  for (int colour : {kBlack, kGreen, kOrange, kBrown}) EXPECT_GE(longest[colour], 401u) << colour;
 }
 
 }  // namespace

