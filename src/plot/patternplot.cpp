@@ -173,7 +173,7 @@ void DrawCurves(const Plot& plot) {
     SetPen(1, 1, colours::kGreen);
     DrawCurve(plot, SlotBackground, ws.npts(SlotInput), x);
   }
-  if (ws.noverlay > 0 && ws.fitshown == 0) DrawOverlays(plot);
+  if (ws.fitshown == 0) DrawOverlays(plot);
   if (ws.fitshown == 1 || (ws.plotmask & PlotRefined)) {
     SetPen(1, 1, colours::kOrange);
     DrawCurve(plot, SlotRefined, ws.npts(SlotRefined), x);
@@ -182,8 +182,8 @@ void DrawCurves(const Plot& plot) {
       DrawResidual(plot, x);
     }
   }
-  if (ws.npeaks >= 1 && (ws.plotmask & PlotPeaks)) DrawPeakTicks(plot, x);
-  if (ws.nmanualbg > 0) DrawManualPoints(plot, x);
+  if (ws.plotmask & PlotPeaks) DrawPeakTicks(plot, x);
+  DrawManualPoints(plot, x);
 }
 
 }  // namespace

@@ -107,6 +107,9 @@ TEST_F(AnalysisPlots, RightAndLeftPointsWhereTheyExist) {
     EXPECT_NEAR(averages[11][0].y - lefts[10][0].y, above, 0.1f);
     EXPECT_NEAR(rights[0][0].y - averages[1][0].y, 5 * above, 0.1f);
     EXPECT_NEAR(lefts[0][0].y - averages[0][0].y, 5 * above, 0.1f);  // as if the right one were 0
+    // The last one lies at 135 on an axis from 10 to 140.
+    const float place = (averages[199][0].x + averages[199][2].x) / 2;
+    EXPECT_NEAR(place, 100 + 850 * 125.0f / 130, 0.01f);
     EXPECT_EQ(rights[198][0].x, averages[199][0].x);
     EXPECT_EQ(lefts[198][0].x, averages[199][0].x);
   }
