@@ -63,7 +63,7 @@ TEST_F(Alphabet, ShapesAreDistinctAndInTheirPlace) {
     EXPECT_TRUE(box.left >= 490 && box.right <= 562) << text;
     EXPECT_TRUE(box.bottom >= 468 && box.top <= (name ? 631 : 610)) << text;
     const bool fresh = seen.emplace(points, text).second;
-    EXPECT_TRUE(fresh || !alone) << text << " looks like " << seen[points];
+    EXPECT_EQ(fresh, alone) << text << " looks like " << seen[points];
   };
   for (int code = 33; code <= 126; ++code) look(Encoded(code), true, true);
   for (int code = 0xA1; code <= 0xFF; ++code) look(Encoded(code), code != 0xAD, true);  // a hyphen
