@@ -66,6 +66,6 @@ void SetMenuLoaded(int flag) {
 
 void FollowPattern() {
   const std::string directory = FileDirectory(ws.patternpath);
-  if (!directory.empty()) IOsDirChange(directory);
+  IOsDirChange(directory.empty() ? ws.startdir : directory);
   WindowTitle(ws.patternloaded ? ws.patternstem + " - " + ProgramTitle : ProgramTitle);
 }
