@@ -25,7 +25,7 @@ void FillSlot() {
 }
 
 template <class Setting>
-void Time(benchmark::State& state, void (*command)(), Setting setting) {
+void Time(benchmark::State& state, Outcome (*command)(), Setting setting) {
   for (auto _ : state) {
     state.PauseTiming();
     FillSlot();

@@ -44,6 +44,8 @@ NamedField Named(const Table<T, N...>& field) {
 // All fields, group by group.
 // clang-format off
 #define FIELDS(F) \
+  F(patternloaded) F(plotmarks) F(xaxismark) F(yaxismark) F(xgridmark) F(ygridmark) \
+    F(alpha2enabled) F(divergenceenabled) F(overlayitems) \
   F(xval) F(yval) F(npts) F(ptrefl) \
   F(viewmode) F(analysiskind) F(plotmask) F(xaxismode) F(yaxismode) F(xgrid) F(ygrid) \
   F(viewxmin) F(viewxmax) F(viewymin) F(viewymax) F(bandx1) F(bandx2) F(bandy1) F(bandy2) \

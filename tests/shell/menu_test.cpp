@@ -171,6 +171,25 @@ TEST_F(Menu, ChildWindowsCloseTheirGapAndStopAtFifty) {
   EXPECT_EQ(ws.childwin(3), fourth);
 }
 
+// The line of a fit belongs to its pattern; a strict transcript ends at the first failed command,
+// and a cancelled one is none.
+TEST_F(Menu, FitTextsAndFailedCommands) {
+  LoadLine(dir);
+  WindowOutStatusBar(3, "Cycle   7  Rw .0123");
+  RunMenu(40205, "file");
+  EXPECT_EQ(WStatusText(3), "Cycle   7  Rw .0123");
+  LoadLine(dir);
+  EXPECT_EQ(WStatusText(3), "");
+  const std::string lines = "open " + dir.file("line.xy") +
+                            "\nmenu 40060\npress Cancel\nopen none.xy\nget npts(1)\n";
+  const ReplayRun lenient = RunReplay(lines, dir.path());
+  EXPECT_EQ(lenient.status, 0);
+  EXPECT_EQ(lenient.lines.back(), "value\tnpts(1)\t1001");
+  const ReplayRun strict = RunReplay(lines, dir.path(), {"--strict"});
+  EXPECT_EQ(strict.status, 1);
+  EXPECT_EQ(strict.lines.back(), "error\t4\tthe command failed");
+}
+
 TEST_F(Menu, FieldsByName) {
   ws.npts(3) = 7;
   ws.xval(1, 2, 6) = 0.1f;

@@ -123,7 +123,8 @@ TEST_P(Transcript, ShowsWhatItSays) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Tour, Transcript,
-                         testing::Values("corrections", "modify", "background", "peaks", "peakfit"),
+                         testing::Values("corrections", "modify", "background", "peaks", "peakfit",
+                                         "commands"),
                          [](const auto& name) { return name.param; });
 
 }  // namespace
