@@ -116,7 +116,7 @@ crystallinity Crystallinity alt+b c
 autosubtract Autosubtract_options alt+b p
 peak-search Peak_search_options alt+p s
 peaks-manual Set_manual_peak alt+p m
-peak-fit-options Single_peak_fit_options alt+e o
+peak-fit-options Single_peak_fit_options alt+a o
 TABLE
 
 # What the commands make of the pattern. The main window keeps its number while dialogs come and go.
@@ -132,25 +132,26 @@ beside() { xdotool search --name "$1" | tail -1; }
 
 keys alt+b m; await "Set manuel background"
 activate "$main"
-for x in 140 170 250 400 600 800 940; do click 1 "$x" 850; done
+for x in 140 170 250 400 600 800 940; do click 1 "$x" 868; done
 click 1 500 500; picture background-points root
 click 3 500 500
 activate "$(beside "Set manuel background")"; keys alt+f; await " - Quillagram"
 picture background-manual
 keys alt+b a; await "Background subtraction"; picture autosubtract-question root
 keys Return; await " - Quillagram"; picture autosubtract
+keys alt+e; picture menu-edit root; keys Escape Escape
 
 keys alt+p c; keys alt+p a; picture peak-search
 keys alt+p m; await "Set manual peak"; activate "$main"
-click 1 300 400; click 1 620 400; click 3 620 400; picture peak-picking root
+click 1 336 400; click 1 436 400; click 3 620 400; picture peak-picking root
 activate "$(beside "Set manual peak")"; keys alt+o; await " - Quillagram"
 keys alt+p c
-keys F1; drag 270 100 315 880 peak-fit-band
-keys alt+e f; await "Single peak fit results"; picture peak-fit-results root
+keys F1; drag 325 100 350 880 peak-fit-band
+keys alt+a f; await "Single peak fit results"; picture peak-fit-results root
 keys Return; await " - Quillagram"; picture peak-fit
 keys F1 alt+p a
 for kind in "fwhm p" "shape t" "size a" "williamson-hall w"; do
-  keys alt+e ${kind#* }; picture "plot-${kind% *}"
+  keys alt+a ${kind#* }; picture "plot-${kind% *}"
 done
 
 # The printed page beside the window.
