@@ -76,6 +76,14 @@ NamedField Named(const Table<T, N...>& field) {
   F(noverlay) F(displacex) F(displacey) \
   F(fitbgorder) F(fitscale) F(fitzero) F(fitscalerefine) F(fitzerorefine) F(fitpatmode) \
     F(fitshown) F(profrvalue) \
+  F(cell) F(cellesd) F(cellrefine) F(cellfallback) F(laueclass) F(centering) \
+    F(fwhmleft) F(fwhmright) F(fwhmrefine) F(fwhmtie) \
+    F(shapeleft) F(shaperight) F(shaperefine) F(shapetie) \
+    F(bgorder) F(tthzero) F(tthzerorefine) F(ncycles) F(nbkgcycles) F(maxshift) F(nfwhmpeak) \
+    F(diagdamp) F(everynth) F(minfwhmsep) F(fitmin2th) F(fitmax2th) F(fitposmode) F(fitfwhmmode) \
+    F(fitrp) F(fitrwp) F(fitgof) F(fitpoints) F(fitnpar) F(fitcycles) F(bgesd) F(zeroesd) \
+    F(volumeesd) F(fwhmesd) F(shapeesd) F(fitcorrelation) F(fitcorrelated) \
+    F(fitfile) F(refineout) F(fitrun) \
   F(headerskip) F(itoform) F(treform)
 // clang-format on
 

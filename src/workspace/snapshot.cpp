@@ -44,7 +44,7 @@ std::shared_ptr<const SlotPoints> PointsNow(int slot) {
 }  // namespace
 
 Snapshot TakeSnapshot(const Snapshot* before) {
-  Snapshot now{ws, ws, ws.npts, {}};
+  Snapshot now{ws, ws, ws, ws.npts, {}};
   for (int slot = 1; slot <= MaxSlots; ++slot) {
     auto& points = now.points[slot - 1];
     if (before) points = before->points[slot - 1];
@@ -55,6 +55,7 @@ Snapshot TakeSnapshot(const Snapshot* before) {
 
 void RestoreSnapshot(const Snapshot& snapshot) {
   static_cast<PatternData&>(ws) = snapshot.data;
+  static_cast<FitParameters&>(ws) = snapshot.fit;
   static_cast<PerPattern&>(ws) = snapshot.options;
   ws.npts = snapshot.npts;
   for (int slot = 1; slot <= MaxSlots; ++slot) {

@@ -12,6 +12,7 @@ using SlotPoints = std::vector<float>;
 
 struct Snapshot {
   PatternData data;
+  FitParameters fit;
   PerPattern options;
   Table<int, MaxSlots> npts;
   // Slots that did not change between two snapshots are shared by them.

@@ -39,7 +39,9 @@ int ActiveSlot() {
 void ClearPeakFit() {
   ws.peaks.fill(0);
   ws.npeaks = 0;
-  ws.bgcoef.fill(0);
+  static_cast<FitParameters&>(ws) = FitParameters{};
+  ws.fwhmleft = ws.fwhmright = ws.caglmin;
+  ws.shapeleft = ws.shaperight = ws.shapemin;
   for (float& y : ws.yval.row(SlotRefined)) y = 0;
   ws.plotmask = PlotInput;
 }

@@ -99,7 +99,6 @@ struct PerPattern {
   int chebyused = 0;  // terms of the polynomial in chebycoef
   float chebyxmin = 0, chebyxmax = 0;
   Table<float, MaxChebyshev> chebycoef;
-  Table<float, MaxChebyshev> bgcoef;  // background of the whole-pattern fit
 
   // Peak search
   int pksmooth = 15;
@@ -218,10 +217,58 @@ struct PatternData {
   float spshapeleft = 0, spshapemean = 0, spshaperight = 0;
   float spsize = 0;  // angstrom
 
+  // Whole-pattern fit: its files, and the button that ran it last (1 "Refine", 2 "Calculate")
+  std::string fitfile, refineout;
+  int fitrun = 0;
+
   bool operator==(const PatternData&) const = default;
 };
 
-struct Workspace : Session, PointStore, PatternData, PerPattern {};
+// The whole-pattern fit: what its dialog holds, and what the last refinement has found.
+struct FitParameters {
+  Table<float, 6> cell{{10, 10, 10, 90, 90, 90}};  // a, b, c in angstrom, alpha, beta, gamma
+  Table<float, 6> cellesd;
+  Table<int, 6> cellrefine;
+  // The cell of the last fit, for one that comes without lengths
+  Table<float, 6> cellfallback{{10, 10, 10, 90, 90, 90}};
+  int laueclass = 1, centering = 1;  // 1 to 16 and 1 to 7
+
+  // U, V, W of the squared FWHM in tan(theta), and g1, g2, g3 of the shape in two-theta
+  Table<float, 3> fwhmleft, fwhmright;
+  Table<int, 6> fwhmrefine;  // left, then right
+  Table<int, 3> fwhmtie;     // left and right are one parameter
+  Table<float, 3> shapeleft, shaperight;
+  Table<int, 6> shaperefine;
+  Table<int, 3> shapetie;
+
+  int bgorder = 5;  // Chebyshev terms; 0: the estimated background
+  Table<float, MaxChebyshev> bgcoef;
+  float tthzero = 0;  // added to every two-theta
+  int tthzerorefine = 0;
+
+  int ncycles = 25, nbkgcycles = 1;
+  float maxshift = 0.3f;  // in e.s.d.s
+  int nfwhmpeak = 6;      // reach of a peak
+  float diagdamp = 1.05f;
+  int everynth = 1;
+  float minfwhmsep = 0.1f;  // in FWHM; nearer peaks share an intensity
+  float fitmin2th = 5, fitmax2th = 150;
+  int fitposmode = 2;   // 1 individual positions, 2 unit cell
+  int fitfwhmmode = 2;  // 1 individual, 2 Caglioti
+
+  // Of the last refinement; fitnpar 0: there has been none
+  float fitrp = 0, fitrwp = 0, fitgof = 0;
+  int fitpoints = 0, fitnpar = 0, fitcycles = 0;
+  Table<float, MaxChebyshev> bgesd;
+  float zeroesd = 0, volumeesd = 0;
+  Table<float, 6> fwhmesd, shapeesd;  // left, then right; 0: not refined
+  float fitcorrelation = 0;           // the largest, and between which parameters
+  std::string fitcorrelated;
+
+  bool operator==(const FitParameters&) const = default;
+};
+
+struct Workspace : Session, PointStore, PatternData, FitParameters, PerPattern {};
 
 extern Workspace ws;
 
