@@ -97,6 +97,7 @@ Outcome AfterManualOptions(const Arguments& arguments) {
 }
 
 void TellCrystallinity() {
+  if (!(ws.crystend > ws.cryststart)) return;  // nothing has been calculated
   MessageBoxInfo("Crystallinity",
                  "Crystallinity =" + LeftAlign(RealField(ws.crystallinity, 9, 2)) + " %");
 }

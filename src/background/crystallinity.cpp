@@ -15,10 +15,10 @@ float ScatteringVector(float tth) { return 2.0f * std::sin(0.5f * tth / RadToDeg
 // Integrates pattern and background over the scattering vector s from cryststart to crystend, with
 // the weight s squared. The background counts as the amorphous part.
 Outcome Crystallinity() {
-  if (ws.npts(SlotInput) < 2) return Outcome::Idle;
+  if (ws.npts(SlotInput) < 2) return Outcome::Done;
   ws.cryststart = std::max(ws.cryststart, FirstTth(SlotInput));
   ws.crystend = std::min(ws.crystend, LastTth(SlotInput));
-  if (!(ws.crystend > ws.cryststart)) return Outcome::Idle;
+  if (!(ws.crystend > ws.cryststart)) return Outcome::Done;
   if (ws.wavelen(1) <= 0.1f) {
     ws.wavelen(1) = 1.5406f;
     ComputeXAxes();

@@ -108,10 +108,10 @@ void SplineCurve(const PointList& points, std::span<const float> at, std::span<f
 
 // Half as many terms as there are points, fitted by least squares.
 Outcome ChebyshevCurve(const PointList& points, std::span<const float> at, std::span<float> out) {
-  ws.chebyorder = std::min(static_cast<int>(points.x.size()) / 2, kMostChebyshevTerms);
+  const int order = std::min(static_cast<int>(points.x.size()) / 2, kMostChebyshevTerms);
   float places[MaxChebyshev] = {};
-  const std::span<float> coef(places, ws.chebyorder);
-  const ChebyshevFrame frame{at.front(), at.back(), ws.yval(SlotInput, ws.chebyorder + 1)};
+  const std::span<float> coef(places, order);
+  const ChebyshevFrame frame{at.front(), at.back(), ws.yval(SlotInput, order + 1)};
   const FitResult fit =
       ChebyshevCycles(points.x, points.y, frame, coef, kChebyshevCycles, ReportFitCycle);
   if (fit.end == FitEnd::Stopped) return Outcome::Cancelled;
@@ -122,6 +122,7 @@ Outcome ChebyshevCurve(const PointList& points, std::span<const float> at, std::
   ReportFitCycle(kChebyshevCycles + 1, fit.rw);
   for (std::size_t i = 0; i < at.size(); ++i)
     out[i] = ChebyshevValue(coef, at[i], frame.xmin, frame.xmax);
+  ws.chebyorder = order;
   return Outcome::Done;
 }
 
@@ -135,10 +136,13 @@ void ChooseAllowedCurve() {
 }  // namespace
 
 // Clicks add and remove points until the dialog is closed: OK keeps the points for later, Cancel
-// drops them, Fit draws the curve through them.
+// drops them and leaves the view as it was, Fit draws the curve through them. A fit that fails or
+// is stopped leaves the dialog open: the points are work of the user's hands.
 Outcome ManualBackgroundDialog() {
+  const PatternData before = ws;
+  const PerPattern options = ws;
   ws.plotmask = PlotInput;
-  RedrawView(0);
+  RefreshView();
   const DataPoint reach{(ws.viewxmax - ws.viewxmin) / 200, (ws.viewymax - ws.viewymin) / 200};
   WMessageEnable(MessageMouseDown, 1);
   WRegisterDialogs({&kDialog, 1});
@@ -146,13 +150,15 @@ Outcome ManualBackgroundDialog() {
   WDialogLoad(DialogNumber);
   const int button = RunBeside(DialogNumber, [&](const Message& message) {
     if (message.type == MessageMouseDown) OnClick(message, reach);
-    return message.type != MessageButton;
+    if (message.type != MessageButton) return true;
+    return message.value1 == ButtonFit && FitManualBackground() != Outcome::Done;
   });
   WDialogUnload();
-  // The points are work of the user's hands: a fit that fails or is stopped leaves them.
-  if (button == ButtonFit) FitManualBackground();
-  if (button == ButtonCancel) ws.nmanualbg = 0;
-  return Outcome::Done;
+  if (button != ButtonCancel) return Outcome::Done;
+  static_cast<PatternData&>(ws) = before;
+  static_cast<PerPattern&>(ws) = options;
+  ws.nmanualbg = 0;
+  return Outcome::Idle;
 }
 
 // Needs two points at least, also after those that lie together have become one. A fit uses the

@@ -14,7 +14,7 @@ Outcome ScaleBackground() {
 // Makes the sums of background and pattern over the interval equal. Their points are matched by
 // number, not by two-theta. A background of 0 stays.
 Outcome ScaleToInterval() {
-  if (!(ws.bgintstart < ws.bgintend)) return Outcome::Idle;
+  if (!(ws.bgintstart < ws.bgintend)) return Outcome::Done;
   ws.bgintstart = std::max(ws.bgintstart, FirstTth(SlotBackground));
   ws.bgintend = std::min(ws.bgintend, LastTth(SlotBackground));
   float pattern = 0, background = 0;

@@ -42,9 +42,8 @@ Outcome ConvertPattern() {
   std::copy_n(y.begin(), n, ws.yval.row(slot).begin());
   ws.wavelen(slot) = ws.newwavelength;
   ws.npts(slot) = n;
-  if (slot == SlotInput)
-    ComputeXAxes();
-  else
-    ComputeSlotAxes(slot, ws.newwavelength);
+  // The other slots keep their angles, which are those of the old wavelength.
+  ComputeSlotAxes(slot, ws.newwavelength);
+  if (slot == SlotInput) ws.axiswave = ws.newwavelength;
   return Outcome::Done;
 }

@@ -28,12 +28,12 @@ std::string AskForPattern(int filetype) {
 }
 
 Outcome OpenPattern(const std::string& path, int filetype) {
+  if (!AcceptPath(path)) return Outcome::Failed;
   const PatternFormat* format = filetype != 0 ? FindFormat(filetype) : FindFormatByExtension(path);
   if (!format) {
     MessageBoxError("Error", UnknownType(path));
     return Outcome::Failed;
   }
-  if (!AcceptPath(path)) return Outcome::Failed;
   ws.gdfhead.fill("");
   ws.patternpath = path;
   ws.patternstem = FileStem(ws.patternpath);

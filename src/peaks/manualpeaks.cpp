@@ -1,4 +1,5 @@
 // "Set manual peak positions": picks and removes peaks with the mouse beside the plot.
+#include <algorithm>
 #include <cmath>
 
 #include "peaks/peaklist.h"
@@ -28,8 +29,9 @@ constexpr DialogResource kDialog{DialogNumber, "Set manual peak positions", kCon
 
 // Pans by one width of the view. At the end of the pattern the view widens back over all of it.
 void Pan(int button) {
-  const float first = ws.xval(AxisTth, SlotInput, 1);
-  const float last = ws.xval(AxisTth, SlotInput, ws.npts(SlotInput));
+  const float start = ws.xval(ws.xaxismode, SlotInput, 1),
+              stop = ws.xval(ws.xaxismode, SlotInput, ws.npts(SlotInput));
+  const float first = std::min(start, stop), last = std::max(start, stop);
   const float oldmin = ws.viewxmin, oldmax = ws.viewxmax;
   const bool lower = button == ButtonLower;
   ws.viewxmin = lower ? 2 * oldmin - oldmax : oldmax;
@@ -79,7 +81,7 @@ bool OnMessage(const Message& message, float tolerance) {
 Outcome ManualPeakSearch() {
   if (ws.npts(SlotInput) < 1) return Outcome::Done;
   ws.plotmask = PlotInput + PlotPeaks;
-  RedrawView(0);
+  RefreshView();
   const float tolerance = (ws.viewxmax - ws.viewxmin) / 200;
   WMessageEnable(MessageMouseDown, 1);  // and left on: the main loop zooms by mouse
   WRegisterDialogs({&kDialog, 1});

@@ -8,6 +8,7 @@
 #include "peaks/peaklist.h"
 #include "peaks/peakprofile.h"
 #include "peaks/peaks.h"
+#include "plot/dataposition.h"
 #include "plot/plot.h"
 #include "toolkit/controls.h"
 #include "toolkit/toolkit.h"
@@ -40,13 +41,15 @@ struct Points {
   std::vector<float> x, y;
 };
 
-// The part of slot 1 that the plot shows, up to the first point beyond it.
+// The part of slot 1 that the plot shows, whatever its axis, up to the first point beyond it.
 Points CollectVisible() {
+  float first = TwoThetaOf(ws.plotxmin), last = TwoThetaOf(ws.plotxmax);
+  if (ws.xaxismode == AxisD) std::swap(first, last);
   Points points;
   for (int i = 1; i <= ws.npts(SlotInput); ++i) {
     const float x = ws.xval(AxisTth, SlotInput, i);
-    if (x > ws.plotxmax) break;
-    if (x < ws.plotxmin) continue;
+    if (x > last) break;
+    if (x < first) continue;
     points.x.push_back(x);
     points.y.push_back(ws.yval(SlotInput, i));
   }
@@ -162,7 +165,7 @@ std::string LeftMeanRight(float left, float mean, float right) {
 }  // namespace
 
 bool AcceptPeakFit() {
-  RedrawView(0);
+  RefreshView();
   WRegisterDialogs({&kDialog, 1});
   WDialogUndefined(0, 0, 0);
   WDialogLoad(DialogNumber);

@@ -5,7 +5,7 @@
 #include "plot/plot.h"
 
 bool AskOnPlot(const std::string& caption, const std::string& text) {
-  RedrawView(0);
+  RefreshView();
   return MessageBoxQuery(caption, text) == 1;
 }
 
@@ -24,7 +24,7 @@ int RunBeside(int dialog, const std::function<bool(const Message&)>& handler) {
         break;
       case MessageExpose:
       case MessageResize:
-        DrawView();
+        ShowComplaint(DrawView());
         break;
       case MessageButton:
       case MessageFieldChanged:

@@ -23,9 +23,12 @@ ViewComplaint DrawView();
 void RedrawView(int fullrange);
 // The same at the present zoom for what is no command: a complaint stands in the status bar.
 void RefreshView();
+void ShowComplaint(const ViewComplaint& complaint);
 
 // Sets the check marks of the Plot menu from `plotmask`.
 void UpdatePlotMenu();
+// Shows the check marks as they were set last.
+void ShowPlotMarks();
 
 // The rows of the Plot menu.
 std::span<const Command> PlotCommands();

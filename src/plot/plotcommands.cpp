@@ -30,7 +30,8 @@ constexpr Command kCommands[] = {
     {.item = {40029, "Full pattern", MenuPopupPlot, false, "F1"},
      .viewmode = 1,
      .run = [](const Arguments&) { return Outcome::Done; },
-     .redraw = Redraw::Full},
+     .redraw = Redraw::Full,
+     .undo = true},
 };
 
 }  // namespace

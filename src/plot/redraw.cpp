@@ -2,6 +2,7 @@
 #include "plot/page.h"
 #include "plot/views.h"
 #include "toolkit/toolkit.h"
+#include "workspace/menuids.h"
 #include "workspace/workspace.h"
 
 ViewComplaint LayView() {
@@ -50,9 +51,25 @@ void RedrawView(int fullrange) {
   if (!complaint.empty()) MessageBoxError(complaint.caption, complaint.text);
 }
 
-void RefreshView() {
-  const ViewComplaint complaint = LayAndDraw();
+void ShowComplaint(const ViewComplaint& complaint) {
   if (!complaint.empty()) WindowOutStatusBar(3, complaint.text);
 }
 
-void UpdatePlotMenu() { ws.plotmarks = ws.plotmask; }
+void RefreshView() { ShowComplaint(LayAndDraw()); }
+
+void ShowPlotMarks() {
+  static constexpr struct {
+    int id, bit;
+  } kSwitches[] = {
+      {MenuPlotInput, PlotInput},       {MenuPlotBackground, PlotBackground},
+      {MenuPlotRefined, PlotRefined},   {MenuPlotNet, PlotNet},
+      {MenuPlotResidual, PlotResidual}, {MenuPlotPeaks, PlotPeaks},
+  };
+  for (const auto& row : kSwitches)
+    WMenuSetState(row.id, MenuChecked, (ws.plotmarks & row.bit) != 0);
+}
+
+void UpdatePlotMenu() {
+  ws.plotmarks = ws.plotmask;
+  ShowPlotMarks();
+}

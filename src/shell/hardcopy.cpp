@@ -24,11 +24,16 @@ Outcome DrawHardcopy(int driver, const std::string& file) {
   if (driver == DriverEps) IGrHardcopyOptions(22, 1);
   WHardcopyOptions(3, file);
   const bool accepted = WInfoDialog(4) == ButtonOk;
+  // What is laid for paper is nothing to the screen.
+  const PatternData data = ws;
+  const PerPattern options = ws;
   if (accepted) {
     IGrHardcopy(ws.patternstem);
     LayView();
     DrawView();
   }
+  static_cast<PatternData&>(ws) = data;
+  static_cast<PerPattern&>(ws) = options;
   const bool written = IGrHardcopy("S");
   SelectTarget("", kScreenUnits, kScreenUnits);
   ws.printflag = 0;

@@ -3,7 +3,6 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -69,28 +68,12 @@ InifileLock::~InifileLock() {
 }
 
 std::string ReplaceFile(const std::string& path, std::span<const std::string> lines) {
-  constexpr mode_t kPermissions = 07777, kOfNewFiles = 0666;
-  const std::string target = Target(path).string();
-  struct stat old {};
-  const bool exists = stat(target.c_str(), &old) == 0;
-  if (exists && !S_ISREG(old.st_mode)) return "is no regular file";
-  if (exists && !MayWrite(target)) return SystemReason();
-
-  const std::string fresh = target + "." + std::to_string(getpid());
-  unlink(fresh.c_str());  // what a program that died may have left
-  const int file = open(fresh.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kOfNewFiles);
-  if (file < 0) return SystemReason();
-  LineWriter out(fresh);
+  std::error_code failure;
+  const bool exists = fs::exists(path, failure);
+  if (exists && !fs::is_regular_file(path, failure)) return "is no regular file";
+  LineWriter out(path);
   for (const std::string& line : lines) out.Write(line);
-  out.Close();
-  std::string reason = out.Reason();
-  // Only the administrator may give a file back to another owner; it is saved all the same.
-  if (exists && fchown(file, old.st_uid, old.st_gid) != 0) errno = 0;
-  const bool good = (!exists || fchmod(file, old.st_mode & kPermissions) == 0) &&
-                    fsync(file) == 0 && reason.empty() &&
-                    rename(fresh.c_str(), target.c_str()) == 0;
-  if (!good && reason.empty()) reason = SystemReason();
-  close(file);
-  if (!good) unlink(fresh.c_str());
-  return reason;
+  // Half a file would be taken for a whole one.
+  if (!out.Close() && !exists) fs::remove(path, failure);
+  return out.Reason();
 }

@@ -73,10 +73,12 @@ void Zoom(float share, float first, float last) {
   if (ws.viewxmax > last) ws.viewxmax = last;
 }
 
-// The limits of the keys are those of two-theta, whatever the axis shows.
+// Within the ends of the pattern on the axis on show.
 template <class Change>
 Outcome ChangeRange(Change change) {
-  change(ws.xval(AxisTth, SlotInput, 1), ws.xval(AxisTth, SlotInput, ws.npts(SlotInput)));
+  const float first = ws.xval(ws.xaxismode, SlotInput, 1),
+              last = ws.xval(ws.xaxismode, SlotInput, ws.npts(SlotInput));
+  change(std::min(first, last), std::max(first, last));
   ws.bandx1 = ws.bandx2 = 0;
   ws.viewymin = ws.viewymax = 0;
   ClipCurvesTo(ws.viewxmin, ws.viewxmax);

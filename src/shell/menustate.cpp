@@ -15,14 +15,6 @@ constexpr int kNeedPattern[] = {MenuPopupModify,     MenuPopupMulti,   MenuPopup
                                 MenuPrintReport,     MenuPopupGraphics};
 constexpr int kNeedOverlay[] = {MenuPopupClosePattern, MenuAddPatterns, MenuDisplacePatterns,
                                 MenuFitPatterns,       MenuSaveFitted,  MenuClearFit};
-constexpr struct {
-  int id, bit;
-} kSwitches[] = {
-    {MenuPlotInput, PlotInput},       {MenuPlotBackground, PlotBackground},
-    {MenuPlotRefined, PlotRefined},   {MenuPlotNet, PlotNet},
-    {MenuPlotResidual, PlotResidual}, {MenuPlotPeaks, PlotPeaks},
-};
-
 void Enable(int id, bool on) {
   const Command* command = FindCommand(id);
   if (command && (command->item.popup || command->IsBuilt())) WMenuSetState(id, MenuEnabled, on);
@@ -47,7 +39,7 @@ void ShowMenuState() {
   for (int id : kNeedOverlay) Enable(id, ws.overlayitems);
   Enable(MenuAlpha2Strip, ws.alpha2enabled);
   Enable(MenuAutodivergence, ws.divergenceenabled);
-  for (const auto& row : kSwitches) Check(row.id, ws.plotmarks & row.bit);
+  ShowPlotMarks();
   CheckOneOf(MenuAxisTth, MenuAxisQ, ws.xaxismark);
   CheckOneOf(MenuAxisLinear, MenuAxisLog, ws.yaxismark);
   Check(MenuXGrid, ws.xgridmark);

@@ -78,7 +78,7 @@ void RunProgram() {
         break;
       case MessageExpose:
       case MessageResize:
-        DrawView();
+        ShowComplaint(DrawView());
         break;
       case MessageClose:
         OnClose(message.window, quitflag);

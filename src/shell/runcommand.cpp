@@ -1,5 +1,5 @@
 // The life of a command, the same for menu, keys and transcripts.
-#include <optional>
+#include <algorithm>
 
 #include "plot/plot.h"
 #include "shell/history.h"
@@ -45,16 +45,17 @@ std::string TitleOf(const Command& command) {
   return title;
 }
 
-// Keeps what a command has done for undo and history, unless it has left everything as it was.
-void Keep(const Command& command, const std::vector<std::string>& entered,
-          std::optional<Snapshot> before) {
-  if (before && StateNow() == *before) return;
-  if (before) KeepForUndo(TitleOf(command), std::move(*before));
+// Notes a command and what was entered for it. A key, and a path that was known before, are entries
+// that are commands themselves.
+void Note(const Command& command, bool picked, std::vector<std::string> entered) {
   if (!command.history) return;
-  // For a key or a known path the line that was entered is all.
-  const bool picked =
-      entered.empty() || !(entered[0].starts_with("key ") || entered[0].starts_with("open "));
-  if (picked) NoteHistory({"menu " + std::to_string(command.item.id) + "  # " + TitleOf(command)});
+  if (picked)
+    entered.insert(entered.begin(),
+                   "menu " + std::to_string(command.item.id) + "  # " + TitleOf(command));
+  // One entry that no line can hold takes the command with it.
+  const auto cannot = [](const std::string& line) { return line.starts_with('#'); };
+  if (std::ranges::any_of(entered, cannot))
+    for (std::string& line : entered) line.insert(0, "# ");
   NoteHistory(entered);
 }
 
@@ -67,22 +68,24 @@ void PutBack(const Snapshot& before) {
 }  // namespace
 
 Outcome RunCommand(const Command& command, Arguments arguments) {
+  const bool picked = command.item.id != 0 && arguments.path.empty();
   if (!arguments.path.empty()) WJournal("open", arguments.path);
   const int viewmode = ws.viewmode;
-  std::optional<Snapshot> before;
-  if (command.undo) before = StateNow();
+  Snapshot before = StateNow();
   arguments.number = command.number;
   SetFields(command);
   Outcome outcome = Ask(command, arguments);
   if (outcome == Outcome::Done && command.run) outcome = command.run(arguments);
 
   if (outcome == Outcome::Done) Draw(command.redraw);
-  if (outcome == Outcome::Idle && ws.viewmode != viewmode) RedrawView(0);
-  const std::vector<std::string> entered = WTakeJournal();
-  if (outcome == Outcome::Done || outcome == Outcome::Idle)
-    Keep(command, entered, std::move(before));
-  else if (before)
-    PutBack(*before);
+  if (outcome == Outcome::Idle) Draw(ws.viewmode == viewmode ? Redraw::Same : Redraw::Keep);
+  std::vector<std::string> entered = WTakeJournal();
+  const bool happened = outcome == Outcome::Done || outcome == Outcome::Idle;
+  if (!happened && command.undo) PutBack(before);
+  const bool changed = StateNow() != before;
+  // What is saved cannot be taken back, and leaves its settings behind even when it fails.
+  if (happened || changed) Note(command, picked, std::move(entered));
+  if (happened && changed && command.undo) KeepForUndo(TitleOf(command), std::move(before));
   ShowMenuState();
   if (outcome == Outcome::Done && command.tell) command.tell();
   WCommandEnded(outcome == Outcome::Failed);

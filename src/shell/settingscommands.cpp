@@ -22,7 +22,7 @@ Outcome UndoCommand(const Arguments&) { return Stepped(Undo()); }
 Outcome RedoCommand(const Arguments&) { return Stepped(Redo()); }
 
 Outcome AskHistoryName(Arguments& arguments) {
-  arguments.path = ws.patternstem + ".replay";
+  arguments.path = (ws.patternstem.empty() ? "history" : ws.patternstem) + ".replay";
   WSelectFile("Transcript|*.replay|", FileSave, arguments.path, "Save history");
   return Answered(!arguments.path.empty());
 }

@@ -47,5 +47,9 @@ void RememberDirectory(const std::string& path);
 // What a part of the status bar shows from now on.
 void KeepStatusText(int part, const std::string& text);
 
+// Why the file written last could not be written; blank when it was.
+void KeepFileReason(const std::string& reason);
+std::string FileReason();
+
 // Takes down the command line and the directory in which the program was started.
 void KeepArguments(int argc, char** argv);

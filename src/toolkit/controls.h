@@ -33,10 +33,12 @@ constexpr Control Spin(int id, const char* label, int* variable, int lowest, int
 }
 
 // The first button of a choice has its variable.
-constexpr Control Choice(int id, const char* label, const char* group, int* variable = nullptr) {
-  Control control{.id = id, .kind = ControlKind::Radio, .label = label, .group = group};
-  if (variable) control.variable = variable;
-  return control;
+constexpr Control Choice(int id, const char* label, const char* group) {
+  return {.id = id, .kind = ControlKind::Radio, .label = label, .group = group};
+}
+constexpr Control Choice(int id, const char* label, const char* group, int* variable) {
+  return {
+      .id = id, .kind = ControlKind::Radio, .label = label, .group = group, .variable = variable};
 }
 
 constexpr Control Box(int id, const char* label, int* variable) {
@@ -55,6 +57,19 @@ constexpr Control Label(int id, const char* label, const char* unit = "") {
 constexpr Control Fresh(Control control, const char* initial = "") {
   control.initial = initial;
   control.opens = Opens::Initial;
+  return control;
+}
+
+// A control in the row of the one before.
+constexpr Control Beside(Control control) {
+  control.beside = true;
+  return control;
+}
+
+// A number that must lie in a range; one outside is marked and keeps the dialog open.
+constexpr Control Within(Control control, double lowest, double highest) {
+  control.lowest = lowest;
+  control.highest = highest;
   return control;
 }
 

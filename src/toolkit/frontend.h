@@ -122,6 +122,9 @@ bool Print(const DisplayList& list, const std::string& job);
 // The window's content as .bmp or .jpg.
 bool SaveImage(const DisplayList& list, const std::string& path);
 
+// Puts a text where other programs can paste it from.
+void CopyText(const std::string& text);
+
 // Starts a child process; false when it could not be started.
 bool StartProcess(const std::vector<std::string>& words);
 

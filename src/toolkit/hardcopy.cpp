@@ -15,15 +15,18 @@ bool started = false;
 constexpr float PageWidth = PaperWidth * PointsPerMillimetre;
 constexpr float PageHeight = PaperHeight * PointsPerMillimetre;
 
-bool WriteOut() {
-  if (driver == DriverEps) {
-    if (WriteEps(PaperList(), epsfile, job, PageWidth, PageHeight)) return true;
-    MessageBoxError("Error", "Cannot write " + epsfile);
-  } else {
-    if (frontend::Print(PaperList(), job)) return true;
-    MessageBoxError("Error", "Cannot print " + job);
-  }
+// Shows that something could not be done with a file, and why if that is known.
+bool Complain(const std::string& text) {
+  MessageBoxError("Error", FileReason().empty() ? text : text + ": " + FileReason());
   return false;
+}
+
+bool WriteOut() {
+  KeepFileReason("");
+  if (driver == DriverEps)
+    return WriteEps(PaperList(), epsfile, job, PageWidth, PageHeight) ||
+           Complain("Cannot write " + epsfile);
+  return frontend::Print(PaperList(), job) || Complain("Cannot print " + job);
 }
 
 bool HasExtension(const std::string& file, std::string_view extension) {
@@ -79,7 +82,6 @@ bool SaveScreen(const std::string& file) {
 
 bool IGrSaveImage(const std::string& file) {
   ShowDrawing();
-  const bool saved = SaveScreen(file);
-  if (!saved) MessageBoxError("Error", "Cannot write " + file);
-  return saved;
+  KeepFileReason("");
+  return SaveScreen(file) || Complain("Cannot write " + std::filesystem::absolute(file).string());
 }

@@ -97,6 +97,12 @@ void JournalBand(DrawPoint from, DrawPoint to) {
 
 void WJournal(const std::string& word, const std::string& text) { Keep(word + ' ' + Quoted(text)); }
 
+// It must be known before what it stops.
+void JournalStop(int report) {
+  if (lines.empty()) return;
+  lines.insert(lines.end() - 1, "stop " + std::to_string(report));
+}
+
 std::vector<std::string> WTakeJournal() {
   changeddialog = nullptr;
   return std::exchange(lines, {});

@@ -16,6 +16,8 @@ void JournalFiles(std::span<const std::string> paths);
 // A message that the program takes: a key, or what has happened to a dialog beside the plot. A
 // press on the plot alone is no line: it begins a rubber band, which is.
 void JournalMessage(const Message& message);
+// The user has stopped a calculation at a report, counted from the entry that began it.
+void JournalStop(int report);
 // A rubber band from one place to another, or one that was broken off and so leaves no line.
 void JournalBand(DrawPoint from, DrawPoint to);
 void JournalBrokenBand();

@@ -17,6 +17,7 @@ std::string droppedfile;
 std::set<int> disabled{MessageMouseUp, MessageMouseMove};
 bool busy = false;
 bool stopped = false;  // the user wants the present command to stop
+int reports = 0;       // since the last message
 ApplicationHooks hooks;
 
 void ShowBusy(bool now) {
@@ -42,6 +43,7 @@ void WInitialise(int argc, char** argv) {
 int WMessage(Message& data) {
   ShowBusy(false);
   stopped = false;
+  reports = 0;
   for (;;) {
     while (queue.empty()) {
       ShowDrawing();
@@ -82,8 +84,12 @@ void WKeepAlive() {
 bool WProgress(int part, const std::string& text) {
   ShowBusy(true);
   ShowDrawing();
+  ++reports;
+  if (!frontend::Progress(part, text) && !stopped) {
+    stopped = true;
+    JournalStop(reports);
+  }
   KeepStatusText(part, text);
-  if (!frontend::Progress(part, text)) stopped = true;
   return !stopped;
 }
 

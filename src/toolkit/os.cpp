@@ -13,6 +13,7 @@ namespace {
 std::vector<std::string> arguments;
 std::string startdirectory;
 int lasterror = 0;
+std::string filereason;
 
 void Keep(const std::error_code& outcome) { lasterror = outcome.value(); }
 
@@ -56,6 +57,9 @@ std::tm LocalTime() {
 }
 
 }  // namespace
+
+void KeepFileReason(const std::string& reason) { filereason = reason; }
+std::string FileReason() { return filereason; }
 
 void KeepArguments(int argc, char** argv) {
   arguments.assign(argv, argv + argc);

@@ -52,6 +52,7 @@ struct Control {
   OutOfRange outside = OutOfRange::Refused;
   Variable variable{};
   Opens opens = Opens::Last;
+  bool beside = false;  // stands in the row of the control before
 };
 
 // Buttons that end a modal dialog by themselves; any other Button does so too.

@@ -99,6 +99,9 @@ void MessageBoxError(const std::string& caption, const std::string& text);
 void MessageBoxInfo(const std::string& caption, const std::string& text);
 int MessageBoxQuery(const std::string& caption, const std::string& text);
 
+// Puts a text where other programs can paste it from.
+void WCopyText(const std::string& text);
+
 enum FileFlags { FileMustExist = 1, FileSave = 2, FileSeveral = 4 };
 // The file selector. `filter` is "description|*.ext|"; `path` comes in as the default name and goes
 // out as the absolute path picked, or blank when cancelled. On saving the filter's extension is

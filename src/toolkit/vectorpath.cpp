@@ -4,10 +4,10 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
-#include <fstream>
 #include <numbers>
 
 #include "toolkit/common.h"
+#include "toolkit/newfile.h"
 
 namespace {
 
@@ -165,8 +165,9 @@ std::u32string Characters(std::string_view text) {
 }
 
 bool WriteWholeFile(const std::string& path, const std::string& content) {
-  std::ofstream file(path, std::ios::binary);
-  file.write(content.data(), static_cast<std::streamsize>(content.size()));
-  file.close();
-  return !file.fail();
+  NewFile file(path);
+  file.Write(content.data(), content.size());
+  const bool written = file.Keep();
+  KeepFileReason(file.Reason());
+  return written;
 }

@@ -96,6 +96,8 @@ int MessageBoxQuery(const std::string& caption, const std::string& text) {
   return ok ? 1 : 0;
 }
 
+void WCopyText(const std::string& text) { frontend::CopyText(text); }
+
 void RememberDirectory(const std::string& path) {
   lastdirectory = std::filesystem::path(IOsFullPath(path)).parent_path().string();
 }

@@ -72,27 +72,8 @@ bool LineReader::Read(std::string& line, int width) {
   return true;
 }
 
-LineWriter::LineWriter(const std::string& path)
-    : path_(path), file_(std::fopen(path.c_str(), "wb")) {
-  Checked(file_ != nullptr);
-}
-
 LineWriter::~LineWriter() { Close(); }
 
-// Keeps the reason of the first failure; whether all has gone well so far.
-bool LineWriter::Checked(bool success) {
-  if (!success && reason_.empty()) reason_ = SystemReason();
-  return reason_.empty();
-}
-
 bool LineWriter::Write(std::string_view line) {
-  if (!file_ || !reason_.empty()) return false;
-  return Checked(std::fwrite(line.data(), 1, line.size(), file_) == line.size() &&
-                 std::fputc('\n', file_) != EOF);
-}
-
-bool LineWriter::Close() {
-  if (file_) Checked(std::fclose(file_) == 0);
-  file_ = nullptr;
-  return reason_.empty();
+  return file_.Write(line.data(), line.size()) && file_.Write("\n", 1);
 }

@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "toolkit/newfile.h"
+
 // Why the system's last call failed, in words.
 std::string SystemReason();
 
@@ -41,22 +43,21 @@ class LineReader {
 // Writes a text file and checks every step up to and including the close.
 class LineWriter {
  public:
-  // An existing file is replaced.
-  explicit LineWriter(const std::string& path);
+  // An existing file is replaced, once all has been written.
+  explicit LineWriter(const std::string& path) : path_(path), file_(path) {}
   ~LineWriter();
   LineWriter(const LineWriter&) = delete;
   LineWriter& operator=(const LineWriter&) = delete;
-  bool IsOpen() const { return file_ != nullptr; }
+  bool IsOpen() const { return file_.Stream() != nullptr; }
   // A line as given, and its end. False once something could not be written.
   bool Write(std::string_view line);
   // Flushes and closes; false if anything was not written.
-  bool Close();
+  bool Close() { return file_.Keep(); }
   const std::string& Path() const { return path_; }
   // What failed first; empty as long as all is well.
-  const std::string& Reason() const { return reason_; }
+  const std::string& Reason() const { return file_.Reason(); }
 
  private:
-  bool Checked(bool success);
-  std::string path_, reason_;
-  std::FILE* file_;
+  std::string path_;
+  NewFile file_;
 };

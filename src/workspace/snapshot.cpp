@@ -15,10 +15,13 @@ std::span<float> RowOf(int slot, int row) {
   return row <= AxisQ ? ws.xval.row(row, slot) : ws.yval.row(slot);
 }
 
-// Background, difference and refined pattern are also used by the number of points of slot 1.
+// Up to the last point that a slot uses or that holds counts: some commands go by the number of
+// points of another slot.
 std::size_t PointsOf(int slot) {
-  const int own = std::max(ws.npts(slot), kLeast);
-  return static_cast<std::size_t>(slot < SlotOverlay ? std::max(own, ws.npts(SlotInput)) : own);
+  const auto counts = ws.yval.row(slot);
+  int last = MaxPoints;
+  while (last > 0 && counts[last - 1] == 0) --last;
+  return static_cast<std::size_t>(std::max({last, ws.npts(slot), kLeast}));
 }
 
 bool Holds(const SlotPoints& points, int slot) {
@@ -63,6 +66,7 @@ void RestoreSnapshot(const Snapshot& snapshot) {
     const std::size_t n = points.size() / kRows;
     for (int row = 1; row <= kRows; ++row)
       std::copy_n(&points[n * (row - 1)], n, RowOf(slot, row).begin());
+    std::ranges::fill(ws.yval.row(slot).subspan(n), 0.0f);
   }
 }
 

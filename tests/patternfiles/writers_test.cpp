@@ -236,6 +236,26 @@ TEST_F(Writers, Messages) {
     }
   }
   EXPECT_EQ(std::filesystem::file_size(dir_.file("out.xy")), 6000u);  // what was written stays
+  // A file that was there is lost only to a whole one: through a link, and with nothing beside it.
+  const std::string kept = dir_.file("kept.xy"), link = dir_.file("link.xy");
+  WriteFile(kept, "10 100\n");
+  std::filesystem::permissions(kept, std::filesystem::perms(0640));
+  std::filesystem::create_symlink("kept.xy", link);
+  const auto files = [&] {
+    return std::distance(std::filesystem::directory_iterator(dir_.path()), {});
+  };
+  const auto before = files();
+  ws.savecontent = 1;
+  ws.saveformat = 2;
+  for (int n : {2000, 20}) {
+    Pattern(n, 100, 10);
+    Limits(10, 60, 0.02f);
+    EXPECT_EQ(SavePattern(link), n == 20 ? Outcome::Done : Outcome::Failed);
+    EXPECT_EQ(ReadFile(kept) == "10 100\n", n == 2000);
+    EXPECT_EQ(files(), before);
+  }
+  EXPECT_TRUE(std::filesystem::is_symlink(link));
+  EXPECT_EQ(std::filesystem::status(kept).permissions(), std::filesystem::perms(0640));
 }
 
 }  // namespace

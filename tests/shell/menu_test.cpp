@@ -180,8 +180,8 @@ TEST_F(Menu, FitTextsAndFailedCommands) {
   EXPECT_EQ(WStatusText(3), "Cycle   7  Rw .0123");
   LoadLine(dir);
   EXPECT_EQ(WStatusText(3), "");
-  const std::string lines = "open " + dir.file("line.xy") +
-                            "\nmenu 40060\npress Cancel\nopen none.xy\nget npts(1)\n";
+  const std::string lines =
+      "open " + dir.file("line.xy") + "\nmenu 40060\npress Cancel\nopen none.xy\nget npts(1)\n";
   const ReplayRun lenient = RunReplay(lines, dir.path());
   EXPECT_EQ(lenient.status, 0);
   EXPECT_EQ(lenient.lines.back(), "value\tnpts(1)\t1001");

@@ -206,9 +206,9 @@ TEST_F(Drawing, PicturesShowTheStrokes) {
   Events();
   EXPECT_FALSE(IGrSaveImage("/nowhere/a%s.bmp"));
   EXPECT_FALSE(IGrSaveImage(work_.file("a.gif")));
-  EXPECT_EQ(Events(),
-            (std::vector<std::string>{"box\tError\tCannot write /nowhere/a%s.bmp",
-                                      "box\tError\tCannot write " + work_.file("a.gif")}));
+  EXPECT_EQ(Events(), (std::vector<std::string>{
+                          "box\tError\tCannot write /nowhere/a%s.bmp: No such file or directory",
+                          "box\tError\tCannot write " + work_.file("a.gif")}));
 }
 
 // The picture in the bytes of a .jpg file. A faulty one ends the test program.
@@ -271,8 +271,9 @@ TEST_F(Drawing, HardcopiesThatFailSayWhere) {
     return Events().back();
   };
   Answer("file /nowhere/a.eps\nfile /nowhere/a.pdf\nfile\nfile " + work_.file("a"));
-  EXPECT_EQ(print(DriverEps), "box\tError\tCannot write /nowhere/a.eps");
-  EXPECT_EQ(print(DriverPrinter), "box\tError\tCannot print job");
+  EXPECT_EQ(print(DriverEps), "box\tError\tCannot write /nowhere/a.eps: No such file or directory");
+  EXPECT_EQ(print(DriverPrinter),
+            "box\tError\tCannot print job: /nowhere/a.pdf: No such file or directory");
   EXPECT_EQ(print(DriverEps), "select\tSave EPS file\tEPS file|*.eps|\tjob.eps");
   EXPECT_EQ(WInfoDialog(4), 2);
   print(DriverPrinter);

@@ -86,7 +86,9 @@ bool Print(const DisplayList& list, const std::string& job) {
   const bool painted = painter.end() && printer->printerState() != QPrinter::Error;
   const QString file = printer->outputFileName();
   printer.reset();
-  return painted && (file.isEmpty() || IsWholePdf(file));
+  if (painted && (file.isEmpty() || IsWholePdf(file))) return true;
+  if (!file.isEmpty()) KeepFileReason(file.toStdString() + " cannot be written");
+  return false;
 }
 
 bool SaveImage(const DisplayList& list, const std::string& path) {
@@ -102,10 +104,12 @@ bool SaveImage(const DisplayList& list, const std::string& path) {
   const QString name = QFile::decodeName(path.c_str());
   QSaveFile file(name);
   file.setDirectWriteFallback(true);
-  if (!file.open(QIODevice::WriteOnly)) return false;
+  const bool open = file.open(QIODevice::WriteOnly);
   QImageWriter writer(&file, name.section('.', -1).toLower().toLatin1());
   writer.setQuality(kJpegQuality);
-  return writer.write(image) && file.commit();
+  if (open && writer.write(image) && file.commit()) return true;
+  KeepFileReason(file.errorString().toStdString());
+  return false;
 }
 
 }  // namespace frontend

@@ -1,11 +1,17 @@
-// Child processes.
+// Child processes, and texts for other programs.
+#include <QClipboard>
 #include <QFile>
+#include <QGuiApplication>
 #include <QProcess>
 #include <QStandardPaths>
 
 #include "toolkit/frontend.h"
 
 namespace frontend {
+
+void CopyText(const std::string& text) {
+  QGuiApplication::clipboard()->setText(QString::fromStdString(text));
+}
 
 bool StartProcess(const std::vector<std::string>& words) {
   if (words.empty()) return false;

@@ -142,11 +142,7 @@ void SetStatus(int part, const std::string& text) { Emit({"status", std::to_stri
 
 // The same text once more says nothing.
 bool Progress(int part, const std::string& text) {
-  static std::map<int, std::string> reported;
-  if (const auto [last, fresh] = reported.try_emplace(part, text); fresh || last->second != text) {
-    last->second = text;
-    SetStatus(part, text);
-  }
+  if (WStatusText(part) != text) SetStatus(part, text);
   int& left = replay::ReportsToStop();
   return left == 0 || --left > 0;
 }
@@ -220,13 +216,18 @@ bool PrintDialog(const std::string& job) {
 
 bool Print(const DisplayList& list, const std::string& job) {
   constexpr float a4width = 210 * PointsPerMillimetre, a4height = 297 * PointsPerMillimetre;
-  return WritePdf(list, printfile, job, PaperWidth * PointsPerMillimetre,
-                  PaperHeight * PointsPerMillimetre, a4width, a4height);
+  if (WritePdf(list, printfile, job, PaperWidth * PointsPerMillimetre,
+               PaperHeight * PointsPerMillimetre, a4width, a4height))
+    return true;
+  KeepFileReason(printfile + ": " + FileReason());
+  return false;
 }
 
 bool SaveImage(const DisplayList& list, const std::string& path) {
   return replay::WriteImage(list, path, windowwidth, windowheight);
 }
+
+void CopyText(const std::string& text) { Emit({"copied", text}); }
 
 bool StartProcess(const std::vector<std::string>& words) {
   Emit({"command", CommandText(words)});
