@@ -29,8 +29,8 @@ float InverseD(const Metric& r, const Hkl& hkl);
 // Two-theta in degrees for sin(theta); 180 beyond 1, which no reflection reaches.
 float TwoThetaOfSine(float sine);
 
-// How 1/d follows the six constants of the cell, by angstrom and by degree; that of the angles for
-// classes which leave one free only, else 0. In the part of the angles the change of the reciprocal
-// angles has the opposite sign: the fit, which turns the signs of the angles, relies on it. No
+// How 1/d follows the six constants of the cell, by angstrom and by degree; by the angles only for
+// classes that leave one free, else 0. There each reciprocal angle counts with the opposite sign
+// and times its sine: the shifts of the fit, which turns the signs of the angles, are made so. No
 // indices, or a cell without volume, give 0.
 std::array<float, 6> CellGradient(int laueclass, int code, const UnitCell& cell);

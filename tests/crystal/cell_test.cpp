@@ -1,0 +1,157 @@
+// Unit cells: volume and reciprocal metric against the inverse of the metric tensor, and the
+// gradient of 1/d against differences, both in double precision.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <random>
+
+#include "crystal/cellmetric.h"
+#include "crystal/laue.h"
+
+namespace {
+
+using Cell = std::array<double, 6>;
+
+// Metric tensor 11, 22, 33, 12, 13, 23 of a lattice by its edges and angles.
+Cell Tensor(const Cell& c) {
+  const double degree = std::acos(-1.0) / 180;
+  return {c[0] * c[0],
+          c[1] * c[1],
+          c[2] * c[2],
+          c[0] * c[1] * std::cos(c[5] * degree),
+          c[0] * c[2] * std::cos(c[4] * degree),
+          c[1] * c[2] * std::cos(c[3] * degree)};
+}
+
+double Determinant(const Cell& t) {
+  return t[0] * t[1] * t[2] + 2 * t[3] * t[4] * t[5] - t[0] * t[5] * t[5] - t[1] * t[4] * t[4] -
+         t[2] * t[3] * t[3];
+}
+
+// Edges and angles of the reciprocal lattice.
+Cell Reciprocal(const Cell& c) {
+  const double degree = std::acos(-1.0) / 180;
+  const Cell t = Tensor(c);
+  const double v2 = Determinant(t);
+  const double a = std::sqrt((t[1] * t[2] - t[5] * t[5]) / v2),
+               b = std::sqrt((t[0] * t[2] - t[4] * t[4]) / v2),
+               g = std::sqrt((t[0] * t[1] - t[3] * t[3]) / v2);
+  return {a,
+          b,
+          g,
+          std::acos((t[3] * t[4] - t[0] * t[5]) / v2 / (b * g)) / degree,
+          std::acos((t[3] * t[5] - t[1] * t[4]) / v2 / (a * g)) / degree,
+          std::acos((t[4] * t[5] - t[2] * t[3]) / v2 / (a * b)) / degree};
+}
+
+double Length(const Cell& reciprocal, const Hkl& r) {
+  const Cell t = Tensor(reciprocal);
+  return std::sqrt(r.h * r.h * t[0] + r.k * r.k * t[1] + r.l * r.l * t[2] +
+                   2 * (r.h * r.k * t[3] + r.h * r.l * t[4] + r.k * r.l * t[5]));
+}
+
+class Cells {
+ public:
+  // With edges of 4 to 12 angstrom, angles of 75 to 110 degrees, as the class forces them.
+  UnitCell Next(int laueclass) {
+    UnitCell cell;
+    for (int k = 1; k <= 3; ++k) cell(k) = std::uniform_real_distribution<float>(4, 12)(random_);
+    for (int k = 4; k <= 6; ++k) cell(k) = std::uniform_real_distribution<float>(75, 110)(random_);
+    ForceCell(cell, laueclass);
+    return cell;
+  }
+  Hkl Indices() {
+    std::uniform_int_distribution<int> index(-9, 9);
+    const Hkl r{index(random_), index(random_), index(random_)};
+    return r.h == 0 && r.k == 0 && r.l == 0 ? Hkl{1, 2, 3} : r;
+  }
+
+ private:
+  std::mt19937 random_{17};
+};
+
+Cell AsDouble(const UnitCell& cell) {
+  Cell result;
+  for (int k = 0; k < 6; ++k) result[k] = cell(k + 1);
+  return result;
+}
+
+TEST(Cell, VolumeAndLengthsAreThoseOfTheMetricTensor) {
+  Cells cells;
+  for (int laueclass = 1; laueclass <= kLaueClasses; ++laueclass)
+    for (int n = 0; n < 20; ++n) {
+      const UnitCell cell = cells.Next(laueclass);
+      const Hkl r = cells.Indices();
+      const double volume = std::sqrt(Determinant(Tensor(AsDouble(cell))));
+      EXPECT_NEAR(CellVolume(cell) / volume, 1, 1e-5);
+      const double length = Length(Reciprocal(AsDouble(cell)), r);
+      EXPECT_NEAR(InverseD(ReciprocalMetric(cell), r) / length, 1, 1e-5);
+      const auto quarter = SineMetric(cell);
+      ASSERT_TRUE(quarter);
+      EXPECT_NEAR(4 * QuadraticForm(*quarter, r) / (length * length), 1, 2e-5);
+    }
+}
+
+TEST(Cell, WithoutVolume) {
+  const float nan = std::numeric_limits<float>::quiet_NaN();
+  for (const UnitCell& cell :
+       {UnitCell{{5, 5, 5, 60, 60, 130}}, UnitCell{{5, 5, 5, 0, 90, 90}},
+        UnitCell{{5, 5, 5, 120, 120, 120}}, UnitCell{{5, 5, 5, 60, 60, 120}},
+        UnitCell{{5, 5, 5, 180, 90, 90}}, UnitCell{{0, 5, 5, 90, 90, 90}},
+        UnitCell{{nan, 5, 5, 90, 90, 90}}, UnitCell{{5, 5, 5, 90, nan, 90}}}) {
+    const auto shown = ::testing::PrintToString(cell.cells);
+    EXPECT_FALSE(SineMetric(cell)) << shown;
+    EXPECT_FALSE(CellVolume(cell) > 0) << shown << CellVolume(cell);
+    EXPECT_EQ(InverseD(ReciprocalMetric(cell), {1, 2, 3}), 0) << shown;
+    for (float g : CellGradient(1, PackHkl({1, 2, 3}), cell)) EXPECT_EQ(g, 0) << shown;
+  }
+  for (float g : CellGradient(1, PackHkl({}), {{5, 5, 5, 90, 90, 90}})) EXPECT_EQ(g, 0);
+  EXPECT_EQ(InverseD({-1, -1, -1}, {1, 1, 1}), 0);
+  EXPECT_FLOAT_EQ(TwoThetaOfSine(0.5f), 60);
+  EXPECT_FLOAT_EQ(TwoThetaOfSine(1.5f), 180);
+}
+
+// The derivative of the length with respect to the direct constant k, as far as it comes by way of
+// the reciprocal constants first to last.
+double Difference(const Cell& cell, const Hkl& r, int k, int first, int last) {
+  constexpr double step = 1e-4;
+  double length[2];
+  for (int side : {0, 1}) {
+    Cell moved = cell;
+    moved[k] += side == 0 ? -step : step;
+    moved = Reciprocal(moved);
+    Cell reciprocal = Reciprocal(cell);
+    std::copy(&moved[first], &moved[last] + 1, &reciprocal[first]);
+    length[side] = Length(reciprocal, r);
+  }
+  return (length[1] - length[0]) / (2 * step);
+}
+
+// By the edges as differences say. By the angles so as far as the reciprocal edges change; what the
+// reciprocal angles do counts with the other sign and times their sines.
+TEST(CellGradient, AgainstDifferences) {
+  const bool anglefree[kLaueClasses] = {true,  true, true,  true,  false, false, true,  false,
+                                        false, true, false, false, false, false, false, false};
+  Cells cells;
+  for (int laueclass = 1; laueclass <= kLaueClasses; ++laueclass)
+    for (int n = 0; n < 50; ++n) {
+      const UnitCell cell = cells.Next(laueclass);
+      const Cell exact = AsDouble(cell), reciprocal = Reciprocal(exact);
+      const Hkl r = cells.Indices();
+      const auto g = CellGradient(laueclass, PackHkl(r), cell);
+      for (int k = 0; k < 6; ++k) {
+        double expected = Difference(exact, r, k, 0, 2);
+        for (int angle = 3; angle < 6; ++angle)
+          expected -= std::sin(reciprocal[angle] * std::acos(-1.0) / 180) *
+                      Difference(exact, r, k, angle, angle);
+        if (k >= 3 && !anglefree[laueclass - 1]) expected = 0;
+        EXPECT_NEAR(g[k], expected, 2e-6 + 1e-4 * std::fabs(expected))
+            << "class " << laueclass << ", constant " << k + 1 << ": " << r.h << " " << r.k << " "
+            << r.l << ", true " << Difference(exact, r, k, 0, 5);
+      }
+    }
+}
+
+}  // namespace
