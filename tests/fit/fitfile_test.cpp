@@ -169,6 +169,7 @@ class FitFile : public testing::Test {
   }
   // What a text makes of a fit that holds the defaults of a new one.
   Fit Read(const std::string& text) {
+    std::filesystem::remove(path_);  // writing over a file waits for the disk
     WriteFile(path_, text);
     Fit f;
     EXPECT_EQ(Load(f).text, "");
