@@ -2,6 +2,7 @@
 // several fits can run at once.
 #pragma once
 
+#include <algorithm>
 #include <span>
 
 #include "workspace/workspace.h"
@@ -21,6 +22,7 @@ struct FitModel {
   Table<float, 3> scanwave;  // alpha1, alpha2 and the ratio of their intensities
   float& wavelength;         // that turns the cell into positions
 
+  int Rows() const { return std::clamp(npeaks, 0, MaxPeaks); }
   int Points() const { return static_cast<int>(x.size()); }
   float Step() const { return x.size() < 2 ? 0.0f : x[1] - x[0]; }
 };
