@@ -142,12 +142,9 @@ constexpr Command kCommands[] = {
      .run = AfterFitOptions,
      .redraw = Redraw::Keep,
      .undo = true},
-    {.item = {40107, "General peak fit", kFitPopup}},
-    {.item = {40108, "Save peak fit", kFitPopup}},
-    {.item = {40109, "Load peak fit", kFitPopup}},
-    {.item = {40110, "Edit peak fit", kFitPopup}},
-    {.item = {40112, "View output", kFitPopup}},
-    {.item = {40113, "Clear peak fit", kFitPopup}},
+};
+
+constexpr Command kAnalysisCommands[] = {
     Analysis(40096, "Plot FWHM", 3, 1),
     Analysis(40097, "Plot peak shape", 3, 2),
     Analysis(40098, "Plot particle size", 4, 1),
@@ -157,3 +154,4 @@ constexpr Command kCommands[] = {
 }  // namespace
 
 std::span<const Command> PeakCommands() { return kCommands; }
+std::span<const Command> AnalysisCommands() { return kAnalysisCommands; }

@@ -21,5 +21,6 @@ Outcome SinglePeakFit(const std::function<bool()>& accept = {});
 // Shows the results of the fit on the plot; true if the user accepts them.
 bool AcceptPeakFit();
 
-// The rows of the menus "Peak search" and "Peak fit", from their popups down.
+// The menu "Peak search" and the first rows of "Peak fit"; and its plots.
 std::span<const Command> PeakCommands();
+std::span<const Command> AnalysisCommands();

@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "background/background.h"
+#include "fit/fit.h"
 #include "modify/modify.h"
 #include "peaks/peaks.h"
 #include "plot/plot.h"
@@ -77,6 +78,7 @@ std::vector<Command> AllCommands() {
        {FileCommands(), EditCommands(), SettingsCommands(),
         std::span<const Command>(kScriptCommands), ModifyCommands(),
         std::span<const Command>(kMultiCommands), BackgroundCommands(), PeakCommands(),
+        FitCommands(), AnalysisCommands(), FitResultCommands(),
         std::span<const Command>(kIndexCommands), PlotCommands(), HelpCommands()})
     all.insert(all.end(), menu.begin(), menu.end());
   return all;

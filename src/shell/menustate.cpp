@@ -48,6 +48,7 @@ void ShowMenuState() {
   ShowStep(MenuUndo, "Undo", UndoTitle());
   ShowStep(MenuRedo, "Redo", RedoTitle());
   Enable(MenuSaveHistory, HasHistory());
+  Enable(MenuFitResults, ws.fitnpar > 0);
 }
 
 void SetMenuLoaded(int flag) {

@@ -59,8 +59,12 @@ void Note(const Command& command, bool picked, std::vector<std::string> entered)
   NoteHistory(entered);
 }
 
-void PutBack(const Snapshot& before) {
-  RestoreSnapshot(before);
+// What the row has set goes back too, but not what the user has entered.
+void PutBack(const Snapshot& entered, const PatternData& before) {
+  RestoreSnapshot(entered);
+  ws.filetype = before.filetype;
+  ws.viewmode = before.viewmode;
+  ws.plotmask = before.plotmask;
   FollowPattern();
   DrawView();
 }
@@ -75,17 +79,18 @@ Outcome RunCommand(const Command& command, Arguments arguments) {
   arguments.number = command.number;
   SetFields(command);
   Outcome outcome = Ask(command, arguments);
+  const Snapshot entered = outcome == Outcome::Done ? StateNow() : before;
   if (outcome == Outcome::Done && command.run) outcome = command.run(arguments);
 
   if (outcome == Outcome::Done) Draw(command.redraw);
   if (outcome == Outcome::Idle) Draw(ws.viewmode == viewmode ? Redraw::Same : Redraw::Keep);
-  std::vector<std::string> entered = WTakeJournal();
+  std::vector<std::string> lines = WTakeJournal();
   const bool happened = outcome == Outcome::Done || outcome == Outcome::Idle;
-  if (!happened && command.undo) PutBack(before);
+  if (!happened && command.undo) PutBack(entered, before.data);
   const bool changed = StateNow() != before;
   // What is saved cannot be taken back, and leaves its settings behind even when it fails.
-  if (happened || changed) Note(command, picked, std::move(entered));
-  if (happened && changed && command.undo) KeepForUndo(TitleOf(command), std::move(before));
+  if (happened || changed) Note(command, picked, std::move(lines));
+  if (changed && command.undo) KeepForUndo(TitleOf(command), std::move(before));
   ShowMenuState();
   if (outcome == Outcome::Done && command.tell) command.tell();
   WCommandEnded(outcome == Outcome::Failed);

@@ -7,6 +7,7 @@ enum MenuId {
   MenuUndo,
   MenuRedo,
   MenuSaveHistory,
+  MenuFitResults,
   MenuSavePattern = 40003,
   MenuExit = 40006,
   MenuPrintGraphics = 40005,

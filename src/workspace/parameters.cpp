@@ -38,18 +38,26 @@ void Get(const Control& control) {
 
 }  // namespace
 
+void PutFields(const DialogResource& resource) {
+  for (const Control& control : resource.controls) Put(control);
+}
+
+void GetFields(const DialogResource& resource) {
+  for (const Control& control : resource.controls) Get(control);
+}
+
 int AskParameters(const ParameterDialog& dialog) {
   const DialogResource& resource = dialog.resource;
   WRegisterDialogs({&resource, 1});
   WDialogUndefined(0, 0, 0);
   WDialogLoad(resource.number);
-  for (const Control& control : resource.controls) Put(control);
+  PutFields(resource);
   if (dialog.prepare) dialog.prepare();
   WDialogShow(-1, -1, 0, Modal, dialog.changed);
   const int button = WInfoDialog(4);
   const bool stores = button == ButtonOk || (button != 0 && button == dialog.special);
   if (stores) {
-    for (const Control& control : resource.controls) Get(control);
+    GetFields(resource);
     if (dialog.validate) dialog.validate();
   }
   WDialogUnload();

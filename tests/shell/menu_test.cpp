@@ -66,7 +66,7 @@ TEST_F(Menu, WhatNeedsAPatternFollowsTheFirstLoad) {
   EXPECT_EQ(ws.viewmode, 0);
   LoadLine(dir);
   for (int id : items) EXPECT_EQ(WMenuGetState(id, MenuEnabled), 1) << id;
-  for (int id : {40107, 40119, 40133, 40114, 40035})  // no command behind them
+  for (int id : {40119, 40133, 40114, 40035})  // no command behind them
     EXPECT_EQ(WMenuGetState(id, MenuEnabled), 0) << id;
 }
 

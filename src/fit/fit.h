@@ -1,0 +1,30 @@
+// The whole-pattern fit: its commands.
+#pragma once
+
+#include <span>
+#include <string>
+#include <vector>
+
+#include "fit/model.h"
+#include "workspace/command.h"
+
+// Calculates (`fitrun` 2) or refines (1) the whole pattern by the fields of the fit. Leaves slots 2
+// to 4, the peak list as reflections and all curves on show.
+Outcome GeneralFit();
+// The dialog "Peak fit" beside the plot; `fitrun` tells the button that has closed it.
+Outcome AskFit(Arguments& arguments);
+
+// What there is to read of the last refinement, line by line.
+struct ResultLine {
+  const char* label;
+  std::string text;
+};
+std::vector<ResultLine> FitResultLines();
+// The value with its e.s.d. in the last digits, "5.43071(12)", two digits of it up to 19; without
+// e.s.d. the value with `decimals`.
+std::string WithEsd(double value, double esd, int decimals);
+Outcome ShowFitResults();
+
+// What of the fit stands in the menu "Peak fit", and at its end.
+std::span<const Command> FitCommands();
+std::span<const Command> FitResultCommands();
