@@ -75,7 +75,7 @@ std::vector<Section> Sections(FitParameters& f, Table<float, 3>& scanwave) {
           {25, 2, 1, 2, 2}),
       Row<"(a,f10.4,i10,2f10.4,2f10.1)", "(f10.0,i10,4f10.0)">(
           "LSPR      ", {&f.maxshift, &f.nfwhmpeak, &f.diagdamp, &f.minfwhmsep, &f.fitmin2th,
-                   &f.fitmax2th},
+                         &f.fitmax2th},
           {0.3f, 6, 1, 0.1f, 0, 0}),
       Row<"(a,3f10.5)", "(3f10.0)">("ELAM      ", Each(scanwave), {1.54058f, 1.54433f, 0}),
       Row<"(a,2i5)", "(2i5)">("GLOB      ", {&f.bgorder, &f.tthzerorefine}, {0, 0}),
@@ -196,6 +196,7 @@ bool ReadReflection(RecordStore& store, PeakTable& p, int row) {
   CleanNumberLine(line);
   // Where a word or asterisks stood for a number, those behind would be taken for the wrong field.
   if (line != found && Numbers(line) < kReflectionFields) return false;
+
   Hkl r;
   std::array<float, 8> v{};  // the last is of other programs
   std::vector<ReadTarget> fields{&r.h, &r.k, &r.l};

@@ -323,10 +323,13 @@ TEST_F(FitFile, EqualWavelengthsHaveNoRatio) {
 TEST_F(FitFile, ReflectionsAreCounted) {
   std::string text;
   for (int k = 1; k <= 205; ++k) text += "REFL      1,0,0,5," + std::to_string(k) + "\n";
-  const Fit all = Read(text);
+  Fit all = Read(text);
   EXPECT_EQ(all.npeaks, 200);
   EXPECT_EQ(all.peaks(ptth, 200), 200);
   EXPECT_EQ(all.peaks(ptth, 201), 0);
+  all.npeaks = 201;
+  ASSERT_EQ(Write(all), "");
+  EXPECT_EQ(Lines(ReadFile(path_)).size(), 217u);
   // Without any the list counts as full, of what it held.
   WriteFile(path_, "END");
   Fit f = Written();

@@ -1,4 +1,5 @@
-// Fuzz target: the bytes behind the first are a pattern file, the first picks reader and slot.
+// Fuzz target: the bytes behind the first are a pattern or fit file, the first picks reader and
+// slot.
 #include <sys/mman.h>
 #include <unistd.h>
 
@@ -7,6 +8,8 @@
 #include <cstdlib>
 #include <string>
 
+#include "fit/fitfile.h"
+#include "fuzz/selector.h"
 #include "patternfiles/patternfiles.h"
 #include "toolkit/replay/transcript.h"
 #include "toolkit/toolkit.h"
@@ -31,6 +34,56 @@ void CheckSlot(int slot) {
   if (!std::ranges::all_of(ws.yval.row(slot).first(n), finite)) std::abort();
 }
 
+void ReadPattern(std::uint8_t selector) {
+  const auto formats = PatternFormats();
+  const int slot = selector / static_cast<int>(formats.size()) % MaxSlots + 1;
+  // What an earlier input has left must not decide.
+  ws.npts.fill(0);
+  ws.scanwave.fill(0);
+  for (int each : {slot, int{SlotNet}}) ws.xval(AxisTth, each, 1) = 0;
+  const bool inside = slot > SlotInput && slot < MaxSlots;  // slot 1 is copied to others
+  if (inside) *BehindX(slot) = *BehindY(slot) = kUntouched;
+  formats[selector % formats.size()].read(slot, path);
+  if (inside && (*BehindX(slot) != kUntouched || *BehindY(slot) != kUntouched)) std::abort();
+  for (int each = 1; each <= MaxSlots; ++each) {
+    if (each == slot || each == SlotNet) CheckSlot(each);
+    if (each != slot && each != SlotNet && ws.npts(each) != 0) std::abort();
+  }
+}
+
+struct Fit {
+  FitParameters p;
+  PeakTable peaks;
+  int npeaks = 0;
+  Table<float, 3> scanwave;
+  Table<float, 9> wavelen;
+  bool Read() { return ReadFit(path, p, peaks, npeaks, scanwave, wavelen).text.empty(); }
+  bool Write() { return WriteFit(path, p, peaks, npeaks, scanwave).empty(); }
+};
+
+std::string Content() {
+  std::string text(static_cast<std::size_t>(lseek(file, 0, SEEK_END)), ' ');
+  if (pread(file, text.data(), text.size(), 0) != std::ssize(text)) std::abort();
+  return text;
+}
+
+// What can be written again comes back, to the letter of another file.
+void ReadFitFile() {
+  Fit fit;
+  if (!fit.Read()) return;
+  const FitParameters& p = fit.p;
+  const auto within = [](int v, int first, int last) { return v >= first && v <= last; };
+  if (!within(fit.npeaks, 1, MaxPeaks) || !within(p.bgorder, 0, MaxChebyshev) ||
+      !within(p.laueclass, 1, 16) || !within(p.centering, 1, 7) || !within(p.fitposmode, 1, 2) ||
+      !within(p.fitfwhmmode, 1, 2))
+    std::abort();
+  if (!std::ranges::all_of(fit.peaks.cells, [](float v) { return v - v == 0; })) std::abort();
+  if (!fit.Write()) return;
+  const std::string text = Content();
+  Fit again;
+  if (!again.Read() || !again.Write() || Content() != text) std::abort();
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
@@ -46,22 +99,12 @@ extern "C" int LLVMFuzzerInitialize(int*, char***) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (size == 0) return 0;
-  const auto formats = PatternFormats();
-  const int slot = data[0] / static_cast<int>(formats.size()) % MaxSlots + 1;
   if (ftruncate(file, 0) != 0 ||
       pwrite(file, data + 1, size - 1, 0) != static_cast<ssize_t>(size - 1))
     std::abort();
-  // What an earlier input has left must not decide.
-  ws.npts.fill(0);
-  ws.scanwave.fill(0);
-  for (int each : {slot, int{SlotNet}}) ws.xval(AxisTth, each, 1) = 0;
-  const bool inside = slot > SlotInput && slot < MaxSlots;  // slot 1 is copied to others
-  if (inside) *BehindX(slot) = *BehindY(slot) = kUntouched;
-  formats[data[0] % formats.size()].read(slot, path);
-  if (inside && (*BehindX(slot) != kUntouched || *BehindY(slot) != kUntouched)) std::abort();
-  for (int each = 1; each <= MaxSlots; ++each) {
-    if (each == slot || each == SlotNet) CheckSlot(each);
-    if (each != slot && each != SlotNet && ws.npts(each) != 0) std::abort();
-  }
+  if (data[0] == kFitFileSelector)
+    ReadFitFile();
+  else
+    ReadPattern(data[0]);
   return 0;
 }

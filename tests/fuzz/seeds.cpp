@@ -2,19 +2,29 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <sstream>
 
+#include "fit/fitfile.h"
+#include "fuzz/selector.h"
 #include "patternfiles/samples.h"
 #include "workspace/workspace.h"
 
 namespace {
 
-// The byte in front tells fuzz_readers the format's place in the list and the slot.
 void WriteSeed(const std::filesystem::path& directory, const std::string& extension, int slot,
                const std::string& text) {
   const auto formats = PatternFormats();
   const auto place = FindFormatByExtension("x." + extension) - formats.data();
   const char first = static_cast<char>((slot - 1) * static_cast<int>(formats.size()) + place);
   std::ofstream(directory / (extension + std::to_string(slot)), std::ios::binary) << first << text;
+}
+
+void WriteFitSeed(const std::filesystem::path& directory) {
+  const std::string path = directory / "fit";
+  WriteFit(path, {}, {}, 3, {{CuKalpha1, CuKalpha2, 0.5f}});
+  std::ostringstream content;
+  content << std::ifstream(path).rdbuf();
+  std::ofstream(path, std::ios::binary) << static_cast<char>(kFitFileSelector) << content.str();
 }
 
 }  // namespace
@@ -29,4 +39,5 @@ int main(int argc, char** argv) {
     WriteSeed(argv[1], sample.extension, SlotInput, sample.text());
   for (const LongPattern& pattern : LongPatterns())
     WriteSeed(argv[1], pattern.extension, MaxSlots, pattern.text());
+  WriteFitSeed(argv[1]);
 }
