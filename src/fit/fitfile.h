@@ -14,15 +14,16 @@ using PeakTable = Table<float, 8, MaxPeaks + 1>;
 std::string WriteFit(const std::string& path, const FitParameters& fit, const PeakTable& peaks,
                      int npeaks, const Table<float, 3>& scanwave);
 
-// Reads a file into fields that are the caller's own: he does with them what a load means, from the
-// axes to the fit. After a failure all is as it was; else each section that is missing, unreadable,
-// or holds a number beyond 1e12 has its default, or leaves what stood. Then
+// Reads a file. After a failure all is as it was; else a section that is missing, unreadable, or
+// holds a number beyond 1e12 has its default, or leaves what stood. Then
 //   - classes, centerings and modes that do not exist are those of a file without them, bgorder
-//     lies within 0 to 15, flags are 0 or 1, and reflections out of the range of hklcode have its
-//     0;
-//   - wavelen has scanwave in 1 to 3, whose ratio becomes 0 behind that if it is of two equal
-//     wavelengths;
-//   - npeaks is the number of reflections read, and 200 for none: rows that hold what they held.
-// Further reflections than 200 are left. Neither the e.s.d.s nor the results of a fit are read.
+//     lies within 0 to 15, a flag that is not 0 is 1, and a reflection out of the range of hklcode
+//     has the code 0;
+//   - wavelen has scanwave in 1 to 3; the ratio in scanwave is 0 behind that if the wavelengths are
+//     equal;
+//   - npeaks is the number of reflections read, at most 200; for none it is 200, of rows that hold
+//     what they held.
+// A reflection that is unreadable ends the list. Neither e.s.d.s nor the results
+// of a refinement are read; they, nbkgcycles, the axes and the fit itself are the caller's.
 RecordFailure ReadFit(const std::string& path, FitParameters& fit, PeakTable& peaks, int& npeaks,
                       Table<float, 3>& scanwave, Table<float, 9>& wavelen);

@@ -368,6 +368,7 @@ TEST_F(FitFile, FailuresAreTold) {
   {
     const SmallFiles limit(100);
     EXPECT_EQ(Write(Written()), "File too large");
+    EXPECT_EQ(ReadFile(path_), kept);
   }
 
   Fit f = Written();

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <limits>
-#include <ranges>
 
 #include "toolkit/common.h"
 #include "toolkit/replay/lines.h"
@@ -75,7 +74,7 @@ void OpenPattern(Situation& now, const Words& words) {
 
 void AnswerSelector(Situation& now, const Words& words) {
   if (words.size() > 2 && !now.several) Fail("only one file is asked for");
-  for (const Word& word : words | std::views::drop(1)) now.paths.push_back(IOsFullPath(word.text));
+  for (std::size_t k = 1; k < words.size(); ++k) now.paths.push_back(IOsFullPath(words[k].text));
   now.done = true;
 }
 
