@@ -1,5 +1,6 @@
 // The dialogs "Peak fit", "Enter Laue class and centering" and "Wavelength(s)".
 #include <algorithm>
+#include <array>
 
 #include "crystal/laue.h"
 #include "fit/fit.h"
@@ -79,7 +80,7 @@ enum Controls {
   ButtonCalculate,
 };
 
-constexpr const char *kCell = "Unit cell", *kWidth = "FWHM", *kShape = "Peak shape",
+constexpr const char *kCell = "Unit cell", *kProfile = "FWHM and peak shape",
                      *kOther = "Background, zero, range", *kCycles = "Refinement",
                      *kPositions = "Positions", *kLaws = "Widths";
 
@@ -98,68 +99,91 @@ constexpr Control RefineBox(int id, int* flag, const char* group) {
   return Beside(InGroup(Box(id, "refine", flag), group));
 }
 
-// A coefficient of the left and of the right half, and whether they are one parameter.
-#define QUANTITY(group, k, leftlabel, rightlabel, left, right, flags, ties, field1, field2, box, \
-                 tie)                                                                            \
-  Number(field1 + k, leftlabel, &ws.left.cells[k], "(f10.6)", "", group),                        \
-      RefineBox(box + k, &ws.flags.cells[k], group),                                             \
-      Beside(InGroup(Box(tie + k, "left = right", &ws.ties.cells[k]), group)),                   \
-      Beside(Number(field2 + k, rightlabel, &ws.right.cells[k], "(f10.6)", "", group)),          \
-      RefineBox(box + 3 + k, &ws.flags.cells[3 + k], group)
-#define WIDTH(k, leftlabel, rightlabel)                                                \
-  QUANTITY(kWidth, k, leftlabel, rightlabel, fwhmleft, fwhmright, fwhmrefine, fwhmtie, \
-           FieldLeftWidth, FieldRightWidth, BoxWidth, TieWidth)
-#define SHAPE(k, leftlabel, rightlabel)                                                    \
-  QUANTITY(kShape, k, leftlabel, rightlabel, shapeleft, shaperight, shaperefine, shapetie, \
-           FieldLeftShape, FieldRightShape, BoxShape, TieShape)
+// What the two halves of the profiles have of one quantity, and where it stands in the dialog.
+struct Halves {
+  const char *left, *right;  // labels
+  float *ofleft, *ofright;
+  int *refineleft, *refineright, *tie;
+  int leftfield, rightfield, box, tiebox;
+};
 
-constexpr Control kFitControls[] = {
-    Edge(0, "a"),
-    RefineBox(BoxCell, &ws.cellrefine.cells[0], kCell),
-    Beside(Edge(1, "b")),
-    RefineBox(BoxCell + 1, &ws.cellrefine.cells[1], kCell),
-    Beside(Edge(2, "c")),
-    RefineBox(BoxCell + 2, &ws.cellrefine.cells[2], kCell),
-    Angle(3, "al"),
-    RefineBox(BoxCell + 3, &ws.cellrefine.cells[3], kCell),
-    Beside(Angle(4, "be")),
-    RefineBox(BoxCell + 4, &ws.cellrefine.cells[4], kCell),
-    Beside(Angle(5, "ga")),
-    RefineBox(BoxCell + 5, &ws.cellrefine.cells[5], kCell),
-    InGroup(Label(FieldClass, "Laue class"), kCell),
-    WIDTH(0, "Left   U", "Right U"),
-    WIDTH(1, "V", "V"),
-    WIDTH(2, "W", "W"),
-    SHAPE(0, "Left   g1", "Right g1"),
-    SHAPE(1, "g2", "g2"),
-    SHAPE(2, "g3", "g3"),
+constexpr Halves Width(int k, const char* left, const char* right) {
+  return {left,
+          right,
+          &ws.fwhmleft.cells[k],
+          &ws.fwhmright.cells[k],
+          &ws.fwhmrefine.cells[k],
+          &ws.fwhmrefine.cells[3 + k],
+          &ws.fwhmtie.cells[k],
+          FieldLeftWidth + k,
+          FieldRightWidth + k,
+          BoxWidth + k,
+          TieWidth + k};
+}
+constexpr Halves Shape(int k, const char* left, const char* right) {
+  return {left,
+          right,
+          &ws.shapeleft.cells[k],
+          &ws.shaperight.cells[k],
+          &ws.shaperefine.cells[k],
+          &ws.shaperefine.cells[3 + k],
+          &ws.shapetie.cells[k],
+          FieldLeftShape + k,
+          FieldRightShape + k,
+          BoxShape + k,
+          TieShape + k};
+}
+
+constexpr const char* kCellLabels[] = {"a", "b", "c", "al", "be", "ga"};
+constexpr Halves kHalves[] = {
+    Width(0, "Left   U", "Right U"),   Width(1, "V", "V"),   Width(2, "W", "W"),
+    Shape(0, "Left   g1", "Right g1"), Shape(1, "g2", "g2"), Shape(2, "g3", "g3")};
+
+constexpr Control kSettings[] = {
     InGroup(Spin(1481, "Background (max 15)", &ws.bgorder, 0, MaxChebyshev), kOther),
-    Beside(Number(1482, "Two-theta zero", &ws.tthzero, "(f10.4)", "deg.", kOther)),
+    Number(1482, "Two-theta zero", &ws.tthzero, "(f10.4)", "deg.", kOther),
     RefineBox(1483, &ws.tthzerorefine, kOther),
     Number(1491, "Min two.theta", &ws.fitmin2th, "(f10.3)", "deg.", kOther),
-    Beside(Number(1492, "Max two-theta", &ws.fitmax2th, "(f10.3)", "deg.", kOther)),
+    Number(1492, "Max two-theta", &ws.fitmax2th, "(f10.3)", "deg.", kOther),
     InGroup(Spin(1484, "No. of cycles", &ws.ncycles, 0, 10000), kCycles),
-    Beside(InGroup(Spin(1485, "No. of bkgr cycles", &ws.nbkgcycles, 0, 2), kCycles)),
+    InGroup(Spin(1485, "No. of bkgr cycles", &ws.nbkgcycles, 0, 2), kCycles),
     Within(Number(1486, "Max shift/e.s.d.", &ws.maxshift, "(f10.3)", "", kCycles), 0, 1000),
-    Beside(Within(Number(1488, "Diagonal damping", &ws.diagdamp, "(f10.3)", "", kCycles), 0, 1000)),
     InGroup(Spin(1487, "No. of FWHM in peak", &ws.nfwhmpeak, 1, 1000), kCycles),
-    Beside(Within(Number(1490, "Min FWHM separation", &ws.minfwhmsep, "(f10.3)", "", kCycles), 0,
-                  1000)),
+    Within(Number(1488, "Diagonal damping", &ws.diagdamp, "(f10.3)", "", kCycles), 0, 1000),
     InGroup(Spin(1489, "Refine every n:th point", &ws.everynth, 1, MostPoints), kCycles),
+    Within(Number(1490, "Min FWHM separation", &ws.minfwhmsep, "(f10.3)", "", kCycles), 0, 1000),
     Choice(FirstPosition, "Individual fit", kPositions),
     Beside(Choice(FirstPosition + 1, "Unit cell fit", kPositions)),
     Choice(FirstWidthMode, "Individual fit", kLaws),
     Beside(Choice(FirstWidthMode + 1, "Cagliotti", kLaws)),
+    Press(ButtonRefine, "Refine"),
+    Press(ButtonCalculate, "Calculate"),
     Press(ButtonLaue, "Laue class"),
     Press(ButtonWaves, "Wavelength(s)"),
     Press(ButtonDefault, "Default"),
-    Press(ButtonRefine, "Refine"),
-    Press(ButtonCalculate, "Calculate"),
     Cancel,
 };
-#undef SHAPE
-#undef WIDTH
-#undef QUANTITY
+
+constexpr auto kFitControls = [] {
+  std::array<Control, 3 * 4 + 1 + std::size(kHalves) * 5 + std::size(kSettings)> all{};
+  auto next = all.begin();
+  for (int k = 0; k < 3; ++k) {
+    *next++ = Edge(k, kCellLabels[k]);
+    *next++ = RefineBox(BoxCell + k, &ws.cellrefine.cells[k], kCell);
+    *next++ = Beside(Angle(3 + k, kCellLabels[3 + k]));
+    *next++ = RefineBox(BoxCell + 3 + k, &ws.cellrefine.cells[3 + k], kCell);
+  }
+  *next++ = InGroup(Label(FieldClass, ""), kCell);
+  for (const Halves& of : kHalves) {
+    *next++ = Number(of.leftfield, of.left, of.ofleft, "(f10.6)", "", kProfile);
+    *next++ = RefineBox(of.box, of.refineleft, kProfile);
+    *next++ = Beside(InGroup(Box(of.tiebox, "left = right", of.tie), kProfile));
+    *next++ = Beside(Number(of.rightfield, of.right, of.ofright, "(f10.6)", "", kProfile));
+    *next++ = RefineBox(of.box + 3, of.refineright, kProfile);
+  }
+  std::copy(std::begin(kSettings), std::end(kSettings), next);
+  return all;
+}();
 constexpr DialogResource kFit{124, "Peak fit", kFitControls, FieldCell};
 
 // The cell as it stands in the dialog.
@@ -183,8 +207,8 @@ void ShowForcedCell() {
     WDialogPutReal(FieldCell + k, cell.cells[k]);
     WDialogPutCheckBox(BoxCell + k, 0);
   }
-  WDialogPutString(FieldClass, std::to_string(ws.laueclass) + "  (" + laue.label + ", " +
-                                   CenteringOf(ws.centering).label + ")");
+  WDialogPutString(FieldClass, "Laue class " + std::to_string(ws.laueclass) + " (" + laue.label +
+                                   ", " + CenteringOf(ws.centering).label + ")");
 }
 
 // A tied quantity is refined by its tie alone.

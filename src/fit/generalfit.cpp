@@ -124,7 +124,7 @@ void Tell(const RefineResult& result) {
 class CycleReport {
  public:
   bool operator()(int cycle, float rwp) {
-    constexpr std::size_t kMost = 6;
+    constexpr std::size_t kMost = 4;
     shown_.push_back(LeftAlign(RealField(100 * rwp, 8, 2)));
     if (shown_.size() > kMost) shown_.erase(shown_.begin());
     std::string text = "Rwp";

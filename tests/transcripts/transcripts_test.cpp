@@ -34,6 +34,15 @@ double Doublet(double x) {
   return 90 + 1000 * (Gaussian(x, 60, 0.12) + 0.5 * Gaussian(x, second, 0.12));
 }
 
+// A primitive cubic cell of 4 angstrom in Cu K alpha 1, on a straight background.
+double Cubic(double x) {
+  double counts = 200 - x;
+  for (int n : {1, 2, 3, 4, 5, 6, 8, 9})
+    counts +=
+        1000.0 / n * Gaussian(x, 2 * std::asin(1.54056 / 2 * std::sqrt(n) / 4) / kRadian, 0.2);
+  return counts;
+}
+
 const struct {
   const char* name;
   double first, step;
@@ -49,6 +58,7 @@ const struct {
      [](double x) {
        return 50 + 1000 * (Gaussian(x, 30, 0.2) + Gaussian(x, 50, 0.2) + Gaussian(x, 70, 0.3));
      }},
+    {"cubic.xy", 15, 0.02, 3001, Cubic},
     {"doublet.xy", 58, 0.02, 201, Doublet},
     {"plate.xy", 10, 1, 51, [](double x) { return 1000 * Plate(x); }},
 };
@@ -124,7 +134,7 @@ TEST_P(Transcript, ShowsWhatItSays) {
 
 INSTANTIATE_TEST_SUITE_P(Tour, Transcript,
                          testing::Values("corrections", "modify", "background", "peaks", "peakfit",
-                                         "commands"),
+                                         "fit", "commands"),
                          [](const auto& name) { return name.param; });
 
 }  // namespace

@@ -11,6 +11,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 #include <string_view>
 
 #include "toolkit/qt/dialogview.h"
@@ -36,6 +37,46 @@ bool SameBox(const Control& a, const Control& b) {
   return a.kind != Button && b.kind != Button && std::string_view(a.group) == b.group;
 }
 
+// Sections in columns of about a height; a column takes one that reaches beyond by less than half.
+std::vector<std::vector<QWidget*>> InColumns(const std::vector<QWidget*>& sections, int height) {
+  std::vector<std::vector<QWidget*>> columns;
+  int filled = 0;
+  for (QWidget* section : sections) {
+    const int own = section->sizeHint().height();
+    if (columns.empty() || filled + own / 2 > height) {
+      columns.emplace_back();
+      filled = 0;
+    }
+    columns.back().push_back(section);
+    filled += own;
+  }
+  return columns;
+}
+
+int WidthOf(const std::vector<std::vector<QWidget*>>& columns) {
+  int width = 0;
+  for (const std::vector<QWidget*>& column : columns) {
+    int widest = 0;
+    for (const QWidget* section : column) widest = std::max(widest, section->sizeHint().width());
+    width += widest;
+  }
+  return width;
+}
+
+// The widget, or an area to scroll it in when the screen is too small for it.
+QWidget* FitsIn(QSize room, QWidget* all) {
+  const QSize wanted = all->sizeHint();
+  if (wanted.height() <= 0.8 * room.height() && wanted.width() <= kWidest * room.width())
+    return all;
+  auto* scroll = new QScrollArea;
+  scroll->setWidget(all);
+  scroll->setWidgetResizable(true);
+  scroll->setFrameShape(QFrame::NoFrame);
+  const QSize seen(wanted.width() + 2 * all->fontMetrics().height(), wanted.height());
+  scroll->setMinimumSize(seen.boundedTo(QSize(kWidest * room.width(), 0.75 * room.height())));
+  return scroll;
+}
+
 bool SameChoice(const Control& a, const Control& b) {
   return a.kind == Radio && b.kind == Radio && std::string_view(a.group) == b.group;
 }
@@ -52,13 +93,7 @@ DialogView::DialogView(DialogState& state, std::function<void(int)> changed, QWi
   const int n = static_cast<int>(resource.controls.size());
   rows_.resize(n);
   complaints_.resize(n);
-  std::vector<MnemonicText> texts;
-  for (const Control& control : resource.controls) {
-    // A text takes no focus, and a table has no label of its own: no letter leads there.
-    const bool letterless = control.kind == Text || control.kind == Grid;
-    texts.push_back({letterless ? QString() : QString::fromUtf8(control.label)});
-  }
-  labels_ = WithMnemonics(texts);
+  LabelControls();
   for (int i = 0; i < n; ++i) MakeRow(i);
 
   const QFontMetrics letters = fontMetrics();
@@ -76,9 +111,30 @@ DialogView::DialogView(DialogState& state, std::function<void(int)> changed, QWi
   layout->addWidget(MakeButtons());
   // The caption is seen whole, and captions are bold more often than not.
   const int caption = letters.horizontalAdvance(windowTitle()) * 6 / 5;
-  setMinimumWidth(caption + kCaptionMargin * letters.height());
+  layout->addStrut(caption + kCaptionMargin * letters.height());
   for (int i = 0; i < n; ++i) Update(i);
   OrderTabs();
+}
+
+// Letters go to the buttons first. A text takes no focus, a table has no label of its own, and a
+// box beside a field is one Tab away: no letter leads there.
+void DialogView::LabelControls() {
+  std::vector<int> order(Count());
+  std::iota(order.begin(), order.end(), 0);
+  std::stable_partition(order.begin(), order.end(),
+                        [this](int i) { return ControlAt(i).kind == Button; });
+  std::vector<MnemonicText> texts;
+  for (const int i : order) {
+    const Control& control = ControlAt(i);
+    const bool letterless =
+        control.kind == Text || control.kind == Grid || (control.kind == Check && control.beside);
+    texts.push_back({letterless ? QString() : QString::fromUtf8(control.label)});
+  }
+  const std::vector<QString> labels = WithMnemonics(texts);
+  labels_.resize(Count());
+  for (int k = 0; k < Count(); ++k)
+    labels_[order[k]] =
+        texts[k].text.isEmpty() ? QString::fromUtf8(ControlAt(order[k]).label) : labels[k];
 }
 
 void DialogView::MakeRow(int index) {
@@ -98,7 +154,6 @@ void DialogView::MakeRow(int index) {
     row.field = button;
     connect(button, &QPushButton::clicked, this, [this, id = control.id] { Press(id); });
   } else if (control.kind == Text) {
-    labels_[index] = QString::fromUtf8(control.label);
     auto* value = new QLabel;
     value->setTextFormat(Qt::PlainText);
     row.field = value;
@@ -191,7 +246,8 @@ QWidget* DialogView::MakeSection(int first, int last) {
   return box;
 }
 
-// Sections stand below each other, or in further columns when they would be too high.
+// Sections stand below each other, or in further columns when they would be too high and there is
+// room for them.
 QWidget* DialogView::ArrangeSections() {
   std::vector<QWidget*> sections;
   for (int first = 0, last; first < Count(); first = last) {
@@ -203,34 +259,21 @@ QWidget* DialogView::ArrangeSections() {
   const QSize room = screen()->availableGeometry().size();
   int total = 0;
   for (const QWidget* section : sections) total += section->sizeHint().height();
-  const int columns = std::clamp<int>(std::ceil(total / (kHighest * room.height())), 1, 4);
+  int wanted = std::clamp<int>(std::ceil(total / (kHighest * room.height())), 1, 4);
+  auto columns = InColumns(sections, total / wanted);
+  while (wanted > 1 && WidthOf(columns) > kWidest * room.width())
+    columns = InColumns(sections, total / --wanted);
 
   auto* all = new QWidget;
   auto* across = new QHBoxLayout(all);
   across->setContentsMargins(0, 0, 0, 0);
-  QVBoxLayout* down = nullptr;
-  int height = 0;
-  for (QWidget* section : sections) {
-    const int own = section->sizeHint().height();
-    if (!down || height + own / 2 > total / columns) {
-      if (down) down->addStretch(1);
-      across->addLayout(down = new QVBoxLayout, 1);
-      height = 0;
-    }
-    down->addWidget(section);
-    height += own;
+  for (const std::vector<QWidget*>& column : columns) {
+    auto* down = new QVBoxLayout;
+    across->addLayout(down, 1);
+    for (QWidget* section : column) down->addWidget(section);
+    down->addStretch(1);
   }
-  if (down) down->addStretch(1);
-  const QSize wanted = all->sizeHint();
-  if (wanted.height() <= 0.8 * room.height() && wanted.width() <= kWidest * room.width())
-    return all;
-  auto* scroll = new QScrollArea;
-  scroll->setWidget(all);
-  scroll->setWidgetResizable(true);
-  scroll->setFrameShape(QFrame::NoFrame);
-  const QSize seen(wanted.width() + 2 * fontMetrics().height(), wanted.height());
-  scroll->setMinimumSize(seen.boundedTo(QSize(kWidest * room.width(), 0.75 * room.height())));
-  return scroll;
+  return FitsIn(room, all);
 }
 
 QWidget* DialogView::MakeButtons() {

@@ -41,6 +41,7 @@ class DialogView : public QDialog {
   GridField* GridAt(int index) const;  // null for another kind of control
   QString ShownText(int index) const;
 
+  void LabelControls();
   void MakeRow(int index);
   QWidget* MakeSection(int first, int last);
   void PlaceRow(QGridLayout* grid, int index, int row, int column);

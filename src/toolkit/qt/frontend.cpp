@@ -1,6 +1,7 @@
 // The front end's frame: start, windows, status bar, and the wait for what the user does.
 #include "toolkit/frontend.h"
 
+#include <QDialog>
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QScreen>
@@ -64,8 +65,10 @@ void EndWait() {
 MainWindow* Root() { return root; }
 
 QWidget* FrontWindow() {
-  QWidget* modal = QApplication::activeModalWidget();
-  return modal ? modal : root;
+  if (QWidget* modal = QApplication::activeModalWidget()) return modal;
+  // What a dialog beside the plot opens gives the focus back to it.
+  auto* dialog = qobject_cast<QDialog*>(QApplication::activeWindow());
+  return dialog && dialog->isVisible() ? static_cast<QWidget*>(dialog) : root;
 }
 
 void Post(const Message& message) {
