@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "crystal/laue.h"         // for the classes with free angles
 #include "workspace/workspace.h"  // for RadToDeg
@@ -19,9 +20,12 @@ Angles AnglesOf(const UnitCell& cell) {
           std::sin(alpha), std::sin(beta), std::sin(gamma)};
 }
 
-// The squared volume of a cell with edges of 1.
+// The squared volume of a cell with edges of 1. Not a number if that is negative or no more than
+// rounding leaves of a flat cell's, as of one with angles of 50, 70 and 120.
 float UnitVolumeSquared(const Angles& t) {
-  return 1 - t.ca * t.ca - t.cb * t.cb - t.cg * t.cg + 2 * t.ca * t.cb * t.cg;
+  constexpr float rounding = 1e-6f;
+  const float square = 1 - t.ca * t.ca - t.cb * t.cb - t.cg * t.cg + 2 * t.ca * t.cb * t.cg;
+  return square > rounding ? square : std::numeric_limits<float>::quiet_NaN();
 }
 
 struct Reciprocal {
@@ -103,8 +107,8 @@ float QuadraticForm(const Metric& m, const Hkl& hkl) {
 }
 
 float CellVolume(const UnitCell& cell) {
-  const float w2 = UnitVolumeSquared(AnglesOf(cell));
-  return w2 > 0 ? cell(1) * cell(2) * cell(3) * std::sqrt(w2) : 0.0f;
+  const float volume = cell(1) * cell(2) * cell(3) * std::sqrt(UnitVolumeSquared(AnglesOf(cell)));
+  return std::isnan(volume) ? 0.0f : volume;
 }
 
 Metric ReciprocalMetric(const UnitCell& cell) {

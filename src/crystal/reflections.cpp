@@ -50,11 +50,13 @@ Row RowOf(const Metric& q, int h, int k, const Limits& limits) {
   const double largest = hh + kk + std::abs(hk) + q[2] * double(lmax * lmax) +
                          (std::abs(q[4] * double(h)) + std::abs(q[5] * double(k))) * lmax;
   const double rest = hh + kk + hk - limits.high - 1e-6 * (largest + limits.high);
-  const double square = slope * slope - 4 * q[2] * rest;
-  if (square < 0) return {1, 0};
-  const double root = std::sqrt(square), twice = 2 * static_cast<double>(q[2]);
-  return {static_cast<int>(std::max<double>(-lmax, std::floor((-slope - root) / twice))),
-          static_cast<int>(std::min<double>(lmax, std::ceil((-slope + root) / twice)))};
+  const double c = q[2], square = slope * slope - 4 * c * rest;
+  if (!(square >= 0)) return {1, 0};
+  const double root = std::sqrt(square);
+  const double first = std::min(std::floor((-slope - root) / (2 * c)), lmax + 1.0);
+  const double last = std::max(std::ceil((-slope + root) / (2 * c)), -lmax - 1.0);
+  return {static_cast<int>(std::max<double>(-lmax, first)),
+          static_cast<int>(std::min<double>(lmax, last))};
 }
 
 // The codes of the families of all reflections between the limits, one for each member; the first

@@ -33,6 +33,19 @@ TEST(CanonicalIndices, AreOneMemberOfEachFamily) {
   EXPECT_EQ(PackHkl(CanonicalIndices({0, -1, 2}, 17)), PackHkl({0, 1, -2}));  // as class 1
 }
 
+TEST(CanonicalIndices, OfOneReflectionInEachClass) {
+  const Hkl canonical[] = {{3, -1, 2},  {3, 1, -2},  {3, 1, 2},  {3, -1, 2},
+                           {3, 1, 2},   {-1, -2, 2}, {-1, 2, 3}, {-1, -2, 2},
+                           {-1, -2, 2}, {-1, 2, 3},  {3, -1, 2}, {1, 3, 2},
+                           {1, 2, 2},   {1, 2, 2},   {1, 2, 3},  {1, 2, 3}};
+  for (int laueclass = 1; laueclass <= kLaueClasses; ++laueclass)
+    EXPECT_EQ(PackHkl(CanonicalIndices({-3, 1, -2}, laueclass)), PackHkl(canonical[laueclass - 1]))
+        << laueclass;
+  // The other hand, whose absolute values fall.
+  EXPECT_EQ(PackHkl(CanonicalIndices({-1, 3, 2}, 7)), PackHkl({3, 2, -1}));
+  EXPECT_EQ(PackHkl(CanonicalIndices({-1, 3, 2}, 15)), PackHkl({3, 2, 1}));
+}
+
 // (k,h,l) stands for (-k,h,l): on the planes where 4/m and 4/mmm do not differ that is right, and
 // elsewhere each family has half of its members from the other one.
 TEST(CanonicalIndices, OfTetragonal4PairTheWrongHands) {
