@@ -52,24 +52,25 @@ struct LineDerivatives {
 };
 
 LineDerivatives DifferentiateLine(const ProfileSide& s, float d, float area) {
-  const ProfileValue v = ValueAt(s, d, area, kRefinement);
+  constexpr ProfileConstants c = kRefinement;
+  const ProfileValue v = ValueAt(s, d, area, c);
   const float F = s.factor, w = s.width, e = s.shape;
-  const float E = (1 - e) * v.gauss + c4 * e * (v.lorentz * v.lorentz) / kRefinement.c1;
-  const float P = d / (c3 * c3 * (w * w));
+  const float E = (1 - e) * v.gauss + c.c4 * e * (v.lorentz * v.lorentz) / c.c1;
+  const float P = d / (c.c3 * c.c3 * (w * w));
   const float S = 2 * F * area * d * P;
   return {v.value, 2 * F * area * E * P / w, (S * E / w - v.value) * 0.5f / w / w,
           (v.lorentz - v.gauss) * area * F / w};
 }
 
-void AddSide(const ParameterNumbers& p, bool left, float width, float shape, float tangent,
+void AddSide(const ParameterNumbers& p, bool left, const LineDerivatives& v, float tangent,
              float tth, Derivatives& d) {
   const int side = left ? 0 : 3;
-  d.Add(p.profparam(FwhmNumbers + side), width * (tangent * tangent));
-  d.Add(p.profparam(FwhmNumbers + side + 1), width * tangent);
-  d.Add(p.profparam(FwhmNumbers + side + 2), width);
-  d.Add(p.profparam(ShapeNumbers + side), shape);
-  d.Add(p.profparam(ShapeNumbers + side + 1), shape * tth);
-  d.Add(p.profparam(ShapeNumbers + side + 2), shape * (tth * tth));
+  d.Add(p.profparam(FwhmNumbers + side), v.width * (tangent * tangent));
+  d.Add(p.profparam(FwhmNumbers + side + 1), v.width * tangent);
+  d.Add(p.profparam(FwhmNumbers + side + 2), v.width);
+  d.Add(p.profparam(ShapeNumbers + side), v.shape);
+  d.Add(p.profparam(ShapeNumbers + side + 1), v.shape * tth);
+  d.Add(p.profparam(ShapeNumbers + side + 2), v.shape * (tth * tth));
 }
 
 void AddCell(const FitModel& model, const ParameterNumbers& p, const RowState& row, float position,
@@ -85,7 +86,7 @@ float AddRow(const FitModel& model, const ParameterNumbers& p, const RowState& r
     const float distance = x - line.tth, area = line.ratio * row.area;
     const LineDerivatives v = DifferentiateLine(row.profile.At(distance), distance, area);
     y += v.value;
-    AddSide(p, distance < 0, v.width, v.shape, row.tangent, line.tth, d);
+    AddSide(p, distance < 0, v, row.tangent, line.tth, d);
     d.Add(p.intparam(j), v.value / area);
     if (model.fit.fitposmode == 1) d.Add(p.posparam(j), v.position);
     if (model.fit.fitposmode != 2) continue;

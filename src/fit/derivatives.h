@@ -1,6 +1,7 @@
 // The calculated intensity of a point and its derivatives by all refined values.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <cstdint>

@@ -57,8 +57,8 @@ int CountZeroDerivatives(const Inverse& matrix) {
 }
 
 bool Invert(Inverse& matrix, float damping) {
-  for (int k = 0; damping > 1 && k < matrix.npar; ++k)
-    matrix.cells[k * (matrix.npar + 1)] *= damping;
+  if (damping > 1)
+    for (int k = 0; k < matrix.npar; ++k) matrix.cells[k * (matrix.npar + 1)] *= damping;
   int order = matrix.npar;
   return MatrixInverse(matrix.cells.data(), order, matrix.npar) >= 0;
 }

@@ -10,11 +10,11 @@
 // the last bit, and keep to that.
 struct ProfileConstants {
   float c1, c2;
+  static constexpr float c3 = 0.6005612f;  // 1 / (2 sqrt(ln 2))
+  static constexpr float c4 = 1.442695f;   // 1 / ln 2
 };
 inline constexpr ProfileConstants kCalculation{0.63661975f, 0.93943727f};
 inline constexpr ProfileConstants kRefinement{0.6366197f, 0.9394372f};
-inline constexpr float c3 = 0.6005612f;  // 1 / (2 sqrt(ln 2))
-inline constexpr float c4 = 1.442695f;   // 1 / ln 2
 
 // Of one reflection: FWHM in degrees and Lorentzian share of both sides.
 struct PeakShape {
@@ -45,8 +45,8 @@ struct ProfileValue {
 
 // d: degrees behind the line; area: in counts times degrees.
 inline ProfileValue ValueAt(const ProfileSide& s, float d, float area, const ProfileConstants& c) {
-  const float z = d / s.width / c3, q = z * z;
-  const float gauss = c.c2 * std::exp(-q), lorentz = c.c1 / (q * c4 + 1);
+  const float z = d / s.width / c.c3, q = z * z;
+  const float gauss = c.c2 * std::exp(-q), lorentz = c.c1 / (q * c.c4 + 1);
   const float both = (1 - s.shape) * gauss + s.shape * lorentz;
   return {gauss, lorentz, s.factor * area * both / s.width};
 }
