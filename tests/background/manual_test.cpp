@@ -9,6 +9,7 @@
 
 #include "background/background.h"
 #include "background/curves.h"
+#include "plot/plot.h"
 #include "support/support.h"
 #include "toolkit/toolkit.h"
 #include "workspace/workspace.h"
@@ -28,11 +29,6 @@ void PutPoints(const Points& points) {
 TEST(ManualFit, DrawsTheCurveThatThePointsAllow) {
   const auto line = [](float x) { return 5 * x; };
   const auto parabola = [](float x) { return 100 + 0.5f * (x - 30) * (x - 30); };
-  // Through 0, 100, 0 at equal distances: 100 (1.5 t - 0.5 t^3), mirrored and with a straight end.
-  const auto spline = [](float x) {
-    const float t = std::min(x - 20, 40 - x) / 10;
-    return 100 * (1.5f * t - 0.5f * t * t * t);
-  };
   const auto steps = [](float x) { return x < 30 ? x - 20 : 10.0f; };
   const struct {
     const char* name;
@@ -40,11 +36,9 @@ TEST(ManualFit, DrawsTheCurveThatThePointsAllow) {
     Points points;
     std::function<float(float)> curve;
   } cases[] = {
-      {"two points", 2, 1, {{38, 190}, {22, 110}}, line},
       {"unknown kind", 7, 1, {{38, 190}, {30, 150}, {22, 110}}, line},
       {"three for a polynomial", 3, 1, {{20, 0}, {30, 10}, {35, 10}}, steps},
       {"four for a polynomial", 3, 3, {{21, 105}, {39, 195}, {25, 125}, {30, 150}}, line},
-      {"spline", 2, 2, {{40, 0}, {20, 0}, {30, 100}}, spline},
       {"merged spline", 2, 2, {{20, 100}, {20.05f, 900}, {40, 200}, {40.08f, -900}}, line},
       {"six", 3, 3, {{20, 150}, {24, 118}, {28, 102}, {32, 102}, {36, 118}, {40, 150}}, parabola},
   };
@@ -92,66 +86,18 @@ TEST(ManualFit, WithoutASegmentNothingHappens) {
     }
 }
 
-class ManualDialog : public testing::Test {
- protected:
-  // A pattern from 10 to 60 degrees up to 1000 counts, and the dialog on it.
-  std::vector<std::string> Run(const std::string& actions) {
-    std::string pattern;
-    for (int i = 0; i <= 500; ++i)
-      pattern += std::to_string(10 + 0.1 * i) + " " + std::to_string(i == 250 ? 1000 : 1) + "\n";
-    WriteFile(dir_.file("p.xy"), pattern);
-    const ReplayRun run = RunReplay("open p.xy\nmenu 40088\n" + actions, dir_.path());
-    EXPECT_EQ(run.status, 0) << (run.lines.empty() ? "" : run.lines.back());
-    std::vector<std::string> values;
-    for (const std::string& line : run.lines)
-      if (line.starts_with("value\t")) values.push_back(line.substr(6));
-    return values;
-  }
-  TempDir dir_;
-};
-
-TEST_F(ManualDialog, SetsRemovesAndFits) {
-  const std::string three = "mouse left 20 300\nmouse left 40 500\nmouse left 30 800\n";
-  const std::vector<std::string> values =
-      Run(three +
-          "mouse left 5 100\nmouse left 30 1500\n"      // outside the view
-          "mouse right 30.4 800\nmouse right 33 804\n"  // too far off
-          "get nmanualbg\nmouse right 30.1 802\nget nmanualbg\npress Fit\n"
-          "get nmanualbg\nget plotmask\nget yval(2,501)\n"
-          "menu 40088\n" +
-          three +
-          "press OK\nget nmanualbg\n"
-          "menu 40088\nmouse left 45 300\npress Cancel\nget nmanualbg\n");
-  ASSERT_EQ(values.size(), 7u);
-  EXPECT_EQ(values[0], "nmanualbg\t3");
-  EXPECT_EQ(values[1], "nmanualbg\t2");
-  EXPECT_EQ(values[2], "nmanualbg\t0");
-  EXPECT_EQ(values[3], "plotmask\t3");
-  EXPECT_NEAR(std::stof(values[4].substr(values[4].find('\t'))), 700, 0.5);  // (20,300), (40,500)
-  EXPECT_EQ(values[5], "nmanualbg\t3");
-  EXPECT_EQ(values[6], "nmanualbg\t0");
-}
-
-TEST_F(ManualDialog, ListEndsAtAHundred) {
+TEST(ManualDialog, ListEndsAtAHundred) {
+  FreshWorkspace();
+  PutCurve(SlotInput, 10, 0.1f, std::vector<float>(501, 1000.0f));
+  ws.yval(SlotInput, 1) = 0;
+  ws.viewmode = ws.plotmask = 1;
+  RedrawView(1);
   std::string clicks;
   for (int i = 0; i < 103; ++i) clicks += "mouse left " + std::to_string(12 + 0.3 * i) + " 500\n";
-  const auto values = Run(clicks + "get nmanualbg\nget manualbg(1,100)\npress OK\n");
-  ASSERT_EQ(values.size(), 2u);
-  EXPECT_EQ(values[0], "nmanualbg\t100");
-  EXPECT_NEAR(std::stof(values[1].substr(values[1].find('\t'))), 12 + 0.3 * 99, 0.01);
-}
-
-// Closing the window with the dialog open drops the points and reaches the main loop.
-TEST(ManualDialogInProcess, ClosedWithTheWindow) {
-  FreshWorkspace();
-  PutCurve(SlotInput, 20, 0.5f, std::vector<float>(50, 400.0f));
-  PutPoints({{30, 5}, {40, 6}});
-  PostMessage({.type = MessageMenu, .value1 = 40078});
-  PostMessage({.type = MessageClose, .window = RootWindow});
+  Answer(clicks + "press OK\n");
   ManualBackgroundDialog();
-  EXPECT_EQ(ws.nmanualbg, 0);
-  Message message;
-  EXPECT_EQ(WMessage(message), MessageClose);
+  EXPECT_EQ(ws.nmanualbg, 100);
+  EXPECT_NEAR(ws.manualbg(1, 100), 12 + 0.3 * 99, 0.01);
 }
 
 }  // namespace

@@ -38,6 +38,7 @@ TEST(CylinderCurve, EndsAreTheClosedForms) {
     EXPECT_NEAR(curve[0] / forward, 1, 2e-5) << muR;
     EXPECT_NEAR(curve[900] / backward, 1, 2e-5) << muR;
   }
+  EXPECT_NEAR(1 / Curve(21)[900], 67, 1);  // above the tables pi muR, and a little more
 }
 
 // The mean over a square grid of points in the section, way by way.
@@ -66,28 +67,7 @@ TEST(CylinderCurve, ObliqueAnglesAreTheMeanOverTheSection) {
         << muR << " " << theta;
 }
 
-TEST(CylinderCurve, HoldsThePrintedEntriesAndGoesOnAboveThem) {
-  const double printed[][3] = {{0, 30, 1},    {0.5, 0, 2.29}, {0.5, 90, 2.05}, {20, 0, 25000},
-                               {20, 5, 5790}, {20, 45, 157},  {20, 90, 63.1}};
-  for (const auto& [muR, theta, factor] : printed)
-    EXPECT_NEAR(Curve(muR)[nint(10 * theta)] * factor, 1, 1e-5) << muR << " " << theta;
-  EXPECT_NEAR(1 / Curve(21)[900], 67, 1);  // pi muR, and a little more
-  for (float muR : {20.0f, 20.1f}) {
-    PutPattern(20, 1, 5, [](double) { return 100; });
-    ws.muR = muR;
-    AbsorptionCylinder();
-    const Lines warning{"box\tWarning\tmu*R above tabulated values"};
-    EXPECT_EQ(Events(), muR > 20 ? warning : Lines{}) << muR;
-  }
-}
-
-TEST(AbsorptionCylinder, BringsBackWhatTheSampleAbsorbed) {
-  PutPattern(4, 11, 16, [](double x) { return 1e5 * Transmission(1.25, x / 2); });
-  ws.muR = 1.25f;
-  AbsorptionCylinder();
-  const double backward = 1e5 * Transmission(1.25, 90);
-  for (int i = 1; i <= 16; ++i) EXPECT_NEAR(ws.yval(SlotInput, i) / backward, 1, 3e-3) << i;
-
+TEST(AbsorptionCylinder, OfNothingIsOneBeyondTheTablesToo) {
   PutPattern(0, 0.05f, 3700, [](double) { return 100; });  // to 185 degrees
   ws.muR = 0;
   AbsorptionCylinder();

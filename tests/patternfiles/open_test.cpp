@@ -36,7 +36,8 @@ TEST_F(Open, ByExtensionWhateverItsCase) {
   const std::string xy = "5 100\n5.02 120\n5.04 -90\n";
   const std::string path = Make("a b.c d.Xy", xy);
   ws.smoothwindow = 11;
-  ws.npeaks = 3;
+  ws.npeaks = ws.nmanualbg = 3;
+  ws.gdfhead(3) = "earlier";
   ws.plotmask = 1;
   EXPECT_EQ(OpenPattern(path), Outcome::Done);
   EXPECT_TRUE(Events().empty());
@@ -46,6 +47,8 @@ TEST_F(Open, ByExtensionWhateverItsCase) {
   EXPECT_EQ(ws.recentpending, 1);
   EXPECT_EQ(ws.smoothwindow, 3);
   EXPECT_EQ(ws.npeaks, 0);
+  EXPECT_EQ(ws.gdfhead(3), "");
+  EXPECT_EQ(ws.nmanualbg, 0);  // points set by hand belong to their pattern
   EXPECT_EQ(ws.fullstart, 5);
   EXPECT_EQ(ws.crystend, ws.xval(AxisTth, 1, 3));
   EXPECT_NEAR(ws.xval(AxisD, 1, 1), 1.54056 / 2 / std::sin(2.5 * std::acos(-1) / 180), 1e-4);
@@ -56,18 +59,6 @@ TEST_F(Open, ByExtensionWhateverItsCase) {
                                        ": its name ends in none of xy, " +
                                        "gdf, txt, uxd, cif, dat, xrdml, udf, chi"});
   }
-}
-
-TEST_F(Open, ByMenuTheFormatIsThatOfTheEntry) {
-  const std::string path =
-      Make("wrong.txt", "_pd_meas_2theta_range_inc 1.0\n  _pd_meas_intensity_total\n\n1\n2\n3\n");
-  ws.debugmode = 1;
-  ws.gdfhead(3) = "earlier";
-  RunMenu(40013, "file " + path);
-  EXPECT_EQ(Events(), (std::vector<std::string>{"select\tOpen pattern file\t|*.cif|\t*.cif",
-                                                "box\tProgress\t" + path}));
-  EXPECT_EQ(ws.npts(1), 3);
-  EXPECT_EQ(ws.gdfhead(3), "");
 }
 
 // What is on show when an open fails or is cancelled stays: nothing, or the pattern of before with
@@ -94,27 +85,16 @@ TEST_F(Open, FailuresBeforeAndAfterTheFirstPattern) {
       std::get<0>(now) = TakeSnapshot(&snapshot);
       return now == before;
     };
-    OpenFile(bad);
-    EXPECT_TRUE(same());
-    OpenFile(dir_.file("none.xy"));
-    EXPECT_TRUE(same());
-    OpenFile(broken);
-    EXPECT_TRUE(same());
-    OpenFile(Make("a.xyz", text));
-    EXPECT_TRUE(same());
+    for (const std::string& path : {bad, broken, dir_.file("none.xy"), Make("a.xyz", text)}) {
+      OpenFile(path);
+      EXPECT_TRUE(same()) << path;
+    }
     RunMenu(40011, "file");
     EXPECT_TRUE(same());
     RunMenu(40004, "file \"" + broken + '"');
     EXPECT_TRUE(same());
     EXPECT_EQ(ws.viewmode, loaded);
   }
-}
-
-// Points set by hand belong to the pattern on which they were set.
-TEST_F(Open, DropsManualPoints) {
-  ws.nmanualbg = 3;
-  OpenPattern(Make("good.xy", "1 2\n3 4\n"));
-  EXPECT_EQ(ws.nmanualbg, 0);
 }
 
 // Files of real instruments in layouts that are refused or not read as their instrument meant them.

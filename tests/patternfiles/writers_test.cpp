@@ -118,10 +118,11 @@ TEST_F(Writers, FilesToTheLetter) {
   ws.savecontent = 4;
   ws.saveformat = 5;
   ws.patternstem = "stem";
-  Limits(10.01f, 10.03f, 0);
+  Limits(10.01f, 10.05f, 0);
   Answer("file \"" + path + "\"");
   SavePattern(AskSaveName());
-  EXPECT_EQ(Text(path), "  10.020      110        7       -2\n");
+  EXPECT_EQ(Text(path),
+            "  10.020      110        7       -2\n  10.040      120        0        0\n");
   EXPECT_EQ(Events(), (std::vector<std::string>{"select\tSave pattern file\t|*.tab|\tstem.tab"}));
 
   Pattern(13, 0.5f, 1);

@@ -56,21 +56,6 @@ TEST_F(SinglePeak, RecoversAllParametersWithinTheirErrors) {
       }
 }
 
-// Scherrer: K lambda / (cos theta (B - b)) with the widths in radians and their plain difference.
-TEST_F(SinglePeak, SizesByScherrer) {
-  const double rad = std::numbers::pi / 180, theta = 15.25 * rad, t = std::tan(theta);
-  ws.spu = 0.02f, ws.spv = -0.01f, ws.spw = 0.008f, ws.spminhw = 0.15f;
-  const double instrument[] = {0.15, std::sqrt(0.02 * t * t - 0.01 * t + 0.008)};
-  for (ws.spmode = 1; ws.spmode <= 2; ++ws.spmode) {  // the first is wider than the peak
-    Fit("OK");
-    const double net = (0.11 - instrument[ws.spmode - 1]) * rad;
-    EXPECT_NEAR(ws.spsize / (0.9 * simulate::Lambda1 / (std::cos(theta) * net)), 1, 0.005);
-  }
-  ws.spmode = 1, ws.spminhw = 0.1105f;  // as wide as the peak
-  Fit("OK");
-  EXPECT_EQ(ws.spsize, 0);
-}
-
 TEST_F(SinglePeak, OkKeepsAndCancelTakesOut) {
   const auto fill = [] {
     ws.npeaks = 3;

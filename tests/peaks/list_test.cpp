@@ -18,43 +18,6 @@ struct PeakList : testing::Test {
   TempDir dir;
 };
 
-// The view is 10 to 90: a right click reaches 80 / 200 = 0.4 degrees.
-TEST_F(PeakList, PicksByMouse) {
-  ws.npeaks = 1;
-  ws.peaks(ptth, 1) = 50;
-  for (int j = 1; j <= 4; ++j) ws.peaks(pint, j) = static_cast<float>(100 * j);
-  Answer(
-      "mouse left 40 500\nmouse left 30 500\nmouse left 95 500\nmouse left 30.3 500\n"
-      "mouse right 30.3 500\n"  // both 30 and 30.3 are in reach: the first in the list goes
-      "mouse right 60 500\npress OK");
-  ManualPeakSearch();
-  EXPECT_EQ(ws.plotmask, 33);
-  ASSERT_EQ(ws.npeaks, 3);
-  const float places[] = {30.3f, 40, 50}, intensities[] = {300, 200, 100};
-  for (int j = 1; j <= 3; ++j) {
-    EXPECT_NEAR(ws.peaks(ptth, j), places[j - 1], 1e-3);
-    EXPECT_EQ(ws.peaks(pint, j), intensities[j - 1]);  // stays in its row when a place goes
-  }
-  Answer("press Clear");
-  ManualPeakSearch();
-  EXPECT_EQ(ws.npeaks, 0);
-}
-
-// One width of the view at a time; at an end the view stays inside the pattern or takes all of it.
-TEST_F(PeakList, PansBesideTheDialog) {
-  const std::tuple<const char*, float, float> table[] = {{"<", 10, 20},
-                                                         {"<\npress <", 10, 90},
-                                                         {">", 40, 60},
-                                                         {">\npress >\npress >\npress >", 10, 90}};
-  for (const auto& [presses, xmin, xmax] : table) {
-    ws.bandx1 = 20, ws.bandx2 = 40, ws.bandy1 = 0, ws.bandy2 = 1000;
-    Answer(std::string("press ") + presses + "\npress OK");
-    ManualPeakSearch();
-    EXPECT_EQ(ws.viewxmin, xmin) << presses;
-    EXPECT_EQ(ws.viewxmax, xmax) << presses;
-  }
-}
-
 TEST_F(PeakList, SavesFixedColumnsInOrder) {
   ws.npeaks = 2;
   const float rows[2][8] = {{50.1234f, 1520.26f, 0.12342f, 0.5f, 0.1f, 0.4f, 4060302, 8},
@@ -106,6 +69,11 @@ TEST_F(PeakList, LoadsWhatIsThereAndEndsCleanly) {
     const std::vector<std::string> full = {"status\t3\tPeak list is full: 200 peaks"};
     EXPECT_EQ(Events(), row.rows == 200 ? full : std::vector<std::string>());
   }
+  ws.plotmask = 1;
+  WriteFile(dir.file("a.pks"), "");
+  LoadPeaks(dir.file("a.pks"));
+  EXPECT_EQ(ws.npeaks, 0);
+  EXPECT_EQ(ws.plotmask, 1);
 }
 
 }  // namespace

@@ -180,46 +180,6 @@ TEST_F(PatternPlot, WhatCannotBeDrawnIsToldOnce) {
   EXPECT_TRUE(Events().empty());
 }
 
-// All view fields that a redraw writes.
-std::vector<float> ViewFields() {
-  return {ws.viewxmin,   ws.viewxmax,   ws.viewymin,  ws.viewymax,   ws.plotxmin, ws.plotxmax,
-          ws.plotx0,     ws.ploty0,     ws.plotwidth, ws.plotheight, ws.xperunit, ws.yperunit,
-          ws.plotscalex, ws.plotscaley, ws.curvexmin, ws.curvexmax};
-}
-
-void ExpectSame(const DisplayList& found, const DisplayList& expected) {
-  EXPECT_EQ(found.points, expected.points);
-  ASSERT_EQ(found.strokes.size(), expected.strokes.size());
-  for (std::size_t i = 0; i < found.strokes.size(); ++i)
-    EXPECT_EQ(found.strokes[i].pen, expected.strokes[i].pen);
-}
-
-// Drawing changes nothing, and a view is back as it was when its fields are.
-TEST_F(PatternPlot, AViewIsDrawnFromItsFields) {
-  for (int slot : {SlotBackground, SlotRefined, SlotOverlay}) FillSlot(slot, 401, Counts);
-  ws.npeaks = ws.nmanualbg = ws.noverlay = ws.xgrid = 1;
-  ws.peaks(ptth, 1) = ws.manualbg(1, 1) = kPeak;
-  ws.manualbg(2, 1) = 300;
-  ws.displacey = 33;
-  for (ws.xaxismode = AxisTth; ws.xaxismode <= AxisQ; ++ws.xaxismode) {
-    SCOPED_TRACE(ws.xaxismode);
-    ws.plotmask = 63;
-    RedrawView(1);
-    const auto before = std::make_unique<Workspace>(ws);
-    const DisplayList full = ScreenList();
-    const auto fields = ViewFields();
-    EXPECT_TRUE(DrawView().empty());
-    ExpectSame(ScreenList(), full);
-    EXPECT_EQ(ViewFields(), fields);
-    const float a = ShownX(22.03f), b = ShownX(45.05f);
-    Band(std::min(a, b), std::max(a, b), 150, 700);
-    EXPECT_NE(ScreenList().points, full.points);
-    ws = *before;
-    EXPECT_TRUE(DrawView().empty());
-    ExpectSame(ScreenList(), full);
-  }
-}
-
 // Lines end where they cross the frame; what lies outside is not drawn along its edge.
 TEST_F(PatternPlot, CurvesAreClippedToTheFrame) {
   FillSlot(SlotInput, 401, [](float tth) { return 25 * (tth - 20.02f); });

@@ -42,9 +42,11 @@ TEST_F(PatternPlot, PlacesOnTheAxesOnShow) {
     expectplaces(same, y);
     ws.xaxismode = AxisD;
     expectplaces(D, y);
+    EXPECT_EQ(std::pair(ws.viewxmin, ws.viewxmax), std::pair(1.5f, 4.5f));
     for (float none : {0.0f, -1.0f, 0.77f}) EXPECT_EQ(TwoThetaOf(none), 0) << none;
     ws.xaxismode = AxisQ;
     expectplaces(Q, y);
+    EXPECT_EQ(std::pair(ws.viewxmin, ws.viewxmax), std::pair(1.4f, 4.1f));
     for (float none : {0.0f, -1.0f, 8.16f}) EXPECT_EQ(TwoThetaOf(none), 0) << none;
     for (float none : {0.0f, -20.0f}) EXPECT_EQ(ShownX(none), 0) << none;
   }

@@ -1,9 +1,6 @@
 #include "support/support.h"
 
-#include <fcntl.h>
-#include <spawn.h>
 #include <sys/wait.h>
-#include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -20,8 +17,6 @@
 #include "toolkit/toolkit.h"
 #include "workspace/workspace.h"
 
-extern char** environ;
-
 namespace {
 
 std::vector<std::string> events;
@@ -31,22 +26,6 @@ std::vector<std::string> LinesOf(const std::string& text) {
   std::istringstream stream(text);
   for (std::string line; std::getline(stream, line);) lines.push_back(line);
   return lines;
-}
-
-// Words as a null-terminated list of pointers to them.
-std::vector<char*> Pointers(std::vector<std::string>& words) {
-  std::vector<char*> pointers;
-  for (std::string& word : words) pointers.push_back(word.data());
-  pointers.push_back(nullptr);
-  return pointers;
-}
-
-// The environment with another place for the configuration file.
-std::vector<std::string> EnvironmentWithHome(const std::string& home) {
-  std::vector<std::string> words{"QUILLAGRAM_HOME=" + home};
-  for (char** word = environ; *word; ++word)
-    if (std::string(*word).find("QUILLAGRAM_HOME=") != 0) words.push_back(*word);
-  return words;
 }
 
 // Brings the toolkit of this process up once, with events kept for Events().
@@ -95,23 +74,11 @@ ReplayRun RunReplay(const std::string& transcript, const std::string& workdir,
   std::vector<std::string> words{QUILLAGRAM_REPLAY};
   words.insert(words.end(), options.begin(), options.end());
   words.push_back(input);
-  std::vector<std::string> environment = EnvironmentWithHome(home.empty() ? temp.path() : home);
-
-  posix_spawn_file_actions_t actions;
-  posix_spawn_file_actions_init(&actions);
-  posix_spawn_file_actions_addchdir_np(&actions, workdir.c_str());
-  posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, output.c_str(), O_WRONLY | O_CREAT,
-                                   0600);
-  pid_t child = 0;
-  const int failed = posix_spawn(&child, words[0].c_str(), &actions, nullptr,
-                                 Pointers(words).data(), Pointers(environment).data());
-  posix_spawn_file_actions_destroy(&actions);
-  ReplayRun run;
-  int status = 0;
-  if (failed || waitpid(child, &status, 0) != child) return run;
-  if (WIFEXITED(status)) run.status = WEXITSTATUS(status);
-  run.lines = LinesOf(ReadFile(output));
-  return run;
+  std::string command =
+      "cd '" + workdir + "' && QUILLAGRAM_HOME='" + (home.empty() ? temp.path() : home) + "' exec";
+  for (const std::string& word : words) command += " '" + word + "'";
+  const int status = std::system((command + " > '" + output + "'").c_str());
+  return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, LinesOf(ReadFile(output))};
 }
 
 void Answer(const std::string& transcriptlines) {

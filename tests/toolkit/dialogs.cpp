@@ -77,7 +77,8 @@ TEST_F(Dialogs, OpenAsTheResourceSaysWithWhatWasPut) {
 }
 
 TEST_F(Dialogs, NumbersComeBackAsPutOrAsTyped) {
-  const std::pair<const char*, float> cases[] = {{"", 1.23456f},  // left alone
+  const std::pair<const char*, float> cases[] = {{"", 1.23456f},             // left alone
+                                                 {"set Scale 1.2\n", 1.2f},  // as it was shown
                                                  {"set Scale 2.3456789\n", 2.3456789f},
                                                  {"set Scale 0,125\n", 0.125f},
                                                  {"set Scale +1e-3\n", 0.001f},

@@ -134,7 +134,7 @@ TEST_P(Transcript, ShowsWhatItSays) {
 
 INSTANTIATE_TEST_SUITE_P(Tour, Transcript,
                          testing::Values("corrections", "modify", "background", "peaks", "peakfit",
-                                         "fit", "commands"),
+                                         "fit", "commands", "dialogs", "views"),
                          [](const auto& name) { return name.param; });
 
 }  // namespace

@@ -7,7 +7,6 @@
 #include <QMimeData>
 #include <QPrintDialog>
 #include <QPrinter>
-#include <filesystem>
 
 #include "shell/shell.h"
 #include "toolkit/qt/events.h"
@@ -43,14 +42,6 @@ void Drop(const QList<QUrl>& urls) {
 QUrl Url(const std::string& path) { return QUrl::fromLocalFile(QString::fromStdString(path)); }
 
 QString BoxText() { return FindA<QMessageBox>("box")->text(); }
-
-// Types names into the selector that comes.
-Script PickFiles(QString names) {
-  co_await Shown("selector");
-  FindA<QFileDialog>("selector")->setDirectory(QString::fromStdString(Place()));
-  FindA<QLineEdit>("fileNameEdit")->setText(names);
-  Press("Return");
-}
 
 DisplayList Noise(int n) {
   DisplayList list;
@@ -177,22 +168,6 @@ TEST(Canvas, SelectorTakesAwkwardNames) {
   });
 }
 
-TEST(Canvas, SelectorTakesSeveralFilesOrOneWithQuotes) {
-  const std::vector files{MakePattern("one.xy"), MakePattern("two.xy"), MakePattern("'a\" b.xy")};
-  using Paths = std::vector<std::string>;
-  RunWith([&]() -> Script {
-    for (const auto& [typed, paths] :
-         {std::pair("\"one.xy\" \"two.xy\"", Paths{files[0], files[1]}),
-          std::pair("'a\" b.xy", Paths{files[2]})}) {
-      Script user = PickFiles(QString::fromUtf8(typed));
-      user.handle.resume();
-      EXPECT_EQ(WSelectFiles("Patterns|*.xy|", FileMustExist, "", "Open"), paths) << typed;
-      user.handle.destroy();
-    }
-    co_return;
-  });
-}
-
 TEST(Canvas, PrintsWithoutAPrinterAndReportsWhatCannotBeWritten) {
   RunOn("page.xy", []() -> Script {
     for (const char* target : {"/out.pdf", "/none/out.pdf"}) {
@@ -219,21 +194,5 @@ TEST(Canvas, PrintsWithoutAPrinterAndReportsWhatCannotBeWritten) {
         co_await Idle();
       }
     }
-  });
-}
-
-TEST(Canvas, PicturesAreWrittenOrNamedInABox) {
-  std::filesystem::create_directory(Place() + "/shot.jpg");
-  RunOn("shot.xy", []() -> Script {
-    Pick(40138);
-    co_await Shown("box");
-    EXPECT_TRUE(BoxText().contains("shot.jpg")) << BoxText().toStdString();
-    Press("Return");
-    co_await Idle();
-    Pick(40139);
-    const QString bmp = QString::fromStdString(Place() + "/shot.bmp");
-    co_await Until{[&] { return QFile::exists(bmp); }, "the picture"};
-    co_await Idle();
-    EXPECT_EQ(QImage(bmp).size(), Root()->canvas->size());
   });
 }

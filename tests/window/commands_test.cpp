@@ -19,7 +19,7 @@
 
 namespace {
 
-constexpr int MenuManualBackground = 40088, MenuManualPeaks = 40106, MenuSinglePeakFit = 40020;
+constexpr int MenuManualBackground = 40088, MenuManualPeaks = 40106;
 constexpr int kWithParameters[] = {
     40003, 40018, 40038, 40052, 40054, 40055, 40056, 40057, 40058, 40059, 40060,
     40061, 40062, 40063, 40064, 40072, 40073, 40075, 40079, 40093, 40111, 40124,
@@ -29,13 +29,6 @@ QWidget* OnShow() { return QApplication::activeModalWidget(); }
 
 Until PointCount(const int& list, int count) {
   return {[&list, count] { return list == count; }, "the number of points"};
-}
-
-// Draws a rubber band over all heights.
-Until Zoomed(double from, double to) {
-  QTest::mousePress(Root()->canvas, Qt::LeftButton, {}, OnPlot(from, 990));
-  QTest::mouseRelease(Root()->canvas, Qt::LeftButton, {}, OnPlot(to, 10));
-  return {[from] { return ws.viewxmin > from - 2 && ReadyForCommands(); }, "the zoom"};
 }
 
 void PressButton(const char* name) { QTest::mouseClick(Find(name), Qt::LeftButton); }
@@ -105,30 +98,6 @@ TEST(Commands, ManualBackgroundByMouse) {
   });
 }
 
-TEST(Commands, ManualPeaksByMouse) {
-  RunOn("picks.xy", []() -> Script {
-    co_await Zoomed(20, 35);
-    Pick(MenuManualPeaks);
-    co_await Shown("dialog130");
-    Click(30, 500);
-    co_await PointCount(ws.npeaks, 1);
-    const float low = ws.viewxmin, high = ws.viewxmax;
-    PressButton("button1204");
-    co_await Until{[&] { return ws.viewxmin == high; }, "the next page"};
-    Click(45, (ws.viewymin + ws.viewymax) / 2);
-    co_await PointCount(ws.npeaks, 2);
-    EXPECT_TRUE(FindA<QLabel>("field1202")->text().endsWith('2'));
-    PressButton("button1203");
-    co_await Until{[&] { return ws.viewxmin == low; }, "the page before"};
-    Click(30, 500, Qt::RightButton);
-    co_await PointCount(ws.npeaks, 1);
-    EXPECT_NEAR(ws.peaks(ptth, 1), 45, 0.05);
-    PressButton("button1205");
-    co_await Idle();
-    EXPECT_EQ(ws.npeaks, 0);
-  });
-}
-
 TEST(Commands, TheWindowCanBeClosedBesideADialog) {
   RunOn("close.xy", []() -> Script {
     Pick(MenuManualPeaks);
@@ -139,24 +108,6 @@ TEST(Commands, TheWindowCanBeClosedBesideADialog) {
   });
   EXPECT_EQ(Root(), nullptr);
   EXPECT_EQ(ws.npeaks, 1);
-}
-
-TEST(Commands, SinglePeakFitInAZoom) {
-  RunOn("fit.xy", []() -> Script {
-    co_await Zoomed(27, 33);
-    for (const auto& [key, left] : {std::pair("Escape", 0), std::pair("Return", 1)}) {
-      Pick(MenuSinglePeakFit);
-      co_await Shown("dialog126");
-      EXPECT_TRUE(FindA<QLabel>("field1151")->text().trimmed().startsWith("30.0"));
-      EXPECT_EQ(ws.npeaks, 1);
-      Press(key);
-      co_await Idle();
-      EXPECT_EQ(ws.npeaks, left) << key;
-    }
-    EXPECT_NEAR(ws.peaks(ptth, 1), 30, 0.01);
-    EXPECT_NEAR(ws.peaks(pfwhm, 1), 0.4, 0.01);
-    EXPECT_GT(ws.viewxmin, 20) << "the zoom stays";
-  });
 }
 
 // What is cancelled leaves no trace. What is accepted changes a curve, asks or tells something, or

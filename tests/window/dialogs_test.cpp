@@ -94,21 +94,6 @@ TEST(Dialogs, WrongNumbersStayOpenAndMarked) {
   });
 }
 
-TEST(Dialogs, ChoicesFollowTheProgram) {
-  RunOn("save.xy", []() -> Script {
-    Pick(MenuSavePattern);
-    co_await Shown("dialog123");
-    for (const char* key : {"Down", "Down", "Down"}) Press(key);  // to the last: All (*.tab)
-    EXPECT_TRUE(FindA<QAbstractButton>("field1101")->isChecked());
-    EXPECT_FALSE(Find("field1104")->isEnabled());
-    EXPECT_FALSE(Find("field1109")->isEnabled());
-    Press("Up");
-    EXPECT_TRUE(Find("field1109")->isEnabled());
-    Press("Escape");
-    co_await Idle();
-  });
-}
-
 TEST(Dialogs, CellsOfAGridArePickedByMouseAndKeys) {
   constexpr int grid = 9001;
   static constexpr Control controls[] = {{grid, ControlKind::Grid, "a|b"},

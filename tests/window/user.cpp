@@ -73,10 +73,6 @@ Until Shown(const char* name) {
           name};
 }
 
-Until Gone(const char* name) {
-  return {[name] { return !Find(name); }, name};
-}
-
 void RunWith(const std::function<Script()>& user, std::vector<std::string> arguments,
              const std::function<void()>& program) {
   setenv("QUILLAGRAM_HOME", Place().c_str(), 1);

@@ -40,7 +40,6 @@ struct Until {
 Until Idle();
 // A dialog, box or selector of this object name is on show.
 Until Shown(const char* name);
-Until Gone(const char* name);
 
 // Runs the whole program with a user in front of it, who closes the window in the end.
 // `arguments` are those of the command line; another `program` may take the place of the event

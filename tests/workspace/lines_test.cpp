@@ -89,17 +89,6 @@ TEST_F(Lines, OnlyRegularFilesOpen) {
   EXPECT_EQ(LineReader(below).Reason(), "Not a directory");
 }
 
-TEST_F(Lines, WhatIsWrittenIsReadAgain) {
-  Put("something longer that is replaced");
-  LineWriter writer(path_);
-  EXPECT_TRUE(writer.Write("one"));
-  EXPECT_TRUE(writer.Write(""));
-  EXPECT_TRUE(writer.Write("100 % \xC3\xA4"));
-  EXPECT_TRUE(writer.Close());
-  EXPECT_FALSE(writer.IsOpen());
-  EXPECT_EQ(Get(), (std::vector<std::string>{"one", "", "100 % \xC3\xA4"}));
-}
-
 TEST_F(Lines, WritingThatFailsIsTold) {
   LineWriter nowhere(testing::TempDir());
   EXPECT_FALSE(nowhere.IsOpen());
