@@ -54,6 +54,12 @@ constexpr const char* kReadmeTail[] = {
     "drawings:",
     "",
     "    build/quillagram-replay examples/tour.replay",
+    "",
+    "`refine.replay` refines corundum from a cell that is off by 0.1 percent home to its true one; "
+    "it "
+    "leaves the fit file and a drawing, and the log beside the pattern:",
+    "",
+    "    build/quillagram-replay examples/refine.replay",
 };
 
 // Uniform in 0 to 1, both ends excluded.

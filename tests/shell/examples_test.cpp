@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 #include <filesystem>
 #include <numeric>
 
@@ -123,15 +124,42 @@ TEST(Examples, EachHoldsLinesAsStrongAsCardsSay) {
   }
 }
 
-TEST(Examples, TheTourRuns) {
+// The log of a fit stands beside the pattern.
+struct ExampleRun {
   const TempDir directory;
-  std::filesystem::create_directory_symlink(QUILLAGRAM_SOURCE "/examples",
-                                            directory.file("examples"));
-  const ReplayRun run =
-      RunReplay(ReadFile(QUILLAGRAM_SOURCE "/examples/tour.replay"), directory.path());
-  EXPECT_EQ(run.status, 0);
+  ReplayRun run;
+
+  explicit ExampleRun(const char* transcript) {
+    std::filesystem::copy(QUILLAGRAM_SOURCE "/examples", directory.file("examples"));
+    run = RunReplay(ReadFile(directory.file("examples/") + transcript), directory.path());
+    EXPECT_EQ(run.status, 0);
+  }
+  std::size_t SizeOf(const std::string& name) const {
+    return ReadFile(directory.file(name)).size();
+  }
+};
+
+TEST(Examples, TheTourRuns) {
+  const ExampleRun example("tour.replay");
   for (const char* drawing : {"corundum.eps", "corundum, zoomed.eps", "corundum, d.svg"})
-    EXPECT_GT(ReadFile(directory.file(drawing)).size(), 10000u) << drawing;
+    EXPECT_GT(example.SizeOf(drawing), 10000u) << drawing;
+}
+
+TEST(Examples, CorundumIsRefinedToItsCell) {
+  const ExampleRun example("refine.replay");
+  std::vector<std::string> cells;
+  for (const std::string& line : example.run.lines)
+    if (line.starts_with("value\tcell\t")) cells.push_back(line);
+  ASSERT_EQ(cells.size(), 2u);
+  for (const std::string& cell : cells) {
+    float a = 0, b = 0, c = 0;
+    std::sscanf(cell.c_str(), "value cell %f %f %f", &a, &b, &c);
+    EXPECT_NEAR(a, 4.7589, 0.0001) << cell;
+    EXPECT_EQ(a, b);
+    EXPECT_NEAR(c, 12.9910, 0.0003) << cell;
+  }
+  EXPECT_GT(example.SizeOf("corundum.fit"), 3000u);
+  EXPECT_GT(example.SizeOf("examples/%refine.out"), 3000u);
 }
 
 }  // namespace
