@@ -175,7 +175,7 @@ TEST_F(FitStages, NumbersAndNamesOfTheParameters) {
   fit.cellrefine = {{1, 1, 1, 1, 1, 1}};
   fit.fwhmleft = fit.fwhmright = {{0, 0, 1}};
   PutRows({20, 30, 30.05f, 30.08f, 40});
-  for (int j = 1; j <= 5; ++j) data.peaks(phkl, j) = static_cast<float>(PackHkl({j, -1, 0}));
+  for (int j = 1; j <= 5; ++j) data.peaks(phkl, j) = static_cast<float>(PackHkl({j - 1, -1, 0}));
   AssignProfiles(model);
   ParameterNumbers p = AssignParameters(model);
   EXPECT_EQ(p.npar, 13);
@@ -188,7 +188,7 @@ TEST_F(FitStages, NumbersAndNamesOfTheParameters) {
   EXPECT_EQ(fit.cell, (Table<float, 6>{{5, 5, 7, 90, 90, 90}}));
   const char* const names[] = {
       "background 1", "background 2", "zero", "left U", "right W",          "V",
-      "left g2",      "g1",           "a",    "c",      "intensity 1 -1 0", "intensity 2 -1 0"};
+      "left g2",      "g1",           "a",    "c",      "intensity 0 -1 0", "intensity 1 -1 0"};
   const std::vector<RefinedValue> values = RefinedValues(model, p);
   for (int k = 1; k <= 12; ++k) EXPECT_EQ(ParameterName(values, model, k), names[k - 1]);
 

@@ -194,6 +194,8 @@ class KnockedOff : public RefinementTest {
           << "class " << t.laueclass << ", kind " << static_cast<int>(kind) << ", "
           << values[k].index;
     EXPECT_LT(data.fit.fitrwp, 3e-3);
+    const Peak peak = PeakOf(t, 0);
+    EXPECT_NEAR(data.peaks(pfwhm, 1), (peak.left + peak.right) / 2, 1e-3);
   }
 };
 
