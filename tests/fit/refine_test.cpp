@@ -116,7 +116,10 @@ TEST_F(RefinementTest, ShiftsThatTurnAreHalved) {
   t.hkl = {{2, 2, 2}}, t.area = {1000};
   FitData data = MakeFit(t);
   data.fit.bgorder = 0;
-  std::ranges::fill(data.background, 100.0f);
+  for (int i = 0; i < t.points; ++i) {
+    data.background[i] = static_cast<float>(100 + i % 7);
+    data.y[i] += static_cast<float>(i % 7);
+  }
   data.fit.diagdamp = 1, data.fit.ncycles = 5;
   data.peaks(pint, 1) = 1200;
   Run(data);
