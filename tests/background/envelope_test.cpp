@@ -51,9 +51,6 @@ TEST(Envelope, EqualsThePlainLoopBitForBit) {
         ASSERT_EQ(std::memcmp(fast.data(), plain.data(), n * sizeof(float)), 0)
             << n << " points, window " << w << ", cycles " << cycles;
       }
-  std::vector<float> y(100);
-  for (float& value : y) value = counts(random);
-  EXPECT_EQ(Envelope(y, 200, 3), Envelope(y, 89, 3));
 }
 
 // A broad hump with narrow peaks on it, as a glassy sample gives. 25 means of 4.02 degrees widen a

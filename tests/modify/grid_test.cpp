@@ -67,16 +67,6 @@ TEST(Convert, LeavesAPatternThatItCannotConvert) {
     EXPECT_EQ(ws.npts(1), 41) << s[2];
     EXPECT_EQ(ws.yval(1, 41), 240);
   }
-  PutPattern(20, 0.25f, 1, Ramp);
-  SetConversion(1, 2, 0, 90, 0.1f);
-  ConvertPattern();
-  EXPECT_EQ(ws.npts(1), 1);
-  // As many points as a grid can hold.
-  PutPattern(20, 0.25f, 41, Ramp);
-  SetConversion(1, 1, 20, 31, 1e-6f);
-  ConvertPattern();
-  EXPECT_EQ(ws.npts(1), 19995);
-  EXPECT_NEAR(ws.yval(1, 19995), 240, 1e-2);
 }
 
 TEST(Polynomial, AddsAndLifts) {

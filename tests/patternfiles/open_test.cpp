@@ -8,12 +8,7 @@
 #include <sstream>
 
 #include "patternfiles/patternfiles.h"
-#include "plot/plot.h"
-#include "shell/shell.h"
 #include "support/support.h"
-#include "toolkit/displaylist.h"
-#include "workspace/menuids.h"
-#include "workspace/snapshot.h"
 #include "workspace/workspace.h"
 
 namespace {
@@ -58,42 +53,6 @@ TEST_F(Open, ByExtensionWhateverItsCase) {
               std::vector<std::string>{"box\tError\tUnrecognized file type\\n" + dir_.file(name) +
                                        ": its name ends in none of xy, " +
                                        "gdf, txt, uxd, cif, dat, xrdml, udf, chi"});
-  }
-}
-
-// What is on show when an open fails or is cancelled stays: nothing, or the pattern of before with
-// all that belongs to it.
-TEST_F(Open, FailuresBeforeAndAfterTheFirstPattern) {
-  std::string text;
-  for (int i = 0; i < 100; ++i) text += std::to_string(i) + " 7\n";
-  const std::string good = Make("good.xy", text), bad = Make("bad.xy", "");
-  const std::string broken = Make("broken.gdf", "1\n2\n3\n");
-  const auto state = [] {
-    return std::tuple(TakeSnapshot(), ws.recentfiles, WMenuGetState(MenuPopupModify, MenuEnabled),
-                      WMenuGetState(MenuSavePattern, MenuEnabled), ScreenList().points);
-  };
-  for (int loaded : {0, 1}) {
-    if (loaded) OpenFile(good);
-    ws.viewxmin = 20;  // a zoom
-    ws.viewxmax = 40;
-    ws.manualbg(1, 1) = ws.nmanualbg = loaded;
-    DrawView();
-    const auto before = state();
-    const Snapshot& snapshot = std::get<0>(before);
-    const auto same = [&] {
-      auto now = state();
-      std::get<0>(now) = TakeSnapshot(&snapshot);
-      return now == before;
-    };
-    for (const std::string& path : {bad, broken, dir_.file("none.xy"), Make("a.xyz", text)}) {
-      OpenFile(path);
-      EXPECT_TRUE(same()) << path;
-    }
-    RunMenu(40011, "file");
-    EXPECT_TRUE(same());
-    RunMenu(40004, "file \"" + broken + '"');
-    EXPECT_TRUE(same());
-    EXPECT_EQ(ws.viewmode, loaded);
   }
 }
 
