@@ -99,45 +99,38 @@ constexpr Control RefineBox(int id, int* flag, const char* group) {
   return Beside(InGroup(Box(id, "refine", flag), group));
 }
 
-// What the two halves of the profiles have of one quantity, and where it stands in the dialog.
-struct Halves {
-  const char *left, *right;  // labels
-  float *ofleft, *ofright;
-  int *refineleft, *refineright, *tie;
+// The law of the widths or of the shapes: three coefficients of either half of a profile, each
+// refined by itself or both as one, and where they stand in the dialog.
+struct Law {
+  Table<float, 3>*left, *right;
+  Table<int, 6>* refine;
+  Table<int, 3>* tie;
   int leftfield, rightfield, box, tiebox;
+  const char* labels[3][2];
 };
 
-constexpr Halves Width(int k, const char* left, const char* right) {
-  return {left,
-          right,
-          &ws.fwhmleft.cells[k],
-          &ws.fwhmright.cells[k],
-          &ws.fwhmrefine.cells[k],
-          &ws.fwhmrefine.cells[3 + k],
-          &ws.fwhmtie.cells[k],
-          FieldLeftWidth + k,
-          FieldRightWidth + k,
-          BoxWidth + k,
-          TieWidth + k};
-}
-constexpr Halves Shape(int k, const char* left, const char* right) {
-  return {left,
-          right,
-          &ws.shapeleft.cells[k],
-          &ws.shaperight.cells[k],
-          &ws.shaperefine.cells[k],
-          &ws.shaperefine.cells[3 + k],
-          &ws.shapetie.cells[k],
-          FieldLeftShape + k,
-          FieldRightShape + k,
-          BoxShape + k,
-          TieShape + k};
-}
+constexpr Law kProfileLaws[] = {
+    {&ws.fwhmleft,
+     &ws.fwhmright,
+     &ws.fwhmrefine,
+     &ws.fwhmtie,
+     FieldLeftWidth,
+     FieldRightWidth,
+     BoxWidth,
+     TieWidth,
+     {{"Left   U", "Right U"}, {"V", "V"}, {"W", "W"}}},
+    {&ws.shapeleft,
+     &ws.shaperight,
+     &ws.shaperefine,
+     &ws.shapetie,
+     FieldLeftShape,
+     FieldRightShape,
+     BoxShape,
+     TieShape,
+     {{"Left   g1", "Right g1"}, {"g2", "g2"}, {"g3", "g3"}}},
+};
 
 constexpr const char* kCellLabels[] = {"a", "b", "c", "al", "be", "ga"};
-constexpr Halves kHalves[] = {
-    Width(0, "Left   U", "Right U"),   Width(1, "V", "V"),   Width(2, "W", "W"),
-    Shape(0, "Left   g1", "Right g1"), Shape(1, "g2", "g2"), Shape(2, "g3", "g3")};
 
 constexpr Control kSettings[] = {
     InGroup(Spin(1481, "Background (max 15)", &ws.bgorder, 0, MaxChebyshev), kOther),
@@ -165,7 +158,7 @@ constexpr Control kSettings[] = {
 };
 
 constexpr auto kFitControls = [] {
-  std::array<Control, 3 * 4 + 1 + std::size(kHalves) * 5 + std::size(kSettings)> all{};
+  std::array<Control, 3 * 4 + 1 + std::size(kProfileLaws) * 3 * 5 + std::size(kSettings)> all{};
   auto next = all.begin();
   for (int k = 0; k < 3; ++k) {
     *next++ = Edge(k, kCellLabels[k]);
@@ -174,13 +167,17 @@ constexpr auto kFitControls = [] {
     *next++ = RefineBox(BoxCell + 3 + k, &ws.cellrefine.cells[3 + k], kCell);
   }
   *next++ = InGroup(Label(FieldClass, ""), kCell);
-  for (const Halves& of : kHalves) {
-    *next++ = Number(of.leftfield, of.left, of.ofleft, "(f10.6)", "", kProfile);
-    *next++ = RefineBox(of.box, of.refineleft, kProfile);
-    *next++ = Beside(InGroup(Box(of.tiebox, "left = right", of.tie), kProfile));
-    *next++ = Beside(Number(of.rightfield, of.right, of.ofright, "(f10.6)", "", kProfile));
-    *next++ = RefineBox(of.box + 3, of.refineright, kProfile);
-  }
+  for (const Law& law : kProfileLaws)
+    for (int k = 0; k < 3; ++k) {
+      const auto coefficient = [&](int field, const char* label, float* value) {
+        return Number(field + k, label, value, "(f10.6)", "", kProfile);
+      };
+      *next++ = coefficient(law.leftfield, law.labels[k][0], &law.left->cells[k]);
+      *next++ = RefineBox(law.box + k, &law.refine->cells[k], kProfile);
+      *next++ = Beside(InGroup(Box(law.tiebox + k, "left = right", &law.tie->cells[k]), kProfile));
+      *next++ = Beside(coefficient(law.rightfield, law.labels[k][1], &law.right->cells[k]));
+      *next++ = RefineBox(law.box + 3 + k, &law.refine->cells[3 + k], kProfile);
+    }
   std::copy(std::begin(kSettings), std::end(kSettings), next);
   return all;
 }();
