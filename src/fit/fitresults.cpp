@@ -66,7 +66,8 @@ std::vector<ResultLine> FitResultLines() {
   lines.push_back({"GOF", Fixed(ws.fitgof, 3)});
   lines.push_back(
       {"Points, parameters", std::to_string(ws.fitpoints) + ", " + std::to_string(ws.fitnpar)});
-  lines.push_back({"Cycles", std::to_string(ws.fitcycles)});
+  lines.push_back(
+      {"Cycles", std::to_string(ws.fitcycles) + " of at most " + std::to_string(ws.ncycles)});
   lines.push_back(
       {"Largest correlation",
        ws.fitcorrelated.empty() ? "none" : Fixed(ws.fitcorrelation, 3) + ", " + ws.fitcorrelated});
