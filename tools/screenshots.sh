@@ -154,6 +154,27 @@ for kind in "fwhm p" "shape t" "size a" "williamson-hall w"; do
   keys alt+a ${kind#* }; picture "plot-${kind% *}"
 done
 
+# The whole-pattern fit, step by step. Fields without a letter are so many Tabs from one with.
+text() { xdotool key ctrl+a; xdotool type --delay 20 "$1"; keys Tab; }
+general_fit() { keys alt+a g; await "Peak fit"; }
+refine() { keys alt+r; await " - Quillagram"; }
+tie_w() { keys alt+v Tab Tab Tab Tab Tab Tab Tab space; }
+tie_u() { keys alt+v shift+Tab shift+Tab shift+Tab space; }
+tie_g1() { keys alt+2 shift+Tab shift+Tab shift+Tab space; }
+
+keys F1; general_fit
+keys alt+s; await "Laue class"; keys alt+h alt+r; picture dialog-laue-class
+keys Return; await "Peak fit"
+keys alt+a; text 4.762; keys space Tab; text 12.985; keys space alt+z Tab space; refine
+general_fit; tie_w; refine
+general_fit; tie_u; refine
+general_fit; tie_g1; picture dialog-general-fit; refine
+picture general-fit
+drag 535 650 700 880 general-fit-zoomed  # the picture is replaced by that of what it zooms into
+picture general-fit-zoomed
+keys alt+a r; await "Fit results"; picture general-fit-results
+keys Return; await " - Quillagram"; keys F1
+
 # The printed page beside the window.
 (cd "$home" && "$(dirname "$program")/quillagram-replay" >/dev/null) <<END
 open "$home/$(basename "$pattern")"
