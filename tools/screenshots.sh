@@ -154,7 +154,7 @@ for kind in "fwhm p" "shape t" "size a" "williamson-hall w"; do
   keys alt+a ${kind#* }; picture "plot-${kind% *}"
 done
 
-# The whole-pattern fit, step by step. Fields without a letter are so many Tabs from one with.
+# The whole-pattern fit of the pattern as it came, step by step. Fields without a letter are so many Tabs from one with.
 text() { xdotool key ctrl+a; xdotool type --delay 20 "$1"; keys Tab; }
 general_fit() { keys alt+a g; await "Peak fit"; }
 refine() { keys alt+r; await " - Quillagram"; }
@@ -162,7 +162,10 @@ tie_w() { keys alt+v Tab Tab Tab Tab Tab Tab Tab space; }
 tie_u() { keys alt+v shift+Tab shift+Tab shift+Tab space; }
 tie_g1() { keys alt+2 shift+Tab shift+Tab shift+Tab space; }
 
-keys F1; general_fit
+xdotool key ctrl+q; sleep 0.5
+"$program" "$home/$(basename "$pattern")" & started+=($!)
+await " - Quillagram"
+general_fit
 keys alt+s; await "Laue class"; keys alt+h alt+r; picture dialog-laue-class
 keys Return; await "Peak fit"
 keys alt+a; text 4.762; keys space Tab; text 12.985; keys space alt+z Tab space; refine
@@ -173,7 +176,7 @@ picture general-fit
 drag 535 650 700 880 general-fit-zoomed  # the picture is replaced by that of what it zooms into
 picture general-fit-zoomed
 keys alt+a r; await "Fit results"; picture general-fit-results
-keys Return; await " - Quillagram"; keys F1
+keys Return; await " - Quillagram"
 
 # The printed page beside the window.
 (cd "$home" && "$(dirname "$program")/quillagram-replay" >/dev/null) <<END
