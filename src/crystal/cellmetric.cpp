@@ -62,7 +62,7 @@ struct Vector {
 Vector VectorOf(const Hkl& hkl, const Reciprocal& r) {
   const float h = static_cast<float>(hkl.h), k = static_cast<float>(hkl.k),
               l = static_cast<float>(hkl.l);
-  const float d = std::sqrt(h * h * r.a * r.a + k * k * r.b * r.b + l * l * r.c * r.c +
+  const float d = std::sqrt(h * h * (r.a * r.a) + k * k * (r.b * r.b) + l * l * (r.c * r.c) +
                             2 * h * k * r.a * r.b * r.cosg + 2 * h * l * r.a * r.c * r.cosb +
                             2 * k * l * r.b * r.c * r.cosa);
   return {d,
@@ -80,9 +80,9 @@ void AngleGradient(const UnitCell& cell, const Angles& t, const Reciprocal& r, c
                    std::array<float, 6>& g) {
   const auto& [ca, cb, cg, sa, sb, sg] = t;
   const float a = cell(1), b = cell(2), c = cell(3), w = r.w, w2 = w * w, w3 = w * w * w;
-  const float a1 = (w * ca - (ca - cg * cb) * sa * sa / w) / a / w2;
-  const float a2 = (w * cb - (cb - cg * ca) * sb * sb / w) / b / w2;
-  const float a3 = (w * cg - (cg - cb * ca) * sg * sg / w) / c / w2;
+  const float a1 = (w * ca - (ca - cg * cb) * (sa * sa) / w) / a / w2;
+  const float a2 = (w * cb - (cb - cg * ca) * (sb * sb) / w) / b / w2;
+  const float a3 = (w * cg - (cg - cb * ca) * (sg * sg) / w) / c / w2;
   const float b1 = (cg * ca - cb) * sa * sb / w3 / a, b2 = (cb * ca - cg) * sa * sg / w3 / a;
   const float b3 = (cg * cb - ca) * sa * sb / w3 / b, b4 = (cb * ca - cg) * sb * sg / w3 / b;
   const float b5 = (cg * cb - ca) * sa * sg / w3 / c, b6 = (cg * ca - cb) * sb * sg / w3 / c;

@@ -10,6 +10,8 @@ namespace {
 
 constexpr const char* kFilter = "Fit file|*.fit|";
 
+// Behind a load the fit goes on as the dialog was closed last: it refines, calculates, or shows
+// what there is.
 Outcome Run(const Arguments&) { return GeneralFit(); }
 
 Outcome AskSave(Arguments& arguments) {
@@ -38,12 +40,10 @@ Outcome AskFile(Arguments& arguments, const std::string& name, const char* title
   return Answered(!arguments.path.empty() && arguments.path.front() != '*');
 }
 
+// The file counts as entered: what it holds stays when the fit that follows fails or is stopped.
 Outcome AskLoad(Arguments& arguments) {
-  return AskFile(arguments, ws.fitfile, "Open pattern file");
-}
-
-// Goes on as the dialog was closed last: refines, calculates, or shows what there is.
-Outcome Load(const Arguments& arguments) {
+  const Outcome asked = AskFile(arguments, ws.fitfile, "Open pattern file");
+  if (asked != Outcome::Done) return asked;
   if (!AcceptPath(arguments.path)) return Outcome::Failed;
   ws.fitfile = arguments.path;
   const RecordFailure failure =
@@ -54,21 +54,24 @@ Outcome Load(const Arguments& arguments) {
                     FileMessage("Error opening fit result file", ws.fitfile, failure.reason));
     return Outcome::Failed;
   }
+  static_cast<FitResults&>(ws) = {};
   if (ws.tthzero != 0) ComputeXAxes();
   ws.nbkgcycles = 0;
-  return GeneralFit();
+  return Outcome::Done;
 }
 
-// Starts the editor on a file, which it asks for when there is none yet.
-Outcome Edit(const std::string& file, Arguments& arguments) {
-  if (!file.empty()) {
-    arguments.path = file;
-    return Outcome::Done;
+// The file that the editor is started on, which is asked for when there is none yet.
+Outcome AskEdited(Arguments& arguments, std::string& file) {
+  if (file.empty()) {
+    const Outcome asked = AskFile(arguments, "", "Open pattern fit file");
+    if (asked != Outcome::Done) return asked;
+    file = arguments.path;
   }
-  return AskFile(arguments, "", "Open pattern fit file");
+  arguments.path = file;
+  return Outcome::Done;
 }
-Outcome AskEdit(Arguments& arguments) { return Edit(ws.fitfile, arguments); }
-Outcome AskView(Arguments& arguments) { return Edit(ws.refineout, arguments); }
+Outcome AskEdit(Arguments& arguments) { return AskEdited(arguments, ws.fitfile); }
+Outcome AskView(Arguments& arguments) { return AskEdited(arguments, ws.refineout); }
 Outcome StartEditor(const Arguments& arguments) {
   IOsCommandOnFile(ws.editorpath, arguments.path);
   return Outcome::Done;
@@ -90,7 +93,7 @@ constexpr Command kCommands[] = {
     {.item = {40108, "Save peak fit", kPopup}, .ask = AskSave, .run = Save, .redraw = Redraw::Keep},
     {.item = {40109, "Load peak fit", kPopup},
      .ask = AskLoad,
-     .run = Load,
+     .run = Run,
      .redraw = Redraw::Keep,
      .undo = true},
     {.item = {40110, "Edit peak fit", kPopup},

@@ -49,9 +49,9 @@ constexpr ParameterDialog kLaue{.resource = {111, "Enter Laue class and centerin
 // ---- Wavelengths ----
 
 constexpr Control kWaveControls[] = {
-    Number(1171, "K(alpha)1", &ws.scanwave.cells[0], "(f10.5)", "\u00c5"),
-    Number(1172, "K(alpha)2", &ws.scanwave.cells[1], "(f10.5)", "\u00c5"),
-    Number(1173, "2/1 ratio", &ws.scanwave.cells[2], "(f10.3)"),
+    Within(Number(1171, "K(alpha)1", &ws.scanwave.cells[0], "(f10.5)", "\u00c5"), 0.01, 99),
+    Within(Number(1172, "K(alpha)2", &ws.scanwave.cells[1], "(f10.5)", "\u00c5"), 0, 99),
+    Within(Number(1173, "2/1 ratio", &ws.scanwave.cells[2], "(f10.3)"), 0, 10),
     Ok,
     Cancel,
 };
@@ -287,6 +287,7 @@ Outcome AskFit(Arguments& arguments) {
     GetFields(kFit);
     ws.fitmin2th = std::max(ws.fitmin2th, FirstTth(SlotInput));
     ws.fitmax2th = std::min(ws.fitmax2th, LastTth(SlotInput));
+    static_cast<FitResults&>(ws) = {};
     ws.fitrun = arguments.button == ButtonRefine ? 1 : 2;
   }
   WDialogUnload();

@@ -163,14 +163,16 @@ void Put(const ReadTarget& field, float value) {
 
 float Get(const ReadTarget& field) { return *std::get<float*>(field); }
 
-void ReadSection(RecordStore& store, const Section& section) {
-  if (section.read.items.empty()) return;
+// True if the file has it.
+bool ReadSection(RecordStore& store, const Section& section) {
+  if (section.read.items.empty()) return false;
   std::vector<float> otherwise = section.absent;
   if (otherwise.empty()) std::ranges::transform(section.fields, std::back_inserter(otherwise), Get);
   std::string line;
-  if (FindRecord(store, section.key, line) && ReadNumbers(line, section.read, section.fields))
-    return;
+  const bool found = FindRecord(store, section.key, line);
+  if (found && ReadNumbers(line, section.read, section.fields)) return true;
   for (std::size_t k = 0; k < section.fields.size(); ++k) Put(section.fields[k], otherwise[k]);
+  return found;
 }
 
 // What has no meaning, or is an index of tables elsewhere.
@@ -234,13 +236,22 @@ RecordFailure ReadFit(const std::string& path, FitParameters& fit, PeakTable& pe
   RecordStore store;
   RecordFailure failure;
   if (ReadRecords(path, store, failure) < 1) return failure;
-  for (const Section& section : Sections(fit, scanwave)) ReadSection(store, section);
-  MendChoices(fit);
+  FitParameters parameters = fit;
+  Table<float, 3> waves = scanwave;
+  int found = 0;
+  for (const Section& section : Sections(parameters, waves)) found += ReadSection(store, section);
+  PeakTable rows = peaks;
+  int count = 0;
+  while (count < MaxPeaks && ReadReflection(store, rows, count + 1)) ++count;
+  if (found + count == 0) return {"Error reading recfile", "nothing of a fit in it"};
+
+  MendChoices(parameters);
+  fit = parameters;
+  peaks = rows;
+  // None is taken for a list that has gone to its end; the rows are those of before.
+  npeaks = count < 1 ? MaxPeaks : count;
+  scanwave = waves;
   for (int k = 1; k <= 3; ++k) wavelen(k) = scanwave(k);
   if (std::fabs(scanwave(1) - scanwave(2)) < kEqualWaves) scanwave(3) = 0;
-  npeaks = 0;
-  while (npeaks < MaxPeaks && ReadReflection(store, peaks, npeaks + 1)) ++npeaks;
-  // None is taken for a list that has gone to its end; the rows are those of before.
-  if (npeaks < 1) npeaks = MaxPeaks;
   return failure;
 }

@@ -49,16 +49,20 @@ void PutRight(const FitModel& model) {
     ws.cell = ws.cellfallback;
   ws.cellfallback = ws.cell;
   const float first = model.x.front(), last = model.x.back();
+  if (!(ws.fitmin2th < ws.fitmax2th)) ws.fitmin2th = first, ws.fitmax2th = last;
   if (!(ws.fitmin2th >= first && ws.fitmin2th < last)) ws.fitmin2th = first;
   if (!(ws.fitmax2th > first && ws.fitmax2th <= last)) ws.fitmax2th = last;
 }
 
-// Replaces the peak list by the reflections of the cell, if that has a volume.
-void PutReflections() {
+// Replaces the peak list by the reflections of the cell. False if that has no volume.
+bool PutReflections() {
   const TthRange range{ws.fitmin2th, ws.fitmax2th};
   const auto found =
       AssignReflections(ws.cell, ws.laueclass, ws.centering, range, ws.wavelen.cells[0], Progress);
-  if (!found) return;
+  if (!found) {
+    MessageBoxError("Error", "The unit cell has no volume");
+    return false;
+  }
   ws.npeaks = static_cast<int>(found->size());
   for (int j = 1; j <= ws.npeaks; ++j) {
     const Reflection& r = (*found)[j - 1];
@@ -67,25 +71,22 @@ void PutReflections() {
     ws.peaks(phkl, j) = static_cast<float>(PackHkl(r.hkl));
     ws.peaks(pmult, j) = static_cast<float>(r.multiplicity);
   }
+  return true;
 }
 
-void PutStartValues(FitModel& model) {
+Outcome Calculate(FitModel& model) {
+  if (ws.fitposmode == UnitCellPositions) {
+    if (!PutReflections()) return Outcome::Failed;
+    Progress("AssignReflections done");
+  }
+  AssignProfiles(model);
+  Progress("AssignProfiles done");
   AssignBackground(model, ws.autosubcycles);
   Progress("AssignBackground done");
   AssignIntensities(model);
   Progress("AssignIntensities done");
   CalculatePattern(model);
   Progress("CalculatePattern done");
-}
-
-Outcome Calculate(FitModel& model) {
-  if (ws.fitposmode == UnitCellPositions) {
-    PutReflections();
-    Progress("AssignReflections done");
-  }
-  AssignProfiles(model);
-  Progress("AssignProfiles done");
-  PutStartValues(model);
   return Outcome::Done;
 }
 
@@ -147,10 +148,15 @@ void KeepBackground() {
 
 Outcome RefineModel(FitModel& model) {
   if (ws.fitposmode == IndividualPositions) PreparePeaks(model);
-  if (ws.nbkgcycles >= 1 && ws.fitposmode == UnitCellPositions) PutReflections();
+  if (ws.nbkgcycles >= 1 && ws.fitposmode == UnitCellPositions && !PutReflections())
+    return Outcome::Failed;
   AssignProfiles(model);
   Progress("AssignProfiles done");
-  if (ws.nbkgcycles >= 1) PutStartValues(model);
+  if (ws.nbkgcycles >= 1) {
+    AssignBackground(model, ws.autosubcycles);
+    AssignIntensities(model);
+    CalculatePattern(model);
+  }
   if (ws.nbkgcycles == 2) ReassignIntensities(model);
   ParameterNumbers numbers = AssignParameters(model);
   if (numbers.npar > MaxFitParameters) {

@@ -239,6 +239,7 @@ RefineResult Refine(FitModel& model, ParameterNumbers& numbers, LineWriter& log,
   NormalEquations equations(numbers.npar);
   ResidualSums sums;
   RefineResult result;
+  ClearEsds(model.fit);
   const auto ended = [&](RefineEnd end) {
     result.end = end;
     return result;

@@ -156,6 +156,10 @@ struct Session {
 
   std::string infodepartment, infocompany, infoaddress;
 
+  // Whole-pattern fit: its files, and the button that ran it last (1 "Refine", 2 "Calculate")
+  std::string fitfile, refineout;
+  int fitrun = 0;
+
   int printflag = 0;  // 1 while a hardcopy is drawn
   int epsflag = 0;    // 1 while an EPS file is drawn
 
@@ -217,15 +221,24 @@ struct PatternData {
   float spshapeleft = 0, spshapemean = 0, spshaperight = 0;
   float spsize = 0;  // angstrom
 
-  // Whole-pattern fit: its files, and the button that ran it last (1 "Refine", 2 "Calculate")
-  std::string fitfile, refineout;
-  int fitrun = 0;
-
   bool operator==(const PatternData&) const = default;
 };
 
-// The whole-pattern fit: what its dialog holds, and what the last refinement has found.
-struct FitParameters {
+// What the last refinement has found beside the values; fitnpar 0: they are not of a refinement.
+struct FitResults {
+  float fitrp = 0, fitrwp = 0, fitgof = 0;
+  int fitpoints = 0, fitnpar = 0, fitcycles = 0;
+  Table<float, MaxChebyshev> bgesd;
+  float zeroesd = 0, volumeesd = 0;
+  Table<float, 6> fwhmesd, shapeesd;  // left, then right; 0: not refined
+  float fitcorrelation = 0;           // the largest, and between which parameters
+  std::string fitcorrelated;
+
+  bool operator==(const FitResults&) const = default;
+};
+
+// The whole-pattern fit: what its dialog holds, and the results.
+struct FitParameters : FitResults {
   Table<float, 6> cell{{10, 10, 10, 90, 90, 90}};  // a, b, c in angstrom, alpha, beta, gamma
   Table<float, 6> cellesd;
   Table<int, 6> cellrefine;
@@ -255,15 +268,6 @@ struct FitParameters {
   float fitmin2th = 5, fitmax2th = 150;
   int fitposmode = 2;   // 1 individual positions, 2 unit cell
   int fitfwhmmode = 2;  // 1 individual, 2 Caglioti
-
-  // Of the last refinement; fitnpar 0: there has been none
-  float fitrp = 0, fitrwp = 0, fitgof = 0;
-  int fitpoints = 0, fitnpar = 0, fitcycles = 0;
-  Table<float, MaxChebyshev> bgesd;
-  float zeroesd = 0, volumeesd = 0;
-  Table<float, 6> fwhmesd, shapeesd;  // left, then right; 0: not refined
-  float fitcorrelation = 0;           // the largest, and between which parameters
-  std::string fitcorrelated;
 
   bool operator==(const FitParameters&) const = default;
 };
