@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenuBar>
+#include <QScreen>
 #include <algorithm>
 #include <memory>
 
@@ -14,12 +15,13 @@
 #include "toolkit/qt/events.h"
 #include "toolkit/qt/window.h"
 #include "user.h"
+#include "workspace/menuids.h"
 #include "workspace/slots.h"
 #include "workspace/workspace.h"
 
 namespace {
 
-constexpr int MenuManualBackground = 40088, MenuManualPeaks = 40106;
+constexpr int MenuManualBackground = 40088, MenuManualPeaks = 40106, MenuGeneralFit = 40107;
 constexpr int kWithParameters[] = {
     40003, 40018, 40038, 40052, 40054, 40055, 40056, 40057, 40058, 40059, 40060,
     40061, 40062, 40063, 40064, 40072, 40073, 40075, 40079, 40093, 40111, 40124,
@@ -57,6 +59,34 @@ bool SameCurves(const Workspace& other) {
 }
 
 }  // namespace
+
+// What the dialog beside the plot opens stands above it, and gives the keys back to it.
+TEST(Commands, GeneralFitBesideThePlot) {
+  RunOn("fit.xy", []() -> Script {
+    Pick(MenuGeneralFit);
+    co_await Shown("dialog124");
+    const QWidget* dialog = Find("dialog124");
+    co_await Until{[=] { return dialog->isActiveWindow(); }, "the keys"};
+    EXPECT_TRUE(dialog->screen()->availableGeometry().contains(dialog->frameGeometry()));
+    Press("Alt+S");
+    co_await Shown("dialog111");
+    EXPECT_EQ(OnShow()->parentWidget(), dialog);
+    Press("Down");
+    Press("Return");
+    co_await Until{[] { return !OnShow(); }, "the end of the dialog above"};
+    EXPECT_EQ(FindA<QLabel>("field1407")->text(), "Laue class 2 (2/m-a, P)");
+    EXPECT_TRUE(Find("field1404")->isEnabled());
+    EXPECT_FALSE(Find("field1405")->isEnabled());
+    PressButton("button1501");
+    co_await Idle();
+    EXPECT_EQ(ws.laueclass, 2);
+    EXPECT_EQ(ws.npeaks, 200);
+    Pick(MenuUndo);
+    co_await Idle();
+    EXPECT_EQ(ws.laueclass, 1);
+    EXPECT_EQ(ws.npeaks, 0);
+  });
+}
 
 TEST(Commands, ManualBackgroundByMouse) {
   RunOn("manual.xy", []() -> Script {
