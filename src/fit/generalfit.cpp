@@ -42,7 +42,8 @@ void Progress(const char* text) {
   if (ws.debugmode) MessageBoxInfo("Progress", text);
 }
 
-// A cell without lengths takes the one of the last fit, and the range lies within the pattern.
+// A cell without lengths takes the one of the last fit. The range lies within the pattern, and is
+// all of it when it is upside down.
 void PutRight(const FitModel& model) {
   const auto& cell = ws.cell.cells;
   if (std::any_of(cell.begin(), cell.begin() + 3, [](float edge) { return !(edge > 0); }))
