@@ -28,6 +28,7 @@ struct ItoCards {
   int test = 0, teststage = 0;
   float wmol = 0, dobs = 0;  // molecular weight, and observed density in g/cm^3; 0: unknown
   float tolg = 0.06f;        // degrees two-theta between an observed and a calculated line
+  bool fixedtolg = false;    // it was given and is not adapted to the lines
   float zercor = 0;          // degrees two-theta, added to all lines
   float prntmr = 4.0f;       // least figure of merit of a lattice
   float prntln = 14.0f;      // least number of its lines
