@@ -39,7 +39,7 @@ class CardReader {
   std::string card_;
 
   bool Refuse(std::string_view why) {
-    listing_.Put<"('0input line ',i5,' : ',a/1x,a)">(input_.LineNumber(), why, card_);
+    listing_.Put<"('0input line ',i5,': ',a/1x,a)">(input_.LineNumber(), why, card_);
     return false;
   }
 };
