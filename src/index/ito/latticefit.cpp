@@ -70,8 +70,8 @@ void Generate(const Lattice& x, float limit, int type, std::vector<Calculated>& 
         const Hkl r{h, k, l};
         if (!IsOneOfItsMates(r, x) || !TypeAllows(type, r)) continue;
         const Row row = RowOf(r);
-        const float q = row[0] * x.a + row[1] * x.b + row[2] * x.c + row[3] * x.d + row[4] * x.e +
-                        row[5] * x.f;
+        const float q =
+            row[0] * x.a + row[1] * x.b + row[2] * x.c + row[3] * x.d + row[4] * x.e + row[5] * x.f;
         if (q > 1.0f && q < limit && calculated.size() < mostlines) calculated.push_back({r, q});
       }
 }
@@ -189,9 +189,9 @@ int ChooseType(const LatticeFit& fit, int lines) {
   int chosen = TypeP;
   for (int type = TypeA; type <= TypeF; ++type) {
     const auto fits = [&](const Calculated& c) { return TypeAllows(type, c.hkl); };
-    const auto count = std::count_if(
-        fit.candidates.begin(), fit.candidates.end(),
-        [&](const auto& of) { return std::any_of(of.begin(), of.end(), fits); });
+    const auto count =
+        std::count_if(fit.candidates.begin(), fit.candidates.end(),
+                      [&](const auto& of) { return std::any_of(of.begin(), of.end(), fits); });
     if (count >= lines) chosen = type;
   }
   return chosen;
@@ -206,9 +206,8 @@ void Cycle(Lattice& x, const ItoProblem& problem, std::size_t nlines, int wideni
   const std::size_t counted = std::min(problem.lines.size(), kCounted);
   Generate(x, problem.lines[nlines - 1].high + 1.0f, first ? TypeP : Whole(x.type), fit.calculated);
   fit.ncalc = static_cast<int>(
-      std::count_if(fit.calculated.begin(), fit.calculated.end(), [&](const Calculated& c) {
-        return c.q < problem.lines[counted - 1].high;
-      }));
+      std::count_if(fit.calculated.begin(), fit.calculated.end(),
+                    [&](const Calculated& c) { return c.q < problem.lines[counted - 1].high; }));
   Match(problem, nlines, widening, fit);
 
   Equations equations(x);
@@ -231,11 +230,11 @@ void Cycle(Lattice& x, const ItoProblem& problem, std::size_t nlines, int wideni
   }
   x.lines = static_cast<float>(lines);
   if (first) x.type = static_cast<float>(ChooseType(fit, static_cast<int>(lines)));
-  x.merit = fit.ncalc == 0 ? 0
-                           : std::min(problem.lines[last].q * x.lines /
-                                          (std::max(misses, leastmiss) * 2 *
-                                           static_cast<float>(fit.ncalc)),
-                                      mostmerit);
+  x.merit = fit.ncalc == 0
+                ? 0
+                : std::min(problem.lines[last].q * x.lines /
+                               (std::max(misses, leastmiss) * 2 * static_cast<float>(fit.ncalc)),
+                           mostmerit);
   fit.variance = equations.Variance();
   fit.singular = !equations.Invert();
   fit.esd = {};

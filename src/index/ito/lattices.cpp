@@ -103,8 +103,7 @@ int CountOrthogonal(const Lattice& x, const ItoProblem& problem, float root,
       for (int h = 0; h <= 2; ++h) {
         const float base = Base(x, h, k, l);
         for (const ItoLine& line : problem.lines) {
-          const int bin =
-              Whole(1.5f + std::abs(line.q - base) * scale / static_cast<float>(k * l));
+          const int bin = Whole(1.5f + std::abs(line.q - base) * scale / static_cast<float>(k * l));
           if (bin < range) ++histogram.bins[static_cast<std::size_t>(bin)];
         }
       }
@@ -130,8 +129,8 @@ void ListWindows(const DHistogram& histogram, int threshold, std::vector<TrialD>
     }
     if (count <= threshold) continue;
     const float mean = static_cast<float>(moment) / static_cast<float>(count);
-    const auto at = std::find_if(list.begin(), list.end(),
-                                 [&](const TrialD& t) { return count > t.count; });
+    const auto at =
+        std::find_if(list.begin(), list.end(), [&](const TrialD& t) { return count > t.count; });
     list.insert(at, {(0.5f + mean - histogram.origin) / histogram.scale, count});
     if (list.size() > mostlisted) list.pop_back();
     if (list.size() == mostlisted) threshold = std::max(threshold, list.back().count);

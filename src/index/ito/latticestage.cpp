@@ -92,7 +92,7 @@ bool Classify(const Lattice& x, bool twin, int number, const ItoProblem& problem
               Listing& listing) {
   if (x.a < problem.eqtol) {
     listing.Put<"9910(1h ,i5,6f8.1,24x,f8.0,20h discarded by norm3  )">(number, x.a, x.b, x.c, x.d,
-                                                                       x.e, x.f, x.pedigree);
+                                                                        x.e, x.f, x.pedigree);
   } else if (twin) {
     listing.Put<"9911(1h ,i5,6f8.1,f1.0,23x,f8.0,23h is the same as lattice,  f6.0)">(
         number, x.a, x.b, x.c, x.d, x.e, x.f, x.lines, x.merit, x.type);
@@ -111,12 +111,13 @@ bool Classify(const Lattice& x, bool twin, int number, const ItoProblem& problem
 }
 
 void List(const std::vector<Lattice>& lattices, Listing& listing) {
-  listing.Put<"('0  the lattices that have been found'/'    nr       a       b       c       d'"
-              "'       e       f    hits  pedigree')">();
+  listing.Put<
+      "('0  the lattices that have been found'/'    nr       a       b       c       d'"
+      "'       e       f    hits  pedigree')">();
   int number = 0;
   for (const Lattice& x : lattices)
     listing.Put<"9937(1h ,i5,6f8.1, 2f8.0)">(++number, x.a, x.b, x.c, x.d, x.e, x.f, x.lines,
-                                            x.merit);
+                                             x.merit);
 }
 
 }  // namespace
@@ -126,27 +127,33 @@ std::vector<Lattice> LatticeStage(const ItoProblem& problem, const std::vector<Z
   std::vector<Lattice> lattices = problem.trials;
   if (lattices.empty() && !zones.empty()) lattices = BuildLattices(problem, zones, listing);
   if (lattices.empty()) {
-    listing.Put<"9925(50h no lattices have been found. try again with e.g. ,"
-                "50hlarger tol3 (col. 16-20).  this problem is skipped)">();
+    listing.Put<
+        "9925(50h no lattices have been found. try again with e.g. ,"
+        "50hlarger tol3 (col. 16-20).  this problem is skipped)">();
     return {};
   }
   List(lattices, listing);
-  for (Lattice& x : lattices)
-    Norm3(x, problem, TestOutput(problem.cards, StageNorm3, listing));
+  for (Lattice& x : lattices) Norm3(x, problem, TestOutput(problem.cards, StageNorm3, listing));
   MarkTwins(lattices, problem);
-  listing.Put<"('0  after refinement'/'    nr       a       b       c       d       e       f'"
-              "'   lines   merit    type  pedigree')">();
+  listing.Put<
+      "('0  after refinement'/'    nr       a       b       c       d       e       f'"
+      "'   lines   merit    type  pedigree')">();
   std::vector<Lattice> accepted;
   int number = 0;
   for (Lattice& x : lattices) {
     ++number;
-    run.stopped = run.stopped || (run.report && !run.report("ITO: lattice " +
-                                                            std::to_string(number) + " of " +
-                                                            std::to_string(lattices.size())));
+    run.stopped =
+        run.stopped || (run.report && !run.report("ITO: lattice " + std::to_string(number) +
+                                                  " of " + std::to_string(lattices.size())));
     if (run.stopped) break;
     const bool twin = x.lines == 0 && problem.trials.empty();
     if (!twin && x.a > 0) Refine(x, problem, listing);
     if (Classify(x, twin, number, problem, listing)) accepted.push_back(x);
   }
+  if (accepted.empty())
+    listing.Put<
+        "('0not one acceptable lattice has been found for this problem.'/"
+        "' more lines, other tolerances (col. 11-20), a zero correction or lower demands on lines'/"
+        "' and merit on the second card may help')">();
   return accepted;
 }

@@ -41,22 +41,6 @@ void PutTooFewLines(int count, Listing& listing) {
       count, kItoLeastLines, kItoMostLines);
 }
 
-// All pairs of the first lines, but those that are two orders of one line.
-void CombineLines(ItoProblem& problem, Listing& listing) {
-  constexpr std::size_t most = 40;
-  constexpr float closest = 6;
-  const auto& lines = problem.lines;
-  const ItoCards& p = problem.cards;
-  const int n1 = std::min(p.nq1, static_cast<int>(lines.size())),
-            n2 = std::min(p.nq2, static_cast<int>(lines.size()));
-  for (int i = 0; i < n1; ++i)
-    for (int j = i; j < n2 && problem.combinations.size() < most; ++j)
-      if (!(std::abs(4 * lines[i].q - lines[j].q) < closest))
-        problem.combinations.push_back({lines[i].q, lines[j].q});
-  listing.Put<"9932(35h0the program will combine the first ,i3, 21h lines with the first  ,i3)">(
-      p.nq1, p.nq2);
-}
-
 // Whether both lines can be there, and the cross constant belongs to a lattice.
 bool IsZone(const LineCombination& c, float wavelength) {
   const float farthest = 40000 / (wavelength * wavelength);
@@ -95,6 +79,22 @@ bool CheckTrials(ItoProblem& problem, Listing& listing) {
 
 }  // namespace
 
+std::vector<LineCombination> CombineLines(const std::vector<ItoLine>& lines, const ItoCards& cards,
+                                          Listing& listing) {
+  constexpr std::size_t most = 40;
+  constexpr float closest = 6;
+  std::vector<LineCombination> combinations;
+  const int n1 = std::min(cards.nq1, static_cast<int>(lines.size())),
+            n2 = std::min(cards.nq2, static_cast<int>(lines.size()));
+  for (int i = 0; i < n1; ++i)
+    for (int j = i; j < n2 && combinations.size() < most; ++j)
+      if (!(std::abs(4 * lines[i].q - lines[j].q) < closest))
+        combinations.push_back({lines[i].q, lines[j].q});
+  listing.Put<"9932(35h0the program will combine the first ,i3, 21h lines with the first  ,i3)">(
+      cards.nq1, cards.nq2);
+  return combinations;
+}
+
 ItoReading ReadProblem(LineReader& input, ItoProblem& problem, Listing& listing) {
   problem = {};
   std::vector<InputLine> given;
@@ -113,7 +113,7 @@ ItoReading ReadProblem(LineReader& input, ItoProblem& problem, Listing& listing)
   if (problem.cards.linco > 0)
     CheckCombinations(problem, listing);
   else
-    CombineLines(problem, listing);
+    problem.combinations = CombineLines(problem.lines, problem.cards, listing);
   if (!CheckTrials(problem, listing)) return ItoReading::Skip;
   SetProbabilities(problem, listing);
   return ItoReading::Run;

@@ -67,6 +67,10 @@ struct ItoProblem {
   std::vector<Lattice> trials;
 };
 
+// All pairs of the first lines, but those that are two orders of one line.
+std::vector<LineCombination> CombineLines(const std::vector<ItoLine>& lines, const ItoCards& cards,
+                                          Listing& listing);
+
 enum class ItoReading {
   End,   // no further problem, or a card that cannot be read
   Skip,  // the listing tells why this problem is of no use

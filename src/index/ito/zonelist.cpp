@@ -49,9 +49,8 @@ void List(const std::vector<Zone>& zones, Listing& listing) {
   listing.Put<"9910('    nr       a       b       f     quality  from  centred')">();
   int number = 0;
   for (const Zone& z : zones)
-    listing.Put<"9911(1h , i4, 3f8.1,f12.1, 2f6.0)">(++number, z.a, z.b, z.f, z.quality,
-                                                    static_cast<float>(z.number),
-                                                    z.centred ? 1.0f : 0.0f);
+    listing.Put<"9911(1h , i4, 3f8.1,f12.1, 2f6.0)">(
+        ++number, z.a, z.b, z.f, z.quality, static_cast<float>(z.number), z.centred ? 1.0f : 0.0f);
 }
 
 float Difference(const Zone& one, const Zone& other) {
@@ -102,12 +101,19 @@ std::optional<LineSet> DominantZone(const std::vector<Zone>& zones, const ItoPro
   return std::nullopt;
 }
 
-std::vector<LineCombination> CombinationsWithout(const LineSet& indexed,
-                                                 const ItoProblem& problem) {
-  std::vector<ItoLine> others;
-  for (std::size_t i = 0; i < problem.lines.size(); ++i)
-    if (!indexed[i]) others.push_back(problem.lines[i]);
-  return CombineLines(others, problem.cards);
+// The first lines with the first of those that the zone leaves: zones across it, which share a row
+// with it, are what is missing.
+std::vector<LineCombination> CombinationsAcross(const LineSet& indexed, const ItoProblem& problem) {
+  std::vector<LineCombination> combinations;
+  const auto size = static_cast<int>(problem.lines.size());
+  for (int i = 0; i < std::min(problem.cards.nq1, size); ++i)
+    for (int j = 0, others = 0; j < size && others < problem.cards.nq2; ++j) {
+      if (indexed[static_cast<std::size_t>(j)]) continue;
+      ++others;
+      combinations.push_back({problem.lines[static_cast<std::size_t>(i)].q,
+                              problem.lines[static_cast<std::size_t>(j)].q});
+    }
+  return combinations;
 }
 
 }  // namespace
@@ -117,9 +123,10 @@ std::vector<Zone> FindZones(const ItoProblem& problem, Listing& listing, EngineR
   Select(zones, problem, listing);
   const std::optional<LineSet> dominant = DominantZone(zones, problem, listing);
   if (!dominant || run.stopped) return zones;
-  listing.Put<"('0',60('*')/' * zone-finding is restarted with other lines.',t61,'*'/' ',60('*'))">();
+  listing
+      .Put<"('0',60('*')/' * zone-finding is restarted with other lines.',t61,'*'/' ',60('*'))">();
   const std::vector<Zone> others =
-      RatedZones(CombinationsWithout(*dominant, problem), problem, listing, run);
+      RatedZones(CombinationsAcross(*dominant, problem), problem, listing, run);
   zones.insert(zones.end(), others.begin(), others.end());
   Select(zones, problem, listing);
   return zones;

@@ -101,7 +101,7 @@ std::vector<CrossConstant> Finzon(float a, float b, const ItoProblem& problem, L
   rectangular *= 2;
   Candidates candidates(mostlisted);
   candidates.Place(0, rectangular);
-  threshold = std::max(threshold, rectangular > 5 ? 4 : rectangular);
+  threshold = rectangular > 5 ? 4 : rectangular;
   for (int first = equal; first <= bins; first += 2) {
     int count = 0, moment = 0;
     for (int bin = first; bin < first + kWindow; ++bin) {
@@ -151,7 +151,7 @@ LineSet Evalu8(Zone& zone, const ItoProblem& problem, Listing* test) {
     zone.f = std::abs(2 * edges);
     if (test)
       test->Put<"3(43h0a centered skew zone has been reformulated,3f10.2,i4)">(zone.a, zone.b,
-                                                                             zone.f, zone.number);
+                                                                               zone.f, zone.number);
   }
   const float quality = zone.quality;
   const LineSet lines = ZoneFit(zone, problem, qmax, test).lines;
