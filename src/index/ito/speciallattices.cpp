@@ -70,15 +70,16 @@ Texts Orthogonal(const Constants& c, float t) {
   return texts;
 }
 
-// A rhombohedral lattice in monoclinic axes, b along a two-fold axis. With hexagonal constants x
-// and z, b = 3 x is the constant of 110, and the plane across it has the points (n/2, -n/2, l) with
-// n - l a multiple of 3, whose constants are n n x / 4 + l l z with the quarter of x where the
-// lattice is centered. The shortest two of them, by falling z, are
+// A rhombohedral lattice in monoclinic axes, b along a two-fold axis. With the hexagonal constants
+// x and z, b = 3 x is that of 110, and the plane across it holds the points n -n l with n - l a
+// multiple of 3, whose constants are n n x + l l z. The shortest two of them, n and l by falling z,
+// are
 //
 //   3 0 and 1 1,  1 1 and 2 -1,  1 1 and 1 -2,  1 1 and 0 3
 //
-// so that with r for the one of 1 1, and x / 4 = b / 3, the other one and the cross constant are
-// multiples of r and b.
+// so that with r for the one of 1 1, and x = b / 3, the other one and the cross constant are
+// multiples of r and b. In a centered lattice b belongs to the half of 110, and x is four times as
+// large.
 struct Condition {
   float r, b;            // the other constant
   float crossr, crossb;  // the cross constant
@@ -100,7 +101,7 @@ std::optional<float> RhombohedralConstant(const Constants& c, int axis, float t)
   const int next = (axis + 1) % 3, last = (axis + 2) % 3;
   if (!(std::abs(c.cross[next]) + std::abs(c.cross[last]) <= t)) return {};
   for (const Condition& k : kConditions)
-    for (const auto [r, other] : {std::pair(c.q[next], c.q[last]), {c.q[last], c.q[next]}})
+    for (const auto& [r, other] : {std::pair(c.q[next], c.q[last]), {c.q[last], c.q[next]}})
       if (Holds(k, r, c.q[axis], other, c.cross[axis], t)) return r;
   return {};
 }
