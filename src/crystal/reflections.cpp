@@ -8,12 +8,6 @@
 #include "workspace/text.h"       // for nint, RowSort
 #include "workspace/workspace.h"  // for MaxPeaks, RadToDeg
 
-namespace {
-
-constexpr int kMostIndex = 99;  // that a code holds with either sign
-constexpr std::size_t kMostCodes = 10000;
-constexpr float kUsualWavelength = 1.540598f;  // Cu K alpha1
-
 float SineSquared(float tth, float wavelength) {
   const float s = std::sin(tth / 2 / RadToDeg) / wavelength;
   return s * s;
@@ -23,6 +17,11 @@ bool AnglesAreEqual(const UnitCell& cell) {
   const auto cosine = [&](int k) { return std::cos(cell(k) / RadToDeg); };
   return cosine(4) == cosine(5) && cosine(5) == cosine(6);
 }
+
+namespace {
+
+constexpr int kMostIndex = 99;  // that a code holds with either sign
+constexpr std::size_t kMostCodes = 10000;
 
 struct Limits {
   float low, high;  // of the form

@@ -19,6 +19,13 @@ struct TthRange {
   float low, high;
 };
 
+inline constexpr float kUsualWavelength = 1.540598f;  // Cu K alpha1, where none is given
+
+// (sin(theta) / wavelength)^2
+float SineSquared(float tth, float wavelength);
+// Of rhombohedral axes, on which centering R is none.
+bool AnglesAreEqual(const UnitCell& cell);
+
 // Gets a text after each stage.
 using StageReport = std::function<void(const char* text)>;
 

@@ -3,6 +3,7 @@
 
 #include "background/background.h"
 #include "fit/fit.h"
+#include "index/index.h"
 #include "modify/modify.h"
 #include "peaks/peaks.h"
 #include "plot/plot.h"
@@ -17,7 +18,7 @@ namespace {
 using namespace controls;
 
 constexpr int kScript = 40132, kMulti = MenuPopupMulti, kOverlay = 40034,
-              kClose = MenuPopupClosePattern, kIndex = MenuPopupIndex;
+              kClose = MenuPopupClosePattern;
 
 constexpr Command kScriptCommands[] = {
     {.item = {kScript, "Script", 0, true}},    {.item = {40133, "Create script", kScript}},
@@ -63,23 +64,14 @@ constexpr Command kMultiCommands[] = {
     {.item = {MenuClearFit, "Clear fit", kMulti}},
 };
 
-constexpr Command kIndexCommands[] = {
-    {.item = {kIndex, "Index", 0, true}},
-    {.item = {40119, "TREOR90", kIndex}},
-    {.item = {40120, "ITO", kIndex}},
-    {.item = {40121, "View output", kIndex}},
-    {.item = {40122, "Plot TREOR solutions", kIndex}},
-    {.item = {40123, "Plot ITO solutions", kIndex}},
-};
-
 std::vector<Command> AllCommands() {
   std::vector<Command> all;
   for (const std::span<const Command> menu :
        {FileCommands(), EditCommands(), SettingsCommands(),
         std::span<const Command>(kScriptCommands), ModifyCommands(),
         std::span<const Command>(kMultiCommands), BackgroundCommands(), PeakCommands(),
-        FitCommands(), AnalysisCommands(), FitResultCommands(),
-        std::span<const Command>(kIndexCommands), PlotCommands(), HelpCommands()})
+        FitCommands(), AnalysisCommands(), FitResultCommands(), IndexCommands(), PlotCommands(),
+        HelpCommands()})
     all.insert(all.end(), menu.begin(), menu.end());
   return all;
 }

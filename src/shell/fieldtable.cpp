@@ -84,7 +84,10 @@ NamedField Named(const Table<T, N...>& field) {
     F(fitrp) F(fitrwp) F(fitgof) F(fitpoints) F(fitnpar) F(fitcycles) F(bgesd) F(zeroesd) \
     F(volumeesd) F(fwhmesd) F(shapeesd) F(fitcorrelation) F(fitcorrelated) \
     F(fitfile) F(refineout) F(fitrun) \
-  F(headerskip) F(itoform) F(treform)
+  F(headerskip) \
+  F(indexoutfile) F(itoform) F(itowave) F(itozero) F(itomaxlines) F(itotol1) F(itotol2) F(itofom) \
+    F(itolines) F(treform) F(trewave) F(trevol) F(treedge) F(tred1) F(tred2) F(tremerit) F(trenix) \
+    F(solutions) F(nsolutions) F(selsolution)
 // clang-format on
 
 const std::map<std::string_view, NamedField>& Fields() {

@@ -5,7 +5,10 @@
 
 Workspace ws;
 
-void ResetWorkspace() { static_cast<PerPattern&>(ws) = PerPattern{}; }
+void ResetWorkspace() {
+  static_cast<PerPattern&>(ws) = {};
+  static_cast<IndexingSolutions&>(ws) = {};
+}
 
 void ComputeSlotAxes(int slot, float wavelength) {
   for (int i = 1; i <= ws.npts(slot); ++i) {

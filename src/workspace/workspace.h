@@ -14,6 +14,7 @@ inline constexpr int MaxPeaks = 200;
 inline constexpr int MaxManualPoints = 100;  // manual background points
 inline constexpr int MaxOverlays = 4;
 inline constexpr int MaxRecent = 4;
+inline constexpr int MaxSolutions = 100;  // cells of an indexing run
 inline constexpr int MaxChildWindows = 50;
 inline constexpr int MaxChebyshev = 15;  // coefficients of a background polynomial
 inline constexpr int TextLength = 256;   // characters of a text field
@@ -41,6 +42,11 @@ enum PlotSwitch {
 
 // Rows of `peaks`. After a general fit pfwhmr and pshaper hold the left values.
 enum PeakField { ptth = 1, pint, pfwhm, pshape, pfwhmr, pshaper, phkl, pmult };
+
+// Fields of a row of `solutions`: the cell in angstrom, degrees and cubic angstrom, its figure of
+// merit, and the lines that ITO has indexed or TREOR90 has not.
+enum SolutionField { sola = 1, solb, solc, solalpha, solbeta, solgamma, solvolume, solfom, solnix };
+using SolutionTable = Table<float, MaxSolutions, solnix>;
 
 // Angle conversion of the whole program: degrees = radians * RadToDeg, and twice that for the
 // two-theta that belongs to an arcsine.
@@ -131,8 +137,17 @@ struct PerPattern {
 
   int headerskip = 0;  // leading lines that the xy and dat readers skip
 
-  // Indexing: 1 sinsq(th), 2 1/dsq, 3 theta, 4 2theta, 5 d
+  // Indexing: the list of peaks, the listing of the last run; blank: none yet
+  std::string peakfilename, indexoutfile;
+  // Form of the lines: 1 sinsq(th), 2 1/dsq, 3 theta, 4 2theta, 5 d. Of what is 0 or blank, the
+  // dialogs open with a value of their own.
   int itoform = 4, treform = 4;
+  float itowave = 0, itozero = 0;
+  int itomaxlines = 0;
+  float itotol1 = 0, itotol2 = 0;
+  int itofom = 0, itolines = 0;
+  float trewave = 0, trevol = 0, treedge = 0, tred1 = 0, tred2 = 0;
+  int tremerit = 0, trenix = -1;  // -1 stands for the dialog's own value, as 0 is one to enter
 
   // What the menu offers once a pattern, and with overlays only
   int alpha2enabled = 1, divergenceenabled = 1;
@@ -198,7 +213,6 @@ struct PatternData {
   std::string patternstem;
   std::string stem20;  // first 20 characters of patternstem; the title of the plot
   int filetype = 0;    // 1 xy, 2 gdf, 3 txt, 4 uxd, 5 cif, 6 dat, 7 xrdml, 8 udf, 9 chi
-  std::string peakfilename;
 
   // Header
   std::string sampleid, instrument, infoline, scandate;
@@ -272,11 +286,24 @@ struct FitParameters : FitResults {
   bool operator==(const FitParameters&) const = default;
 };
 
-struct Workspace : Session, PointStore, PatternData, FitParameters, PerPattern {};
+// The solutions read last from the listing of an indexing engine. They stay, as the listing does,
+// when the choice of one of them is taken back.
+struct IndexingSolutions {
+  SolutionTable solutions;
+  int nsolutions = 0;
+  int selsolution = 0;  // the row chosen, 0 for none
+};
+
+struct Workspace : Session,
+                   PointStore,
+                   PatternData,
+                   FitParameters,
+                   PerPattern,
+                   IndexingSolutions {};
 
 extern Workspace ws;
 
-// Puts all per-pattern fields back to their defaults.
+// Puts all per-pattern fields back to their defaults, and forgets the solutions.
 void ResetWorkspace();
 
 // Fills the d and Q axes of slot 1 with wavelen(1), copies all three axes to slots 2 to 4, and

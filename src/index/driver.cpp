@@ -1,0 +1,71 @@
+// A run of an indexing engine: its input file, the run, and what is left of it.
+#include "index/driver.h"
+
+#include <algorithm>
+#include <optional>
+#include <system_error>
+
+#include "index/inputfiles.h"
+#include "patternfiles/writecommon.h"  // for WritePadded
+#include "toolkit/toolkit.h"
+#include "workspace/record.h"
+#include "workspace/text.h"
+
+namespace {
+
+void TellCount(int count) {
+  if (ws.debugmode) MessageBoxInfo("Progress", WriteRecord<"(a,i5)">("qpeaks = ", count));
+}
+
+// The lines for the engine; none after a box.
+std::optional<std::vector<float>> LinesFor(const IndexingEngine& engine) {
+  LineReader file(ws.peakfilename);
+  if (!file.IsOpen()) {
+    MessageBoxError("File Error",
+                    FileMessage("Error opening peak file", ws.peakfilename, file.Reason()));
+    return {};
+  }
+  std::vector<float> lines = ReadPeakLines(file, engine.leasttth);
+  TellCount(static_cast<int>(lines.size()));
+  if (!engine.mostlines) return lines;
+  const int most = std::max(ws.*engine.mostlines, 0);
+  lines.resize(std::min(lines.size(), static_cast<std::size_t>(most)));
+  TellCount(static_cast<int>(lines.size()));
+  return lines;
+}
+
+bool WriteInput(const IndexingEngine& engine, std::span<const float> lines) {
+  LineWriter file(engine.input);
+  for (const std::string& record : engine.records(lines)) WritePadded(file, record);
+  if (file.Close()) return true;
+  MessageBoxError("File Error", FileMessage(engine.cannotwrite, engine.input, file.Reason()));
+  return false;
+}
+
+void DeleteInput(const IndexingEngine& engine) {
+  IOsDeleteFile(engine.input);
+  if (const int error = WInfoError(1); error != 0)
+    MessageBoxError("Error", FileMessage(engine.cannotdelete, engine.input,
+                                         std::generic_category().message(error)));
+}
+
+bool Report(const std::string& stage) { return WProgress(3, stage); }
+
+}  // namespace
+
+Outcome RunEngine(const IndexingEngine& engine) {
+  const auto lines = LinesFor(engine);
+  if (!lines) return Outcome::Failed;
+  if (ws.debugmode && engine.onlycounts) return Outcome::Done;
+  if (!WriteInput(engine, *lines)) return Outcome::Failed;
+  ws.indexoutfile = engine.output;
+  const EngineEnd end = engine.start(engine.input, engine.output, Report);
+  if (!end.run.stopped) {
+    for (const Complaint& complaint : end.run.complaints)
+      MessageBoxError(complaint.caption, complaint.text);
+    if (end.status != kNoListing) IOsCommandOnFile(ws.editorpath, ws.indexoutfile);
+  }
+  DeleteInput(engine);
+  if (end.run.stopped) return Outcome::Cancelled;
+  return end.status == 0 ? Outcome::Done : Outcome::Failed;
+}

@@ -1,0 +1,60 @@
+// The indexing engines, and what tells one from the other.
+#include "index/driver.h"
+#include "index/inputdialogs.h"
+#include "index/inputfiles.h"
+#include "index/ito/ito.h"
+#include "index/listings.h"
+
+namespace {
+
+// Whatever ITO complains about is one of its files. Too few lines are told in the listing only.
+EngineEnd StartIto(const std::string& input, const std::string& output,
+                   const EngineReport& report) {
+  int status = 0;
+  ItoRun run;
+  run.report = report;
+  ItoEngine(status, input, output, run);
+  if (!run.complaints.empty())
+    status = kNoListing;
+  else if (run.nlines < kItoLeastLines)
+    run.complaints.push_back({"ITO", std::to_string(run.nlines) +
+                                         " lines are of use, and ITO needs " +
+                                         std::to_string(kItoLeastLines)});
+  return {status, std::move(run)};
+}
+
+// In the order of EngineNumber.
+constexpr IndexingEngine kEngines[] = {
+    {.name = "ITO",
+     .input = "ito.inp",
+     .output = "ito.out",
+     .cannotwrite = "Error opening ito input file",
+     .cannotdelete = "Error deleting ITO input file",
+     .leasttth = 1,
+     .mostlines = &Workspace::itomaxlines,
+     .onlycounts = false,
+     .wavelength = &Workspace::itowave,
+     .records = ItoInput,
+     .readsolutions = ReadItoSolutions,
+     .dialog = kItoDialog,
+     .putdefaults = PutItoDefaults,
+     .start = StartIto},
+    {.name = "TREOR90",
+     .input = "treor90.tre",
+     .output = "treor.out",
+     .cannotwrite = "Error opening TREOR input file",
+     .cannotdelete = "Error deleting TREOR input file",
+     .leasttth = 0,
+     .mostlines = nullptr,
+     .onlycounts = true,
+     .wavelength = &Workspace::trewave,
+     .records = TreorInput,
+     .readsolutions = ReadTreorSolutions,
+     .dialog = kTreorDialog,
+     .putdefaults = PutTreorDefaults,
+     .start = nullptr},
+};
+
+}  // namespace
+
+const IndexingEngine& EngineOf(int number) { return kEngines[number]; }

@@ -1,0 +1,129 @@
+// The dialogs "ITO Input" and "TREOR90 Input".
+#include "index/inputdialogs.h"
+
+#include <filesystem>
+
+#include "index/driver.h"
+#include "plot/beside.h"
+#include "toolkit/controls.h"
+#include "toolkit/toolkit.h"
+#include "workspace/parameters.h"
+#include "workspace/paths.h"
+#include "workspace/text.h"
+
+namespace {
+
+using namespace controls;
+
+constexpr const char *kForm = "Input form", *kDeg = "deg.", *kAngstrom = "\u00c5";
+
+constexpr Control Run(const char* label) { return {ButtonOk, ControlKind::Button, label}; }
+
+constexpr Control kItoControls[] = {
+    Choice(1711, "sinsq(th)", kForm, &ws.itoform),
+    Choice(1712, "1/dsq", kForm),
+    Choice(1713, "theta", kForm),
+    Choice(1714, "2theta", kForm),
+    Choice(1715, "d", kForm),
+    Entry(FieldPeakFile, "Peak file", &ws.peakfilename),
+    Number(1716, "Wavelength", &ws.itowave, "(f10.5)", kAngstrom),
+    Number(1717, "Zero shift", &ws.itozero, "(f10.4)", kDeg),
+    Spin(1718, "Max lines", &ws.itomaxlines, 1, 1000),
+    Number(1719, "Tolerance d1", &ws.itotol1, "(f10.2)"),
+    Number(1720, "Tolerance d2", &ws.itotol2, "(f10.2)"),
+    Spin(1721, "Required FOM", &ws.itofom, 1, 9999),
+    Spin(1722, "Indexed lines", &ws.itolines, 1, 9999),
+    Run("Run ITO"),
+    Press(ButtonBrowse, "Browse"),
+    Cancel,
+};
+
+constexpr Control kTreorControls[] = {
+    Choice(1731, "sinsq(th)", kForm, &ws.treform),
+    Choice(1732, "1/dsq", kForm),
+    Choice(1733, "theta", kForm),
+    Choice(1734, "2theta", kForm),
+    Choice(1735, "d", kForm),
+    Entry(FieldPeakFile, "Peak file", &ws.peakfilename),
+    Number(1736, "Wavelength", &ws.trewave, "(f10.5)", kAngstrom),
+    Number(1737, "Max volume", &ws.trevol, "(f10.0)", "\u00c5^3"),
+    Number(1738, "Max cell edge", &ws.treedge, "(f10.2)", kAngstrom),
+    Number(1739, "Tolerance d1", &ws.tred1, "(f10.5)"),
+    Number(1740, "Tolerance d2", &ws.tred2, "(f10.5)"),
+    Spin(1741, "Required FOM", &ws.tremerit, 1, 9999),
+    Spin(1742, "Unindexed lines", &ws.trenix, 0, 9999),
+    Run("Run TREOR90"),
+    Press(ButtonBrowse, "Browse"),
+    Cancel,
+};
+
+template <class T>
+void Default(T& field, T value) {
+  if (!(field > 0)) field = value;
+}
+
+// The file that "Save peaks" proposes, if it is there.
+void ProposePeakFile() {
+  const std::string name = ws.patternstem + ".pks";
+  std::error_code failure;
+  if (ws.peakfilename.empty() && std::filesystem::is_regular_file(name, failure))
+    ws.peakfilename = Field(name);
+}
+
+void Browse() {
+  std::string path = "*.pks";
+  WSelectFile("Peak file|*.pks|", FileMustExist, path, "Open peaks file");
+  if (path.empty() || path.front() == '*' || !AcceptPath(path)) return;
+  ws.peakfilename = path;
+  WDialogPutString(FieldPeakFile, path);
+}
+
+// A name that its field would cut names another file.
+bool AcceptEntry() {
+  std::string path;
+  WDialogGetString(FieldPeakFile, path);
+  return AcceptPath(path);
+}
+
+}  // namespace
+
+constexpr DialogResource kItoDialog{129, "ITO Input", kItoControls, FieldPeakFile};
+constexpr DialogResource kTreorDialog{131, "TREOR90 Input", kTreorControls, FieldPeakFile};
+
+void PutItoDefaults() {
+  Default(ws.itoform, 4);
+  Default(ws.itowave, float{ws.wavelen(1)});
+  Default(ws.itomaxlines, 30);
+  Default(ws.itotol1, 3.0f);
+  Default(ws.itotol2, 4.5f);
+  Default(ws.itofom, 4);
+  Default(ws.itolines, 14);
+}
+
+void PutTreorDefaults() {
+  Default(ws.treform, 4);
+  Default(ws.trewave, CuKalpha1);
+  if (ws.trevol == 0) ws.trevol = -2000;
+  Default(ws.treedge, 100.0f);
+  Default(ws.tred1, 0.0002f);
+  Default(ws.tred2, 0.0004f);
+  Default(ws.tremerit, 10);
+  if (ws.trenix < 0) ws.trenix = 1;
+}
+
+Outcome AskEngineInput(const IndexingEngine& engine) {
+  engine.putdefaults();
+  ProposePeakFile();
+  WRegisterDialogs({&engine.dialog, 1});
+  WDialogUndefined(0, 0, 0);
+  WDialogLoad(engine.dialog.number);
+  PutFields(engine.dialog);
+  const int button = RunBeside(engine.dialog.number, [](const Message& message) {
+    if (message.type != MessageButton) return true;
+    if (message.value1 == ButtonBrowse) Browse();
+    return message.value1 == ButtonBrowse || (message.value1 == ButtonOk && !AcceptEntry());
+  });
+  if (button == ButtonOk) GetFields(engine.dialog);
+  WDialogUnload();
+  return Answered(button == ButtonOk);
+}

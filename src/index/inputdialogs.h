@@ -1,0 +1,9 @@
+// The dialogs "ITO Input" and "TREOR90 Input", and the values that they open with.
+#pragma once
+
+#include "toolkit/resources.h"
+
+extern const DialogResource kItoDialog, kTreorDialog;
+
+void PutItoDefaults();
+void PutTreorDefaults();
