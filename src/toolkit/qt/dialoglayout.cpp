@@ -158,10 +158,15 @@ void DialogView::MakeRow(int index) {
     value->setTextFormat(Qt::PlainText);
     row.field = value;
   } else if (control.kind == Grid) {
-    row.field = new GridField(control, [this, index] {
-      DialogEnter(state_, index, GridAt(index)->Picked().toStdString());
-      Finished(index);
-    });
+    row.field = new GridField(
+        control,
+        [this, index] {
+          DialogEnter(state_, index, GridAt(index)->Picked().toStdString());
+          Finished(index);
+        },
+        [this] {
+          if (IndexOf(ButtonOk) >= 0) Press(ButtonOk);
+        });
   } else if (control.kind == Integer) {
     auto* field = new IntegerField(control);
     row.field = field;

@@ -14,7 +14,8 @@ bool IsColoured(const GridRow& row) { return row.foreground != 0 || row.backgrou
 
 }  // namespace
 
-GridField::GridField(const Control& control, std::function<void()> picked)
+GridField::GridField(const Control& control, std::function<void()> picked,
+                     std::function<void()> accepted)
     : picked_(std::move(picked)) {
   const QStringList heads = QString::fromUtf8(control.label).split('|');
   setColumnCount(static_cast<int>(heads.size()));
@@ -29,6 +30,7 @@ GridField::GridField(const Control& control, std::function<void()> picked)
   setMinimumSize((columnCount() * kLettersOfColumn + 8) * letters.horizontalAdvance('0'),
                  kRowsSeen * rowheight + horizontalHeader()->sizeHint().height());
   connect(this, &QTableWidget::cellClicked, this, [this] { picked_(); });
+  connect(this, &QTableWidget::cellDoubleClicked, this, std::move(accepted));
 }
 
 void GridField::ShowCell(int row, int column, const GridRow& shown) {
@@ -53,6 +55,8 @@ void GridField::ShowCells(const GridState& state) {
   if (rowCount() != rows) setRowCount(rows);
   for (int row = 0; row < rows; ++row)
     for (int column = 0; column < columnCount(); ++column) ShowCell(row, column, state.rows[row]);
+  // The arrow keys lead on from the first row.
+  if (currentRow() < 0) setCurrentCell(0, 0);
 }
 
 QString GridField::Picked() const {

@@ -1,4 +1,5 @@
-// A table of numbers in a dialog, whose cells can be picked with the mouse or the arrow keys.
+// A table of numbers in a dialog, whose cells can be picked with the mouse or the arrow keys; a
+// double click accepts the dialog with the cell.
 #pragma once
 
 #include <QTableWidget>
@@ -8,7 +9,7 @@
 
 class GridField : public QTableWidget {
  public:
-  GridField(const Control& control, std::function<void()> picked);
+  GridField(const Control& control, std::function<void()> picked, std::function<void()> accepted);
   void ShowCells(const GridState& state);
   // "COLUMN,ROW" of the current cell, from 1.
   QString Picked() const;

@@ -1,0 +1,191 @@
+// Lines of a chosen cell: well-known patterns, all indices in double precision, what is left out,
+// and cells that are none.
+#include "index/celllines.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <set>
+
+namespace {
+
+constexpr double kRad = 0.017453292519943295;
+constexpr float kCu = 1.5406f;
+constexpr int kTriclinic = 1, kCubic = 16, kTrigonal = 8;
+
+CellLines Asked(const UnitCell& cell, int lattice, int laueclass, TthRange range = {10, 90}) {
+  return {.cell = cell,
+          .wavelength = kCu,
+          .lattice = lattice,
+          .offset = 0,
+          .laueclass = laueclass,
+          .range = range,
+          .step = 0.02f,
+          .zeroshift = 0};
+}
+
+double TthOfD(double d) { return 2 * std::asin(kCu / 2 / d) / kRad; }
+
+struct Known {
+  double d;
+  int multiplicity;
+  Hkl hkl;
+};
+
+void ExpectLines(const std::vector<Reflection>& lines, const std::vector<Known>& known) {
+  ASSERT_EQ(lines.size(), known.size());
+  for (std::size_t j = 0; j < known.size(); ++j) {
+    EXPECT_NEAR(lines[j].tth, TthOfD(known[j].d), 0.01) << j;
+    EXPECT_EQ(lines[j].multiplicity, known[j].multiplicity) << j;
+    const auto [h, k, l] = known[j].hkl;
+    EXPECT_EQ(std::tuple(lines[j].hkl.h, lines[j].hkl.k, lines[j].hkl.l), std::tuple(h, k, l)) << j;
+  }
+}
+
+// Halite, 5.6402 angstrom, and corundum on hexagonal axes. The family whose indices sort last, by l
+// in front of k and h, counts one more.
+TEST(CellLines, OfWellKnownCrystals) {
+  const double a = 5.6402;
+  ExpectLines(ReflectionsFromCell(Asked({{5.6402f, 5.6402f, 5.6402f, 90, 90, 90}}, 6, kCubic)),
+              {{a / std::sqrt(3), 8, {1, 1, 1}},
+               {a / 2, 6, {0, 0, 2}},
+               {a / std::sqrt(8), 12, {0, 2, 2}},
+               {a / std::sqrt(11), 24, {1, 1, 3}},
+               {a / std::sqrt(12), 8, {2, 2, 2}},
+               {a / 4, 6, {0, 0, 4}},
+               {a / std::sqrt(19), 24, {1, 3, 3}},
+               {a / std::sqrt(20), 24, {0, 2, 4}},
+               {a / std::sqrt(24), 25, {2, 2, 4}}});
+  const auto lines = ReflectionsFromCell(
+      Asked({{4.7587f, 4.7587f, 12.9929f, 90, 90, 120}}, 7, kTrigonal, {20, 58}));
+  const Hkl corundum[] = {{0, 0, 3}, {1, 0, 1}, {0, 1, 2}, {1, 0, 4}, {1, 1, 0},
+                          {0, 1, 5}, {0, 0, 6}, {1, 1, 3}, {0, 2, 1}, {2, 0, 2},
+                          {0, 2, 4}, {1, 0, 7}, {2, 0, 5}, {1, 1, 6}};
+  ASSERT_EQ(lines.size(), std::size(corundum));
+  for (std::size_t j = 0; j < std::size(corundum); ++j) {
+    const auto [h, k, l] = corundum[j];
+    const double square =
+        4 * (h * h + h * k + k * k) / (3 * 4.7587 * 4.7587) + l * l / (12.9929 * 12.9929);
+    EXPECT_NEAR(lines[j].tth, TthOfD(1 / std::sqrt(square)), 0.001) << j;
+    EXPECT_EQ(std::abs(lines[j].hkl.l), l) << j;
+  }
+}
+
+// Positions and multiplicities of all indices by the metric of the cell; Friedel mates are one
+// line.
+TEST(CellLines, OfATriclinicCellByBruteForce) {
+  const UnitCell cell{{5.1f, 6.3f, 7.7f, 82, 99, 105}};
+  const CellLines asked = Asked(cell, 1, kTriclinic, {15, 60});
+  const double ca = std::cos(82 * kRad), cb = std::cos(99 * kRad), cg = std::cos(105 * kRad);
+  const double w = 1 - ca * ca - cb * cb - cg * cg + 2 * ca * cb * cg;
+  std::vector<double> expected;
+  for (int h = 0; h <= 9; ++h)
+    for (int k = -9; k <= 9; ++k)
+      for (int l = -9; l <= 9; ++l) {
+        if (h == 0 && (k < 0 || (k == 0 && l <= 0))) continue;
+        const double x = h / 5.1, y = k / 6.3, z = l / 7.7;
+        const double square =
+            (x * x * (1 - ca * ca) + y * y * (1 - cb * cb) + z * z * (1 - cg * cg) +
+             2 * x * y * (ca * cb - cg) + 2 * x * z * (cg * ca - cb) + 2 * y * z * (cg * cb - ca)) /
+            w;
+        const double tth = TthOfD(1 / std::sqrt(square));
+        if (tth >= 15 && tth <= 60) expected.push_back(tth);
+      }
+  std::ranges::sort(expected);
+  std::vector<double> apart;
+  for (double tth : expected)
+    if (apart.empty() || tth - apart.back() > 0.02) apart.push_back(tth);
+  const auto lines = ReflectionsFromCell(asked);
+  ASSERT_EQ(lines.size(), apart.size());
+  ASSERT_LT(apart.size(), expected.size()) << "some lines are to lie close";
+  for (std::size_t j = 0; j < lines.size(); ++j) EXPECT_NEAR(lines[j].tth, apart[j], 0.001) << j;
+}
+
+TEST(CellLines, EveryCenteringLeavesOutItsOwn) {
+  const struct {
+    int lattice;
+    bool (*allows)(int h, int k, int l);
+  } cases[] = {
+      {1, [](int, int, int) { return true; }},
+      {2, [](int, int k, int l) { return (k + l) % 2 == 0; }},
+      {3, [](int h, int, int l) { return (h + l) % 2 == 0; }},
+      {4, [](int h, int k, int) { return (h + k) % 2 == 0; }},
+      {5, [](int h, int k, int l) { return (h + k + l) % 2 == 0; }},
+      {6, [](int h, int k, int l) { return (h + k) % 2 == 0 && (h + l) % 2 == 0; }},
+      {7, [](int h, int k, int l) { return (k + l - h) % 3 == 0; }},
+  };
+  for (const auto& c : cases) {
+    CellLines asked = Asked({{7, 8.1f, 9.3f, 90, 95, 90}}, c.lattice, kTriclinic, {10, 50});
+    asked.step = 0;
+    std::set<std::tuple<int, int, int>> found, expected;
+    for (const Reflection& r : ReflectionsFromCell(asked))
+      found.insert({r.hkl.h, r.hkl.k, r.hkl.l});
+    EXPECT_FALSE(found.empty());
+    for (auto [h, k, l] : found) EXPECT_TRUE(c.allows(h, k, l)) << c.lattice;
+    asked.lattice = 1;
+    for (const Reflection& r : ReflectionsFromCell(asked))
+      if (c.allows(r.hkl.h, r.hkl.k, r.hkl.l)) expected.insert({r.hkl.h, r.hkl.k, r.hkl.l});
+    // On an oblique cell (h,k,l) and (h,-k,l) fall together, and one of them is dropped.
+    for (auto [h, k, l] : expected)
+      EXPECT_TRUE(found.contains({h, k, l}) || found.contains({h, -k, l})) << c.lattice;
+  }
+  // On rhombohedral axes R leaves out nothing.
+  const UnitCell rhombohedral{{5, 5, 5, 55, 55, 55}};
+  EXPECT_EQ(ReflectionsFromCell(Asked(rhombohedral, 7, 10)).size(),
+            ReflectionsFromCell(Asked(rhombohedral, 1, 10)).size());
+}
+
+TEST(CellLines, StandApartAndAreMovedByZeroAndOffset) {
+  // 001 and 100 of this cell lie 0.1 degrees apart.
+  CellLines asked = Asked({{4.0f, 4.0f, 4.0185f, 90, 90, 90}}, 1, 12, {20, 25});
+  const auto both = ReflectionsFromCell(asked);
+  ASSERT_EQ(both.size(), 2u);
+  EXPECT_EQ(both[0].hkl.l, 1);
+  asked.step = 0.2f;
+  asked.zeroshift = 0.25f;
+  asked.offset = 1;
+  const auto one = ReflectionsFromCell(asked);
+  ASSERT_EQ(one.size(), 1u);
+  EXPECT_EQ(one[0].hkl.l, 1);
+  EXPECT_NEAR(one[0].tth, both[0].tth + 1.25, 1e-4);
+  // A wavelength that is not given is that of copper.
+  asked = Asked({{4, 4, 4, 90, 90, 90}}, 1, kCubic, {20, 25});
+  asked.wavelength = 0;
+  EXPECT_NEAR(ReflectionsFromCell(asked).at(0).tth, 2 * std::asin(1.540598 / 8) / kRad, 1e-4);
+}
+
+TEST(CellLines, StopAtTheirLimits) {
+  EXPECT_EQ(ReflectionsFromCell(Asked({{20, 21, 22, 85, 95, 100}}, 1, kTriclinic)).size(), 200u);
+  // 300 angstrom: the line 40 of the long edge is the last, at 11.79 degrees.
+  const auto lines = ReflectionsFromCell(Asked({{300, 0.5f, 0.5f, 90, 90, 90}}, 1, 5, {10, 40}));
+  ASSERT_FALSE(lines.empty());
+  EXPECT_EQ(lines.back().hkl.h, 40);
+  EXPECT_NEAR(lines.back().tth, TthOfD(300.0 / 40), 0.001);
+}
+
+TEST(CellLines, OfNoCellAreNone) {
+  constexpr float nan = std::numeric_limits<float>::quiet_NaN(), huge = 3e38f;
+  for (const UnitCell& cell : {
+           UnitCell{{5, 5, 5, 60, 60, 130}},
+           UnitCell{{5, 5, 5, 90, 90, 180}},
+           UnitCell{{0, 0, 0, 0, 0, 0}},
+           UnitCell{{-5, 5, 5, 90, 90, 90}},
+           UnitCell{{nan, 5, 5, 90, 90, 90}},
+           UnitCell{{5, 5, 5, nan, 90, 90}},
+           UnitCell{{huge, huge, huge, 90, 90, 90}},
+           UnitCell{{1e-30f, 5, 5, 90, 90, 90}},
+       })
+    EXPECT_TRUE(ReflectionsFromCell(Asked(cell, 1, kTriclinic)).empty())
+        << cell(1) << ' ' << cell(6);
+  const UnitCell good{{5, 5, 5, 90, 90, 90}};
+  for (const TthRange& range : {TthRange{0, 0}, TthRange{nan, nan}, TthRange{60, 20}})
+    EXPECT_TRUE(ReflectionsFromCell(Asked(good, 1, kCubic, range)).empty());
+  // More than there is room for while searching, in no time.
+  EXPECT_LE(
+      ReflectionsFromCell(Asked({{900, 900, 900, 90, 90, 90}}, 1, kTriclinic, {0, 170})).size(),
+      200u);
+}
+
+}  // namespace

@@ -1,0 +1,381 @@
+// The road through an indexing engine: what it gets to read, what is told and left behind, and what
+// a solution does to the pattern.
+#include "index/driver.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "crystal/hklcode.h"
+#include "index/inputfiles.h"
+#include "shell/shell.h"
+#include "shell/undo.h"
+#include "solutionlistings.h"
+#include "support/smallfiles.h"
+#include "support/support.h"
+
+namespace {
+
+using Lines = std::vector<std::string>;
+namespace fs = std::filesystem;
+
+constexpr int kRunIto = 40120, kView = 40121, kPlotTreor = 40122, kPlotIto = 40123;
+
+// The engine's part: it keeps what it got, and ends as it was told to.
+std::string input;
+EngineEnd end;
+EngineEnd Start(const std::string& inputname, const std::string& outputname, const EngineReport&) {
+  input = ReadFile(inputname);
+  WriteFile(outputname, "1a listing\n");
+  return end;
+}
+EngineEnd Lose(const std::string& inputname, const std::string&, const EngineReport&) {
+  fs::remove(inputname);
+  return {};
+}
+
+class Driver : public testing::Test {
+ protected:
+  void SetUp() override {
+    FreshWorkspace();
+    fs::current_path(dir_.path());
+    ws.editorpath = "edit";
+    ws.patternloaded = 1;
+    ws.patternstem = "halite";
+    ws.peakfilename = "p.pks";
+    input.clear();
+    end = {};
+    // 20 to 80 degrees
+    ws.npts(SlotInput) = 3001;
+    for (int i = 1; i <= 3001; ++i) {
+      ws.xval(AxisTth, SlotInput, i) = 20 + 0.02f * static_cast<float>(i - 1);
+      ws.yval(SlotInput, i) = 100;
+    }
+    SetMenuLoaded(1);
+    Events();
+  }
+  void TearDown() override { fs::current_path("/"); }
+  Outcome Run(int number, const std::string& peaks, decltype(&Start) start = Start) {
+    WriteFile("p.pks", peaks);
+    return Run(number, start);
+  }
+  Outcome Run(int number, decltype(&Start) start = Start) {
+    EngineOf(number).putdefaults();
+    IndexingEngine engine = EngineOf(number);
+    engine.start = start;
+    return RunEngine(engine);
+  }
+
+ private:
+  TempDir dir_;
+};
+
+std::string Padded(const Lines& records) {
+  std::string text;
+  for (std::string record : records) {
+    record.resize(256, ' ');
+    text += record + '\n';
+  }
+  return text;
+}
+
+const std::string kPeaks =
+    "   27.370    2217.7   0.0713   0.5000\n"
+    "   31.704   10000.0   0.0731   0.5000\n"
+    "    45.45\n";
+
+TEST_F(Driver, WritesTheInputOfIto) {
+  EXPECT_EQ(Run(EngineIto, kPeaks), Outcome::Done);
+  EXPECT_EQ(input,
+            Padded({"p.pks", "9004 0 0 0 3.00 4.50   1.54056", "    0.0000         4        14",
+                    "   27.3700", "   31.7040", "   45.4500", "", "end"}));
+  ws.itotol1 = 2.25f;
+  ws.itotol2 = 100;  // has no room
+  ws.itowave = 0.7107f;
+  ws.itozero = -0.125f;
+  ws.itofom = 20;
+  ws.itolines = 12;
+  ws.itomaxlines = 2;
+  EXPECT_EQ(Run(EngineIto, kPeaks), Outcome::Done);
+  EXPECT_EQ(input,
+            Padded({"p.pks", "9004 0 0 0 2.25*****   0.71070", "   -0.1250        20        12",
+                    "   27.3700", "   31.7040", "", "end"}));
+  EXPECT_EQ(Events(), (Lines{"command\tedit ito.out", "command\tedit ito.out"}));
+  EXPECT_FALSE(fs::exists("ito.inp"));
+  EXPECT_EQ(ReadFile("ito.out"), "1a listing\n");
+  EXPECT_EQ(ws.indexoutfile, "ito.out");
+}
+
+TEST_F(Driver, WritesTheInputOfTreor) {
+  EXPECT_EQ(Run(EngineTreor, kPeaks), Outcome::Done);
+  const Lines begin{"p.pks", "   27.3700", "   31.7040", "   45.4500", ""};
+  Lines records = begin;
+  records.insert(records.end(), {"CHOICE=3,", "WAVE=1.54056,", "VOL=-2000,", "NIX=1,", "MERIT=10,",
+                                 "D1=0.00020,", "D2=0.00040,", "END*"});
+  EXPECT_EQ(input, Padded(records));
+  ws.treform = 1;
+  ws.trewave = 123;     // has no room, nor has the next but one
+  ws.trevol = 1234.5f;  // rounds away from zero
+  ws.treedge = 7;
+  ws.trenix = 100;
+  ws.tremerit = 8;
+  ws.tred1 = 0.00015f;
+  ws.itomaxlines = 1;
+  EXPECT_EQ(Run(EngineTreor, kPeaks), Outcome::Done);
+  records = begin;
+  records.insert(records.end(), {"CHOICE=0,", "WAVE=********,", "VOL=1235,", "NIX=**,", "MERIT=8,",
+                                 "D1=0.00015,", "D2=0.00040,", "END*"});
+  EXPECT_EQ(input, Padded(records));
+  EXPECT_EQ(ws.indexoutfile, "treor.out");
+  EXPECT_FALSE(fs::exists("treor90.tre"));
+}
+
+// A list ends in front of what is no two-theta. Ten columns count.
+TEST(PeakLines, EndAtWhatIsNoPeak) {
+  const TempDir dir;
+  std::string many;
+  for (int i = 0; i < 201; ++i) many += "   " + std::to_string(10 + 0.5 * i).substr(0, 6) + "\n";
+  const struct {
+    std::string text;
+    std::size_t ito, treor;
+  } cases[] = {
+      {"", 0, 0},
+      {"TwoTheta\n27.37\n", 0, 0},
+      {"\n27.37\n", 0, 0},
+      {"27.37\r\n31.70\r\n45.45", 3, 3},
+      {"27.37\n1.0001\n", 2, 2},
+      {"27.37\n1.0\n31.7\n", 1, 3},
+      {"27.37\n0.5\n", 1, 2},
+      {"27.37\n0.0\n31.7\n", 1, 1},
+      {"27.37\n-3\n31.7\n", 1, 1},
+      {"27.37\n180\n180.01\n31.7\n", 2, 2},
+      {"27.37\nNaN\n31.7\n", 1, 1},
+      {"27.37\n1e30\n31.7\n", 1, 1},
+      {"27.37\n         9876\n", 2, 2},  // 9 in column 10
+      {"45\n31\n31\n27\n", 4, 4},
+      {std::string("\0\xff\x80\n27.37\n", 10), 0, 0},
+      {many, 200, 200},
+  };
+  for (const auto& c : cases) {
+    WriteFile(dir.file("p"), c.text);
+    LineReader ito(dir.file("p")), treor(dir.file("p"));
+    EXPECT_EQ(ReadPeakLines(ito, 1).size(), c.ito) << c.text;
+    EXPECT_EQ(ReadPeakLines(treor, 0).size(), c.treor) << c.text;
+  }
+  WriteFile(dir.file("p"), "  27370   \n         9876\n");
+  LineReader whole(dir.file("p"));
+  EXPECT_TRUE(ReadPeakLines(whole, 1).empty()) << "a number without a point is whole";
+}
+
+TEST_F(Driver, TellsWhatFails) {
+  const std::string reason = ": No such file or directory";
+  EXPECT_EQ(Run(EngineIto), Outcome::Failed);
+  EXPECT_EQ(Events(), (Lines{"box\tFile Error\tError opening peak file\\np.pks" + reason}));
+  EXPECT_EQ(ws.indexoutfile, "");
+  EXPECT_EQ(Run(EngineIto, kPeaks, Lose), Outcome::Done);
+  EXPECT_EQ(Run(EngineTreor, kPeaks, Lose), Outcome::Done);
+  EXPECT_EQ(Events(),
+            (Lines{"command\tedit ito.out",
+                   "box\tError\tError deleting ITO input file\\nito.inp" + reason,
+                   "command\tedit treor.out",
+                   "box\tError\tError deleting TREOR input file\\ntreor90.tre" + reason}));
+  for (const char* name : {"ito.inp", "treor90.tre"}) {
+    fs::create_directory(name);
+    WriteFile(std::string(name) + "/file", "");
+  }
+  EXPECT_EQ(Run(EngineIto), Outcome::Failed);
+  EXPECT_EQ(Run(EngineTreor), Outcome::Failed);
+  const Lines told = Events();
+  ASSERT_EQ(told.size(), 2u);
+  EXPECT_TRUE(told[0].starts_with("box\tFile Error\tError opening ito input file\\nito.inp: "));
+  EXPECT_TRUE(
+      told[1].starts_with("box\tFile Error\tError opening TREOR input file\\ntreor90.tre: "));
+  for (const char* name : {"ito.inp", "treor90.tre"}) fs::remove_all(name);
+  {
+    const SmallFiles full(1000);
+    EXPECT_EQ(Run(EngineIto), Outcome::Failed);
+    EXPECT_EQ(Events(), (Lines{"box\tFile Error\tError opening ito input file\\nito.inp: File too "
+                               "large"}));
+  }
+  EXPECT_EQ(input, "");
+}
+
+// Status 1 leaves nothing to look at, 2 a listing that says what is wrong.
+TEST_F(Driver, HearsHowTheEngineEnded) {
+  end.run.complaints = {{"PWINL Error", "Error"}, {"ITO", "3 lines"}};
+  const Lines boxes{"box\tPWINL Error\tError", "box\tITO\t3 lines"};
+  const Lines edited{boxes[0], boxes[1], "command\tedit ito.out"};
+  for (const auto& [status, outcome, told] :
+       {std::tuple(0, Outcome::Done, edited), std::tuple(1, Outcome::Failed, boxes),
+        std::tuple(2, Outcome::Failed, edited)}) {
+    end.status = status;
+    EXPECT_EQ(Run(EngineIto, kPeaks), outcome) << status;
+    EXPECT_EQ(Events(), told) << status;
+    EXPECT_FALSE(fs::exists("ito.inp"));
+  }
+  end.run.stopped = true;
+  end.status = 0;
+  EXPECT_EQ(Run(EngineIto, kPeaks), Outcome::Cancelled);
+  EXPECT_EQ(Events(), Lines{});
+  EXPECT_EQ(ReadFile("ito.out"), "1a listing\n");
+  EXPECT_FALSE(fs::exists("ito.inp"));
+}
+
+TEST_F(Driver, CountsWithDebugOn) {
+  ws.debugmode = 1;
+  ws.itomaxlines = 2;
+  EXPECT_EQ(Run(EngineIto, kPeaks), Outcome::Done);
+  EXPECT_EQ(Events(), (Lines{"box\tProgress\tqpeaks =     3", "box\tProgress\tqpeaks =     2",
+                             "command\tedit ito.out"}));
+  input.clear();
+  EXPECT_EQ(Run(EngineTreor, kPeaks), Outcome::Done);
+  EXPECT_EQ(Events(), (Lines{"box\tProgress\tqpeaks =     3"}));
+  EXPECT_EQ(input, "");
+  EXPECT_EQ(ws.indexoutfile, "ito.out");
+}
+
+// What a field has of its own stays; what it has not is put in when the dialog opens, and "Browse"
+// leaves its name behind even when the rest is forgotten.
+TEST_F(Driver, DialogsOpenWithValuesOfTheirOwn) {
+  ws.peakfilename.clear();
+  WriteFile("halite.pks", kPeaks);
+  ws.wavelen(1) = 1.789f;
+  ws.itofom = 7;
+  RunMenu(kRunIto, "set 1719 8\nset 1711 on\nset 1722 3\npress Cancel");
+  EXPECT_EQ(ws.peakfilename, "halite.pks");
+  EXPECT_EQ(std::tuple(ws.itoform, ws.itowave, ws.itozero, ws.itomaxlines, ws.itotol1, ws.itotol2,
+                       ws.itofom, ws.itolines),
+            std::tuple(4, 1.789f, 0.0f, 30, 3.0f, 4.5f, 7, 14));
+  RunMenu(kRunIto, "press Browse\nfile " + fs::current_path().string() +
+                       "/halite.pks\npress Browse\nfile\nset 1711 on\npress Cancel");
+  EXPECT_EQ(ws.peakfilename, fs::current_path().string() + "/halite.pks");
+  EXPECT_EQ(ws.itoform, 4);
+  Events();
+  RunMenu(kRunIto, "set 1701 " + std::string(257, 'p') + "\npress \"Run ITO\"\npress Cancel");
+  EXPECT_EQ(Events().back(),
+            "box\tError\t" + std::string(257, 'p') + " is longer than 256 characters");
+  RunMenu(kRunIto,
+          "set 1701 none\nset 1712 on\nset 1716 1\nset 1717 -.5\nset 1718 40\nset 1719 2\n"
+          "set 1720 5\nset 1721 9\nset 1722 8\npress \"Run ITO\"");
+  EXPECT_EQ(ws.peakfilename, "none");
+  EXPECT_EQ(std::tuple(ws.itoform, ws.itowave, ws.itozero, ws.itomaxlines, ws.itotol1, ws.itotol2,
+                       ws.itofom, ws.itolines),
+            std::tuple(2, 1.0f, -0.5f, 40, 2.0f, 5.0f, 9, 8));
+
+  // The wavelength of the pattern does not matter here.
+  const IndexingEngine& treor = EngineOf(EngineTreor);
+  Answer("press Cancel");
+  EXPECT_EQ(AskEngineInput(treor), Outcome::Cancelled);
+  const auto fields = [] {
+    return std::tuple(ws.treform, ws.trewave, ws.trevol, ws.treedge, ws.tred1, ws.tred2,
+                      ws.tremerit, ws.trenix);
+  };
+  EXPECT_EQ(fields(), std::tuple(4, 1.54056f, -2000.0f, 100.0f, 0.0002f, 0.0004f, 10, 1));
+  Answer(
+      "set 1735 on\nset 1736 2\nset 1737 500\nset 1738 30\nset 1739 .001\nset 1740 .002\n"
+      "set 1741 12\nset 1742 0\npress \"Run TREOR90\"");
+  EXPECT_EQ(AskEngineInput(treor), Outcome::Done);
+  treor.putdefaults();
+  EXPECT_EQ(fields(), std::tuple(5, 2.0f, 500.0f, 30.0f, 0.001f, 0.002f, 12, 0));
+  ResetWorkspace();
+  EXPECT_EQ(fields(), std::tuple(4, 0.0f, 0.0f, 0.0f, 0.0f, 0.0f, 0, -1));
+  EXPECT_EQ(ws.peakfilename, "");
+}
+
+// ---- Solutions ----
+
+std::string Halite(const char* angle = "90.000") {
+  std::string text = listings::Ito(2);
+  text.replace(
+      text.find("    6.000    7.000    8.000   90.000   91.000   92.000"), 54,
+      listings::Text("%9.3f%9.3f%9.3f%9s%9s%9s", 5.64, 5.64, 5.64, "90.000", "90.000", angle));
+  return text;
+}
+
+TEST_F(Driver, PutsTheChosenCellOnThePlot) {
+  WriteFile("ito.out", Halite());
+  ws.indexoutfile = "ito.out";
+  ws.itowave = 1.5406f;
+  ws.laueclass = 16;
+  ws.zeroshift = 0.5f;
+  ws.viewxmax = 30;
+  for (int field = ptth; field <= pmult; ++field) ws.peaks(field, 1) = 7;
+  const Snapshot before = TakeSnapshot();
+  RunMenu(kPlotIto, "set 1751 3,2\npress Cancel");
+  EXPECT_EQ(TakeSnapshot(&before), before);
+  EXPECT_EQ(ws.selsolution, 0);
+  EXPECT_EQ(UndoTitle(), "");
+  EXPECT_EQ(Events()[1],
+            "field\t1751\tNo.|a|b|c|alpha|beta|gamma|Volume|FOM|NIX\t"
+            "1 5.000 6.000 7.000 90.00 91.00 92.00 100.0 49 1\\n"
+            "2 5.640 5.640 5.640 90.00 90.00 90.00 200.0 49 2\t1");
+  RunMenu(kPlotIto, "set 1751 3,2\npress OK");
+  EXPECT_EQ(ws.selsolution, 2);
+  EXPECT_EQ(std::vector(ws.cell.cells.begin(), ws.cell.cells.end()),
+            (std::vector<float>{5.64f, 5.64f, 5.64f, 90, 90, 90}));
+  // 110, 111, ... 333 (27) and 115; 100 lies in front, and 7 and 15 are no sums of three squares.
+  ASSERT_EQ(ws.npeaks, 19);
+  EXPECT_NEAR(ws.peaks(ptth, 1), 22.273 + 0.5, 0.002);
+  EXPECT_NEAR(ws.peaks(ptth, 2), 27.367 + 0.5, 0.002);
+  EXPECT_EQ(ws.peaks(phkl, 1), PackHkl({0, 1, 1}));
+  for (int field : {int{pint}, int{pfwhm}, int{pshape}, int{pfwhmr}, int{pshaper}, int{pmult}})
+    EXPECT_EQ(ws.peaks(field, 1), 7);
+  EXPECT_EQ(ws.plotmask, 33);
+  EXPECT_EQ(ws.viewxmax, 80);
+  EXPECT_EQ(Events().back(), "status\t4\tSolution 2 of 2: 19 lines");
+  EXPECT_TRUE(Undo());
+  EXPECT_EQ(ws.npeaks, 0);
+  EXPECT_EQ(ws.cell(1), 10);
+  EXPECT_EQ(ws.nsolutions, 2);
+  // Without a move it is the first.
+  RunMenu(kPlotIto, "press OK");
+  EXPECT_EQ(ws.selsolution, 1);
+  EXPECT_EQ(ws.cell(1), 5);
+}
+
+TEST_F(Driver, ACellWithoutVolumeHasNoLines) {
+  WriteFile("ito.out", Halite("180.000"));
+  ws.indexoutfile = "ito.out";
+  ws.npeaks = 3;
+  RunMenu(kPlotIto, "set 1751 1,2\npress OK");
+  EXPECT_EQ(ws.npeaks, 0);
+  EXPECT_EQ(ws.cell(6), 180);
+  EXPECT_EQ(ws.plotmask, 33);
+  // Nor has a pattern without points.
+  ws.npts(SlotInput) = 0;
+  RunMenu(kPlotIto, "press OK");
+  EXPECT_EQ(ws.npeaks, 0);
+}
+
+TEST_F(Driver, AListingIsAskedForAndForgottenWhenItIsOfNoUse) {
+  const auto told = [](int id, const std::string& answers) {
+    Events();
+    RunMenu(id, answers);
+    return Events().back();
+  };
+  const std::string cannot = "box\tFile Error\tError opening index output file";
+  EXPECT_EQ(told(kPlotTreor, "file"), cannot);
+  ws.indexoutfile = "none.out";
+  EXPECT_EQ(told(kPlotTreor, ""), cannot + "\\nnone.out: No such file or directory");
+  EXPECT_EQ(ws.indexoutfile, "");
+  const std::string path = fs::current_path().string() + "/treor.out";
+  WriteFile(path, listings::Treor(2));
+  EXPECT_EQ(told(kPlotIto, "file " + path),
+            "box\tRead Error\tNo indexing solutions found\\n" + path + ": holds none of ITO");
+  EXPECT_EQ(ws.indexoutfile, "");
+  EXPECT_EQ(ws.nsolutions, 0);
+  EXPECT_EQ(told(kView, "file"),
+            "select\tOpen indexing output file\tIndexing output file|*.out|\t*.out");
+  EXPECT_EQ(told(kView, "file " + path), "command\tedit " + path);
+  EXPECT_EQ(told(kView, ""), "command\tedit " + path);
+  ws.trewave = 1;
+  told(kPlotTreor, "set 1751 1,2\npress OK");
+  EXPECT_EQ(ws.nsolutions, 2);
+  EXPECT_EQ(ws.cell(1), 6);
+  // A load forgets them.
+  ResetWorkspace();
+  EXPECT_EQ(ws.nsolutions + ws.selsolution, 0);
+  EXPECT_EQ(ws.indexoutfile, "");
+}
+
+}  // namespace

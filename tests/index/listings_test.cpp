@@ -1,0 +1,156 @@
+// The solutions of listings that are whole, cut off, damaged, too long, or of another kind.
+#include "index/listings.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+
+#include "solutionlistings.h"
+#include "support/support.h"
+
+namespace {
+
+using Reader = int (*)(LineReader&, SolutionTable&);
+using Row = std::array<float, solnix>;
+
+Row RowOf(const SolutionTable& s, int k) {
+  Row row;
+  for (int field = sola; field <= solnix; ++field) row[field - 1] = s(k, field);
+  return row;
+}
+
+class Listings : public testing::Test {
+ protected:
+  int Read(Reader reader, const std::string& text) {
+    WriteFile(dir_.file("listing"), text);
+    LineReader file(dir_.file("listing"));
+    return reader(file, s);
+  }
+  // A row that the listing says nothing about.
+  void SetUp() override { s.fill(-7); }
+  SolutionTable s;
+
+ private:
+  TempDir dir_;
+};
+
+const auto Edges = [](int k) { return Row{4.0f + k, 5.0f + k, 6.0f + k, 90, 91, 92, 100.0f * k}; };
+
+Row ItoRow(int k) {
+  Row row = Edges(k);
+  row[solfom - 1] = 50 - k / 2.0f;
+  row[solnix - 1] = static_cast<float>(k);
+  return row;
+}
+Row TreorRow(int k) {
+  Row row = Edges(k);
+  row[solfom - 1] = static_cast<float>(50 - k);
+  row[solnix - 1] = static_cast<float>(k);
+  return row;
+}
+
+std::string Crlf(const std::string& text) {
+  std::string changed;
+  for (char c : text) changed += c == '\n' ? "\r\n" : std::string(1, c);
+  return changed;
+}
+
+TEST_F(Listings, GiveTheirSolutionsUpToAHundred) {
+  for (int n : {1, 4, 99, 100, 101, 250}) {
+    const int kept = std::min(n, 100);
+    for (const std::string& text : {listings::Ito(n), Crlf(listings::Ito(n))}) {
+      ASSERT_EQ(Read(ReadItoSolutions, text), kept);
+      for (int k = 1; k <= kept; ++k) ASSERT_EQ(RowOf(s, k), ItoRow(k)) << n << ' ' << k;
+    }
+    for (const std::string& text : {listings::Treor(n), Crlf(listings::Treor(n))}) {
+      ASSERT_EQ(Read(ReadTreorSolutions, text), kept);
+      for (int k = 1; k <= kept; ++k) ASSERT_EQ(RowOf(s, k), TreorRow(k)) << n << ' ' << k;
+    }
+  }
+}
+
+// What a listing has of a solution counts as soon as the second table begins; a cell that it has
+// not is 0. The lines of ito.out: 8 and a heading, the solutions, 2 and a heading, their cells.
+TEST_F(Listings, OfItoCutBehindEveryLine) {
+  const std::string text = listings::Ito(3);
+  constexpr int heading = 9 + 3 + 3;
+  int lines = 0;
+  for (std::size_t end = 0; end != std::string::npos; end = text.find('\n', end + 1), ++lines) {
+    s.fill(-7);
+    const int n = Read(ReadItoSolutions, text.substr(0, end));
+    ASSERT_EQ(n, lines < heading ? 0 : 3) << lines;
+    for (int k = 1; k <= n; ++k) {
+      Row row = ItoRow(k);
+      if (lines < heading + k) std::fill_n(row.begin(), int{solvolume}, 0.0f);
+      EXPECT_EQ(RowOf(s, k), row) << lines << ' ' << k;
+    }
+  }
+  EXPECT_EQ(lines, heading + 3 + 2);
+}
+
+// A cell counts with its volume; the figures of a test that is missing stay as they were. The lines
+// of treor.out: 2, and for each solution 6 of the cell and 3 of the test.
+TEST_F(Listings, OfTreorCutBehindEveryLine) {
+  const std::string text = listings::Treor(3);
+  int lines = 0;
+  for (std::size_t end = 0; end != std::string::npos; end = text.find('\n', end + 1), ++lines) {
+    s.fill(-7);
+    const int n = Read(ReadTreorSolutions, text.substr(0, end));
+    ASSERT_EQ(n, std::clamp((lines - 2 + 3) / 9, 0, 3)) << lines;
+    for (int k = 1; k <= n; ++k) {
+      Row row = TreorRow(k);
+      if (lines < 2 + 9 * k - 1) row[solfom - 1] = row[solnix - 1] = -7;
+      EXPECT_EQ(RowOf(s, k), row) << lines << ' ' << k;
+    }
+  }
+}
+
+TEST_F(Listings, ABlockWithoutItsTestTakesTheNext) {
+  using namespace listings;
+  ASSERT_EQ(Read(ReadTreorSolutions, TreorCell(1) + TreorCell(2) + TreorTest(2) + Treor(1)), 2);
+  Row first = TreorRow(1);
+  first[solfom - 1] = 48;
+  first[solnix - 1] = 2;
+  EXPECT_EQ(RowOf(s, 1), first);
+  EXPECT_EQ(RowOf(s, 2), TreorRow(1));
+}
+
+TEST_F(Listings, WithNumbersThatDoNotFit) {
+  std::string text = listings::Ito(2);
+  text.replace(text.find("    5.000    6.000"), 9, "*********");
+  text.replace(text.find("       2.     49.0"), 18, "*****************.");
+  ASSERT_EQ(Read(ReadItoSolutions, text), 2);
+  EXPECT_EQ(RowOf(s, 1), (Row{0, 0, 0, 0, 0, 0, 0, 49.5f, 1}));
+  Row second = ItoRow(2);
+  second[solfom - 1] = second[solnix - 1] = -7;
+  EXPECT_EQ(RowOf(s, 2), second);
+
+  text = listings::Treor(1);
+  text.replace(text.find("  6.000000"), 10, "**********");
+  ASSERT_EQ(Read(ReadTreorSolutions, text), 1);
+  EXPECT_EQ(RowOf(s, 1), (Row{5, 0, 7, 90, 0, 92, 100, 49, 1}));
+}
+
+TEST_F(Listings, OfAnotherKindHoldNone) {
+  const std::string binary("\0\x80q(a)\n\xff a        b\n \0\n", 20);
+  for (const std::string& text :
+       {std::string(), std::string("\n\n"), std::string(100000, 'x'), binary}) {
+    EXPECT_EQ(Read(ReadItoSolutions, text), 0);
+    EXPECT_EQ(Read(ReadTreorSolutions, text), 0);
+  }
+  EXPECT_EQ(Read(ReadItoSolutions, listings::Treor(3)), 0);
+  EXPECT_EQ(Read(ReadTreorSolutions, listings::Ito(3)), 0);
+  // The texts stand behind the carriage control, and the table ends at a line with a zero there.
+  std::string text = listings::Ito(2);
+  text.erase(text.find("    q(a)"), 4);
+  EXPECT_EQ(Read(ReadItoSolutions, text), 0);
+  text = listings::Ito(3);
+  text[text.find("    6.000    7.000    8.000") - 1] = '0';
+  EXPECT_EQ(Read(ReadItoSolutions, text), 3);
+  EXPECT_EQ(s(1, sola), 5);
+  EXPECT_EQ(s(2, sola), 0);
+  EXPECT_EQ(s(3, sola), 0);
+}
+
+}  // namespace
