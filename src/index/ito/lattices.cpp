@@ -71,6 +71,7 @@ float Base(const Lattice& x, int h, int k, int l) {
          (static_cast<float>(k) * x.f + static_cast<float>(l) * x.e) * static_cast<float>(h);
 }
 
+// Bins below zero are as wide as those above: a negative d is placed as well as a positive one.
 void CountSkew(const Lattice& x, const ItoProblem& problem, float root, DHistogram& histogram) {
   constexpr int mostnegative = 2500;
   const float scale = histogram.scale;
@@ -84,7 +85,8 @@ void CountSkew(const Lattice& x, const ItoProblem& problem, float root, DHistogr
         const float base = Base(x, h, k, l);
         for (const ItoLine& line : problem.lines) {
           const int bin =
-              Whole(0.5f + (line.q - base) * scale / static_cast<float>(k * l)) + negative;
+              Whole(std::floor(0.5f + (line.q - base) * scale / static_cast<float>(k * l))) +
+              negative;
           if (bin > 0 && bin <= range) ++histogram.bins[static_cast<std::size_t>(bin)];
         }
       }
