@@ -115,6 +115,8 @@ TEST_P(Transcript, ShowsWhatItSays) {
     }
     WriteFile(directory.file(pattern.name), text);
   }
+  std::filesystem::copy_file(QUILLAGRAM_SOURCE "/tests/transcripts/cubic.out",
+                             directory.file("cubic.out"));
   std::filesystem::create_directory_symlink(QUILLAGRAM_SOURCE "/examples",
                                             directory.file("examples"));
   const std::string transcript =
@@ -134,7 +136,7 @@ TEST_P(Transcript, ShowsWhatItSays) {
 
 INSTANTIATE_TEST_SUITE_P(Tour, Transcript,
                          testing::Values("corrections", "modify", "background", "peaks", "peakfit",
-                                         "fit", "commands", "dialogs", "views"),
+                                         "fit", "indexing", "commands", "dialogs", "views"),
                          [](const auto& name) { return name.param; });
 
 }  // namespace
