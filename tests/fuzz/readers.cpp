@@ -1,5 +1,5 @@
-// Fuzz target: the bytes behind the first are a pattern or fit file, the first picks reader and
-// slot.
+// Fuzz target: the bytes behind the first are a pattern, a fit file or the listing of an indexing
+// engine, the first picks reader and slot.
 #include <sys/mman.h>
 #include <unistd.h>
 
@@ -10,6 +10,8 @@
 
 #include "fit/fitfile.h"
 #include "fuzz/selector.h"
+#include "index/inputfiles.h"
+#include "index/listings.h"
 #include "patternfiles/patternfiles.h"
 #include "toolkit/replay/transcript.h"
 #include "toolkit/toolkit.h"
@@ -84,6 +86,21 @@ void ReadFitFile() {
   if (!again.Read() || !again.Write() || Content() != text) std::abort();
 }
 
+// By both readers, and as a list of peaks, which any text may be taken for.
+void ReadListing() {
+  for (const auto reader : {ReadItoSolutions, ReadTreorSolutions}) {
+    SolutionTable solutions;
+    LineReader listing(path);
+    const int n = reader(listing, solutions);
+    if (n < 0 || n > MaxSolutions) std::abort();
+    if (!std::ranges::all_of(solutions.cells, [](float v) { return v - v == 0; })) std::abort();
+  }
+  LineReader peaks(path);
+  const auto lines = ReadPeakLines(peaks, 0);
+  if (lines.size() > MaxPeaks) std::abort();
+  if (!std::ranges::all_of(lines, [](float v) { return v > 0 && v <= 180; })) std::abort();
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
@@ -104,6 +121,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     std::abort();
   if (data[0] == kFitFileSelector)
     ReadFitFile();
+  else if (data[0] == kListingSelector)
+    ReadListing();
   else
     ReadPattern(data[0]);
   return 0;

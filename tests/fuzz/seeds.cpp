@@ -6,6 +6,7 @@
 
 #include "fit/fitfile.h"
 #include "fuzz/selector.h"
+#include "index/solutionlistings.h"
 #include "patternfiles/samples.h"
 #include "workspace/workspace.h"
 
@@ -27,6 +28,10 @@ void WriteFitSeed(const std::filesystem::path& directory) {
   std::ofstream(path, std::ios::binary) << static_cast<char>(kFitFileSelector) << content.str();
 }
 
+void WriteListingSeed(const std::filesystem::path& path, const std::string& listing) {
+  std::ofstream(path, std::ios::binary) << static_cast<char>(kListingSelector) << listing;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -40,4 +45,7 @@ int main(int argc, char** argv) {
   for (const LongPattern& pattern : LongPatterns())
     WriteSeed(argv[1], pattern.extension, MaxSlots, pattern.text());
   WriteFitSeed(argv[1]);
+  const std::filesystem::path directory = argv[1];
+  WriteListingSeed(directory / "ito", listings::Ito(3));
+  WriteListingSeed(directory / "treor", listings::Treor(3));
 }
