@@ -60,6 +60,11 @@ constexpr const char* kReadmeTail[] = {
     "leaves the fit file and a drawing, and the log beside the pattern:",
     "",
     "    build/quillagram-replay examples/refine.replay",
+    "",
+    "`index.replay` goes from the peaks of forsterite to its cell and leaves the peak file and a "
+    "drawing of the cell's lines, and the engine's listing beside the pattern:",
+    "",
+    "    build/quillagram-replay examples/index.replay",
 };
 
 // Uniform in 0 to 1, both ends excluded.

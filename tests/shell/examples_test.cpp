@@ -162,4 +162,22 @@ TEST(Examples, CorundumIsRefinedToItsCell) {
   EXPECT_GT(example.SizeOf("examples/%refine.out"), 3000u);
 }
 
+TEST(Examples, ForsteriteIsIndexed) {
+  const ExampleRun example("index.replay");
+  int cells = 0;
+  for (const std::string& line : example.run.lines) {
+    float a = 0, b = 0, c = 0, alpha = 0, beta = 0, gamma = 0;
+    if (std::sscanf(line.c_str(), "value cell %f %f %f %f %f %f", &a, &b, &c, &alpha, &beta,
+                    &gamma) != 6)
+      continue;
+    ++cells;
+    EXPECT_NEAR(a, 10.2070, 0.005) << line;
+    EXPECT_NEAR(b, 5.9800, 0.005) << line;
+    EXPECT_NEAR(c, 4.7560, 0.005) << line;
+    EXPECT_TRUE(alpha == 90 && beta == 90 && gamma == 90) << line;
+  }
+  EXPECT_EQ(cells, 1);
+  EXPECT_GT(example.SizeOf("forsterite, indexed.svg"), 10000u);
+}
+
 }  // namespace
