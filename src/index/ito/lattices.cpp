@@ -49,19 +49,11 @@ std::vector<Lattice> CombineZones(const Zone& first, const Zone& second, bool sa
 
 namespace {
 
-constexpr int kWindow = 6;  // bins of the histogram
-constexpr int kMostBins = 5000;
-
-// Counts of trial values of d. Bin n stands for (n + 0.5 - origin) / scale.
+// Counts of trial values of d. The value of a mean bin is (0.5 + bin - origin) / scale.
 struct DHistogram {
-  std::array<int, kMostBins + 1> bins{};
+  TrialHistogram counts;
   int first = 1, last = 0;  // where windows begin
   float origin = 0, scale = 1;
-};
-
-struct TrialD {
-  float d;
-  int count;
 };
 
 // The q of h k l without the term of d.
@@ -77,8 +69,8 @@ void CountSkew(const Lattice& x, const ItoProblem& problem, float root, DHistogr
   const float scale = histogram.scale;
   const int negative =
       std::min(Whole(0.5f + scale * (root - x.f * x.e) / (2.05f * x.a)), mostnegative);
-  const int range =
-      std::min(negative + Whole((x.f * x.e + root) * scale / (2.05f * x.a)), kMostBins);
+  const int range = std::min(negative + Whole((x.f * x.e + root) * scale / (2.05f * x.a)),
+                             TrialHistogram::kMostBins);
   for (int l = 1; l <= 2; ++l)
     for (int k = -2; k <= 2; ++k)
       for (int h = -2; k != 0 && h <= 2; ++h) {
@@ -87,65 +79,43 @@ void CountSkew(const Lattice& x, const ItoProblem& problem, float root, DHistogr
           const int bin =
               Whole(std::floor(0.5f + (line.q - base) * scale / static_cast<float>(k * l))) +
               negative;
-          if (bin > 0 && bin <= range) ++histogram.bins[static_cast<std::size_t>(bin)];
+          if (bin > 0 && bin <= range) histogram.counts.Count(bin);
         }
       }
   histogram.origin = static_cast<float>(negative);
-  histogram.last = range - (kWindow - 1);
+  histogram.last = range - (TrialHistogram::kWindow - 1);
 }
 
 // For rectangular zones d and -d are the same, and d = 0 counts twice. Gives that count.
 int CountOrthogonal(const Lattice& x, const ItoProblem& problem, float root,
                     DHistogram& histogram) {
   const float scale = histogram.scale;
-  const int range =
-      std::min(Whole(0.5f + scale * (root - x.f * x.e) / (2.05f * x.a)), kMostBins / 2);
+  const int range = std::min(Whole(0.5f + scale * (root - x.f * x.e) / (2.05f * x.a)),
+                             TrialHistogram::kMostBins / 2);
   for (int l = 1; l <= 2; ++l)
     for (int k = 1; k <= 2; ++k)
       for (int h = 0; h <= 2; ++h) {
         const float base = Base(x, h, k, l);
         for (const ItoLine& line : problem.lines) {
           const int bin = Whole(1.5f + std::abs(line.q - base) * scale / static_cast<float>(k * l));
-          if (bin < range) ++histogram.bins[static_cast<std::size_t>(bin)];
+          if (bin < range) histogram.counts.Count(bin);
         }
       }
   constexpr int asgoodaszero = 3;
-  int zero = 0;
-  for (int bin = 1; bin <= asgoodaszero; ++bin)
-    zero += histogram.bins[static_cast<std::size_t>(bin)];
   histogram.first = asgoodaszero;
-  histogram.last = range - kWindow;
+  histogram.last = range - TrialHistogram::kWindow;
   histogram.origin = 1.5f;
-  return 2 * zero;
-}
-
-// The best windows in falling order of their counts.
-void ListWindows(const DHistogram& histogram, int threshold, std::vector<TrialD>& list) {
-  constexpr std::size_t mostlisted = 8;
-  for (int first = histogram.first; first <= histogram.last; ++first) {
-    int count = 0, moment = 0;
-    for (int bin = first; bin < first + kWindow; ++bin) {
-      const int n = histogram.bins[static_cast<std::size_t>(bin)];
-      count += n;
-      moment += n * bin;
-    }
-    if (count <= threshold) continue;
-    const float mean = static_cast<float>(moment) / static_cast<float>(count);
-    const auto at =
-        std::find_if(list.begin(), list.end(), [&](const TrialD& t) { return count > t.count; });
-    list.insert(at, {(0.5f + mean - histogram.origin) / histogram.scale, count});
-    if (list.size() > mostlisted) list.pop_back();
-    if (list.size() == mostlisted) threshold = std::max(threshold, list.back().count);
-  }
+  return 2 * histogram.counts.CountOf(1, asgoodaszero);
 }
 
 // Makes one of those that lie together.
-void MergeClose(std::vector<TrialD>& list, float tolerance) {
+void MergeClose(std::vector<Trial>& list, float tolerance) {
   for (auto one = list.begin(); one != list.end(); ++one)
     for (auto other = one + 1; other != list.end(); ++other) {
-      if (one->count == 0 || other->count == 0 || std::abs(one->d - other->d) > tolerance) continue;
+      if (one->count == 0 || other->count == 0 || std::abs(one->value - other->value) > tolerance)
+        continue;
       const auto n = static_cast<float>(one->count), m = static_cast<float>(other->count);
-      one->d = (one->d * n + other->d * m) / (n + m);
+      one->value = (one->value * n + other->value * m) / (n + m);
       other->count = 0;
     }
 }
@@ -153,31 +123,33 @@ void MergeClose(std::vector<TrialD>& list, float tolerance) {
 }  // namespace
 
 std::vector<Lattice> Threed(const Lattice& lattice, const ItoProblem& problem) {
-  constexpr std::size_t mostkept = 4;
+  constexpr std::size_t mostlisted = 8, mostkept = 4;
   constexpr float rectangular = 1.0f;
   const Lattice& x = lattice;
   const float root = std::sqrt((4 * x.a * x.c - x.e * x.e) * (4 * x.a * x.b - x.f * x.f));
   if (!(root > 0)) return {};
   int threshold = static_cast<int>(problem.lines.size()) / 10 + 4;
   DHistogram histogram;
-  histogram.scale = kWindow / problem.cards.tol3;
-  std::vector<TrialD> list;
+  histogram.scale = TrialHistogram::kWindow / problem.cards.tol3;
+  std::vector<Trial> list;
   if (std::abs(x.f) + std::abs(x.e) > rectangular) {
     CountSkew(x, problem, root, histogram);
   } else {
     const int zero = CountOrthogonal(x, problem, root, histogram);
     if (zero >= threshold) list.push_back({0, zero});
   }
-  ListWindows(histogram, threshold, list);
+  histogram.counts.List({histogram.first, histogram.last, 1, threshold, mostlisted,
+                         0.5f - histogram.origin, histogram.scale},
+                        list);
   if (list.size() > 1) {
     MergeClose(list, problem.cards.tol3);
     threshold = list.front().count - 5;
   }
   std::vector<Lattice> found;
-  for (const TrialD& trial : list) {
+  for (const Trial& trial : list) {
     if (trial.count <= threshold || trial.count == 0 || found.size() == mostkept) continue;
     found.push_back(lattice);
-    found.back().d = trial.d;
+    found.back().d = trial.value;
     found.back().lines = static_cast<float>(trial.count);
   }
   return found;

@@ -28,8 +28,8 @@ std::vector<Zone> TrialZones(const std::vector<LineCombination>& combinations,
       // A rectangle is marked by a cross constant that is as good as none.
       room = add({.a = c.q1, .b = c.q2, .f = c.cross < 0.1f ? 0 : c.cross, .quality = c.quality});
     } else {
-      for (const CrossConstant& f : Finzon(c.q1, c.q2, problem, test))
-        if (room && f.count > 0) room = add({.a = c.q1, .b = c.q2, .f = f.f});
+      for (const Trial& f : Finzon(c.q1, c.q2, problem, test))
+        if (room && f.count > 0) room = add({.a = c.q1, .b = c.q2, .f = f.value});
     }
     if (!room) {
       listing.Put<"(' search for zones terminated - storage for',i4,' zones is full.')">(

@@ -7,9 +7,6 @@
 
 namespace {
 
-constexpr int kWindow = 6;       // bins
-constexpr int kMostBins = 5000;  // of a histogram
-
 struct Formulation {
   const char* label;
   int i, j;
@@ -25,41 +22,19 @@ constexpr Formulation kFormulations[] = {
     {"unchanged zone,  centered", 2, 2, true, 4, 4, 4},
 };
 
-// Candidates in falling order of their counts.
-class Candidates {
- public:
-  explicit Candidates(std::size_t most) : most_(most) {}
-  void Place(float value, int count) {
-    const auto at = std::find_if(list_.begin(), list_.end(),
-                                 [&](const CrossConstant& c) { return count > c.count; });
-    list_.insert(at, {value, count});
-    if (list_.size() > most_) list_.pop_back();
-  }
-  // What a further one has to exceed.
-  int LastCount() const { return list_.size() < most_ ? 0 : list_.back().count; }
-  std::vector<CrossConstant>& List() { return list_; }
-
- private:
-  std::size_t most_;
-  std::vector<CrossConstant> list_;
-};
-
-// The orders up to which a cross constant is looked for, and the count that it has to exceed.
+// The orders up to which a cross constant is looked for: more than two where the lines end soon.
 struct Orders {
-  int h = 2, k = 2, threshold = 3;
+  int h = 2, k = 2;
 };
 
 Orders SearchOrders(float a, float b, float fmax, const ItoProblem& problem, Listing* test) {
-  Orders orders;
+  constexpr int most = 4;
   const float last = problem.lines.back().q;
-  if (!(last > 4 * (a + b + fmax))) {
-    orders.h = std::min(Whole(std::sqrt(last / a)), 4);
-    orders.k = std::min(Whole(std::sqrt(last / b)), 4);
-    if (test && (orders.h != 2 || orders.k != 2))
-      test->Put<"991(' search with h and k up to',2i3)">(orders.h, orders.k);
-  }
-  orders.threshold = 4 * orders.h * orders.k / 5;
-  if (b - a < problem.eqtol) orders.threshold = 2;
+  if (last > 4 * (a + b + fmax)) return {};
+  const Orders orders{std::min(Whole(std::sqrt(last / a)), most),
+                      std::min(Whole(std::sqrt(last / b)), most)};
+  if (test && (orders.h != 2 || orders.k != 2))
+    test->Put<"991(' search with h and k up to',2i3)">(orders.h, orders.k);
   return orders;
 }
 
@@ -78,51 +53,38 @@ const Formulation& BestFormulation(const ZoneTable& table, float& quality, Listi
 
 }  // namespace
 
-std::vector<CrossConstant> Finzon(float a, float b, const ItoProblem& problem, Listing* test) {
+std::vector<Trial> Finzon(float a, float b, const ItoProblem& problem, Listing* test) {
   constexpr std::size_t mostlisted = 10, mostreturned = 5;
-  const float scale = kWindow / problem.cards.tol2;
+  constexpr int window = TrialHistogram::kWindow;
+  const float scale = window / problem.cards.tol2;
   const float fmax = 1.95f * std::sqrt(a * b);
-  int bins = std::min(Whole(fmax * scale), kMostBins);
-  auto [hmax, kmax, threshold] = SearchOrders(a, b, fmax, problem, test);
+  const int bins = std::min(Whole(fmax * scale), TrialHistogram::kMostBins);
+  const auto [hmax, kmax] = SearchOrders(a, b, fmax, problem, test);
 
-  std::vector<int> histogram(kMostBins + 1);
+  TrialHistogram histogram;
   for (int h = 1; h <= hmax; ++h)
     for (int k = 1; k <= kmax; ++k)
       for (const ItoLine& line : problem.lines) {
         const float base = line.q - static_cast<float>(h * h) * a - static_cast<float>(k * k) * b;
         const int bin = Whole(0.5f + std::abs(base) * scale / static_cast<float>(h * k));
-        if (bin <= bins) ++histogram[static_cast<std::size_t>(bin)];
+        if (bin <= bins) histogram.Count(bin);
       }
 
-  bins -= kWindow;
-  const int equal = std::clamp(Whole(0.5f + problem.eqtol * scale), 1, kMostBins);
-  int rectangular = histogram[0];
-  for (int bin = 1; bin <= equal; ++bin) rectangular += histogram[static_cast<std::size_t>(bin)];
-  rectangular *= 2;
-  Candidates candidates(mostlisted);
-  candidates.Place(0, rectangular);
-  threshold = rectangular > 5 ? 4 : rectangular;
-  for (int first = equal; first <= bins; first += 2) {
-    int count = 0, moment = 0;
-    for (int bin = first; bin < first + kWindow; ++bin) {
-      const int n = histogram[static_cast<std::size_t>(bin)];
-      count += n;
-      moment += n * bin;
-    }
-    if (count <= threshold) continue;
-    candidates.Place(static_cast<float>(moment) / static_cast<float>(count) / scale, count);
-    threshold = std::max(threshold, candidates.LastCount());
-  }
+  // In a rectangle h k and h -k are one line, which counts twice.
+  const int equal = std::clamp(Whole(0.5f + problem.eqtol * scale), 1, TrialHistogram::kMostBins);
+  const int rectangular = 2 * histogram.CountOf(0, equal);
+  const int threshold = rectangular > 5 ? 4 : rectangular;
+  std::vector<Trial> trials{{0, rectangular}};
+  histogram.List({equal, bins - window, 2, threshold, mostlisted, 0, scale}, trials);
 
-  std::vector<CrossConstant> found;
-  for (CrossConstant& c : candidates.List()) {
-    const auto twin = std::find_if(found.begin(), found.end(), [&](const CrossConstant& f) {
-      return std::abs(f.f - c.f) < problem.eqtol;
-    });
+  std::vector<Trial> found;
+  for (const Trial& trial : trials) {
+    const auto twin = std::ranges::find_if(
+        found, [&](const Trial& one) { return std::abs(one.value - trial.value) < problem.eqtol; });
     if (twin != found.end())
-      twin->f = (twin->f + c.f) / 2;
+      twin->value = (twin->value + trial.value) / 2;
     else
-      found.push_back(c);
+      found.push_back(trial);
   }
   if (found.size() > mostreturned) found.resize(mostreturned);
   return found;

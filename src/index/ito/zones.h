@@ -5,6 +5,7 @@
 #include <array>
 #include <bitset>
 
+#include "index/ito/histogram.h"
 #include "index/ito/ito.h"
 #include "index/ito/problem.h"
 
@@ -48,13 +49,8 @@ ZoneHits ZoneFit(Zone& zone, const ItoProblem& problem, float qmax, Listing* tes
 // or those of a centred net, are met as often as the table tells.
 float ZoneProbability(ZoneTable table, int i, int j, bool centred);
 
-struct CrossConstant {
-  float f;
-  int count;  // of lines, each as often as it is indexed
-};
-
 // Finds up to five cross constants with which two lines as a and b index many others.
-std::vector<CrossConstant> Finzon(float a, float b, const ItoProblem& problem, Listing* test);
+std::vector<Trial> Finzon(float a, float b, const ItoProblem& problem, Listing* test);
 
 // Reforms and rates a zone: takes the net, of the zone and those with doubled axes, that is least
 // likely an accident, and gives the lines that it indexes. The quality is 0 if the zone is of no
