@@ -138,12 +138,11 @@ TEST(ItoCards, LinesOutOfOrderNegativeAndTwice) {
   auto q = EvenQ(22);
   std::swap(q[10], q[15]);
   q[7] = -q[7];
-  q[20] = 860;  // as the one in front
-  q[19] = 860;
+  q[1] = q[0];
   const auto read = ReadOne(Cards(q));
   ASSERT_EQ(read.problem.lines.size(), 21u);
   for (int i = 1; i < 21; ++i) EXPECT_LE(read.problem.lines[i - 1].q, read.problem.lines[i].q);
-  EXPECT_TRUE(Holds(read.listing, " the input value  860.00000 appears twice"));
+  EXPECT_TRUE(Holds(read.listing, " the input value  100.00000 appears twice"));
   EXPECT_EQ(read.problem.eqtol, 0.5f);
 }
 
@@ -235,19 +234,22 @@ TEST(ItoCards, CombinationsByHand) {
   std::string many;
   for (int i = 0; i < 39; ++i) many += "    100.00    140.00\n";
   EXPECT_EQ(ReadOne(parameters + many).problem.combinations.size(), 39u);
+  EXPECT_EQ(ReadOne(parameters + many).reading, ItoReading::Run);  // without a blank card
 }
 
 TEST(ItoCards, TrialLattices) {
-  const std::string start = kParameters + std::string(13, ' ') + "2\n\n" + LineCards(EvenQ(20));
+  const std::string start = kParameters + std::string(13, ' ') + "3\n\n" + LineCards(EvenQ(20));
   const auto read = ReadOne(start +
-                            "     100.0      81.5      60.0       1.0       2.0       3.0\n"
-                            "     100.0       5.0      60.0\n");
-  ASSERT_EQ(read.problem.trials.size(), 1u);  // the other's cell has too long an edge
+                            "     100.0      81.5      60.0      10.0      20.0      30.0\n"
+                            "     100.0       5.0      60.0\n"
+                            "     100.0      81.5      60.0     150.0\n");
+  ASSERT_EQ(read.problem.trials.size(),
+            1u);  // without the one of too long an edge and the one of no cell
   const Lattice& t = read.problem.trials[0];
   EXPECT_EQ((std::array{t.a, t.b, t.c, t.d, t.e, t.f}),
-            (std::array{100.0f, 81.5f, 60.0f, 1.0f, 2.0f, 3.0f}));
+            (std::array{100.0f, 81.5f, 60.0f, 10.0f, 20.0f, 30.0f}));
   EXPECT_EQ(read.reading, ItoReading::Run);
-  EXPECT_EQ(ReadOne(start + "\n\n").reading, ItoReading::Skip);
+  EXPECT_EQ(ReadOne(start + "\n\n\n").reading, ItoReading::Skip);
 }
 
 }  // namespace

@@ -92,6 +92,11 @@ TEST(ItoSpecialLattices, EqualAndMultipleConstants) {
     EXPECT_TRUE(Holds(text, "a= 10.0000  c=  8.5373"));
     EXPECT_EQ(text.find("tetragonal"), text.rfind("tetragonal")) << text;
   }
+  // Equal within the tolerance: told once, with the edge of the first.
+  for (const Lattice& t : {Lattice{100, 100.3f, 137.2f}, {100, 137.2f, 100.3f}}) {
+    const std::string text = SpecialOf(t);
+    EXPECT_EQ(text.find("tetragonal"), text.rfind("tetragonal")) << text;
+  }
   EXPECT_TRUE(Holds(SpecialOf({400, 100, 731}), " a freak. there is a ratio"));
   EXPECT_TRUE(Holds(SpecialOf({400, 100, 731}), "   4\n"));
   // Its own tolerance tells nothing about so small a base.
@@ -173,6 +178,9 @@ TEST(ItoSpecialLattices, RhombohedralInReducedMonoclinicAxes) {
 TEST(ItoSpecialLattices, ATriclinicLatticeIsNone) {
   EXPECT_EQ(SpecialOf({100, 100, 100, 30, 30, 30}), "");
   EXPECT_EQ(SpecialOf({-100, 100, 100}), "");
+  // But for d and f it were rhombohedral.
+  EXPECT_TRUE(Holds(SpecialOf({300, 100, 250, 0, 200, 0}), "rhombohedral"));
+  EXPECT_EQ(SpecialOf({300, 100, 250, 30, 200, 30}), "");
 }
 
 // The lines of a cell with edges of 10, 12 and 15 angstrom, h00, 0k0 and 00l among them, as they
