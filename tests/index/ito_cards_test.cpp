@@ -5,17 +5,6 @@
 
 namespace {
 
-bool Holds(const std::string& text, const std::string& part) {
-  return text.find(part) != std::string::npos;
-}
-
-// q of 100, 140, ...
-std::vector<double> EvenQ(int n) {
-  std::vector<double> q;
-  for (int i = 0; i < n; ++i) q.push_back(100 + 40 * i);
-  return q;
-}
-
 std::vector<double> TwoThetas(const std::vector<double>& q) {
   std::vector<double> values;
   for (double each : q) values.push_back(TwoThetaAt(each));

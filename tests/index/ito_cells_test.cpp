@@ -12,10 +12,6 @@
 
 namespace {
 
-bool Holds(const std::string& text, const std::string& part) {
-  return text.find(part) != std::string::npos;
-}
-
 template <class Write>
 std::string Listed(Write write) {
   const TempDir directory;

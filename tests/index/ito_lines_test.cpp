@@ -8,21 +8,11 @@
 
 namespace {
 
-bool Holds(const std::string& text, const std::string& part) {
-  return text.find(part) != std::string::npos;
-}
-
 // Lines at q of a list, with the tolerance card's columns 71-78 if wanted.
 ReadResult ReadQ(const std::vector<double>& q, const std::string& tolg = "") {
   std::string parameters = kParameters;
   if (!tolg.empty()) (parameters.resize(70, ' '), parameters += tolg);
   return ReadOne(parameters + "\n\n" + LineCards(q));
-}
-
-std::vector<double> EvenQ(int n, double first = 100, double step = 40) {
-  std::vector<double> q;
-  for (int i = 0; i < n; ++i) q.push_back(first + step * i);
-  return q;
 }
 
 double High(double q, double tolerance) { return QAt(TwoThetaAt(q) + tolerance); }

@@ -8,12 +8,23 @@
 #include "index/ito/problem.h"
 #include "support/support.h"
 
+inline bool Holds(const std::string& text, const std::string& part) {
+  return text.find(part) != std::string::npos;
+}
+
 inline constexpr double kWave = 1.5;
 inline constexpr double kPi = 3.14159265358979324;
 
 inline double TwoThetaAt(double q) { return 2 * std::asin(kWave * std::sqrt(q) / 200) * 180 / kPi; }
 inline double QAt(double twotheta) {
   return std::pow(200 / kWave * std::sin(twotheta * kPi / 360), 2);
+}
+
+// q of 100, 140, ...
+inline std::vector<double> EvenQ(int n, double first = 100, double step = 40) {
+  std::vector<double> q;
+  for (int i = 0; i < n; ++i) q.push_back(first + step * i);
+  return q;
 }
 
 // One value to a card, in its first ten columns.
