@@ -1,6 +1,7 @@
 // What the indexing engines get to read.
 #include "index/inputfiles.h"
 
+#include "index/ito/cards.h"
 #include "workspace/record.h"
 #include "workspace/text.h"
 #include "workspace/workspace.h"
@@ -33,7 +34,7 @@ std::vector<float> ReadPeakLines(LineReader& file, float least) {
 
 // The figure of merit and the number of lines come without a decimal point, so that the engine
 // reads them as hundred thousandths and takes values of its own instead. It finds the form of the
-// lines by itself.
+// lines by itself. A file called as the end of the run is, end.pks, is named from its directory.
 //
 // examples/halite.pks
 // 9004 0 0 0 3.00 4.50   1.54056
@@ -47,6 +48,7 @@ std::vector<std::string> ItoInput(std::span<const float> lines) {
       WriteRecord<"(f10.4,i10,i10)">(ws.itozero, ws.itofom, ws.itolines),
   };
   std::vector<std::string> records = TitleAndLines(lines, cards);
+  if (EndsTheRun(records.front())) records.front().insert(0, "./");
   records.push_back("end");
   return records;
 }

@@ -84,6 +84,16 @@ const std::string kPeaks =
     "   31.704   10000.0   0.0731   0.5000\n"
     "    45.45\n";
 
+// A title that ITO would take for the end of its input would hide the lines.
+TEST_F(Driver, NamesAFileThatIsCalledLikeTheEnd) {
+  for (const std::string name : {"end.pks", "bend.pks"}) {
+    WriteFile(name, kPeaks);
+    ws.peakfilename = name;
+    EXPECT_EQ(Run(EngineIto), Outcome::Done);
+    EXPECT_EQ(input.substr(0, name.size() + 3), "./" + name + ' ');
+  }
+}
+
 // What has no room in its columns comes out as asterisks.
 TEST_F(Driver, WritesTheInputOfTheEngine) {
   const Lines lines{"   27.3700", "   31.7040", "   45.4500"};

@@ -44,11 +44,6 @@ class CardReader {
   }
 };
 
-// The word may begin in either of the first two columns.
-bool IsEnd(std::string_view title) {
-  return title.starts_with("end") || (title.size() >= 4 && title.substr(1).starts_with("end"));
-}
-
 void FillBlanks(ItoCards& p) {
   const ItoCards standard;
   for (auto field : {&ItoCards::nsolmx, &ItoCards::nq1, &ItoCards::nq2, &ItoCards::nz1,
@@ -147,10 +142,14 @@ bool ReadTrials(CardReader& cards, int count, std::vector<Lattice>& trials) {
 
 }  // namespace
 
+bool EndsTheRun(std::string_view title) {
+  return title.starts_with("end") || (title.size() >= 4 && title.substr(1).starts_with("end"));
+}
+
 bool ReadCards(LineReader& input, ItoProblem& problem, std::vector<InputLine>& lines,
                Listing& listing) {
   ItoCards& p = problem.cards;
-  if (!input.Read(p.title) || IsEnd(p.title)) return false;
+  if (!input.Read(p.title) || EndsTheRun(p.title)) return false;
   p.title = Field(p.title, kTitleLength);
   CardReader cards(input, listing);
   return ReadParameters(cards, p) &&

@@ -11,6 +11,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "index/ito/problem.h"
@@ -20,6 +21,9 @@ struct InputLine {
   float value = 0;
   std::string label;
 };
+
+// Whether a title stands behind the last problem: with "end" in its first or second column.
+bool EndsTheRun(std::string_view title);
 
 // Reads all cards of a problem: its parameters, combinations, trial lattices and lines. False
 // behind the last problem and for a card that is missing or cannot be read, which the listing
