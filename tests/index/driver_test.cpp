@@ -284,10 +284,11 @@ TEST_F(Driver, PutsTheChosenCellOnThePlot) {
   RunMenu(kPlotIto, "set 1751 3,2\npress OK");
   EXPECT_EQ(std::vector(ws.cell.cells.begin(), ws.cell.cells.end()),
             (std::vector<float>{5.64f, 5.64f, 5.64f, 90, 90, 90}));
-  // 110, 111, ... 333 (27) and 115; 100 lies in front, and 7 and 15 are no sums of three squares.
+  // Sums of three squares from 2 to 22.
   ASSERT_EQ(ws.npeaks, 19);
   EXPECT_NEAR(ws.peaks(ptth, 1), 22.273 + 0.5, 0.002);
   EXPECT_NEAR(ws.peaks(ptth, 2), 27.367 + 0.5, 0.002);
+  EXPECT_NEAR(ws.peaks(ptth, 19), 79.674 + 0.5, 0.002);
   EXPECT_EQ(ws.peaks(phkl, 1), PackHkl({0, 1, 1}));
   for (int field : {int{pint}, int{pfwhm}, int{pshape}, int{pfwhmr}, int{pshaper}, int{pmult}})
     EXPECT_EQ(ws.peaks(field, 1), 7);
@@ -299,6 +300,7 @@ TEST_F(Driver, PutsTheChosenCellOnThePlot) {
   EXPECT_EQ(ws.cell(6), 180);
   EXPECT_EQ(ws.plotmask, 33);
   ws.npts(SlotInput) = 0;
+  WriteFile("ito.out", listings::Ito(1));
   RunMenu(kPlotIto, "press OK");
   EXPECT_EQ(ws.npeaks, 0);
   EXPECT_EQ(ws.cell(6), 92);

@@ -60,40 +60,35 @@ TEST_F(Listings, GiveTheirSolutionsUpToAHundred) {
   }
 }
 
-// What a listing has of a solution counts as soon as the second table begins; a cell that it has
-// not is 0. The lines of ito.out: 8 and a heading, the solutions, 2 and a heading, their cells.
-TEST_F(Listings, OfItoCutBehindEveryLine) {
-  const std::string text = listings::Ito(3);
-  constexpr int heading = 9 + 3 + 3;
-  int lines = 0;
-  for (std::size_t end = 0; end != std::string::npos; end = text.find('\n', end + 1), ++lines) {
-    s.fill(-7);
-    const int n = Read(ReadItoSolutions, text.substr(0, end));
-    ASSERT_EQ(n, lines < heading ? 0 : 3) << lines;
-    for (int k = 1; k <= n; ++k) {
-      Row row = ItoRow(k);
-      if (lines < heading + k) std::fill_n(row.begin(), int{solvolume}, 0.0f);
-      EXPECT_EQ(RowOf(s, k), row) << lines << ' ' << k;
+// Of ITO a solution counts as soon as the second table begins, behind 8 lines, the heading, three
+// solutions and 3 more; a cell that is not there is 0. Of TREOR90 it counts with the 6th of its 9
+// lines, which begin behind 2; the figures of a test that is missing stay as they were.
+TEST_F(Listings, CutBehindEveryLine) {
+  constexpr int table = 9 + 3 + 3;
+  const auto cut = [this](Reader reader, const std::string& text, auto number, auto expected) {
+    int lines = 0;
+    for (std::size_t end = 0; end != std::string::npos; end = text.find('\n', end + 1), ++lines) {
+      s.fill(-7);
+      ASSERT_EQ(Read(reader, text.substr(0, end)), number(lines)) << lines;
+      for (int k = 1; k <= number(lines); ++k)
+        EXPECT_EQ(RowOf(s, k), expected(lines, k)) << lines << ' ' << k;
     }
-  }
-  EXPECT_EQ(lines, heading + 3 + 2);
-}
-
-// A cell counts with its volume; the figures of a test that is missing stay as they were. The lines
-// of treor.out: 2, and for each solution 6 of the cell and 3 of the test.
-TEST_F(Listings, OfTreorCutBehindEveryLine) {
-  const std::string text = listings::Treor(3);
-  int lines = 0;
-  for (std::size_t end = 0; end != std::string::npos; end = text.find('\n', end + 1), ++lines) {
-    s.fill(-7);
-    const int n = Read(ReadTreorSolutions, text.substr(0, end));
-    ASSERT_EQ(n, std::clamp((lines - 2 + 3) / 9, 0, 3)) << lines;
-    for (int k = 1; k <= n; ++k) {
-      Row row = TreorRow(k);
-      if (lines < 2 + 9 * k - 1) row[solfom - 1] = row[solnix - 1] = -7;
-      EXPECT_EQ(RowOf(s, k), row) << lines << ' ' << k;
-    }
-  }
+  };
+  cut(
+      ReadItoSolutions, listings::Ito(3), [](int lines) { return lines < table ? 0 : 3; },
+      [](int lines, int k) {
+        Row row = ItoRow(k);
+        if (lines < table + k) std::fill_n(row.begin(), int{solvolume}, 0.0f);
+        return row;
+      });
+  cut(
+      ReadTreorSolutions, listings::Treor(3),
+      [](int lines) { return std::clamp((lines - 2 + 3) / 9, 0, 3); },
+      [](int lines, int k) {
+        Row row = TreorRow(k);
+        if (lines < 2 + 9 * k - 1) row[solfom - 1] = row[solnix - 1] = -7;
+        return row;
+      });
 }
 
 TEST_F(Listings, ABlockWithoutItsTestTakesTheNext) {
