@@ -198,6 +198,7 @@ TEST_F(Driver, TellsWhatFails) {
     EXPECT_EQ(Run(EngineIto), Outcome::Failed);
     EXPECT_EQ(Events(), (Lines{"box\tFile Error\tError opening ito input file\\nito.inp: File too "
                                "large"}));
+    EXPECT_FALSE(fs::exists("ito.inp"));
   }
   EXPECT_EQ(input, "");
 }
