@@ -57,7 +57,7 @@ TEST(CellLines, OfWellKnownCrystals) {
 
 // All indices by the metric of the cell, in molybdenum radiation; Friedel mates are one line.
 TEST(CellLines, OfATriclinicCellByBruteForce) {
-  CellLines asked = Asked({{3.1f, 3.7f, 4.2f, 82, 99, 105}}, 1, kTriclinic, {15, 48});
+  CellLines asked = Asked({{2.6f, 3.0f, 3.4f, 82, 99, 105}}, 1, kTriclinic, {15, 60});
   asked.wavelength = 0.7107f;
   const double ca = std::cos(82 * kRad), cb = std::cos(99 * kRad), cg = std::cos(105 * kRad);
   const double w = 1 - ca * ca - cb * cb - cg * cg + 2 * ca * cb * cg;
@@ -66,12 +66,12 @@ TEST(CellLines, OfATriclinicCellByBruteForce) {
     for (int k = -9; k <= 9; ++k)
       for (int l = -9; l <= 9; ++l) {
         if (h == 0 && (k < 0 || (k == 0 && l <= 0))) continue;
-        const double x = h / 3.1, y = k / 3.7, z = l / 4.2;
+        const double x = h / 2.6, y = k / 3.0, z = l / 3.4;
         const double square =
             x * x * (1 - ca * ca) + y * y * (1 - cb * cb) + z * z * (1 - cg * cg) +
             2 * (x * y * (ca * cb - cg) + x * z * (cg * ca - cb) + y * z * (cg * cb - ca));
         const double sine = 0.7107 / 2 * std::sqrt(square / w);
-        if (sine < std::sin(24 * kRad) && sine > std::sin(7.5 * kRad))
+        if (sine < std::sin(30 * kRad) && sine > std::sin(7.5 * kRad))
           expected.push_back(2 * std::asin(sine) / kRad);
       }
   std::ranges::sort(expected);
