@@ -1,10 +1,13 @@
-// Input of ITO for tests: lines, cards, and what the reader makes of them.
+// Input of ITO for tests: lines, cards, and what the reader makes of them; the lines of lattices
+// and least squares in double precision to hold the engine's against.
 #pragma once
 
+#include <algorithm>
 #include <cmath>
 #include <string>
 #include <vector>
 
+#include "crystal/cellmetric.h"
 #include "index/ito/problem.h"
 #include "support/support.h"
 
@@ -65,3 +68,117 @@ inline ReadResult ReadOne(const std::string& cards) {
   results.front().listing = results.back().listing;
   return results.front();
 }
+
+// What a stage writes.
+template <class Write>
+std::string ListingOf(Write write) {
+  const TempDir directory;
+  Listing listing(directory.file("ito.out"));
+  write(listing);
+  listing.Close();
+  return ReadFile(directory.file("ito.out"));
+}
+
+inline Lattice ReciprocalOf(const UnitCell& cell) {
+  const Metric m = ReciprocalMetric(cell);
+  return {1e4f * m[0], 1e4f * m[1], 1e4f * m[2], 1e4f * m[5], 1e4f * m[4], 1e4f * m[3]};
+}
+
+inline double QOf(const Lattice& x, int h, int k, int l) {
+  return 1.0 * h * h * x.a + 1.0 * k * k * x.b + 1.0 * l * l * x.c + 1.0 * k * l * x.d +
+         1.0 * l * h * x.e + 1.0 * h * k * x.f;
+}
+
+// The rising q of all indices up to `most`, and up to `lmost` in l, that a test of them allows;
+// those closer than 0.3 come once.
+template <class Allows>
+std::vector<double> AllQ(const Lattice& x, int most, int lmost, Allows allows) {
+  std::vector<double> q;
+  for (int h = 0; h <= most; ++h)
+    for (int k = -most; k <= most; ++k)
+      for (int l = -lmost; l <= lmost; ++l)
+        if ((h != 0 || k != 0 || l != 0) && allows(Hkl{h, k, l})) q.push_back(QOf(x, h, k, l));
+  std::ranges::sort(q);
+  const auto close = [](double one, double other) { return other - one < 0.3; };
+  q.erase(std::unique(q.begin(), q.end(), close), q.end());
+  return q;
+}
+inline std::vector<double> AllQ(const Lattice& x, int most, int lmost) {
+  return AllQ(x, most, lmost, [](const Hkl&) { return true; });
+}
+
+inline constexpr std::size_t kLinesOfTests = 30;
+
+// The first lines of a lattice.
+template <class Allows>
+std::vector<double> LinesOf(const Lattice& x, Allows allows) {
+  auto q = AllQ(x, 9, 9, allows);
+  q.resize(kLinesOfTests);
+  return q;
+}
+inline std::vector<double> LinesOf(const Lattice& x) {
+  return LinesOf(x, [](const Hkl&) { return true; });
+}
+
+// Whether each q is one of the lattice's.
+inline bool Indexes(const Lattice& x, const std::vector<double>& q, double tolerance, int most = 12,
+                    int lmost = 12) {
+  const auto own = AllQ(x, most, lmost);
+  return std::ranges::all_of(q, [&](double each) {
+    const auto at = std::ranges::lower_bound(own, each - tolerance - 0.3);
+    return std::any_of(at, std::min(at + 4, own.end()),
+                       [&](double mine) { return std::abs(mine - each) <= tolerance + 0.3; });
+  });
+}
+
+// A problem with these lines, and windows of `width` in q on either side of them.
+inline ItoProblem ProblemAt(const std::vector<double>& q, double width) {
+  ItoProblem problem;
+  for (const double each : q)
+    problem.lines.push_back({static_cast<float>(each), static_cast<float>(each - width),
+                             static_cast<float>(each + width), static_cast<float>(TwoThetaAt(each)),
+                             "  "});
+  problem.eqtol = 0.5f;
+  problem.abclimit = 5;
+  problem.binwidth = problem.lines.back().high / 10;
+  for (int bin = 1; bin <= 10; ++bin) problem.probability[bin] = 0.02f * static_cast<float>(bin);
+  return problem;
+}
+
+// Weighted least squares.
+class LeastSquares {
+ public:
+  explicit LeastSquares(std::size_t n) : rows_(n, std::vector<double>(n + 1)) {}
+  void Add(const std::vector<double>& row, double miss, double weight = 1) {
+    const std::size_t n = rows_.size();
+    for (std::size_t i = 0; i < n; ++i) {
+      for (std::size_t j = 0; j < n; ++j) rows_[i][j] += weight * row[i] * row[j];
+      rows_[i][n] += weight * row[i] * miss;
+    }
+  }
+  // The shifts, and the diagonal of the inverse matrix.
+  struct Solution {
+    std::vector<double> shifts, diagonal;
+  };
+  Solution Solve() const {
+    const std::size_t n = rows_.size();
+    auto m = rows_;
+    for (std::size_t i = 0; i < n; ++i) (m[i].resize(2 * n + 1), m[i][n + 1 + i] = 1);
+    for (std::size_t p = 0; p < n; ++p) {
+      const double pivot = m[p][p];
+      for (double& each : m[p]) each /= pivot;
+      for (std::size_t i = 0; i < n; ++i)
+        if (const double factor = m[i][p]; i != p)
+          for (std::size_t j = 0; j < m[i].size(); ++j) m[i][j] -= factor * m[p][j];
+    }
+    Solution solution;
+    for (std::size_t i = 0; i < n; ++i) {
+      solution.shifts.push_back(m[i][n]);
+      solution.diagonal.push_back(m[i][n + 1 + i]);
+    }
+    return solution;
+  }
+
+ private:
+  std::vector<std::vector<double>> rows_;
+};

@@ -1,0 +1,296 @@
+// Zones of ITO: normal form, fit, rating and search.
+#include <gtest/gtest.h>
+
+#include <map>
+#include <random>
+
+#include "index/ito/zonelist.h"
+#include "index/itoproblems.h"
+
+namespace {
+
+Lattice NetOf(const Zone& z) { return {.a = z.a, .b = z.b, .f = z.f}; }
+
+// All lines of a zone up to a q.
+std::vector<double> LinesUpTo(const Zone& z, double qmax) {
+  auto q = AllQ(NetOf(z), 9, 0);
+  std::erase_if(q, [&](double each) { return each > qmax; });
+  return q;
+}
+
+void ExpectZone(const Zone& found, const Zone& expected, double tolerance) {
+  EXPECT_NEAR(found.a, expected.a, tolerance);
+  EXPECT_NEAR(found.b, expected.b, tolerance);
+  EXPECT_NEAR(found.f, expected.f, tolerance);
+}
+
+// Other axes of the same net.
+Zone Disguised(Zone z, std::mt19937& random) {
+  for (int step = 0; step < 4; ++step) {
+    const float b = z.a + z.b + z.f, f = z.f + 2 * z.a;
+    z.b = b, z.f = f;
+    if (random() % 2) std::swap(z.a, z.b);
+  }
+  return z;
+}
+
+TEST(ItoZones, ANetHasOneNormalForm) {
+  std::mt19937 random(3);
+  std::uniform_real_distribution<float> part(0.05f, 0.95f), edge(50, 200);
+  const ItoProblem problem = ProblemAt({100}, 1);
+  for (int n = 0; n < 200; ++n) {
+    Zone net{.a = edge(random)};
+    net.b = net.a * (1 + part(random));
+    net.f = n % 4 ? net.a * part(random) : 0;
+    Zone zone = Disguised(net, random);
+    ASSERT_TRUE(NormalForm(zone, problem, nullptr));
+    ExpectZone(zone, net, 0.05);
+  }
+}
+
+TEST(ItoZones, ARhombicNetBecomesTheRectangleThatItCentres) {
+  std::mt19937 random(4);
+  const ItoProblem problem = ProblemAt({100}, 1);
+  for (const auto& [a, b] : {std::pair(60.0f, 100.0f), {30.0f, 200.0f}}) {
+    const Zone rhombs[] = {{.a = a + b, .b = a + b, .f = 2 * (b - a)},
+                           {.a = a + b, .b = 4 * b, .f = 4 * b},
+                           {.a = 4 * a, .b = a + b, .f = 4 * a}};
+    for (const Zone& rhomb : rhombs)
+      for (const Zone& given : {rhomb, Disguised(rhomb, random)}) {
+        Zone zone = given;
+        ASSERT_TRUE(NormalForm(zone, problem, nullptr));
+        ExpectZone(zone, {.a = a, .b = b}, 0.01);
+      }
+  }
+}
+
+TEST(ItoZones, ToleranceAndLimitOfTheNormalForm) {
+  ItoProblem problem = ProblemAt({100}, 1);
+  Zone nearly{.a = 100, .b = 150, .f = 0.4f};
+  EXPECT_TRUE(NormalForm(nearly, problem, nullptr));
+  ExpectZone(nearly, {.a = 100, .b = 150}, 0);
+  problem.abclimit = 20;
+  const float nan = std::nanf("");
+  for (Zone zone :
+       {Zone{.a = 19, .b = 150}, Zone{.a = 150, .b = 19}, Zone{.a = 79, .b = 150, .f = 79},
+        Zone{.a = nan, .b = 150}, Zone{.a = 100, .b = nan}})
+    EXPECT_FALSE(NormalForm(zone, problem, nullptr));
+  Zone least{.a = 20, .b = 150, .f = 7};
+  EXPECT_TRUE(NormalForm(least, problem, nullptr));
+}
+
+TEST(ItoZones, FitIsOneStepOfLeastSquares) {
+  std::mt19937 random(5);
+  std::uniform_real_distribution<double> noise(-0.3, 0.3);
+  constexpr double width = 1.5;
+  for (const float f : {40.0f, 0.0f}) {
+    auto q = LinesUpTo({.a = 100, .b = 152, .f = f}, 1700);
+    for (double& each : q) each += noise(random);
+    q.erase(q.begin() + 3);  // one that is not seen
+    q.insert(q.begin() + 5, q[5] - 1.2);
+    const ItoProblem problem = ProblemAt(q, width);
+    const double qmax = 1500;
+    const Zone start{.a = 100.2f, .b = 151.9f, .f = f > 0 ? 40.1f : 0.05f};
+    const Zone used{.a = start.a, .b = start.b, .f = f > 0 ? start.f : 0};
+    Zone zone = start;
+    ZoneHits hits = ZoneFit(zone, problem, static_cast<float>(qmax), nullptr);
+
+    LeastSquares squares(f > 0 ? 3 : 2);
+    LineSet lines;
+    for (int h = -8; h <= 8; ++h)
+      for (int k = 0; k <= 8; ++k) {
+        const double each = QOf(NetOf(used), h, k, 0);
+        const bool own = (k > 0 || h > 0) && (f > 0 || h >= 0);
+        if (!own || each > qmax || h * h * used.a > qmax || k * k * used.b > qmax) {
+          EXPECT_EQ(hits.table(h, k), 0) << h << ' ' << k;
+          continue;
+        }
+        const double chance = 0.02 * static_cast<int>(0.99 + each / problem.binwidth);
+        const auto at =
+            std::ranges::find_if(q, [&](double line) { return std::abs(line - each) <= width; });
+        EXPECT_NEAR(hits.table(h, k), at == q.end() ? -chance : chance, 1e-6) << h << ' ' << k;
+        if (at == q.end()) continue;
+        lines.set(static_cast<std::size_t>(at - q.begin()));
+        squares.Add({1.0 * h * h, 1.0 * k * k, 1.0 * h * k}, *at - each);
+      }
+    EXPECT_EQ(hits.lines, lines);
+    const auto shifts = squares.Solve().shifts;
+    EXPECT_GT(std::abs(shifts[0]) + std::abs(shifts[1]), 0.02);
+    EXPECT_NEAR(zone.a - used.a, shifts[0], 1e-4);
+    EXPECT_NEAR(zone.b - used.b, shifts[1], 1e-4);
+    EXPECT_NEAR(zone.f - used.f, f > 0 ? shifts[2] : 0, 1e-4);
+  }
+}
+
+TEST(ItoZones, AFitThatLinesDoNotFixLeavesTheZone) {
+  const ItoProblem problem = ProblemAt({100.5, 402}, 3);  // orders of one row
+  for (const float f : {30.0f, 0.0f}) {
+    Zone zone{.a = 100, .b = 157, .f = f};
+    const std::string text =
+        ListingOf([&](Listing& listing) { ZoneFit(zone, problem, 405, &listing); });
+    EXPECT_NE(text.find("not refined"), std::string::npos);
+    ExpectZone(zone, {.a = 100, .b = 157, .f = f}, 0);
+  }
+}
+
+// By its definition: a row through the origin, from any of its points on, is met if any of its
+// points is seen, and what has been met once counts no more.
+double Probability(ZoneTable& given, int i, int j, bool centred) {
+  std::map<std::pair<int, int>, double> points;
+  for (int h = -8; h <= 8; ++h)
+    for (int k = 0; k <= 8; ++k)
+      if (!centred || (h + k) % (2 * i) == 0) points[{h, k}] = given(h, k);
+  int total = 0, hits = 0;
+  double chance = 1;
+  for (int h = 0; h <= 4 * i + 1; h += i)
+    for (int k = 0; k <= 4 * j + 1; k += j)
+      for (const int sign : {1, -1}) {
+        if ((h == 0 && k == 0) || (sign < 0 && (h == 0 || k == 0))) continue;
+        std::vector<std::pair<int, int>> row;
+        for (int n = 1; n <= 8; ++n)
+          if (const std::pair point{sign * n * h, n * k}; points.contains(point))
+            row.push_back(point);
+        const auto seen = std::ranges::find_if(row, [&](auto& p) { return points[p] >= 0; });
+        total += !row.empty() && points[row.front()] != 0;
+        if (seen == row.end() || points[*seen] == 0) continue;
+        ++hits;
+        chance *= points[*seen];
+        const auto [h1, k1] = *seen;
+        for (int n = 1; n <= 8; ++n)
+          if (points.contains({n * h1, n * k1})) points[{n * h1, n * k1}] = 0;
+      }
+  if (total > 4 * hits) return 0.01;
+  const int m = total < 2 * hits ? total - hits : hits;
+  chance *= std::exp(std::lgamma(total + 1) - std::lgamma(m + 1) - std::lgamma(total - m + 1));
+  return std::min(1 / chance, 9998999552.0);
+}
+
+TEST(ItoZones, ProbabilityCountsRows) {
+  std::mt19937 random(6);
+  std::uniform_real_distribution<float> chance(0.05f, 0.5f);
+  std::array<int, 3> kinds{};  // too few, between, at the limit
+  for (int n = 0; n < 300; ++n) {
+    ZoneTable table;
+    const double share = n % 10 / 9.0, reach = 4 + n % 7;
+    for (int h = -8; h <= 8; ++h)
+      for (int k = 0; k <= 8; ++k)
+        if (std::hypot(h, k) <= reach)
+          table(h, k) = chance(random) * (random() % 1000 < 1000 * share ? 1.0f : -1.0f);
+    for (const auto& [i, j] : {std::pair(1, 1), {2, 1}, {1, 2}, {2, 2}})
+      for (const bool centred : {false, true}) {
+        if (centred && i != j) continue;
+        const double expected = Probability(table, i, j, centred);
+        EXPECT_NEAR(ZoneProbability(table, i, j, centred) / expected, 1, 1e-4)
+            << n << ' ' << i << j << centred;
+        ++kinds[expected < 0.02 ? 0 : expected < 9e9 ? 1 : 2];
+      }
+  }
+  EXPECT_GT(std::ranges::min(kinds), 50);
+}
+
+TEST(ItoZones, FinzonFindsThePlantedCrossConstants) {
+  std::mt19937 random(7);
+  std::uniform_real_distribution<double> anywhere(90, 1500);
+  for (const auto& [b, f] : {std::pair(140.0f, 37.0f), {140.0f, 121.0f}, {190.0f, 63.0f}}) {
+    const Zone zone{.a = 100, .b = b, .f = f};
+    auto q = LinesUpTo(zone, 1500);
+    for (int n = 0; n < 10; ++n) q.push_back(anywhere(random));
+    std::ranges::sort(q);
+    const auto found = Finzon(zone.a, zone.b, ProblemAt(q, 1), nullptr);
+    ASSERT_FALSE(found.empty());
+    EXPECT_LE(found.size(), 5u);
+    EXPECT_NEAR(found[0].f, f, 1.5);
+    for (std::size_t i = 1; i < found.size(); ++i) {
+      EXPECT_GE(found[i - 1].count, found[i].count);
+      for (std::size_t j = 0; j < i; ++j) EXPECT_GE(std::abs(found[i].f - found[j].f), 0.5);
+    }
+  }
+}
+
+TEST(ItoZones, ARectangleCountsTwice) {
+  // Up to the second order, and to the fourth where the lines end early.
+  for (const auto& [a, orders, qmax] :
+       {std::tuple(100.0f, 2, 3500.0), {250.0f, 2, 1900.0}, {100.0f, 4, 1700.0}}) {
+    const float b = a + 11;
+    const auto q = LinesUpTo({.a = a, .b = b}, qmax);
+    const ItoProblem problem = ProblemAt(q, 1);
+    int count = 0;
+    const int h1 = orders == 2 ? 2 : std::min(4, static_cast<int>(std::sqrt(q.back() / a)));
+    const int k1 = orders == 2 ? 2 : std::min(4, static_cast<int>(std::sqrt(q.back() / b)));
+    for (int h = 1; h <= h1; ++h)
+      for (int k = 1; k <= k1; ++k)
+        for (const double line : q)
+          count += std::abs(line - QOf({.a = a, .b = b}, h, k, 0)) / (h * k) < 0.75;
+    const auto found = Finzon(a, b, problem, nullptr);
+    ASSERT_FALSE(found.empty());
+    EXPECT_EQ(found[0].count, 2 * count) << a << ' ' << orders;
+    EXPECT_EQ(found[0].f, 0);
+  }
+}
+
+TEST(ItoZones, EvaluationTakesTheNetOfTheLines) {
+  for (const float f : {37.0f, 0.0f}) {
+    const Zone net{.a = 100, .b = 143, .f = f};
+    const auto& [a, b, cross, quality, number, centred] = net;
+    const auto q = LinesUpTo(net, 1200);
+    const Zone given[] = {net,
+                          {.a = 4 * a, .b = b, .f = 2 * f},
+                          {.a = a, .b = 4 * b, .f = 2 * f},
+                          {.a = 4 * a, .b = 4 * b, .f = 4 * f},
+                          {.a = a + b - f, .b = a + b + f, .f = 2 * (b - a)}};
+    for (Zone zone : given) {
+      zone.a += 0.1f;
+      ItoProblem problem = ProblemAt(q, 0.8);
+      for (float& chance : problem.probability) chance *= 2;
+      const LineSet lines = Evalu8(zone, problem, nullptr);
+      ExpectZone(zone, net, 0.05);
+      EXPECT_GT(zone.quality, 1e4f);
+      EXPECT_EQ(lines.count(), q.size());
+    }
+  }
+  Zone tiny{.a = 3, .b = 100};
+  EXPECT_TRUE(Evalu8(tiny, ProblemAt({100, 200}, 1), nullptr).none());
+  EXPECT_EQ(tiny.quality, 0);
+}
+
+TEST(ItoZones, TheListHoldsTheZonesOfALatticeEachOnce) {
+  const Lattice x{.a = 83, .b = 117, .c = 151, .d = 21, .e = 33, .f = 44};
+  ItoProblem problem = ReadOne(kParameters + "\n\n" + LineCards(LinesOf(x))).problem;
+  std::vector<Zone> zones;
+  ItoRun run;
+  const std::string text =
+      ListingOf([&](Listing& listing) { zones = FindZones(problem, listing, run); });
+  ASSERT_FALSE(zones.empty());
+  EXPECT_LE(zones.size(), 20u);
+  const auto found = [&](const Zone& z) {
+    return std::ranges::count_if(zones, [&](const Zone& other) {
+      return std::abs(z.a - other.a) + std::abs(z.b - other.b) + std::abs(z.f - other.f) <
+             problem.eqtol;
+    });
+  };
+  for (const Zone& z : zones) EXPECT_EQ(found(z), 1);
+  EXPECT_EQ(found({.a = 83, .b = 117, .f = 44}), 1);
+  EXPECT_EQ(found({.a = 83, .b = 151, .f = 33}), 1);
+  EXPECT_TRUE(std::ranges::is_sorted(zones, std::greater(), &Zone::quality));
+  EXPECT_GE(zones.back().quality, 1);
+  EXPECT_LT(text.find("zones that have been found"), text.find("zones selected"));
+}
+
+TEST(ItoZones, TheStoreOfZonesIsLimited) {
+  ItoProblem problem = ReadOne(kParameters + "\n\n" + LineCards(LinesOf({83, 117, 151}))).problem;
+  problem.combinations.assign(201, {.q1 = 83, .q2 = 117, .cross = 0.08f, .quality = 7});
+  ItoRun run;
+  std::vector<Zone> zones;
+  const auto find = [&] {
+    return ListingOf([&](Listing& listing) { zones = FindZones(problem, listing, run); });
+  };
+  EXPECT_NE(find().find("search for zones terminated - storage for"), std::string::npos);
+  problem.combinations.pop_back();
+  EXPECT_EQ(find().find("search for zones terminated - storage for"), std::string::npos);
+  // A quality given by hand stands, as do the constants.
+  ASSERT_EQ(zones.size(), 1u);
+  ExpectZone(zones[0], {.a = 83, .b = 117}, 0);
+  EXPECT_EQ(zones[0].quality, 7);
+}
+
+}  // namespace
