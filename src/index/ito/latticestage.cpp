@@ -112,8 +112,8 @@ bool Classify(const Lattice& x, bool twin, int number, const ItoProblem& problem
 
 void List(const std::vector<Lattice>& lattices, Listing& listing) {
   listing.Put<
-      "('0  the lattices that have been found'/'    nr       a       b       c       d'"
-      "'       e       f    hits  pedigree')">();
+      "('0  the lattices that have been found'/'    nr       a       b       c       d"
+      "       e       f    hits  pedigree')">();
   int number = 0;
   for (const Lattice& x : lattices)
     listing.Put<"9937(1h ,i5,6f8.1, 2f8.0)">(++number, x.a, x.b, x.c, x.d, x.e, x.f, x.lines,
@@ -136,8 +136,8 @@ std::vector<Lattice> LatticeStage(const ItoProblem& problem, const std::vector<Z
   for (Lattice& x : lattices) Norm3(x, problem, TestOutput(problem.cards, StageNorm3, listing));
   MarkTwins(lattices, problem);
   listing.Put<
-      "('0  after refinement'/'    nr       a       b       c       d       e       f'"
-      "'   lines   merit    type  pedigree')">();
+      "('0  after refinement'/'    nr       a       b       c       d       e       f"
+      "   lines   merit    type  pedigree')">();
   std::vector<Lattice> accepted;
   int number = 0;
   for (Lattice& x : lattices) {

@@ -90,7 +90,7 @@ std::vector<ListedLine> ListedLines(const LatticeFit& fit, const ItoProblem& pro
     list.push_back({line.twotheta, line.q, &line, {}, !fit.candidates[i].empty()});
   }
   for (const Calculated& c : fit.calculated)
-    list.push_back({TwoThetaOf(c.q, problem.cards.wavel) + problem.cards.zercor, c.q, nullptr, c});
+    list.push_back({TwoThetaOf(c.q, problem.cards.wavel), c.q, nullptr, c});
   std::stable_sort(list.begin(), list.end(), [](const ListedLine& one, const ListedLine& other) {
     return one.twotheta < other.twotheta;
   });
