@@ -69,6 +69,15 @@ inline ReadResult ReadOne(const std::string& cards) {
   return results.front();
 }
 
+// How often a listing holds a text.
+inline int Count(const std::string& listing, const std::string& text) {
+  int count = 0;
+  for (std::size_t at = listing.find(text); at != std::string::npos;
+       at = listing.find(text, at + 1))
+    ++count;
+  return count;
+}
+
 // What a stage writes.
 template <class Write>
 std::string ListingOf(Write write) {

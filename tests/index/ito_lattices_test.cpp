@@ -1,0 +1,354 @@
+// Lattices of ITO: combination of zones, third cross constant, standard form, refinement.
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "index/ito/latticefit.h"
+#include "index/ito/latticestage.h"
+#include "index/itoproblems.h"
+
+namespace {
+
+const Lattice kOrthogonal{.a = 83, .b = 117, .c = 151};
+const Lattice kTriclinic{.a = 83, .b = 117, .c = 151, .d = 21, .e = 33, .f = 44};
+constexpr float kNan = std::numeric_limits<float>::quiet_NaN();
+
+using Constants = std::array<float, 6>;
+Constants ConstantsOf(const Lattice& x) { return {x.a, x.b, x.c, x.d, x.e, x.f}; }
+
+double Determinant(const Lattice& x) {
+  return x.a * x.b * x.c +
+         (x.d * x.e * x.f - x.a * x.d * x.d - x.b * x.e * x.e - x.c * x.f * x.f) / 4.0;
+}
+
+TEST(ItoLattices, ZonesMeetInTheLengthThatTheyShare) {
+  // The lengths of a zone are a, b, a + b + f, a + b - f.
+  const Zone first{.a = 100, .b = 137, .f = 31};
+  const float lengths[] = {100, 137, 268, 206};
+  for (const float length : lengths) {
+    const float shared = length + 0.8f;
+    for (const Zone& second : {Zone{shared, 411, 17},
+                               {411, shared, 17},
+                               {57, shared - 57 - 17, 17},
+                               {57, shared - 57 + 17, 17}}) {
+      const auto found = CombineZones(first, second, false);
+      ASSERT_EQ(found.size(), 1u) << length;
+      const Lattice& x = found[0];
+      EXPECT_NEAR(x.a, length + 0.4, 1e-3);
+      EXPECT_EQ(x.d, 0);
+      const Lattice nets[] = {{.a = first.a, .b = first.b, .f = first.f},
+                              {.a = second.a, .b = second.b, .f = second.f}};
+      EXPECT_TRUE(Indexes({.a = length, .b = x.b, .f = x.f}, AllQ(nets[0], 3, 0), 0.01, 9, 0));
+      EXPECT_TRUE(Indexes({.a = shared, .b = x.c, .f = x.e}, AllQ(nets[1], 3, 0), 0.01, 9, 0));
+    }
+  }
+  EXPECT_TRUE(CombineZones(first, {.a = 411, .b = 533, .f = 17}, false).empty());
+  EXPECT_EQ(CombineZones(first, first, true).size(), 4u);
+  EXPECT_EQ(CombineZones({.a = 100, .b = 100}, {.a = 100, .b = 100}, true).size(), 5u);
+}
+
+TEST(ItoLattices, TheThirdCrossConstantIsFound) {
+  for (const float d : {21.0f, -67.0f, 140.0f})
+    for (const auto& [e, f] : {std::pair(33.0f, 44.0f), {33.0f, 0.0f}, {0.0f, 0.0f}}) {
+      Lattice x = kTriclinic;
+      x.d = d, x.e = e, x.f = f;
+      const ItoProblem problem = ProblemAt(LinesOf(x), 1);
+      x.d = 0;
+      const auto found = Threed(x, problem);
+      EXPECT_LE(found.size(), 4u);
+      // With a rectangular zone the sign of d is free.
+      EXPECT_TRUE(std::ranges::any_of(found,
+                                      [&](const Lattice& each) {
+                                        return std::abs(f == 0 ? std::abs(each.d) - std::abs(d)
+                                                               : each.d - d) < 2.25;
+                                      }))
+          << d << ' ' << e << ' ' << f;
+      for (const Lattice& each : found) {
+        EXPECT_LE(each.lines, found[0].lines);
+        EXPECT_GT(each.lines, std::max(problem.lines.size() / 10 + 4.0, found[0].lines - 5.0));
+      }
+    }
+  const ItoProblem problem = ProblemAt(LinesOf(kTriclinic), 1);
+  for (const Lattice& none : {Lattice{100, 100, 100, 0, 210, 10}, {}, {kNan, 100, 100}})
+    EXPECT_TRUE(Threed(none, problem).empty());
+}
+
+TEST(ItoLattices, AThirdRectangleCountsTwice) {
+  const ItoProblem problem = ProblemAt(LinesOf(kOrthogonal), 1);
+  int count = 0;
+  for (int h = 0; h <= 2; ++h)
+    for (int k = 1; k <= 2; ++k)
+      for (int l = 1; l <= 2; ++l)
+        for (const ItoLine& line : problem.lines)
+          // Three bins, of which the first begins half a bin below 0.
+          count += std::abs(line.q - QOf(kOrthogonal, h, k, l)) / (k * l) < 2.5 * 4.5 / 6;
+  const auto found = Threed(kOrthogonal, problem);
+  ASSERT_FALSE(found.empty());
+  EXPECT_EQ(found[0].d, 0);
+  EXPECT_EQ(found[0].lines, 2 * count);
+}
+
+using Axes = std::array<Hkl, 3>;
+
+Lattice Rebased(const Lattice& x, const Axes& axes) {
+  const auto q = [&](int i, int j) {
+    const Hkl &u = axes[i], v = i == j ? Hkl{} : axes[j];
+    return static_cast<float>(QOf(x, u.h + v.h, u.k + v.k, u.l + v.l));
+  };
+  const float a = q(0, 0), b = q(1, 1), c = q(2, 2);
+  return {a, b, c, q(1, 2) - b - c, q(2, 0) - c - a, q(0, 1) - a - b};
+}
+
+// Other axes of the same lattice: to one of them others are added.
+Lattice Disguised(const Lattice& x, std::mt19937& random) {
+  Axes axes{Hkl{1, 0, 0}, {0, 1, 0}, {0, 0, 1}};
+  for (int step = 0; step < 4; ++step) {
+    const std::size_t i = random() % 3, j = (i + 1 + random() % 2) % 3;
+    const int sign = random() % 2 ? 1 : -1;
+    axes[i].h += sign * axes[j].h, axes[i].k += sign * axes[j].k, axes[i].l += sign * axes[j].l;
+  }
+  return Rebased(x, axes);
+}
+
+TEST(ItoLattices, TheStandardFormIsTheSameLattice) {
+  std::mt19937 random(11);
+  std::uniform_real_distribution<float> edge(80, 200), cross(5, 60);
+  ItoProblem problem = ProblemAt({85}, 1);
+  problem.eqtol = 1e-3f;  // no net is rhombic by chance
+  for (int n = 0; n < 200; ++n) {
+    Lattice given{edge(random), edge(random), edge(random), cross(random), cross(random)};
+    given.f = cross(random) * (n % 2 ? -1.0f : 1.0f);
+    Lattice x = Disguised(given, random), twin = given;
+    ASSERT_TRUE(Norm3(x, problem, nullptr) && Norm3(twin, problem, nullptr)) << n;
+    EXPECT_TRUE(x.a <= x.b && x.b <= x.c) << n;
+    EXPECT_TRUE(Indexes(x, AllQ(given, 2, 2), 0.1)) << n;
+    EXPECT_NEAR(Determinant(given) / Determinant(x), 1, 1e-3) << n;
+    EXPECT_NEAR(std::abs(x.a - twin.a) + std::abs(x.b - twin.b) + std::abs(x.c - twin.c), 0, 0.03);
+  }
+}
+
+TEST(ItoLattices, CentredLatticesComeToOrthogonalAxes) {
+  std::mt19937 random(12);
+  const ItoProblem problem = ProblemAt({85}, 1);
+  const Lattice p{.a = 31, .b = 47, .c = 71};
+  // Of the points that each centering leaves: three that make all of them.
+  const Axes bases[] = {{{{1, 0, 0}, {0, 1, 1}, {0, -1, 1}}},
+                        {{{0, 1, 0}, {1, 0, 1}, {-1, 0, 1}}},
+                        {{{0, 0, 1}, {1, 1, 0}, {-1, 1, 0}}},
+                        {{{0, 1, 1}, {1, 0, 1}, {1, 1, 0}}},
+                        {{{-1, 1, 1}, {1, -1, 1}, {1, 1, -1}}}};
+  for (int n = 0; n < 100; ++n) {
+    Lattice x = Disguised(Rebased(p, bases[n % 5]), random);
+    ASSERT_TRUE(Norm3(x, problem, nullptr)) << n;
+    EXPECT_LT(Difference(x, p), 0.15) << n;
+  }
+}
+
+TEST(ItoLattices, WhatIsNoLatticeIsDiscarded) {
+  ItoProblem problem = ProblemAt({85}, 1);
+  problem.abclimit = 20;
+  for (Lattice x : {Lattice{100, 100, 100, -190, 190, 190},
+                    {100, 100, 100, 250},
+                    {100, 19, 100},
+                    {19, 100, 100},
+                    {100, 100, 19},
+                    {kNan, 100, 100},
+                    {100, 100, 100, kNan}}) {
+    EXPECT_FALSE(Norm3(x, problem, nullptr));
+    EXPECT_EQ(x.a, 0);
+  }
+  Lattice least{100, 150, 20};
+  EXPECT_TRUE(Norm3(least, problem, nullptr));
+  EXPECT_EQ(ConstantsOf(least), (Constants{20, 100, 150}));
+}
+
+// One of all indices that have the same q by the symmetry of the constants.
+bool IsFirstOfMates(const Hkl& r, const Lattice& x) {
+  for (int signs = 0; signs < 8; ++signs) {
+    const int sh = signs & 1 ? -1 : 1, sk = signs & 2 ? -1 : 1, sl = signs & 4 ? -1 : 1;
+    if ((x.f != 0 && sh != sk) || (x.e != 0 && sl != sh) || (x.d != 0 && sk != sl)) continue;
+    if (std::array{sh * r.h, sk * r.k, sl * r.l} > std::array{r.h, r.k, r.l}) return false;
+  }
+  return true;
+}
+
+// A cycle with windows of `width`, in double precision.
+void ExpectCycle(const Lattice& start, const ItoProblem& problem, double width) {
+  Lattice x = start;
+  const LatticeFit fit = Refpar(x, problem, 1, FitLines::First20, nullptr);
+  const Constants before = ConstantsOf(start), after = ConstantsOf(x);
+  std::vector<std::size_t> refined;
+  for (std::size_t i = 0; i < 6; ++i)
+    if (before[i] != 0) refined.push_back(i);
+  const auto row = [&](const Hkl& r) {
+    const int products[] = {r.h * r.h, r.k * r.k, r.l * r.l, r.k * r.l, r.l * r.h, r.h * r.k};
+    std::vector<double> values;
+    for (const std::size_t i : refined) values.push_back(products[i]);
+    return values;
+  };
+  std::vector<Hkl> calculated;
+  for (int h = -9; h <= 9; ++h)
+    for (int k = -9; k <= 9; ++k)
+      for (int l = -9; l <= 9; ++l)
+        if (const double q = QOf(start, h, k, l); q > 1 && q < problem.lines[19].high + 1)
+          if (IsFirstOfMates({h, k, l}, start) &&
+              TypeAllows(static_cast<int>(start.type), {h, k, l}))
+            calculated.push_back({h, k, l});
+  const auto q = [&](const Hkl& r) { return QOf(start, r.h, r.k, r.l); };
+
+  LeastSquares squares(refined.size());
+  double misses = 0, sum = 0, weights = 0;
+  int lines = 0;
+  for (std::size_t i = 0; i < 20; ++i) {
+    const auto miss = [&](const Hkl& r) { return problem.lines[i].q - q(r); };
+    auto near = calculated;
+    std::erase_if(near, [&](const Hkl& r) { return std::abs(miss(r)) > width; });
+    if (near.empty()) continue;
+    ++lines;
+    double total = 0, nearest = 9;
+    for (const Hkl& r : near) {
+      total += std::exp(-miss(r) * miss(r));
+      nearest = std::min(nearest, std::abs(miss(r)));
+    }
+    misses += nearest;
+    for (const Hkl& r : near) {
+      const double weight = std::exp(-miss(r) * miss(r)) / total;
+      squares.Add(row(r), miss(r), weight);
+      sum += weight * miss(r) * miss(r);
+      weights += weight;
+    }
+  }
+  const auto ncalc = std::ranges::count_if(
+      calculated, [&](const Hkl& r) { return q(r) < problem.lines[19].high; });
+  EXPECT_EQ(fit.ncalc, ncalc);
+  EXPECT_EQ(x.lines, lines);
+  EXPECT_EQ(x.type, start.type);
+  EXPECT_NEAR(x.merit / (problem.lines[19].q * lines / (misses * 2 * ncalc)), 1, 1e-3);
+  const auto [shifts, diagonal] = squares.Solve();
+  Constants expected = before, esd{};
+  for (std::size_t j = 0; j < refined.size(); ++j) {
+    expected[refined[j]] += shifts[j];
+    esd[refined[j]] = std::sqrt(sum / (weights - refined.size()) * diagonal[j]);
+  }
+  for (std::size_t i = 0; i < 6; ++i) {
+    EXPECT_NEAR(after[i], expected[i], 2e-3);
+    EXPECT_NEAR(fit.esd[i], esd[i], 1e-3 * esd[i]);
+  }
+}
+
+TEST(ItoLattices, ACycleIsWeightedLeastSquares) {
+  std::mt19937 random(13);
+  std::uniform_real_distribution<double> noise(-0.4, 0.4);
+  for (const auto& [d, e, f] : {std::tuple(0.0f, 0.0f, 0.0f),
+                                {0.0f, 33.0f, 0.0f},
+                                {44.0f, 0.0f, 0.0f},
+                                {0.0f, 0.0f, -29.0f},
+                                {0.0f, 33.0f, 44.0f},
+                                {21.0f, 33.0f, 44.0f}})
+    for (const int type : {TypeP, TypeC}) {
+      Lattice x{83, 117, 151, d, e, f};
+      auto q = LinesOf(x, [&](const Hkl& r) { return TypeAllows(type, r); });
+      for (double& each : q) each += noise(random);
+      q[7] += 3.9;  // indexed by none, or by another
+      x.a += 0.3f, x.b -= 0.2f, x.c += 0.1f;
+      x.lines = 1, x.type = static_cast<float>(type);
+      ExpectCycle(x, ProblemAt(q, 2), 2);
+    }
+}
+
+TEST(ItoLattices, WindowsCloseInAndSmallCrossConstantsVanish) {
+  const ItoProblem problem = ProblemAt(LinesOf(kOrthogonal), 0.5);
+  const Lattice start{84, 117, 151, 0.5f, -0.5f};
+  Lattice x = start;
+  Refpar(x, problem, 1, FitLines::First20, nullptr);
+  EXPECT_LT(x.lines, 20);
+  x = start;
+  EXPECT_EQ(Refpar(x, problem, 3, FitLines::All, nullptr).candidates.size(), kLinesOfTests);
+  EXPECT_EQ(x.lines, 20);
+  EXPECT_LT(Difference(x, kOrthogonal), 0.05);
+  x.d = 0.6f;
+  Refpar(x, problem, 1, FitLines::First20, nullptr);
+  EXPECT_NE(x.d, 0);
+}
+
+TEST(ItoLattices, TheTypeFollowsTheAbsences) {
+  for (const Lattice& truth : {Lattice{31, 47, 71}, Lattice{31, 47, 71, 0, 12}})
+    for (int type = TypeA; type <= TypeP; ++type) {
+      Lattice x = truth;
+      const auto allowed = LinesOf(x, [&](const Hkl& r) { return TypeAllows(type, r); });
+      const LatticeFit fit = Refpar(x, ProblemAt(allowed, 0.05), 3, FitLines::First20, nullptr);
+      EXPECT_EQ(x.type, type);
+      for (const Calculated& c : fit.calculated) EXPECT_TRUE(TypeAllows(type, c.hkl));
+    }
+  const std::pair<Hkl, std::string> rows[] = {
+      {{1, 0, 0}, "ap"},   {{0, 1, 0}, "bp"},  {{0, 0, 1}, "cp"},     {{0, 1, 1}, "aip"},
+      {{1, 0, -1}, "bip"}, {{1, 1, 0}, "cip"}, {{1, -1, 1}, "abcfp"}, {{2, 0, -4}, "abcifp"}};
+  for (const auto& [hkl, types] : rows)
+    for (int type = TypeA; type <= TypeP; ++type)
+      EXPECT_EQ(TypeAllows(type, hkl), types.find(kTypeLetters[type - 1]) != std::string::npos);
+}
+
+TEST(ItoLattices, LinesThatDoNotFixTheConstantsLeaveThem) {
+  Lattice x{100, 2000, 3000};
+  const auto problem = ProblemAt(std::vector(20, 100.5), 1);
+  const std::string text = ListingOf([&](Listing& listing) {
+    const LatticeFit fit = Refpar(x, problem, 1, FitLines::First20, &listing);
+    EXPECT_TRUE(fit.singular);
+    // All are indexed with one calculated line.
+    for (std::size_t i = 0; i < 20; ++i) EXPECT_EQ(fit.candidates.at(i).at(0).used, i > 0);
+  });
+  EXPECT_NE(text.find("matrix is singular"), std::string::npos);
+  EXPECT_EQ(ConstantsOf(x), (Constants{100, 2000, 3000}));
+}
+
+struct Stage {
+  std::vector<Lattice> accepted;
+  std::string listing;
+};
+Stage RunStage(const ItoProblem& problem, const std::vector<Zone>& zones = {}) {
+  Stage stage;
+  EngineRun run;
+  stage.listing = ListingOf(
+      [&](Listing& listing) { stage.accepted = LatticeStage(problem, zones, listing, run); });
+  return stage;
+}
+
+TEST(ItoLattices, TheListingTellsWhatBecomesOfEach) {
+  ItoProblem problem = ProblemAt(LinesOf(kTriclinic), 0.2);
+  EXPECT_EQ(Count(RunStage(problem).listing, "no lattices have been found"), 1);
+  Lattice start = kTriclinic;
+  start.a += 0.1f;
+  problem.trials = {start, {150, 217, 333}, {100, 100, 100, -190, 190, 190}};
+  Stage stage = RunStage(problem);
+  ASSERT_EQ(stage.accepted.size(), 1u);
+  EXPECT_LT(Difference(stage.accepted[0], kTriclinic), 0.1);
+  for (const char* text : {"lattice accepted.", "not enough lines indexed", "discarded by norm3"})
+    EXPECT_EQ(Count(stage.listing, text), 1) << text;
+  problem.cards.prntmr = stage.accepted[0].merit * 2;
+  stage = RunStage(problem);
+  EXPECT_EQ(Count(stage.listing, "figure of merit is too low."), 1);
+  EXPECT_EQ(Count(stage.listing, "not one acceptable lattice has been found for this"), 1);
+  problem.cards.prntmr = 4;
+  problem.cards.prntln = 20;  // to be exceeded
+  EXPECT_EQ(Count(RunStage(problem).listing, "not enough lines indexed"), 2);
+}
+
+TEST(ItoLattices, ZonesMakeTheLatticeAndItsTwinsAreTold) {
+  const Lattice& x = kTriclinic;
+  const Zone first{.a = x.a, .b = x.b, .f = x.f}, second{.a = x.a, .b = x.c, .f = x.e};
+  const Stage stage = RunStage(ProblemAt(LinesOf(x), 0.2), {first, second, first});
+  ASSERT_EQ(stage.accepted.size(), 1u);
+  EXPECT_LT(Difference(stage.accepted[0], x), 0.1);
+  EXPECT_EQ(stage.accepted[0].pedigree, 120);
+  EXPECT_EQ(Count(stage.listing, "230. is the same as lattice  120."), 1);
+  // Each with itself and with the others, by the digits of both zones.
+  for (const auto& [pedigree, count] : {std::pair("    11\n", 4),
+                                        {"    12\n", 1},
+                                        {"    13\n", 1},
+                                        {"    22\n", 4},
+                                        {"    23\n", 1},
+                                        {"    33\n", 4}})
+    EXPECT_EQ(Count(stage.listing, pedigree), count) << pedigree;
+}
+
+}  // namespace
