@@ -74,7 +74,9 @@ TEST(ItoLattices, TheThirdCrossConstantIsFound) {
 }
 
 TEST(ItoLattices, AThirdRectangleCountsTwice) {
-  const ItoProblem problem = ProblemAt(LinesOf(kOrthogonal), 1);
+  auto q = LinesOf(kOrthogonal);
+  for (std::size_t i = 0; i < q.size(); ++i) q[i] += 0.3 * static_cast<double>(i % 18) - 2.6;
+  const ItoProblem problem = ProblemAt(q, 1);
   int count = 0;
   for (int h = 0; h <= 2; ++h)
     for (int k = 1; k <= 2; ++k)

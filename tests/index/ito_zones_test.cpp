@@ -40,27 +40,19 @@ TEST(ItoZones, ANetHasOneNormalForm) {
   const ItoProblem problem = ProblemAt({100}, 1);
   for (int n = 0; n < 200; ++n) {
     Zone net{.a = edge(random)};
-    net.b = net.a * (1 + part(random));
+    net.b = net.a * (1 + 3 * part(random));
     net.f = n % 4 ? net.a * part(random) : 0;
-    Zone zone = Disguised(net, random);
-    ASSERT_TRUE(NormalForm(zone, problem, nullptr));
-    ExpectZone(zone, net, 0.05);
-  }
-}
-
-TEST(ItoZones, ARhombicNetBecomesTheRectangleThatItCentres) {
-  std::mt19937 random(4);
-  const ItoProblem problem = ProblemAt({100}, 1);
-  for (const auto& [a, b] : {std::pair(60.0f, 100.0f), {30.0f, 200.0f}}) {
-    const Zone rhombs[] = {{.a = a + b, .b = a + b, .f = 2 * (b - a)},
-                           {.a = a + b, .b = 4 * b, .f = 4 * b},
-                           {.a = 4 * a, .b = a + b, .f = 4 * a}};
-    for (const Zone& rhomb : rhombs)
-      for (const Zone& given : {rhomb, Disguised(rhomb, random)}) {
-        Zone zone = given;
-        ASSERT_TRUE(NormalForm(zone, problem, nullptr));
-        ExpectZone(zone, {.a = a, .b = b}, 0.01);
-      }
+    const auto& [a, b, f, quality, number, centred] = net;
+    std::vector<Zone> given{net};
+    // Of a rectangle also the rhombic nets that it centres.
+    if (f == 0)
+      given.insert(given.end(),
+                   {{a + b, a + b, 2 * (b - a)}, {a + b, 4 * b, 4 * b}, {4 * a, a + b, 4 * a}});
+    for (const Zone& each : given) {
+      Zone zone = Disguised(each, random);
+      ASSERT_TRUE(NormalForm(zone, problem, nullptr));
+      ExpectZone(zone, net, 0.1);
+    }
   }
 }
 
@@ -212,7 +204,8 @@ TEST(ItoZones, ARectangleCountsTwice) {
   for (const auto& [a, orders, qmax] :
        {std::tuple(100.0f, 2, 3500.0), {250.0f, 2, 1900.0}, {100.0f, 4, 1700.0}}) {
     const float b = a + 11;
-    const auto q = LinesUpTo({.a = a, .b = b}, qmax);
+    auto q = LinesUpTo({.a = a, .b = b}, qmax);
+    for (std::size_t i = 0; i < q.size(); ++i) q[i] += 0.3 * static_cast<double>(i % 9) - 1.2;
     const ItoProblem problem = ProblemAt(q, 1);
     int count = 0;
     const int h1 = orders == 2 ? 2 : std::min(4, static_cast<int>(std::sqrt(q.back() / a)));
