@@ -77,26 +77,30 @@ void ExpectFirst(const Result& result, const Crystal& crystal) {
   EXPECT_GT(result.solutions(1, solfom), 20);
 }
 
-TEST(ItoEngine, ExactLinesGiveTheLattice) {
+TEST(ItoEngine, ExactLinesInEachFormGiveTheLattice) {
   for (const Crystal& crystal :
        {kOrthorhombic, kMonoclinic, kTriclinic, kCentred, kInner, kShort}) {
-    const Result result = RunIto(Problem(crystal));
-    ExpectFirst(result, crystal);
-    EXPECT_TRUE(result.run.complaints.empty());
-    EXPECT_EQ(result.run.nlines, 30);
-    EXPECT_LE(result.nsolutions, 4);
-    EXPECT_EQ(Holds(result.listing, "zone-finding is restarted"), crystal.name == kShort.name)
-        << crystal.name;
+    const auto q = LinesOf(crystal);
+    std::vector<double> angles, distances;
+    for (const double each : q)
+      (angles.push_back(TwoThetaAt(each)), distances.push_back(100 / std::sqrt(each)));
+    for (const auto& lines : {q, angles, distances}) {
+      const Result result = RunIto(Problem(crystal.name, lines));
+      ExpectFirst(result, crystal);
+      EXPECT_TRUE(result.run.complaints.empty());
+      EXPECT_LE(result.nsolutions, 4);
+      EXPECT_EQ(Holds(result.listing, "zone-finding is restarted"), crystal.name == kShort.name);
+    }
   }
 }
 
-TEST(ItoEngine, AllFormsOfTheLinesGiveTheSameSolutions) {
-  const auto q = LinesOf(kMonoclinic);
-  std::vector<double> angles, distances;
-  for (const double each : q)
-    (angles.push_back(TwoThetaAt(each)), distances.push_back(100 / std::sqrt(each)));
-  for (const auto& lines : {q, angles, distances})
-    ExpectFirst(RunIto(Problem("form", lines)), kMonoclinic);
+TEST(ItoEngine, AZoneOfAllLinesIsDominantWhateverTheNumberOfThemToCombine) {
+  const Lattice x = ReciprocalOf(kShort.cell);
+  const auto lines = LinesOf(x, [](const Hkl& r) { return r.h == 0; });
+  for (const char* numbers : {" 3 6", " 330", "4199"})
+    EXPECT_TRUE(Holds(RunIto(Problem("zone", lines, With(35, numbers))).listing,
+                      "zone-finding is restarted"))
+        << numbers;
 }
 
 std::string TrialCard(const Lattice& x) {
@@ -137,43 +141,33 @@ int Oblique(const SolutionTable& s, int row) {
 
 TEST(ItoEngine, CrystalSystemsArePreferred) {
   const auto lines = LinesOf(kOrthorhombic);
-  const auto run = [&](const std::string& wishes) {
-    return RunIto(Problem("system", lines, With(5, wishes)));
-  };
   const std::pair<const char*, std::array<bool, 3>> cases[] = {
       {" 0 0 0", {true, true, true}},   {" 1 0 0", {true, false, false}},
       {" 1-1 0", {true, false, false}}, {" 0 1 0", {false, true, false}},
       {"-1 0 0", {false, true, true}},  {" 0 0 1", {false, false, true}}};
   for (const auto& [wishes, allowed] : cases) {
-    const Result result = run(wishes);
-    EXPECT_EQ(Holds(result.listing, "the tolerance of all lines is doubled"),
-              !allowed[0] || !allowed[1]);
+    const Result result = RunIto(Problem("system", lines, With(5, wishes)));
     if (allowed[0]) ExpectFirst(result, kOrthorhombic);
     for (int row = 1; row <= result.nsolutions; ++row)
-      EXPECT_TRUE(allowed[static_cast<std::size_t>(std::min(Oblique(result.solutions, row), 2))])
-          << wishes;
+      EXPECT_TRUE(allowed[std::min(Oblique(result.solutions, row), 2)]) << wishes;
   }
-  const Result none = run("-1-1-1");
-  EXPECT_EQ(none.nsolutions, 0);
+  const Result none = RunIto(Problem("none", lines, With(5, "-1-1-1")));
   EXPECT_FALSE(Holds(none.listing, "q(a)"));
 }
 
 TEST(ItoEngine, APreferenceDoublesTheWindows) {
-  auto angles = LinesOf(kOrthorhombic);
-  for (double& each : angles) each = TwoThetaAt(each);
   constexpr double tolerance = 0.02;
-  const std::string trial = TrialCard(ReciprocalOf(kOrthorhombic.cell));
   for (const auto& [off, usual, preferred] :
        {std::tuple(0.9, 20, 20), {1.5, 19, 20}, {-1.5, 19, 20}, {2.5, 19, 19}}) {
-    auto lines = angles;
-    lines[9] += off * tolerance;
-    const auto indexed = [&](const std::string& wish) {
-      std::string parameters = With(43, " 1");
-      parameters.replace(4, 2, wish).resize(70, ' ');
-      return RunIto(Problem("window", lines, parameters + "  2.0000") + trial).solutions(1, solnix);
-    };
-    EXPECT_EQ(indexed("  "), usual) << off;
-    EXPECT_EQ(indexed(" 1"), preferred) << off;
+    auto q = LinesOf(kOrthorhombic);
+    q[9] = QAt(TwoThetaAt(q[9]) + off * tolerance);
+    for (const auto& [wish, lines] : {std::pair("  ", usual), {" 1", preferred}}) {
+      std::string parameters = With(43, " 1").replace(4, 2, wish);
+      parameters.resize(70, ' ');
+      const Result result = RunIto(Problem("window", q, parameters + "  2.0000") +
+                                   TrialCard(ReciprocalOf(kOrthorhombic.cell)));
+      EXPECT_EQ(result.solutions(1, solnix), lines) << off << wish;
+    }
   }
 }
 
@@ -260,21 +254,10 @@ TEST(ItoEngine, TestOutputOfEachStage) {
     if (Holds(text.substr(rated), marks[2])) written += '6';
     return written;
   };
-  for (const auto& [stage, expected] : {std::pair(" 1", "1"),
-                                        {" 2", "2"},
-                                        {" 3", "3"},
-                                        {" 5", "5"},
-                                        {" 6", "6"},
-                                        {"11", "12356"},
-                                        {"22", "2356"},
-                                        {"33", "356"},
-                                        {"44", "56"},
-                                        {"66", "6"},
-                                        {"77", ""},
-                                        {"99", "12356"},
-                                        {"12", ""},
-                                        {" 0", "12356"}})
-    EXPECT_EQ(ask(stage), expected) << stage;
+  const std::pair<const char*, const char*> cases[] = {
+      {" 1", "1"},     {" 2", "2"},    {" 3", "3"},   {" 5", "5"},  {" 6", "6"}, {" 0", "12356"},
+      {"11", "12356"}, {"22", "2356"}, {"33", "356"}, {"44", "56"}, {"77", ""},  {"99", "12356"}};
+  for (const auto& [stage, expected] : cases) EXPECT_EQ(ask(stage), expected) << stage;
 }
 
 TEST(ItoEngine, ProblemsDoNotSeeEachOther) {

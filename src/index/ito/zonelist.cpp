@@ -90,7 +90,7 @@ std::optional<LineSet> DominantZone(const std::vector<Zone>& zones, const ItoPro
                                     Listing& listing) {
   Listing* test = TestOutput(problem.cards, StageZones, listing);
   const auto most = static_cast<std::size_t>(problem.cards.nz1 + 2);
-  const auto base = static_cast<std::size_t>(problem.cards.nq2);
+  const auto base = std::min(static_cast<std::size_t>(problem.cards.nq2), problem.lines.size());
   for (std::size_t i = 0; i < std::min(zones.size(), most); ++i) {
     Zone zone = zones[i];
     const LineSet lines = Evalu8(zone, problem, test);
