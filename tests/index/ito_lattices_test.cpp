@@ -226,11 +226,10 @@ void ExpectCycle(const Lattice& start, const ItoProblem& problem, double width) 
   EXPECT_EQ(x.lines, lines);
   EXPECT_EQ(x.type, start.type);
   EXPECT_NEAR(x.merit / (problem.lines[19].q * lines / (misses * 2 * ncalc)), 1, 1e-3);
-  const auto [shifts, diagonal] = squares.Solve();
   Constants expected = before, esd{};
   for (std::size_t j = 0; j < refined.size(); ++j) {
-    expected[refined[j]] += shifts[j];
-    esd[refined[j]] = std::sqrt(sum / (weights - refined.size()) * diagonal[j]);
+    expected[refined[j]] += squares.Shift(j);
+    esd[refined[j]] = std::sqrt(sum / (weights - refined.size()) * squares.InverseDiagonal(j));
   }
   for (std::size_t i = 0; i < 6; ++i) {
     EXPECT_NEAR(after[i], expected[i], 2e-3);

@@ -106,11 +106,10 @@ TEST(ItoZones, FitIsOneStepOfLeastSquares) {
         squares.Add({1.0 * h * h, 1.0 * k * k, 1.0 * h * k}, *at - each);
       }
     EXPECT_EQ(hits.lines, lines);
-    const auto shifts = squares.Solve().shifts;
-    EXPECT_GT(std::abs(shifts[0]) + std::abs(shifts[1]), 0.02);
-    EXPECT_NEAR(zone.a - used.a, shifts[0], 1e-4);
-    EXPECT_NEAR(zone.b - used.b, shifts[1], 1e-4);
-    EXPECT_NEAR(zone.f - used.f, f > 0 ? shifts[2] : 0, 1e-4);
+    EXPECT_GT(std::abs(squares.Shift(0)), 0.01);
+    EXPECT_NEAR(zone.a - used.a, squares.Shift(0), 1e-4);
+    EXPECT_NEAR(zone.b - used.b, squares.Shift(1), 1e-4);
+    EXPECT_NEAR(zone.f - used.f, f > 0 ? squares.Shift(2) : 0, 1e-4);
   }
 }
 

@@ -154,40 +154,41 @@ inline ItoProblem ProblemAt(const std::vector<double>& q, double width) {
   return problem;
 }
 
-// Weighted least squares.
+// Weighted least squares by Cramer's rule.
 class LeastSquares {
  public:
-  explicit LeastSquares(std::size_t n) : rows_(n, std::vector<double>(n + 1)) {}
+  explicit LeastSquares(std::size_t n) : matrix_(n, std::vector<double>(n)), right_(n) {}
   void Add(const std::vector<double>& row, double miss, double weight = 1) {
-    const std::size_t n = rows_.size();
+    const std::size_t n = right_.size();
     for (std::size_t i = 0; i < n; ++i) {
-      for (std::size_t j = 0; j < n; ++j) rows_[i][j] += weight * row[i] * row[j];
-      rows_[i][n] += weight * row[i] * miss;
+      for (std::size_t j = 0; j < n; ++j) matrix_[i][j] += weight * row[i] * row[j];
+      right_[i] += weight * row[i] * miss;
     }
   }
-  // The shifts, and the diagonal of the inverse matrix.
-  struct Solution {
-    std::vector<double> shifts, diagonal;
-  };
-  Solution Solve() const {
-    const std::size_t n = rows_.size();
-    auto m = rows_;
-    for (std::size_t i = 0; i < n; ++i) (m[i].resize(2 * n + 1), m[i][n + 1 + i] = 1);
-    for (std::size_t p = 0; p < n; ++p) {
-      const double pivot = m[p][p];
-      for (double& each : m[p]) each /= pivot;
-      for (std::size_t i = 0; i < n; ++i)
-        if (const double factor = m[i][p]; i != p)
-          for (std::size_t j = 0; j < m[i].size(); ++j) m[i][j] -= factor * m[p][j];
-    }
-    Solution solution;
-    for (std::size_t i = 0; i < n; ++i) {
-      solution.shifts.push_back(m[i][n]);
-      solution.diagonal.push_back(m[i][n + 1 + i]);
-    }
-    return solution;
+  double Shift(std::size_t i) const { return Solved(i, right_); }
+  double InverseDiagonal(std::size_t i) const {
+    std::vector<double> unit(right_.size());
+    unit[i] = 1;
+    return Solved(i, unit);
   }
 
  private:
-  std::vector<std::vector<double>> rows_;
+  using Matrix = std::vector<std::vector<double>>;
+  Matrix matrix_;
+  std::vector<double> right_;
+
+  static double Determinant(Matrix m) {
+    double product = 1;
+    for (std::size_t p = 0; p < m.size(); ++p) {
+      product *= m[p][p];
+      for (std::size_t i = p + 1; i < m.size(); ++i)
+        for (std::size_t j = m.size(); j-- > p;) m[i][j] -= m[i][p] / m[p][p] * m[p][j];
+    }
+    return product;
+  }
+  double Solved(std::size_t i, const std::vector<double>& right) const {
+    Matrix replaced = matrix_;
+    for (std::size_t j = 0; j < right.size(); ++j) replaced[j][i] = right[j];
+    return Determinant(replaced) / Determinant(matrix_);
+  }
 };
