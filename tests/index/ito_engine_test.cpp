@@ -286,7 +286,7 @@ TEST(ItoEngine, EnginesInTwoThreadsWriteWhatTheyWriteAlone) {
 }
 
 TEST(ItoEngine, AStopAtAnyReportLeavesAReadableListing) {
-  const std::string input = Problem(kTetragonal) + Problem(kOrthorhombic);
+  const std::string input = Problem(kOrthorhombic) + Problem("few", {100, 200, 300});
   int all = 0;
   const std::string whole = RunIto(input, [&](const std::string& stage) {
                               EXPECT_TRUE(stage.starts_with("ITO: "));
@@ -299,6 +299,7 @@ TEST(ItoEngine, AStopAtAnyReportLeavesAReadableListing) {
     const Result result = RunIto(input, [&](const std::string&) { return ++reports < n; });
     EXPECT_TRUE(result.run.stopped);
     EXPECT_EQ(reports, n);
+    EXPECT_EQ(result.run.problems, 1);
     EXPECT_TRUE(result.run.complaints.empty());
     EXPECT_LE(result.listing.size(), whole.size());
     EXPECT_TRUE(result.listing.ends_with('\n'));
