@@ -94,13 +94,17 @@ TEST(ItoEngine, ExactLinesInEachFormGiveTheLattice) {
   }
 }
 
-TEST(ItoEngine, AZoneOfAllLinesIsDominantWhateverTheNumberOfThemToCombine) {
+TEST(ItoEngine, ADominantZoneLeavesAtMostOneOfTheLinesThatAreCombined) {
   const Lattice x = ReciprocalOf(kShort.cell);
-  const auto lines = LinesOf(x, [](const Hkl& r) { return r.h == 0; });
-  for (const char* numbers : {" 3 6", " 330", "4199"})
-    EXPECT_TRUE(Holds(RunIto(Problem("zone", lines, With(35, numbers))).listing,
-                      "zone-finding is restarted"))
-        << numbers;
+  auto lines = LinesOf(x, [](const Hkl& r) { return r.h == 0; });
+  for (int others = 0; others <= 2; ++others) {
+    for (const char* numbers : {" 3 6", " 330", "4199"}) {
+      const Result result = RunIto(Problem("zone", lines, With(35, numbers)));
+      EXPECT_EQ(Holds(result.listing, "zone-finding is restarted"), others < 2)
+          << others << numbers;
+    }
+    lines[3 + others] += (lines[4 + others] - lines[3 + others]) / 3;
+  }
 }
 
 std::string TrialCard(const Lattice& x) {
