@@ -2,6 +2,7 @@
 #include "index/driver.h"
 
 #include <algorithm>
+#include <memory>
 #include <optional>
 #include <system_error>
 
@@ -19,10 +20,12 @@ void TellCount(int count) {
 
 // The lines for the engine; none after a box.
 std::optional<std::vector<float>> LinesFor(const IndexingEngine& engine) {
+  constexpr const char* kCannotOpen = "Error opening peak file";
   LineReader file(ws.peakfilename);
   if (!file.IsOpen()) {
-    MessageBoxError("File Error",
-                    FileMessage("Error opening peak file", ws.peakfilename, file.Reason()));
+    MessageBoxError("File Error", ws.peakfilename.empty()
+                                      ? std::string(kCannotOpen) + "\nNo file is named"
+                                      : FileMessage(kCannotOpen, ws.peakfilename, file.Reason()));
     return {};
   }
   std::vector<float> lines = ReadPeakLines(file, engine.leasttth);
@@ -51,6 +54,16 @@ void DeleteInput(const IndexingEngine& engine) {
                                          std::generic_category().message(error)));
 }
 
+// The listing is long: how many solutions stand in it is told beside the plot.
+void TellResult(const IndexingEngine& engine) {
+  LineReader listing(engine.output);
+  const auto solutions = std::make_unique<SolutionTable>();
+  const int count = engine.readsolutions(listing, *solutions);
+  WindowOutStatusBar(3, std::string(engine.name) + ": " +
+                            (count == 0 ? "no" : std::to_string(count)) +
+                            (count == 1 ? " solution" : " solutions"));
+}
+
 bool Report(const std::string& stage) { return WProgress(3, stage); }
 
 }  // namespace
@@ -62,6 +75,10 @@ Outcome RunEngine(const IndexingEngine& engine) {
   if (!WriteInput(engine, *lines)) return Outcome::Failed;
   ws.indexoutfile = engine.output;
   const EngineEnd end = engine.start(engine.input, engine.output, Report);
+  if (end.status == kNoListing)
+    ws.indexoutfile.clear();
+  else
+    TellResult(engine);
   if (!end.run.stopped) {
     for (const Complaint& complaint : end.run.complaints)
       MessageBoxError(complaint.caption, complaint.text);

@@ -7,19 +7,21 @@
 
 namespace {
 
-// Whatever ITO complains about is one of its files. Too few lines are told in the listing only.
+// Whatever ITO complains about is one of its files. What is wrong with its cards and lines is told
+// in the listing only.
 EngineEnd StartIto(const std::string& input, const std::string& output,
                    const EngineReport& report) {
   int status = 0;
   ItoRun run;
   run.report = report;
   ItoEngine(status, input, output, run);
-  if (!run.complaints.empty())
-    status = kNoListing;
+  if (!run.complaints.empty()) return {kNoListing, std::move(run)};
+  if (run.problems == 0)
+    run.complaints.push_back({"ITO", "A card of the input cannot be read: see the listing"});
   else if (run.nlines < kItoLeastLines)
-    run.complaints.push_back({"ITO", std::to_string(run.nlines) +
-                                         " lines are of use, and ITO needs " +
-                                         std::to_string(kItoLeastLines)});
+    run.complaints.push_back(
+        {"ITO", std::to_string(run.nlines) + (run.nlines == 1 ? " line is" : " lines are") +
+                    " of use, and ITO needs " + std::to_string(kItoLeastLines)});
   return {status, std::move(run)};
 }
 

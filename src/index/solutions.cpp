@@ -126,5 +126,6 @@ Outcome ApplySolution(const IndexingEngine& engine) {
 void TellSolution() {
   const auto text = [](int n) { return std::to_string(n); };
   WindowOutStatusBar(4, "Solution " + text(ws.selsolution) + " of " + text(ws.nsolutions) + ": " +
-                            text(ws.npeaks) + " lines");
+                            (ws.npeaks == MaxPeaks ? "the first " : "") + text(ws.npeaks) +
+                            " lines");
 }

@@ -7,7 +7,7 @@ Workspace ws;
 
 void ResetWorkspace() {
   static_cast<PerPattern&>(ws) = {};
-  static_cast<IndexingSolutions&>(ws) = {};
+  static_cast<Indexing&>(ws) = {};
 }
 
 void ComputeSlotAxes(int slot, float wavelength) {

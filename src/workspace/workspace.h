@@ -137,18 +137,6 @@ struct PerPattern {
 
   int headerskip = 0;  // leading lines that the xy and dat readers skip
 
-  // Indexing: the list of peaks, the listing of the last run; blank: none yet
-  std::string peakfilename, indexoutfile;
-  // Form of the lines: 1 sinsq(th), 2 1/dsq, 3 theta, 4 2theta, 5 d. Of what is 0 or blank, the
-  // dialogs open with a value of their own.
-  int itoform = 4, treform = 4;
-  float itowave = 0, itozero = 0;
-  int itomaxlines = 0;
-  float itotol1 = 0, itotol2 = 0;
-  int itofom = 0, itolines = 0;
-  float trewave = 0, trevol = 0, treedge = 0, tred1 = 0, tred2 = 0;
-  int tremerit = 0, trenix = -1;  // -1 stands for the dialog's own value, as 0 is one to enter
-
   // What the menu offers once a pattern, and with overlays only
   int alpha2enabled = 1, divergenceenabled = 1;
   int overlayitems = 0;
@@ -286,24 +274,30 @@ struct FitParameters : FitResults {
   bool operator==(const FitParameters&) const = default;
 };
 
-// The solutions read last from the listing of an indexing engine. They stay, as the listing does,
-// when the choice of one of them is taken back.
-struct IndexingSolutions {
-  SolutionTable solutions;
+// Indexing: files, parameters of the engines, solutions. They are as lasting as the files, whatever
+// is taken back.
+struct Indexing {
+  std::string peakfilename, indexoutfile;  // the list of peaks, the listing; blank: none yet
+  // Form of the lines: 1 sinsq(th), 2 1/dsq, 3 theta, 4 2theta, 5 d. Of what is 0 or blank, the
+  // dialogs open with a value of their own.
+  int itoform = 4, treform = 4;
+  float itowave = 0, itozero = 0;
+  int itomaxlines = 0;
+  float itotol1 = 0, itotol2 = 0;
+  int itofom = 0, itolines = 0;
+  float trewave = 0, trevol = 0, treedge = 0, tred1 = 0, tred2 = 0;
+  int tremerit = 0, trenix = -1;  // -1 stands for the dialog's own value, as 0 is one to enter
+
+  SolutionTable solutions;  // read last from a listing
   int nsolutions = 0;
   int selsolution = 0;  // the row chosen, 0 for none
 };
 
-struct Workspace : Session,
-                   PointStore,
-                   PatternData,
-                   FitParameters,
-                   PerPattern,
-                   IndexingSolutions {};
+struct Workspace : Session, PointStore, PatternData, FitParameters, PerPattern, Indexing {};
 
 extern Workspace ws;
 
-// Puts all per-pattern fields back to their defaults, and forgets the solutions.
+// Puts all fields of the pattern and of indexing back to their defaults.
 void ResetWorkspace();
 
 // Fills the d and Q axes of slot 1 with wavelen(1), copies all three axes to slots 2 to 4, and

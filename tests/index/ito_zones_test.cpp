@@ -190,10 +190,10 @@ TEST(ItoZones, FinzonFindsThePlantedCrossConstants) {
     const auto found = Finzon(zone.a, zone.b, ProblemAt(q, 1), nullptr);
     ASSERT_FALSE(found.empty());
     EXPECT_LE(found.size(), 5u);
-    EXPECT_NEAR(found[0].f, f, 1.5);
+    EXPECT_NEAR(found[0].value, f, 1.5);
     for (std::size_t i = 1; i < found.size(); ++i) {
       EXPECT_GE(found[i - 1].count, found[i].count);
-      for (std::size_t j = 0; j < i; ++j) EXPECT_GE(std::abs(found[i].f - found[j].f), 0.5);
+      for (std::size_t j = 0; j < i; ++j) EXPECT_GE(std::abs(found[i].value - found[j].value), 0.5);
     }
   }
 }
@@ -214,7 +214,7 @@ TEST(ItoZones, ARectangleCountsTwice) {
     const auto found = Finzon(a, b, problem, nullptr);
     ASSERT_FALSE(found.empty());
     EXPECT_EQ(found[0].count, 2 * count) << a << ' ' << qmax;
-    EXPECT_EQ(found[0].f, 0);
+    EXPECT_EQ(found[0].value, 0);
   }
 }
 

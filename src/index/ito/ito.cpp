@@ -2,7 +2,6 @@
 #include "index/ito/ito.h"
 
 #include "index/ito/latticestage.h"
-#include "index/ito/notes.h"
 #include "index/ito/solutions.h"
 #include "index/ito/zerocheck.h"
 #include "index/ito/zonelist.h"
@@ -45,6 +44,7 @@ void ItoEngine(int& status, const std::string& inputname, const std::string& out
     run.nlines = static_cast<int>(problem.lines.size());
     if (reading == ItoReading::Run) RunProblem(problem, listing, run);
   }
+  if (run.stopped) listing.Lines("0the run has been stopped: what is above is not all");
   if (!listing.Close())
     Complain(run, "Error writing ITO output file", outputname, listing.Reason());
 }

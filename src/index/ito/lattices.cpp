@@ -128,7 +128,7 @@ std::vector<Lattice> Threed(const Lattice& lattice, const ItoProblem& problem) {
   const Lattice& x = lattice;
   const float root = std::sqrt((4 * x.a * x.c - x.e * x.e) * (4 * x.a * x.b - x.f * x.f));
   if (!(root > 0)) return {};
-  int threshold = static_cast<int>(problem.lines.size()) / 10 + 4;
+  const int threshold = static_cast<int>(problem.lines.size()) / 10 + 4;
   DHistogram histogram;
   histogram.scale = TrialHistogram::kWindow / problem.cards.tol3;
   std::vector<Trial> list;
@@ -141,13 +141,14 @@ std::vector<Lattice> Threed(const Lattice& lattice, const ItoProblem& problem) {
   histogram.counts.List({histogram.first, histogram.last, 1, threshold, mostlisted,
                          0.5f - histogram.origin, histogram.scale},
                         list);
+  int least = 0;
   if (list.size() > 1) {
     MergeClose(list, problem.cards.tol3);
-    threshold = list.front().count - 5;
+    least = list.front().count - 5;
   }
   std::vector<Lattice> found;
   for (const Trial& trial : list) {
-    if (trial.count <= threshold || trial.count == 0 || found.size() == mostkept) continue;
+    if (trial.count <= std::max(least, 0) || found.size() == mostkept) continue;
     found.push_back(lattice);
     found.back().d = trial.value;
     found.back().lines = static_cast<float>(trial.count);

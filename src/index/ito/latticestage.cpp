@@ -11,7 +11,7 @@ namespace {
 
 struct Combination {
   Lattice lattice;  // without d
-  int pedigree;
+  int i, j;         // its zones
 };
 
 // Of the best zones every two, and each with itself.
@@ -20,7 +20,7 @@ std::vector<Combination> Combine(const std::vector<Zone>& zones, std::size_t nz1
   for (std::size_t i = 1; i <= nz1; ++i)
     for (std::size_t j = i; j <= nz2; ++j)
       for (const Lattice& lattice : CombineZones(zones[i - 1], zones[j - 1], i == j))
-        combinations.push_back({lattice, static_cast<int>(10 * i + j)});
+        combinations.push_back({lattice, static_cast<int>(i), static_cast<int>(j)});
   return combinations;
 }
 
@@ -45,13 +45,14 @@ std::vector<Lattice> BuildLattices(const ItoProblem& problem, const std::vector<
   int before = 0, place = 0;
   for (const Combination& c : CombineEnough(problem, zones)) {
     const Lattice& x = c.lattice;
-    listing.Put<"9907(1h ,2i3,3f8.1,8h     xxx,2f8.1,i6)">(c.pedigree / 10, c.pedigree % 10, x.a,
-                                                           x.b, x.c, x.e, x.f, c.pedigree);
-    if (c.pedigree != before) place = 0;
-    before = c.pedigree;
+    const int pedigree = 10 * c.i + c.j;
+    listing.Put<"9907(1h ,2i3,3f8.1,8h     xxx,2f8.1,i6)">(c.i, c.j, x.a, x.b, x.c, x.e, x.f,
+                                                           pedigree);
+    if (pedigree != before) place = 0;
+    before = pedigree;
     for (Lattice& found : Threed(x, problem)) {
       if (lattices.size() == kMostLattices) return lattices;
-      found.merit = static_cast<float>(10 * c.pedigree + place++ % 10);
+      found.merit = static_cast<float>(10 * pedigree + place++ % 10);
       lattices.push_back(found);
     }
   }
@@ -76,7 +77,6 @@ void Refine(Lattice& x, const ItoProblem& problem, Listing& listing) {
   constexpr int mostrounds = 10, cycles = 3;
   constexpr float rest = 0.1f;
   Listing* test = TestOutput(problem.cards, StageRefpar, listing);
-  x.pedigree = x.merit;
   for (int round = 0; round < mostrounds; ++round) {
     x.lines = 0;
     Refpar(x, problem, cycles, FitLines::First20, test);
@@ -126,12 +126,12 @@ std::vector<Lattice> LatticeStage(const ItoProblem& problem, const std::vector<Z
                                   Listing& listing, EngineRun& run) {
   std::vector<Lattice> lattices = problem.trials;
   if (lattices.empty() && !zones.empty()) lattices = BuildLattices(problem, zones, listing);
-  if (lattices.empty()) {
+  if (lattices.empty() && !run.stopped) {
     listing.Put<
         "9925(50h no lattices have been found. try again with e.g. ,"
         "50hlarger tol3 (col. 16-20).  this problem is skipped)">();
-    return {};
   }
+  if (lattices.empty()) return {};
   List(lattices, listing);
   for (Lattice& x : lattices) Norm3(x, problem, TestOutput(problem.cards, StageNorm3, listing));
   MarkTwins(lattices, problem);
@@ -142,6 +142,7 @@ std::vector<Lattice> LatticeStage(const ItoProblem& problem, const std::vector<Z
   int number = 0;
   for (Lattice& x : lattices) {
     ++number;
+    x.pedigree = x.merit;
     run.stopped =
         run.stopped || (run.report && !run.report("ITO: lattice " + std::to_string(number) +
                                                   " of " + std::to_string(lattices.size())));
@@ -150,7 +151,7 @@ std::vector<Lattice> LatticeStage(const ItoProblem& problem, const std::vector<Z
     if (!twin && x.a > 0) Refine(x, problem, listing);
     if (Classify(x, twin, number, problem, listing)) accepted.push_back(x);
   }
-  if (accepted.empty())
+  if (accepted.empty() && !run.stopped)
     listing.Put<
         "('0not one acceptable lattice has been found for this problem.'/"
         "' more lines, other tolerances (col. 11-20), a zero correction or lower demands on lines'/"

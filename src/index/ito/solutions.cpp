@@ -200,7 +200,10 @@ void PutSolutions(std::vector<Lattice> lattices, ItoProblem& problem, Listing& l
   PutAcceptedNote(listing);
   Prefer(lattices, problem, listing);
   const std::vector<Lattice> printed = PrintSolutions(lattices, problem, listing);
-  if (printed.empty()) return;
+  if (printed.empty()) {
+    listing.Lines("0no lattice is of a system that is wanted.");
+    return;
+  }
   PutMostProbable(printed, problem, listing);
   for (const Lattice& x : printed) SpecialLattices(x, problem.eqtol, listing);
   PutSpecialNote(listing);

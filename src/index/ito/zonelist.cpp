@@ -120,13 +120,15 @@ std::vector<LineCombination> CombinationsAcross(const LineSet& indexed, const It
 
 std::vector<Zone> FindZones(const ItoProblem& problem, Listing& listing, EngineRun& run) {
   std::vector<Zone> zones = RatedZones(problem.combinations, problem, listing, run);
+  if (run.stopped) return {};
   Select(zones, problem, listing);
   const std::optional<LineSet> dominant = DominantZone(zones, problem, listing);
-  if (!dominant || run.stopped) return zones;
+  if (!dominant) return zones;
   listing
       .Put<"('0',60('*')/' * zone-finding is restarted with other lines.',t61,'*'/' ',60('*'))">();
   const std::vector<Zone> others =
       RatedZones(CombinationsAcross(*dominant, problem), problem, listing, run);
+  if (run.stopped) return {};
   zones.insert(zones.end(), others.begin(), others.end());
   Select(zones, problem, listing);
   return zones;

@@ -22,7 +22,9 @@ GridField::GridField(const Control& control, std::function<void()> picked,
   setHorizontalHeaderLabels(heads);
   setEditTriggers(NoEditTriggers);
   setSelectionMode(SingleSelection);
+  setSelectionBehavior(SelectRows);
   setTabKeyNavigation(false);
+  if (heads.first() == "No.") verticalHeader()->hide();  // the rows tell their numbers themselves
   const QFontMetrics letters = fontMetrics();
   for (int column = 0; column < columnCount(); ++column)
     setColumnWidth(column, kLettersOfColumn * letters.horizontalAdvance('0'));
