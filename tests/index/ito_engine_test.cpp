@@ -112,14 +112,14 @@ std::string TrialCard(const Lattice& x) {
 }
 
 TEST(ItoEngine, TrialLatticesAreOnlyRefined) {
-  const auto lines = LinesOf(kMonoclinic);
-  Lattice start = ReciprocalOf(kMonoclinic.cell);
+  const auto lines = LinesOf(kTriclinic);
+  Lattice start = ReciprocalOf(kTriclinic.cell);
   const Lattice far{100, 200, 300};
   start.a += 0.1f, start.e += 0.1f;
   // Twice the same gives one solution.
   const Result result = RunIto(Problem("trial", lines, With(43, " 3")) + TrialCard(start) +
                                TrialCard(far) + TrialCard(start));
-  ExpectFirst(result, kMonoclinic);
+  ExpectFirst(result, kTriclinic);
   EXPECT_EQ(result.nsolutions, 1);
   EXPECT_FALSE(Holds(result.listing, "zones that have been found"));
   EXPECT_TRUE(Holds(result.listing, "not enough lines indexed"));

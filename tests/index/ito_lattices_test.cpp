@@ -147,6 +147,18 @@ TEST(ItoLattices, CentredLatticesComeToOrthogonalAxes) {
   }
 }
 
+TEST(ItoLattices, EqualIsWhatDiffersByTheTolerance) {
+  const ItoProblem problem = ProblemAt({85}, 1);
+  for (const float more : {0.0f, 0.01f})
+    for (Lattice x : {Lattice{100, 150, 200, 0.5f + more},
+                      {100, 150, 100.5f + more, 0, 30},
+                      {100, 150, 207, 0, 100.5f + more},
+                      {207, 150, 100, 0, 100.5f + more}}) {
+      EXPECT_TRUE(Norm3(x, problem, nullptr));
+      EXPECT_EQ(x.d == 0 && x.e == 0 && x.f == 0, more == 0) << x.a << ' ' << x.b << ' ' << x.c;
+    }
+}
+
 TEST(ItoLattices, WhatIsNoLatticeIsDiscarded) {
   ItoProblem problem = ProblemAt({85}, 1);
   problem.abclimit = 20;
@@ -342,19 +354,25 @@ TEST(ItoLattices, TheListingTellsWhatBecomesOfEach) {
 TEST(ItoLattices, ZonesMakeTheLatticeAndItsTwinsAreTold) {
   const Lattice& x = kTriclinic;
   const Zone first{.a = x.a, .b = x.b, .f = x.f}, second{.a = x.a, .b = x.c, .f = x.e};
-  const Stage stage = RunStage(ProblemAt(LinesOf(x), 0.2), {first, second, first});
-  ASSERT_EQ(stage.accepted.size(), 1u);
-  EXPECT_LT(Difference(stage.accepted[0], x), 0.1);
-  EXPECT_EQ(stage.accepted[0].pedigree, 120);
-  EXPECT_EQ(Count(stage.listing, "230. is the same as lattice  120."), 1);
-  // Each with itself and with the others, by the digits of both zones.
-  for (const auto& [pedigree, count] : {std::pair("    11\n", 4),
-                                        {"    12\n", 1},
-                                        {"    13\n", 1},
-                                        {"    22\n", 4},
-                                        {"    23\n", 1},
-                                        {"    33\n", 4}})
-    EXPECT_EQ(Count(stage.listing, pedigree), count) << pedigree;
+  ItoProblem problem = ProblemAt(LinesOf(x), 0.2);
+  // Each with itself and with the others, by the digits of both zones; one makes too few lattices,
+  // and then two are taken.
+  for (const int zones : {3, 1}) {
+    problem.cards.nz1 = problem.cards.nz2 = zones;
+    const auto [accepted, listing] = RunStage(problem, {first, second, first});
+    const int third = zones == 3;
+    for (const auto& [pedigree, count] : {std::pair("    11\n", 4),
+                                          {"    12\n", 1},
+                                          {"    22\n", 4},
+                                          {"    13\n", third},
+                                          {"    23\n", third},
+                                          {"    33\n", 4 * third}})
+      EXPECT_EQ(Count(listing, pedigree), count) << pedigree;
+    EXPECT_EQ(Count(listing, "230. is the same as lattice  120."), third);
+    ASSERT_EQ(accepted.size(), 1u);
+    EXPECT_LT(Difference(accepted[0], x), 0.1);
+    EXPECT_EQ(accepted[0].pedigree, 120);
+  }
 }
 
 }  // namespace
