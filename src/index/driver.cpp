@@ -54,14 +54,18 @@ void DeleteInput(const IndexingEngine& engine) {
                                          std::generic_category().message(error)));
 }
 
-// The listing is long: how many solutions stand in it is told beside the plot.
-void TellResult(const IndexingEngine& engine) {
+// The listing is long: what came out of the run is told beside the plot.
+std::string ResultOf(const IndexingEngine& engine, const EngineEnd& end) {
+  if (end.run.stopped) return "stopped";
+  if (end.status == kNoListing) return "no listing";
   LineReader listing(engine.output);
   const auto solutions = std::make_unique<SolutionTable>();
   const int count = engine.readsolutions(listing, *solutions);
-  WindowOutStatusBar(3, std::string(engine.name) + ": " +
-                            (count == 0 ? "no" : std::to_string(count)) +
-                            (count == 1 ? " solution" : " solutions"));
+  return (count == 0 ? "no" : std::to_string(count)) + (count == 1 ? " solution" : " solutions");
+}
+
+void TellResult(const IndexingEngine& engine, const EngineEnd& end) {
+  WindowOutStatusBar(3, std::string(engine.name) + ": " + ResultOf(engine, end));
 }
 
 bool Report(const std::string& stage) { return WProgress(3, stage); }
@@ -75,16 +79,14 @@ Outcome RunEngine(const IndexingEngine& engine) {
   if (!WriteInput(engine, *lines)) return Outcome::Failed;
   ws.indexoutfile = engine.output;
   const EngineEnd end = engine.start(engine.input, engine.output, Report);
-  if (end.status == kNoListing)
-    ws.indexoutfile.clear();
-  else
-    TellResult(engine);
+  if (end.status == kNoListing) ws.indexoutfile.clear();
   if (!end.run.stopped) {
     for (const Complaint& complaint : end.run.complaints)
       MessageBoxError(complaint.caption, complaint.text);
     if (end.status != kNoListing) IOsCommandOnFile(ws.editorpath, ws.indexoutfile);
   }
   DeleteInput(engine);
+  TellResult(engine, end);
   if (end.run.stopped) return Outcome::Cancelled;
   return end.status == 0 ? Outcome::Done : Outcome::Failed;
 }

@@ -76,6 +76,7 @@ Outcome RunCommand(const Command& command, Arguments arguments) {
   if (!arguments.path.empty()) WJournal("open", arguments.path);
   const int viewmode = ws.viewmode;
   Snapshot before = StateNow();
+  const Indexing indexing = ws;
   arguments.number = command.number;
   SetFields(command);
   Outcome outcome = Ask(command, arguments);
@@ -89,7 +90,8 @@ Outcome RunCommand(const Command& command, Arguments arguments) {
   if (!happened && command.undo) PutBack(entered, before.data);
   const bool changed = StateNow() != before;
   // What is saved cannot be taken back, and leaves its settings behind even when it fails.
-  if (happened || changed) Note(command, picked, std::move(lines));
+  if (happened || changed || indexing != static_cast<const Indexing&>(ws))
+    Note(command, picked, std::move(lines));
   if (changed && command.undo) KeepForUndo(TitleOf(command), std::move(before));
   ShowMenuState();
   if (outcome == Outcome::Done && command.tell) command.tell();

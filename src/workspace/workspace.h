@@ -291,6 +291,8 @@ struct Indexing {
   SolutionTable solutions;  // read last from a listing
   int nsolutions = 0;
   int selsolution = 0;  // the row chosen, 0 for none
+
+  bool operator==(const Indexing&) const = default;
 };
 
 struct Workspace : Session, PointStore, PatternData, FitParameters, PerPattern, Indexing {};
