@@ -15,6 +15,20 @@
 // In the numbers of the listing's users; the searches come in an order of their own.
 enum class CrystalSystem { Cubic = 1, Tetragonal, Orthorhombic, Hexagonal, Monoclinic, Triclinic };
 
+// The searches.
+enum class Stage {
+  Cubic,
+  Tetragonal,
+  Hexagonal,
+  OrthorhombicZone,
+  Orthorhombic,
+  Monoclinic020,
+  MonoclinicZone,
+  Monoclinic,
+  TriclinicZone,
+  Triclinic,
+};
+
 // s = a hh + b kk + c ll + d hl + e hk + f kl. Of systems with equal axes all constants are set:
 // b = a in tetragonal cells, b = e = a in hexagonal ones, b = c = a in cubic ones.
 struct Constants {
@@ -37,8 +51,8 @@ struct TreorOptions {
   int list = 0;     // not 0: all trials that index enough lines are listed
   int omit = 0;     // not 0: orthorhombic cells only
   int select = 0;   // 1 to the number of lines: it belongs to all sets of base lines
-  int use = -1;     // test lines; -1 not given
-  int iq = -1;      // those of them that a trial must index; -1 not given
+  int use = -1;     // test lines; below 0: not given, until the lines are prepared
+  int iq = -1;      // those of them that a trial must index; below 0 alike
   int mono = 0;     // largest beta, degrees; 0: nothing monoclinic, below 0: dominant zone only
   int resume = 0;   // above 0: another data set follows
   int monogam = 0;  // not 0: the general monoclinic search ends at its first candidate

@@ -1,0 +1,176 @@
+#include "index/treor/treor.h"
+
+#include <span>
+
+#include "index/treor/accept.h"
+#include "index/treor/keywords.h"
+#include "index/treor/lines.h"
+#include "index/treor/listing.h"
+#include "index/treor/searches.h"
+#include "workspace/text.h"
+
+namespace {
+
+constexpr int kTitleWidth = 80;
+// What a negative volume asks for.
+constexpr int kSteppedMono = 135, kSteppedMonoset = 7;
+
+constexpr float kHalf = 0.5f, kWhole = 1;
+
+// A search, and the part of the largest volume that it goes up to.
+struct Pass {
+  Stage stage;
+  float part;
+};
+
+constexpr Pass kPasses[] = {
+    {Stage::Cubic, kWhole},          {Stage::Tetragonal, kWhole},
+    {Stage::Hexagonal, kWhole},      {Stage::OrthorhombicZone, kWhole},
+    {Stage::Orthorhombic, kWhole},   {Stage::Monoclinic020, kWhole},
+    {Stage::MonoclinicZone, kWhole}, {Stage::Monoclinic, kWhole},
+    {Stage::TriclinicZone, kWhole},  {Stage::Triclinic, kWhole},
+};
+
+constexpr Pass kSteppedPasses[] = {
+    {Stage::Cubic, kHalf},
+    {Stage::Cubic, kWhole},
+    {Stage::Tetragonal, kHalf},
+    {Stage::Tetragonal, kWhole},
+    {Stage::Hexagonal, kHalf},
+    {Stage::Hexagonal, kWhole},
+    {Stage::OrthorhombicZone, kHalf},
+    {Stage::Orthorhombic, kHalf},
+    {Stage::OrthorhombicZone, kWhole},
+    {Stage::Orthorhombic, kWhole},
+    {Stage::Monoclinic020, kHalf},
+    {Stage::MonoclinicZone, kHalf},
+    {Stage::Monoclinic, kHalf},
+    {Stage::TriclinicZone, kHalf},
+    {Stage::MonoclinicZone, kWhole},
+    {Stage::Monoclinic, kWhole},
+    {Stage::TriclinicZone, kWhole},
+    {Stage::Triclinic, kWhole},
+};
+
+struct StageRow {
+  const char* name;
+  void (*search)(TreorSearch&);
+  bool (*wanted)(const TreorOptions&);
+};
+
+bool WantsCubic(const TreorOptions& o) { return o.omit == 0 && o.cubic.sum > 0; }
+bool WantsTetragonal(const TreorOptions& o) { return o.omit == 0 && o.tetragonal.sum > 0; }
+bool WantsOrthorhombic(const TreorOptions& o) { return o.orthorhombic(1).sum > 0; }
+bool Wants020(const TreorOptions& o) { return o.mono > 0 && o.shorttest == 0; }
+bool WantsMonoclinicZone(const TreorOptions& o) { return o.mono != 0; }
+bool WantsMonoclinic(const TreorOptions& o) { return o.mono > 0; }
+bool WantsTriclinic(const TreorOptions& o) { return o.tric != 0; }
+
+// In the order of Stage.
+constexpr StageRow kStages[] = {
+    {"cubic", SearchCubic, WantsCubic},
+    {"tetragonal", SearchTetragonal, WantsTetragonal},
+    {"hexagonal", SearchHexagonal, WantsTetragonal},
+    {"orthorhombic, dominant zone", SearchOrthorhombicZone, WantsOrthorhombic},
+    {"orthorhombic", SearchOrthorhombic, WantsOrthorhombic},
+    {"monoclinic, (020)", SearchMonoclinic020, Wants020},
+    {"monoclinic, dominant zone", SearchMonoclinicZone, WantsMonoclinicZone},
+    {"monoclinic", SearchMonoclinic, WantsMonoclinic},
+    {"triclinic, dominant zone", SearchTriclinicZone, WantsTriclinic},
+    {"triclinic", SearchTriclinic, WantsTriclinic},
+};
+
+// True if the pass has solved the pattern.
+bool RunPass(TreorSearch& search, const Pass& pass) {
+  const StageRow& row = kStages[static_cast<int>(pass.stage)];
+  SetVolume(search.limits, search.options.vol * pass.part);
+  search.stage = WriteRecord<"(a,', ',f8.0,' A**3')">(row.name, search.limits.stagevol);
+  search.candidates.clear();
+  ListStage(search, pass.stage);
+  row.search(search);
+  ListStageEnd(search.listing, pass.stage);
+  for (const Candidate& candidate : search.candidates)
+    if (!search.GoOn() || AcceptCandidate(search, candidate)) return !search.run.stopped;
+  return false;
+}
+
+bool RunPasses(TreorSearch& search, std::span<const Pass> passes) {
+  for (const Pass& pass : passes) {
+    if (!kStages[static_cast<int>(pass.stage)].wanted(search.options)) continue;
+    if (!search.GoOn()) return false;
+    if (RunPass(search, pass)) return true;
+  }
+  return false;
+}
+
+// Title, lines and control lines. False if they are not valid.
+bool ReadControl(LineReader& input, TreorSearch& search) {
+  search.listing.Lines(search.title);
+  return ReadLines(input, search) && ReadKeywords(input, search.options);
+}
+
+// A negative volume asks for the searches of all systems in two steps.
+bool SetStepped(TreorOptions& options) {
+  if (options.vol >= 0) return false;
+  options.vol = -options.vol;
+  options.mono = kSteppedMono;
+  options.monoset = kSteppedMonoset;
+  options.tric = 1;
+  return true;
+}
+
+void RunDataSet(TreorSearch& search) {
+  const bool stepped = SetStepped(search.options);
+  PrepareLines(search);
+  SetLimits(search);
+  ListOptions(search);
+  search.run.nlines = static_cast<int>(search.all.size());
+  search.run.solved = stepped ? RunPasses(search, kSteppedPasses) : RunPasses(search, kPasses);
+  ListCounts(search);
+  if (!search.run.solved && !stepped) ListFailure(search);
+}
+
+void Complain(TreorRun& run, int& status, const std::string& text, const std::string& path,
+              const std::string& reason) {
+  status = 1;
+  run.complaints.push_back({"File Error", FileMessage(text, path, reason)});
+}
+
+void RunDataSets(LineReader& input, Listing& listing, TreorRun& run, int& status) {
+  for (int resume = 1; resume > 0 && !run.stopped;) {
+    TreorSearch search{run, listing};
+    // The last data set may have promised one more.
+    if (!input.Read(search.title, kTitleWidth) && run.datasets > 0) return;
+    ++run.datasets;
+    if (!ReadControl(input, search)) {
+      ListControlError(listing);
+      run.complaints.push_back({"PWINL Error", "Error"});
+      status = 2;
+      return;
+    }
+    RunDataSet(search);
+    resume = search.options.resume;
+  }
+}
+
+}  // namespace
+
+bool TreorSearch::GoOn() {
+  if (run.report && !run.stopped) run.stopped = !run.report(stage);
+  return !run.stopped;
+}
+
+void Treor90Engine(int& status, const std::string& inputname, const std::string& outputname,
+                   TreorRun& run) {
+  status = 0;
+  LineReader input(inputname);
+  if (!input.IsOpen())
+    return Complain(run, status, "Error opening TREOR90 input file", inputname, input.Reason());
+  Listing listing(outputname);
+  if (!listing.IsOpen())
+    return Complain(run, status, "Error opening TREOR90 output file", outputname, listing.Reason());
+  listing.Put<"(' VERSION JANUARY 1990 ')">();
+  RunDataSets(input, listing, run, status);
+  if (!listing.Close())
+    Complain(run, status, "Error writing TREOR90 output file", outputname, listing.Reason());
+}
