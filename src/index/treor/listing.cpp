@@ -183,14 +183,14 @@ void ListRow(Listing& listing, const LineRow& row, float wave) {
   const auto& calculated = row.calculated;
   if (!calculated)
     return listing.Put<"20(1H ,12X,F9.6,19X,F8.3,8X,F8.4,2X,6X,A4)">(
-        observed->s, TwoThetaOf(observed->s), SpacingOf(observed->s, wave), observed->label);
+        observed->s, TwoThetaAt(observed->s), SpacingOf(observed->s, wave), observed->label);
   const auto [h, k, l] = calculated->hkl;
   if (!observed)
     return listing.Put<"16(1H ,3I4,9X,F9.6,18X,F8.3)">(h, k, l, calculated->s,
-                                                       TwoThetaOf(calculated->s));
+                                                       TwoThetaAt(calculated->s));
   listing.Put<"14(1H ,3I4,2F9.6,F10.6,2F8.3,F8.4,2X,6X,A4)">(
-      h, k, l, observed->s, calculated->s, observed->s - calculated->s, TwoThetaOf(observed->s),
-      TwoThetaOf(calculated->s), SpacingOf(observed->s, wave), observed->label);
+      h, k, l, observed->s, calculated->s, observed->s - calculated->s, TwoThetaAt(observed->s),
+      TwoThetaAt(calculated->s), SpacingOf(observed->s, wave), observed->label);
 }
 
 }  // namespace

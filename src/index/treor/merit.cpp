@@ -44,7 +44,7 @@ std::optional<FigureOfMerit> FigureOf(const std::vector<LineRow>& rows, int n, f
     if (!row.observed || !row.calculated || row.observed->s > last) continue;
     ++matched;
     figure.epsilon += std::fabs(row.observed->s - row.calculated->s);
-    figure.delta += std::fabs(TwoThetaOf(row.observed->s) - TwoThetaOf(row.calculated->s));
+    figure.delta += std::fabs(TwoThetaAt(row.observed->s) - TwoThetaAt(row.calculated->s));
   }
   if (figure.epsilon == 0 || figure.delta == 0 || figure.calculated == 0) return std::nullopt;
   figure.epsilon /= static_cast<float>(matched);
@@ -63,7 +63,7 @@ int Unindexed(const std::vector<LineRow>& rows, float last) {
 
 }  // namespace
 
-float TwoThetaOf(float s) {
+float TwoThetaAt(float s) {
   return 2.0f * std::atan(std::sqrt(s) / std::sqrt(std::max(1.0f - s, 0.0f))) * RadToDeg;
 }
 

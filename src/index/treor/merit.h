@@ -32,4 +32,4 @@ struct LineTest {
 LineTest TestLines(CrystalSystem system, const Constants& constants,
                    const std::vector<TreorLine>& lines, const TreorOptions& options);
 
-float TwoThetaOf(float s);  // degrees
+float TwoThetaAt(float s);  // degrees
