@@ -67,17 +67,14 @@ inline std::vector<double> TrueLines(const Cell& cell, double smax) {
 }
 
 // Those of the first n lines that stand alone, in degrees two-theta, with an error of sigma.
-inline std::vector<double> Pattern(const Cell& cell, std::size_t n, double sigma,
-                                   unsigned seed = 1) {
-  std::mt19937 generator(seed);
+inline std::vector<double> Pattern(const Cell& cell, std::size_t n, double sigma) {
+  std::mt19937 generator(1);
   std::normal_distribution<double> error(0, 1);
-  std::vector<double> twotheta;
-  double last = 0;
-  for (const double s : TrueLines(cell, 0.6)) {
-    const double at = 2 * std::asin(std::sqrt(s)) / kRad;
-    if (at - last > 0.1 && twotheta.size() < n) twotheta.push_back(at + sigma * error(generator));
-    last = at;
-  }
+  std::vector<double> all, twotheta;
+  for (const double s : TrueLines(cell, 0.8)) all.push_back(2 * std::asin(std::sqrt(s)) / kRad);
+  for (std::size_t i = 0; i + 1 < all.size() && twotheta.size() < n; ++i)
+    if (all[i + 1] - all[i] > 0.15 && (i == 0 || all[i] - all[i - 1] > 0.15))
+      twotheta.push_back(all[i] + sigma * error(generator));
   return twotheta;
 }
 
