@@ -1,0 +1,47 @@
+#include "index/treor/candidates.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr float kEqual = 0.00005f;     // constants
+constexpr float kEqualVolume = 0.05f;  // of triclinic cells, cubic angstrom
+
+// The usual order of the axes, where a system leaves a choice.
+void OrderAxes(Candidate& candidate) {
+  Constants& s = candidate.constants;
+  if (candidate.system == CrystalSystem::Orthorhombic) {
+    std::array axes{s.a, s.b, s.c};
+    std::ranges::sort(axes, std::ranges::greater());
+    s = {axes[0], axes[1], axes[2]};
+  } else if (candidate.system == CrystalSystem::Monoclinic) {
+    if (s.a < s.c) std::swap(s.a, s.c);
+    s.d = std::abs(s.d);  // the obtuse of both angles
+  }
+}
+
+bool AreEqual(const Candidate& x, const Candidate& y) {
+  const Constants &s = x.constants, &t = y.constants;
+  const auto near = [](float p, float q) { return std::abs(p - q) <= kEqual; };
+  return near(s.a, t.a) && near(s.b, t.b) && near(s.c, t.c) && near(s.d, t.d) && near(s.e, t.e) &&
+         near(s.f, t.f) &&
+         (x.system != CrystalSystem::Triclinic || std::abs(x.volume - y.volume) <= kEqualVolume);
+}
+
+bool IsBetter(const Candidate& x, const Candidate& y) {
+  if (x.count != y.count) return x.count > y.count;
+  return x.system == CrystalSystem::Triclinic ? x.volume < y.volume : x.product > y.product;
+}
+
+}  // namespace
+
+void StoreCandidate(std::vector<Candidate>& candidates, Candidate candidate) {
+  OrderAxes(candidate);
+  for (const Candidate& listed : candidates)
+    if (AreEqual(listed, candidate)) return;
+  const bool triclinic = candidate.system == CrystalSystem::Triclinic;
+  const std::size_t most = triclinic ? kMostTriclinicCandidates : kMostCandidates;
+  candidates.insert(std::ranges::upper_bound(candidates, candidate, IsBetter), candidate);
+  if (candidates.size() > most) candidates.pop_back();
+}
