@@ -13,6 +13,9 @@ namespace {
 
 // Of the zone h k 0, and of the first two lines outside it.
 constexpr IndexLimits kZone{6, 0, 6, 12}, kFirst{2, 2, 2, 3}, kSecond{2, 2, 2, 4};
+// Lines outside the zone that are tried with the first one: several next to it may have no more to
+// tell than that, such as 0 0 2 and 0 2 1.
+constexpr int kNextLines = 4;
 
 class Search {
  public:
@@ -48,8 +51,11 @@ class Search {
       // The zone of a and b takes the place of that of a and c.
       const Zone zone{a, b, 0};
       const int first = LineOutside(zone, 1, zonesets_, search_);
-      const int second = first > 0 ? LineOutside(zone, first + 1, zonesets_, search_) : 0;
-      if (second > 0 && !TryLines(a, b, {S(x), S(y), S(first), S(second)})) return false;
+      int second = first;
+      for (int n = 0; n < kNextLines && second > 0; ++n) {
+        second = LineOutside(zone, second + 1, zonesets_, search_);
+        if (second > 0 && !TryLines(a, b, {S(x), S(y), S(first), S(second)})) return false;
+      }
     }
   }
 

@@ -15,8 +15,8 @@ constexpr IndexLimits kAnyLine{6, 0, 6, 12};
 
 std::vector<Hkl> ZoneSets(const IndexLimits& limits) { return IndexSets(limits, HSign::Both); }
 
-// As the axes may trade places, h is the larger index.
-std::vector<Hkl> BaseSets(const IndexLimits& limits) {
+// As the axes may trade places, h of the first line is its larger index.
+std::vector<Hkl> FirstSets(const IndexLimits& limits) {
   std::vector<Hkl> sets = ZoneSets(limits);
   std::erase_if(sets, [](const Hkl& r) { return std::abs(r.h) < r.l; });
   return sets;
@@ -68,9 +68,9 @@ std::vector<Zone> DominantZones(const ZoneLimits& limits, const TreorSearch& sea
   std::vector<Zone> zones;
   if (search.Lines() < kZoneLines) return zones;
   const std::array<float, 3> s{search.Line(1).s, search.Line(2).s, search.Line(3).s};
-  for (const Hkl& r1 : BaseSets(limits[0]))
-    for (const Hkl& r2 : BaseSets(limits[1]))
-      for (const Hkl& r3 : BaseSets(limits[2])) {
+  for (const Hkl& r1 : FirstSets(limits[0]))
+    for (const Hkl& r2 : ZoneSets(limits[1]))
+      for (const Hkl& r3 : ZoneSets(limits[2])) {
         if (AreEqual(r1, r2) || AreEqual(r1, r3) || AreEqual(r2, r3)) continue;
         const auto found = Solve<3>({Row(r1), Row(r2), Row(r3)}, s);
         if (!found) continue;
