@@ -1,5 +1,6 @@
 #include "index/treor/treor.h"
 
+#include <algorithm>
 #include <span>
 
 #include "index/treor/accept.h"
@@ -17,39 +18,31 @@ constexpr int kSteppedMono = 135, kSteppedMonoset = 7;
 
 constexpr float kHalf = 0.5f, kWhole = 1;
 
-// A search, and the part of the largest volume that it goes up to.
+// Searches that fill one list of candidates, and the part of the largest volume that they go up to.
 struct Pass {
-  Stage stage;
+  std::span<const Stage> stages;
   float part;
 };
 
+constexpr Stage kCubic[] = {Stage::Cubic};
+constexpr Stage kTetragonal[] = {Stage::Tetragonal};
+constexpr Stage kHexagonal[] = {Stage::Hexagonal};
+constexpr Stage kOrthorhombic[] = {Stage::OrthorhombicZone, Stage::Orthorhombic};
+constexpr Stage kMonoclinic[] = {Stage::Monoclinic020, Stage::MonoclinicZone, Stage::Monoclinic};
+constexpr Stage kMonoclinicAgain[] = {Stage::MonoclinicZone, Stage::Monoclinic};
+constexpr Stage kTriclinicZone[] = {Stage::TriclinicZone};
+constexpr Stage kTriclinic[] = {Stage::TriclinicZone, Stage::Triclinic};
+
 constexpr Pass kPasses[] = {
-    {Stage::Cubic, kWhole},          {Stage::Tetragonal, kWhole},
-    {Stage::Hexagonal, kWhole},      {Stage::OrthorhombicZone, kWhole},
-    {Stage::Orthorhombic, kWhole},   {Stage::Monoclinic020, kWhole},
-    {Stage::MonoclinicZone, kWhole}, {Stage::Monoclinic, kWhole},
-    {Stage::TriclinicZone, kWhole},  {Stage::Triclinic, kWhole},
+    {kCubic, kWhole},        {kTetragonal, kWhole}, {kHexagonal, kWhole},
+    {kOrthorhombic, kWhole}, {kMonoclinic, kWhole}, {kTriclinic, kWhole},
 };
 
 constexpr Pass kSteppedPasses[] = {
-    {Stage::Cubic, kHalf},
-    {Stage::Cubic, kWhole},
-    {Stage::Tetragonal, kHalf},
-    {Stage::Tetragonal, kWhole},
-    {Stage::Hexagonal, kHalf},
-    {Stage::Hexagonal, kWhole},
-    {Stage::OrthorhombicZone, kHalf},
-    {Stage::Orthorhombic, kHalf},
-    {Stage::OrthorhombicZone, kWhole},
-    {Stage::Orthorhombic, kWhole},
-    {Stage::Monoclinic020, kHalf},
-    {Stage::MonoclinicZone, kHalf},
-    {Stage::Monoclinic, kHalf},
-    {Stage::TriclinicZone, kHalf},
-    {Stage::MonoclinicZone, kWhole},
-    {Stage::Monoclinic, kWhole},
-    {Stage::TriclinicZone, kWhole},
-    {Stage::Triclinic, kWhole},
+    {kCubic, kHalf},         {kCubic, kWhole},           {kTetragonal, kHalf},
+    {kTetragonal, kWhole},   {kHexagonal, kHalf},        {kHexagonal, kWhole},
+    {kOrthorhombic, kHalf},  {kOrthorhombic, kWhole},    {kMonoclinic, kHalf},
+    {kTriclinicZone, kHalf}, {kMonoclinicAgain, kWhole}, {kTriclinic, kWhole},
 };
 
 struct StageRow {
@@ -80,27 +73,28 @@ constexpr StageRow kStages[] = {
     {"triclinic", SearchTriclinic, WantsTriclinic},
 };
 
+void RunStage(TreorSearch& search, Stage stage) {
+  const StageRow& row = kStages[static_cast<int>(stage)];
+  search.stage = WriteRecord<"(a,',',f8.0,' A**3')">(row.name, search.limits.stagevol);
+  ListStage(search, stage);
+  row.search(search);
+  ListStageEnd(search.listing, stage);
+}
+
 // True if the pass has solved the pattern.
 bool RunPass(TreorSearch& search, const Pass& pass) {
-  const StageRow& row = kStages[static_cast<int>(pass.stage)];
   SetVolume(search.limits, search.options.vol * pass.part);
-  search.stage = WriteRecord<"(a,', ',f8.0,' A**3')">(row.name, search.limits.stagevol);
   search.candidates.clear();
-  ListStage(search, pass.stage);
-  row.search(search);
-  ListStageEnd(search.listing, pass.stage);
+  for (const Stage stage : pass.stages)
+    if (kStages[static_cast<int>(stage)].wanted(search.options) && search.GoOn())
+      RunStage(search, stage);
   for (const Candidate& candidate : search.candidates)
-    if (!search.GoOn() || AcceptCandidate(search, candidate)) return !search.run.stopped;
+    if (search.GoOn() && AcceptCandidate(search, candidate)) return true;
   return false;
 }
 
 bool RunPasses(TreorSearch& search, std::span<const Pass> passes) {
-  for (const Pass& pass : passes) {
-    if (!kStages[static_cast<int>(pass.stage)].wanted(search.options)) continue;
-    if (!search.GoOn()) return false;
-    if (RunPass(search, pass)) return true;
-  }
-  return false;
+  return std::ranges::any_of(passes, [&](const Pass& pass) { return RunPass(search, pass); });
 }
 
 // Title, lines and control lines. False if they are not valid.
