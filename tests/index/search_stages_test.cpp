@@ -1,0 +1,178 @@
+// Each search finds a cell of its system from lines without errors, and ends when it is told to.
+#include <gtest/gtest.h>
+
+#include <chrono>
+
+#include "index/treor/searches.h"
+#include "index/treorsimulate.h"
+
+namespace {
+
+using treor::Cell, treor::DataSet;
+
+struct Search {
+  const char* name;
+  void (*run)(TreorSearch&);
+  CrystalSystem system;
+  Cell cell;
+  bool screw = false;  // 0 1 0 is absent, so that 0 2 0 is no higher order
+};
+
+constexpr CrystalSystem kTriclinic = CrystalSystem::Triclinic,
+                        kMonoclinic = CrystalSystem::Monoclinic,
+                        kOrthorhombic = CrystalSystem::Orthorhombic;
+
+// The zones of the dominant zone tests have a short axis at right angles to them, the other
+// searches need lines of all kinds among the first.
+const Search kSearches[] = {
+    {"cubic", SearchCubic, CrystalSystem::Cubic, {6.649, 6.649, 6.649, 90, 90, 90}},
+    {"tetragonal", SearchTetragonal, CrystalSystem::Tetragonal, {5.21, 5.21, 7.93, 90, 90, 90}},
+    {"hexagonal", SearchHexagonal, CrystalSystem::Hexagonal, {5.852, 5.852, 3.953, 90, 90, 120}},
+    {"hexagonal, long",
+     SearchHexagonal,
+     CrystalSystem::Hexagonal,
+     {3.77, 3.77, 12.16, 90, 90, 120}},
+    {"orthorhombic", SearchOrthorhombic, kOrthorhombic, {4.44, 5.39, 7.37, 90, 90, 90}},
+    {"orthorhombic zone", SearchOrthorhombicZone, kOrthorhombic, {13.4, 9.13, 3.31, 90, 90, 90}},
+    {"(020)", SearchMonoclinic020, kMonoclinic, {5.12, 10.78, 6.44, 90, 99.2, 90}, true},
+    {"monoclinic zone", SearchMonoclinicZone, kMonoclinic, {12.3, 3.27, 9.13, 90, 104.3, 90}},
+    {"monoclinic", SearchMonoclinic, kMonoclinic, {5.43, 4.83, 8.14, 90, 107.58, 90}},
+    {"triclinic zone", SearchTriclinicZone, kTriclinic, {10.1, 3.71, 8.93, 95.2, 101.3, 97.4}},
+    {"triclinic", SearchTriclinic, kTriclinic, {4.795, 5.108, 6.83, 95.8, 97.6, 103.1}},
+};
+
+void Prepare(TreorSearch& search, const Search& one, float volume) {
+  search.options.mono = 135;
+  search.options.monoset = 7;
+  search.options.vol = volume;
+  search.options.wave = static_cast<float>(treor::kWave);
+  search.all = treor::LinesOf(treor::Pattern(one.cell, 25, 0));
+  const float absent = treor::ConstantsOf(one.cell).b;
+  if (one.screw)
+    std::erase_if(search.all, [&](const auto& line) { return std::abs(line.s - absent) < 1e-5f; });
+  PrepareLines(search);
+  SetLimits(search);
+}
+
+// All values of s up to a limit.
+std::vector<double> Lines(const Constants& s, double smax) {
+  std::vector<double> lines;
+  for (int h = -20; h <= 20; ++h)
+    for (int k = -20; k <= 20; ++k)
+      for (int l = 0; l <= 20; ++l) {
+        const double value =
+            s.a * h * h + s.b * k * k + s.c * l * l + s.d * h * l + s.e * h * k + s.f * k * l;
+        if (value > 1e-6 && value < smax) lines.push_back(value);
+      }
+  return lines;
+}
+
+// Each line of the one has a line of the other.
+bool HasTheLinesOf(const Candidate& candidate, const Cell& cell) {
+  constexpr double smax = 0.15, tolerance = 5e-5;
+  const auto has = [](const std::vector<double>& all, const std::vector<double>& some) {
+    return std::ranges::all_of(some, [&](double s) {
+      const auto near = [s](double t) { return std::abs(s - t) < tolerance; };
+      return s > smax - tolerance || std::ranges::any_of(all, near);
+    });
+  };
+  const auto truth = treor::TrueLines(cell, smax), lines = Lines(candidate.constants, smax);
+  return has(truth, lines) && has(lines, truth);
+}
+
+TEST(TreorSearches, FindACellOfTheirSystem) {
+  for (const Search& one : kSearches) {
+    SCOPED_TRACE(one.name);
+    DataSet data;
+    Prepare(data.search, one, 1200);
+    one.run(data.search);
+    bool found = false;
+    for (const Candidate& candidate : data.search.candidates) {
+      EXPECT_EQ(candidate.system, one.system);
+      EXPECT_GE(candidate.count, data.search.options.iq);
+      found = found ||
+              (candidate.count == data.search.options.use && HasTheLinesOf(candidate, one.cell));
+    }
+    EXPECT_TRUE(found);
+  }
+}
+
+TEST(TreorSearches, FindNothingInFewLines) {
+  for (const Search& one : kSearches)
+    for (const std::size_t lines : {0u, 1u, 2u, 4u}) {
+      DataSet data;
+      Prepare(data.search, one, 1200);
+      data.search.all.resize(lines);
+      PrepareLines(data.search);
+      data.search.options.iq = 5;
+      one.run(data.search);
+      EXPECT_TRUE(data.search.candidates.empty()) << one.name;
+    }
+}
+
+TEST(TreorSearches, CountTheirCells) {
+  for (const Search& one : kSearches) {
+    SCOPED_TRACE(one.name);
+    DataSet data;
+    Prepare(data.search, one, 1200);
+    one.run(data.search);
+    SearchCounts& n = data.search.counts;
+    EXPECT_EQ(n.zone020 > 0, one.run == SearchMonoclinic020);
+    EXPECT_EQ(n.dominantzone > 0, one.run == SearchMonoclinicZone);
+    EXPECT_EQ(n.general > 1, one.run == SearchMonoclinic);
+    EXPECT_EQ(n.triclinic > 0, one.system == kTriclinic);
+    n = {};
+    data.search.options.monogam = 1;
+    one.run(data.search);
+    EXPECT_EQ(n.general, one.run == SearchMonoclinic ? 1 : 0) << "the first is the last";
+  }
+}
+
+// A cell whose first six lines all have no l is found by one behind them only if that is selected.
+TEST(TreorSearches, TakeASelectedLineAsABaseLine) {
+  const Search flat{"", SearchOrthorhombic, kOrthorhombic, {13.4, 9.13, 3.31, 90, 90, 90}};
+  DataSet data;
+  Prepare(data.search, flat, 1200);
+  const float c = treor::ConstantsOf(flat.cell).c;
+  const int line = 1 + static_cast<int>(std::ranges::count_if(
+                           data.search.lines, [&](const auto& l) { return l.s < c - 1e-5f; }));
+  ASSERT_GT(line, 6);
+  for (const int select : {0, line}) {
+    data.search.candidates.clear();
+    data.search.options.select = select;
+    SearchOrthorhombic(data.search);
+    EXPECT_EQ(std::ranges::any_of(
+                  data.search.candidates,
+                  [&](const Candidate& found) { return HasTheLinesOf(found, flat.cell); }),
+              select > 0);
+  }
+}
+
+// With limits that let everything through, the searches by base lines would go on for hours.
+TEST(TreorSearches, AskOftenWhetherToGoOn) {
+  using Clock = std::chrono::steady_clock;
+  for (const Search& one : kSearches) {
+    DataSet data;
+    Prepare(data.search, one, 90000);
+    data.search.options.cem = 90;
+    const IndexLimits wide{9, 9, 9, 20};
+    data.search.options.tetragonal = wide;
+    data.search.options.orthorhombic.fill(wide);
+    data.search.options.monoclinic.fill(wide);
+    SetLimits(data.search);
+    const auto begin = Clock::now();
+    auto last = begin;
+    double longest = 0;
+    data.run.report = [&](const std::string&) {
+      const auto now = Clock::now();
+      longest = std::max(longest, std::chrono::duration<double>(now - last).count());
+      last = now;
+      return std::chrono::duration<double>(now - begin).count() < 0.1;
+    };
+    one.run(data.search);
+    EXPECT_LT(longest, 0.15) << one.name;
+    EXPECT_LT(std::chrono::duration<double>(Clock::now() - last).count(), 0.15) << one.name;
+  }
+}
+
+}  // namespace

@@ -1,0 +1,254 @@
+// What the searches are made of: index sets, equations, the counter of lines against a plain count,
+// the list of candidates, and the limits of a trial.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <random>
+#include <set>
+
+#include "index/treor/candidates.h"
+#include "index/treor/cofactors.h"
+#include "index/treor/generators.h"
+#include "index/treor/hits.h"
+#include "index/treor/oblique.h"
+#include "index/treor/trials.h"
+#include "index/treorsimulate.h"
+
+namespace {
+
+using treor::Cell, treor::DataSet, treor::kCells;
+
+std::string Words(const std::vector<Hkl>& sets) {
+  std::string words;
+  for (const auto& [h, k, l] : sets) words += WriteRecord<"(3i2,',')">(h, k, l);
+  return words;
+}
+
+TEST(TreorIndexSets, ComeInTheirOrder) {
+  EXPECT_EQ(Words(IndexSets({2, 1, 1, 2}, HSign::Positive)),
+            " 1 0 0, 2 0 0, 0 1 0, 1 1 0, 0 0 1, 1 0 1, 0 1 1,");
+  EXPECT_EQ(Words(IndexSets({1, 1, 1, 3}, HSign::Both)),
+            " 1 0 0, 0 1 0, 1 1 0, 0 0 1, 1 0 1,-1 0 1, 0 1 1, 1 1 1,-1 1 1,");
+  EXPECT_EQ(Words(OrderedSets({2, 2, 2, 3}, Equivalent::All)),
+            " 1 0 0, 2 0 0, 1 1 0, 2 1 0, 1 1 1,");
+  EXPECT_EQ(Words(OrderedSets({1, 1, 1, 2}, Equivalent::FirstTwo)), " 1 0 0, 1 1 0, 0 0 1, 1 0 1,");
+  EXPECT_TRUE(IndexSets({2, 2, 2, 0}, HSign::Both).empty());
+}
+
+TEST(TreorCofactors, SolveWhatHasASolution) {
+  const std::array<float, 4> x{0.5f, -2, 3, 0.25f};
+  const IntMatrix<4> m{{{0, 2, 1, 0}, {1, 0, 0, 3}, {4, 1, 0, -2}, {0, 0, 5, 1}}};
+  std::array<float, 4> side{};
+  for (std::size_t i = 0; i < 4; ++i)
+    for (std::size_t j = 0; j < 4; ++j) side[i] += static_cast<float>(m[i][j]) * x[j];
+  const auto found = Solve<4>(m, side);
+  ASSERT_TRUE(found);
+  for (std::size_t i = 0; i < 4; ++i) EXPECT_NEAR((*found)[i], x[i], 1e-6);
+  EXPECT_FALSE(Solve<3>({{{1, 4, 9}, {2, 8, 18}, {0, 1, 1}}}, {1, 2, 3}));
+}
+
+// The count as it is defined, over far more indices than are needed.
+struct PlainCount {
+  const TreorSearch& search;
+  const Constants& constants;
+
+  int Marked(int lines) const {
+    const SearchLimits& limits = search.limits;
+    const int top = search.Line(lines).code + 60;
+    std::set<int> marked;
+    for (int h = -14; h <= 14; ++h)
+      for (int k = -14; k <= 14; ++k)
+        for (int l = 0; l <= 14; ++l) {
+          const int code = Code(constants.a) * h * h + Code(constants.b) * k * k +
+                           Code(constants.c) * l * l + Code(constants.d) * h * l +
+                           Code(constants.e) * h * k + Code(constants.f) * k * l;
+          if ((h == 0 && k == 0 && l == 0) || code > top) continue;
+          const int tolerance = code < limits.ssqtl ? limits.d1 : limits.d2;
+          for (int i = 1; i <= lines; ++i)
+            if (std::abs(search.Line(i).code - code) <= tolerance) marked.insert(i);
+        }
+    return static_cast<int>(marked.size());
+  }
+  static int Code(float x) { return static_cast<int>(std::floor(x * 100000 + 0.5f)); }
+};
+
+TEST(TreorHits, AreThoseOfAPlainCount) {
+  std::mt19937 generator(3);
+  const auto between = [&](double low, double high) {
+    return std::uniform_real_distribution(low, high)(generator);
+  };
+  for (const auto& [system, unused] : kCells) {
+    int most = 0, givenup = 0;
+    for (int trial = 0; trial < 60; ++trial) {
+      DataSet data;
+      data.search.options.use = 19;
+      data.search.options.iq = 8;
+      data.search.limits.d1 = 20, data.search.limits.d2 = 40, data.search.limits.ssqtl = 5000;
+      for (int i = 0; i < 22; ++i)
+        data.search.lines.push_back({0, static_cast<int>(between(500, 11000)), ""});
+      std::ranges::sort(data.search.lines, {}, &TreorLine::code);
+      Cell cell{between(4, 14), between(4, 14), between(4, 14), 90, 90, 90};
+      if (system <= CrystalSystem::Tetragonal || system == CrystalSystem::Hexagonal)
+        cell[1] = cell[0];
+      if (system == CrystalSystem::Cubic) cell[2] = cell[0];
+      if (system == CrystalSystem::Hexagonal) cell[5] = 120;
+      if (system >= CrystalSystem::Monoclinic) cell[4] = between(80, 120);
+      if (system == CrystalSystem::Triclinic)
+        cell[3] = between(80, 115), cell[5] = between(75, 105);
+      const Constants constants = treor::ConstantsOf(cell);
+      const PlainCount plain{data.search, constants};
+      int expected = plain.Marked(19);
+      // Of the first 2 x 19/3 + 3 lines a triclinic cell has to index all but 19 - 8.
+      if (system == CrystalSystem::Triclinic && 15 - plain.Marked(15) > 11) expected = 0, ++givenup;
+      EXPECT_EQ(HitCounter(data.search).Count(system, constants), expected);
+      most = std::max(most, expected);
+    }
+    EXPECT_GE(most, 6) << "a test of something";
+    EXPECT_TRUE(system != CrystalSystem::Triclinic || givenup > 0);
+  }
+}
+
+TEST(TreorHits, NoneOfWhatIsNoCell) {
+  DataSet data;
+  data.search.options.use = 2;
+  data.search.limits.d1 = data.search.limits.d2 = 20;
+  HitCounter none(data.search);
+  EXPECT_EQ(none.Count(CrystalSystem::Cubic, {0.01f, 0.01f, 0.01f}), 0) << "without lines";
+  data.search.lines = {{0.01f, 1000, ""}, {0.02f, 2000, ""}};
+  HitCounter counter(data.search);
+  const float nan = std::numeric_limits<float>::quiet_NaN();
+  for (const Constants& s :
+       {Constants{0, 0.01f, 0.01f}, Constants{nan, nan, nan, nan, nan, nan},
+        Constants{1e-7f, 1e-7f, 1e-7f}, Constants{0.01f, 0.01f, 0.01f, 0.03f},
+        Constants{0.01f, 0.01f, 0.01f, 0, 0.02f, 0}, Constants{1e30f, 1e30f, 1e30f, 1e30f}})
+    for (const auto system :
+         {CrystalSystem::Orthorhombic, CrystalSystem::Monoclinic, CrystalSystem::Triclinic})
+      if (system == CrystalSystem::Triclinic || s.e == 0) {
+        if (system != CrystalSystem::Orthorhombic || s.d == 0) {
+          EXPECT_EQ(counter.Count(system, s), 0);
+        }
+      }
+  EXPECT_EQ(counter.Count(CrystalSystem::Cubic, {0.01f, 0.01f, 0.01f}), 2);
+}
+
+std::vector<int> Counts(const std::vector<Candidate>& candidates) {
+  std::vector<int> counts;
+  for (const Candidate& c : candidates) counts.push_back(c.count);
+  return counts;
+}
+
+TEST(TreorCandidates, TheBestFiveStay) {
+  const auto cell = [](float a, int count) {
+    return Candidate{CrystalSystem::Orthorhombic, {0.01f, a, 0.02f}, a, 0, count};
+  };
+  std::vector<Candidate> list;
+  for (int count : {16, 18, 17, 16, 19}) StoreCandidate(list, cell(0.001f * count + 0.03f, count));
+  EXPECT_EQ(Counts(list), (std::vector{19, 18, 17, 16}));
+  EXPECT_FLOAT_EQ(list[0].constants.a, 0.049f) << "axes by falling constants";
+  StoreCandidate(list, cell(0.07f, 16));
+  EXPECT_EQ(list[3].product, 0.07f) << "smaller cells come first";
+  StoreCandidate(list, cell(0.04f, 15));
+  EXPECT_EQ(Counts(list), (std::vector{19, 18, 17, 16, 16})) << "no sixth";
+  StoreCandidate(list, cell(0.08f, 18));
+  EXPECT_EQ(Counts(list), (std::vector{19, 18, 18, 17, 16}));
+  EXPECT_EQ(list[1].product, 0.08f);
+}
+
+TEST(TreorCandidates, OneOfEachCell) {
+  std::vector<Candidate> list;
+  const auto monoclinic = [](float a, float c, float d) {
+    return Candidate{CrystalSystem::Monoclinic, {a, 0.03f, c, d}, 1, 0, 16};
+  };
+  StoreCandidate(list, monoclinic(0.01f, 0.02f, -0.003f));
+  StoreCandidate(list, monoclinic(0.02f, 0.01004f, 0.003f));
+  ASSERT_EQ(list.size(), 1u);
+  EXPECT_EQ(list[0].constants.a, 0.02f);
+  EXPECT_EQ(list[0].constants.d, 0.003f);
+  StoreCandidate(list, monoclinic(0.02f, 0.0101f, 0.003f));
+  EXPECT_EQ(list.size(), 2u);
+
+  std::vector<Candidate> triclinic;
+  for (float volume : {300.f, 300.04f, 200.f, 400.f})
+    StoreCandidate(triclinic, {CrystalSystem::Triclinic, {0.01f}, 0, volume, 16});
+  ASSERT_EQ(triclinic.size(), 3u);
+  EXPECT_EQ(triclinic[0].volume, 200);
+  for (int n = 0; n < 20; ++n)
+    StoreCandidate(triclinic, {CrystalSystem::Triclinic, {0.02f}, 0, 500.f + n, 15});
+  EXPECT_EQ(triclinic.size(), 10u);
+}
+
+struct OneCell : testing::Test {
+  void Prepare(const treor::TrueCell& cell, float volume) {
+    data.search.options.vol = volume;
+    data.search.options.mono = 135;
+    data.search.all = treor::LinesOf(treor::Pattern(cell.cell, 25, 0));
+    PrepareLines(data.search);
+    SetLimits(data.search);
+  }
+  DataSet data;
+};
+
+// Volumes by the direct cell; the limit of hexagonal cells is narrower by the root of 4/3.
+TEST_F(OneCell, IsACandidateWithinItsLimits) {
+  for (const auto& [system, cell] : kCells) {
+    Cell edges = cell;
+    UnitCell direct;
+    for (int k = 0; k < 6; ++k) direct(k + 1) = static_cast<float>(edges[k]);
+    const float volume = CellVolume(direct) * (system == CrystalSystem::Hexagonal ? 1.1547f : 1);
+    for (const float allowed : {0.99f, 1.01f}) {
+      Prepare({system, cell}, allowed * volume);
+      Trials trials(data.search, Stage::Cubic, system);
+      EXPECT_EQ(trials.Test(treor::ConstantsOf(cell)), allowed < 1 ? 0 : data.search.options.use);
+    }
+  }
+}
+
+TEST_F(OneCell, IsACandidateOnlyInAWindowOfTheDensity) {
+  Prepare(kCells[3], 200);
+  const Constants s = treor::ConstantsOf(kCells[3].cell);
+  const float product = s.a * s.b * s.c;
+  using Windows = std::vector<std::array<float, 2>>;
+  for (const auto& [windows, count] :
+       {std::pair{Windows{{0, product * 0.9f}, {product * 1.1f, 1}}, 0},
+        std::pair{Windows{{0, product * 0.5f}, {product * 0.9f, product * 1.1f}}, 19}}) {
+    data.search.limits.density = windows;
+    EXPECT_EQ(Trials(data.search, Stage::Orthorhombic, CrystalSystem::Orthorhombic).Test(s), count);
+  }
+}
+
+// After 25 cells the limit is the mean of the old one and of the volumes found.
+TEST_F(OneCell, MovesTheVolumeLimit) {
+  Prepare(kCells[4], 1000);
+  Trials trials(data.search, Stage::Monoclinic, CrystalSystem::Monoclinic, Trials::Volume::Moving);
+  for (int n = 1; n <= 25; ++n) {
+    EXPECT_EQ(trials.Limits().stagevol, 1000);
+    trials.Test(treor::ConstantsOf(kCells[4].cell));
+  }
+  const double volume = 5.43 * 4.83 * 8.14 * std::sin(107.58 * treor::kRad);
+  EXPECT_NEAR(trials.Limits().stagevol, (1000 + volume) / 2, 0.1);
+  EXPECT_NE(data.Text().find(" NEW MONOCLINIC VOLUME LIMIT=   602. A**3"), std::string::npos);
+}
+
+TEST_F(OneCell, KeepsToEdgesAndAngles) {
+  for (const std::size_t n : {4u, 5u}) {
+    Prepare(kCells[n], 1000);
+    const Constants s = treor::ConstantsOf(kCells[n].cell);
+    const auto allows = [&] {
+      return n == 4 ? AllowsMonoclinic(s, data.search) : AllowsTriclinic(s, data.search);
+    };
+    const float longest = static_cast<float>(kCells[n].cell[2]);
+    for (const float edge : {0.99f * longest, 1.01f * longest}) {
+      data.search.options.cem = edge;
+      SetLimits(data.search);
+      EXPECT_EQ(allows(), edge > longest);
+    }
+    for (const int beta : {107, 108}) {
+      data.search.options.mono = beta;
+      SetLimits(data.search);
+      EXPECT_EQ(allows(), n == 5 || beta == 108);
+    }
+  }
+  EXPECT_FALSE(AllowsTriclinic({0.01f, 0.01f, 0.01f, 0.015f, 0.015f, -0.015f}, data.search));
+}
+
+}  // namespace
