@@ -66,14 +66,16 @@ inline std::vector<double> TrueLines(const Cell& cell, double smax) {
   return s;
 }
 
-// Those of the first n lines that stand alone, in degrees two-theta, with an error of sigma.
-inline std::vector<double> Pattern(const Cell& cell, std::size_t n, double sigma) {
+// The first n lines that are so far apart from others, in degrees two-theta, with an error of
+// sigma.
+inline std::vector<double> Pattern(const Cell& cell, std::size_t n, double sigma,
+                                   double apart = 0.15) {
   std::mt19937 generator(1);
   std::normal_distribution<double> error(0, 1);
   std::vector<double> all, twotheta;
   for (const double s : TrueLines(cell, 0.8)) all.push_back(2 * std::asin(std::sqrt(s)) / kRad);
   for (std::size_t i = 0; i + 1 < all.size() && twotheta.size() < n; ++i)
-    if (all[i + 1] - all[i] > 0.15 && (i == 0 || all[i] - all[i - 1] > 0.15))
+    if (all[i + 1] - all[i] > apart && (i == 0 || all[i] - all[i - 1] > apart))
       twotheta.push_back(all[i] + sigma * error(generator));
   return twotheta;
 }

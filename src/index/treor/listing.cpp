@@ -46,31 +46,35 @@ void ListOptions(const TreorSearch& search) {
   if (o.list != 0) listing.Put<"41(28H PRINT ALL TRIALS WITH IQ GE,I5)">(o.iq);
 }
 
-void ListStage(const TreorSearch& search, Stage stage) {
+void ListSystem(const TreorSearch& search, CrystalSystem system) {
   Listing& listing = search.listing;
   const float volume = search.limits.stagevol;
-  switch (stage) {
-    case Stage::Cubic:
+  switch (system) {
+    case CrystalSystem::Cubic:
       return listing.Put<"350(' ** CUBIC TEST ********************* MAX. VOLUME=',F6.0)">(volume);
-    case Stage::Tetragonal:
+    case CrystalSystem::Tetragonal:
       return listing.Put<"351(' ** TETRAGONAL TEST **************** MAX. VOLUME=',F6.0)">(volume);
-    case Stage::Hexagonal:
+    case CrystalSystem::Hexagonal:
       return listing.Put<"352(' ** HEXAGONAL TEST ***************** MAX. VOLUME=',F6.0)">(volume);
-    case Stage::OrthorhombicZone:
-    case Stage::Orthorhombic:
+    case CrystalSystem::Orthorhombic:
       return listing.Put<"353(' ** ORTHORHOMBIC TEST ************** MAX. VOLUME=',F6.0)">(volume);
-    case Stage::Monoclinic020:
-    case Stage::MonoclinicZone:
-    case Stage::Monoclinic:
+    case CrystalSystem::Monoclinic:
       listing.Put<"511(' ** MONOCLINIC TEST **************** MAX. VOLUME=',F6.0)">(volume);
-      listing.Put<"512(18H MAX BETA ALLOWED=,I5,5H DEG.)">(search.options.mono);
-      if (stage == Stage::Monoclinic020) listing.Put<"604(13H (020)-SEARCH)">();
-      return;
-    case Stage::TriclinicZone:
-      return listing.Put<"12(' TRICLINIC DOMINANT ZONE TEST ')">();
-    case Stage::Triclinic:
-      return listing.Put<"4075(' ** TRICLINIC TEST ***************** MAX. VOLUME=',F6.0)">(volume);
+      return listing.Put<"512(18H MAX BETA ALLOWED=,I5,5H DEG.)">(search.options.mono);
+    case CrystalSystem::Triclinic:
+      return;  // its searches have headings of their own
   }
+}
+
+void ListStage(const TreorSearch& search, Stage stage) {
+  Listing& listing = search.listing;
+  if (stage == Stage::Monoclinic020)
+    listing.Put<"604(13H (020)-SEARCH)">();
+  else if (stage == Stage::TriclinicZone)
+    listing.Put<"12(' TRICLINIC DOMINANT ZONE TEST ')">();
+  else if (stage == Stage::Triclinic)
+    listing.Put<"4075(' ** TRICLINIC TEST ***************** MAX. VOLUME=',F6.0)">(
+        search.limits.stagevol);
 }
 
 void ListStageEnd(Listing& listing, Stage stage) {

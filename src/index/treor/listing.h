@@ -15,7 +15,8 @@ void ListFewTestLines(Listing& listing, int wanted);
 void ListControlError(Listing& listing);
 void ListOptions(const TreorSearch& search);
 
-// Before and behind a search.
+// Before the searches of a system, before and behind a search.
+void ListSystem(const TreorSearch& search, CrystalSystem system);
 void ListStage(const TreorSearch& search, Stage stage);
 void ListStageEnd(Listing& listing, Stage stage);
 void ListCounts(const TreorSearch& search);

@@ -20,6 +20,7 @@ constexpr float kHalf = 0.5f, kWhole = 1;
 
 // Searches that fill one list of candidates, and the part of the largest volume that they go up to.
 struct Pass {
+  CrystalSystem system;
   std::span<const Stage> stages;
   float part;
 };
@@ -33,16 +34,26 @@ constexpr Stage kMonoclinicAgain[] = {Stage::MonoclinicZone, Stage::Monoclinic};
 constexpr Stage kTriclinicZone[] = {Stage::TriclinicZone};
 constexpr Stage kTriclinic[] = {Stage::TriclinicZone, Stage::Triclinic};
 
+using enum CrystalSystem;
 constexpr Pass kPasses[] = {
-    {kCubic, kWhole},        {kTetragonal, kWhole}, {kHexagonal, kWhole},
-    {kOrthorhombic, kWhole}, {kMonoclinic, kWhole}, {kTriclinic, kWhole},
+    {Cubic, kCubic, kWhole},           {Tetragonal, kTetragonal, kWhole},
+    {Hexagonal, kHexagonal, kWhole},   {Orthorhombic, kOrthorhombic, kWhole},
+    {Monoclinic, kMonoclinic, kWhole}, {Triclinic, kTriclinic, kWhole},
 };
 
 constexpr Pass kSteppedPasses[] = {
-    {kCubic, kHalf},         {kCubic, kWhole},           {kTetragonal, kHalf},
-    {kTetragonal, kWhole},   {kHexagonal, kHalf},        {kHexagonal, kWhole},
-    {kOrthorhombic, kHalf},  {kOrthorhombic, kWhole},    {kMonoclinic, kHalf},
-    {kTriclinicZone, kHalf}, {kMonoclinicAgain, kWhole}, {kTriclinic, kWhole},
+    {Cubic, kCubic, kHalf},
+    {Cubic, kCubic, kWhole},
+    {Tetragonal, kTetragonal, kHalf},
+    {Tetragonal, kTetragonal, kWhole},
+    {Hexagonal, kHexagonal, kHalf},
+    {Hexagonal, kHexagonal, kWhole},
+    {Orthorhombic, kOrthorhombic, kHalf},
+    {Orthorhombic, kOrthorhombic, kWhole},
+    {Monoclinic, kMonoclinic, kHalf},
+    {Triclinic, kTriclinicZone, kHalf},
+    {Monoclinic, kMonoclinicAgain, kWhole},
+    {Triclinic, kTriclinic, kWhole},
 };
 
 struct StageRow {
@@ -73,8 +84,10 @@ constexpr StageRow kStages[] = {
     {"triclinic", SearchTriclinic, WantsTriclinic},
 };
 
+const StageRow& RowOf(Stage stage) { return kStages[static_cast<int>(stage)]; }
+
 void RunStage(TreorSearch& search, Stage stage) {
-  const StageRow& row = kStages[static_cast<int>(stage)];
+  const StageRow& row = RowOf(stage);
   search.stage = WriteRecord<"(a,',',f8.0,' A**3')">(row.name, search.limits.stagevol);
   ListStage(search, stage);
   row.search(search);
@@ -83,11 +96,13 @@ void RunStage(TreorSearch& search, Stage stage) {
 
 // True if the pass has solved the pattern.
 bool RunPass(TreorSearch& search, const Pass& pass) {
+  const auto wanted = [&](Stage stage) { return RowOf(stage).wanted(search.options); };
+  if (std::ranges::none_of(pass.stages, wanted) || !search.GoOn()) return false;
   SetVolume(search.limits, search.options.vol * pass.part);
+  ListSystem(search, pass.system);
   search.candidates.clear();
   for (const Stage stage : pass.stages)
-    if (kStages[static_cast<int>(stage)].wanted(search.options) && search.GoOn())
-      RunStage(search, stage);
+    if (wanted(stage) && search.GoOn()) RunStage(search, stage);
   for (const Candidate& candidate : search.candidates)
     if (search.GoOn() && AcceptCandidate(search, candidate)) return true;
   return false;
