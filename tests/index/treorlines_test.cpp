@@ -107,6 +107,13 @@ TEST(TreorLines, CountOfTestLines) {
   }
 }
 
+TEST(TreorLines, Codes) {
+  EXPECT_EQ(LineCode(0.123454f), 12345);
+  EXPECT_EQ(LineCode(0.123456f), 12346);
+  EXPECT_LT(LineCode(1e30f), 1 << 30) << "sums of it are integers still";
+  EXPECT_GT(LineCode(-1e30f), -(1 << 30));
+}
+
 TEST(TreorLines, Limits) {
   DataSet data;
   TreorOptions& o = data.search.options;

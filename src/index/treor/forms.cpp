@@ -64,6 +64,15 @@ std::vector<CalculatedLine> Distinct(CrystalSystem system,
   return distinct;
 }
 
+// Of many lines the lowest are enough; lowers smax to what is left.
+constexpr std::size_t kEnoughLines = 4096;
+void KeepLowest(std::vector<CalculatedLine>& lines, float& smax) {
+  const auto end = lines.begin() + kEnoughLines;
+  std::ranges::nth_element(lines, end, {}, &CalculatedLine::s);
+  smax = end->s;
+  lines.erase(end, lines.end());
+}
+
 int LargestIndex(float constant, float smax) {
   return static_cast<int>(std::min(std::sqrt(smax / constant), static_cast<float>(kMostIndex)));
 }
@@ -112,6 +121,7 @@ std::vector<CalculatedLine> CalculatedLines(CrystalSystem system, const Constant
       for (r.l = 0; r.l <= lmax; ++r.l) {
         const float s = Form(list, r);
         if (s > 0 && s <= smax && row.contains(r)) lines.push_back({s, r});
+        if (lines.size() == 2 * kEnoughLines) KeepLowest(lines, smax);
       }
   std::ranges::stable_sort(lines, {}, &CalculatedLine::s);
   return Distinct(system, lines);

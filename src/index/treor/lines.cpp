@@ -14,6 +14,7 @@ constexpr int kFirstLines = 7;  // those whose higher orders are looked for
 constexpr float kHighestTestS = 0.327f;
 constexpr float kAvogadro = 0.6023f;  // molecules a mole, in cubic angstrom and centimetre
 constexpr int kMostDensityWindows = 1000;
+constexpr int kFarCode = 10000000;  // beyond all lines and tolerances
 
 TreorLine LineAt(float twotheta, const std::string& label) {
   const float sine = std::sin(kHalfDegToRad * twotheta);
@@ -95,7 +96,9 @@ void SetDensityWindows(TreorSearch& search) {
 
 }  // namespace
 
-int LineCode(float s) { return nint(std::floor(s * 100000.0f + 0.5f)); }
+int LineCode(float s) {
+  return std::clamp(nint(std::floor(s * 100000.0f + 0.5f)), -kFarCode, kFarCode);
+}
 
 bool ReadLines(LineReader& input, TreorSearch& search) {
   for (std::string card; input.Read(card);) {
