@@ -218,14 +218,20 @@ TEST_F(OneCell, IsACandidateOnlyInAWindowOfTheDensity) {
 
 // After 25 cells the limit is the mean of the old one and of the volumes found.
 TEST_F(OneCell, MovesTheVolumeLimit) {
-  Prepare(kCells[4], 1000);
-  Trials trials(data.search, Stage::Monoclinic, CrystalSystem::Monoclinic, Trials::Volume::Moving);
-  for (int n = 1; n <= 25; ++n) {
-    EXPECT_EQ(trials.Limits().stagevol, 1000);
-    trials.Test(treor::ConstantsOf(kCells[4].cell));
-  }
-  const double volume = 5.43 * 4.83 * 8.14 * std::sin(107.58 * treor::kRad);
-  EXPECT_NEAR(trials.Limits().stagevol, (1000 + volume) / 2, 0.1);
+  const float volume = 5.43f * 4.83f * 8.14f * std::sin(107.58f * static_cast<float>(treor::kRad));
+  const auto limit = [&](Stage stage, bool stepped, int cells) {
+    Prepare(kCells[4], 1000);
+    data.search.options.stepped = stepped;
+    Trials trials(data.search, stage, CrystalSystem::Monoclinic);
+    for (int n = 0; n < cells; ++n) trials.Test(treor::ConstantsOf(kCells[4].cell));
+    return trials.Limits().stagevol;
+  };
+  EXPECT_EQ(limit(Stage::Monoclinic, true, 24), 1000);
+  EXPECT_NEAR(limit(Stage::Monoclinic, true, 49), (1000 + volume) / 2, 0.1);
+  EXPECT_NEAR(limit(Stage::TriclinicZone, true, 50), (1000 + 3 * volume) / 4, 0.1);
+  EXPECT_EQ(limit(Stage::TriclinicZone, false, 50), 1000);
+  EXPECT_NEAR(limit(Stage::Triclinic, false, 25), (1000 + volume) / 2, 0.1);
+  EXPECT_EQ(limit(Stage::Orthorhombic, true, 50), 1000);
   EXPECT_NE(data.Text().find(" NEW MONOCLINIC VOLUME LIMIT=   602. A**3"), std::string::npos);
 }
 

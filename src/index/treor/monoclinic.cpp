@@ -40,8 +40,7 @@ std::array<int, 4> Row(const Hkl& r) { return {r.h * r.h, r.k * r.k, r.l * r.l, 
 class Search {
  public:
   explicit Search(TreorSearch& search)
-      : search_(search),
-        trials_(search, Stage::Monoclinic, CrystalSystem::Monoclinic, Trials::Volume::Moving) {
+      : search_(search), trials_(search, Stage::Monoclinic, CrystalSystem::Monoclinic) {
     for (int i = 0; i < 4; ++i) sets_[i] = IndexSets(search.options.monoclinic(i + 1), HSign::Both);
   }
 

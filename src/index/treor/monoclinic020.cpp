@@ -20,8 +20,7 @@ constexpr int kNextLines = 4;
 class Search {
  public:
   explicit Search(TreorSearch& search)
-      : search_(search),
-        trials_(search, Stage::Monoclinic020, CrystalSystem::Monoclinic, Trials::Volume::Moving) {}
+      : search_(search), trials_(search, Stage::Monoclinic020, CrystalSystem::Monoclinic) {}
 
   void Run() {
     const int n = search_.options.use;

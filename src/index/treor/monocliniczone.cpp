@@ -15,8 +15,7 @@ constexpr int kLinesOutside = 2;
 class Search {
  public:
   explicit Search(TreorSearch& search)
-      : search_(search),
-        trials_(search, Stage::MonoclinicZone, CrystalSystem::Monoclinic, Trials::Volume::Moving) {
+      : search_(search), trials_(search, Stage::MonoclinicZone, CrystalSystem::Monoclinic) {
     std::erase_if(sets_, [](const Hkl& r) { return r.k == 0; });
   }
 

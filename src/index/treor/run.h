@@ -66,6 +66,7 @@ struct TreorOptions {
   float d2 = 0.0004f;      // tolerance above
   float cem = 25.0f;       // largest edge, angstrom
   float vol = 2000.0f;     // largest volume, cubic angstrom; below 0: stepwise
+  bool stepped = false;    // it was below 0, and is not any more
   float wave = 1.540598f;  // angstrom
   float dens = 0, edens = 0.2f, molw = 0;
 };

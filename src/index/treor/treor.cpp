@@ -119,21 +119,22 @@ bool ReadControl(LineReader& input, TreorSearch& search) {
 }
 
 // A negative volume asks for the searches of all systems in two steps.
-bool SetStepped(TreorOptions& options) {
-  if (options.vol >= 0) return false;
+void SetStepped(TreorOptions& options) {
+  if (options.vol >= 0) return;
   options.vol = -options.vol;
+  options.stepped = true;
   options.mono = kSteppedMono;
   options.monoset = kSteppedMonoset;
   options.tric = 1;
-  return true;
 }
 
 void RunDataSet(TreorSearch& search) {
-  const bool stepped = SetStepped(search.options);
+  SetStepped(search.options);
   PrepareLines(search);
   SetLimits(search);
   ListOptions(search);
   search.run.nlines = static_cast<int>(search.all.size());
+  const bool stepped = search.options.stepped;
   search.run.solved = stepped ? RunPasses(search, kSteppedPasses) : RunPasses(search, kPasses);
   ListCounts(search);
   if (!search.run.solved && !stepped) ListFailure(search);

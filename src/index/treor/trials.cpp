@@ -28,13 +28,17 @@ float ProductOf(CrystalSystem system, const Constants& s) {
   }
 }
 
+bool MovesLimit(Stage stage, const TreorOptions& options) {
+  return stage == Stage::Triclinic || (stage >= Stage::Monoclinic020 && options.stepped);
+}
+
 }  // namespace
 
-Trials::Trials(TreorSearch& search, Stage stage, CrystalSystem system, Volume volume)
+Trials::Trials(TreorSearch& search, Stage stage, CrystalSystem system)
     : search_(search),
       stage_(stage),
       system_(system),
-      volume_(volume),
+      moves_(MovesLimit(stage, search.options)),
       limits_(search.limits),
       counter_(search) {}
 
@@ -54,7 +58,7 @@ int Trials::Test(const Constants& constants) {
   const Candidate candidate{system_, constants, product, volume, count};
   if (search_.options.list != 0) ListAnyTrial(search_.listing, candidate);
   StoreCandidate(search_.candidates, candidate);
-  if (volume_ == Volume::Moving) MoveLimit(volume);
+  if (moves_) MoveLimit(volume);
   return count;
 }
 

@@ -6,9 +6,9 @@
 
 class Trials {
  public:
-  // Of a stage, whose volume limit moves if it is told so.
-  enum class Volume { Fixed, Moving };
-  Trials(TreorSearch& search, Stage stage, CrystalSystem system, Volume volume = Volume::Fixed);
+  // The volume limit moves with the cells found: in the general triclinic search always, in the
+  // others of oblique cells if the run goes by steps.
+  Trials(TreorSearch& search, Stage stage, CrystalSystem system);
   // The number of lines if the cell is within the limits of its volume and indexes enough of them:
   // it is a candidate then. Else 0.
   int Test(const Constants& constants);
@@ -20,7 +20,7 @@ class Trials {
   TreorSearch& search_;
   Stage stage_;
   CrystalSystem system_;
-  Volume volume_;
+  bool moves_;
   SearchLimits limits_;
   HitCounter counter_;
   long asked_ = 0;         // calculated lines when GoOn asked

@@ -51,8 +51,7 @@ std::vector<Equations> AllEquations() {
 class Search {
  public:
   explicit Search(TreorSearch& search)
-      : search_(search),
-        trials_(search, Stage::Triclinic, CrystalSystem::Triclinic, Trials::Volume::Moving) {}
+      : search_(search), trials_(search, Stage::Triclinic, CrystalSystem::Triclinic) {}
 
   void Run() {
     for (auto lines : kBaseLines) {

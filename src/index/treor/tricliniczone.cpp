@@ -14,8 +14,7 @@ constexpr int kMostLayers = 2;  // in which the first line outside the zone is l
 class Search {
  public:
   explicit Search(TreorSearch& search)
-      : search_(search),
-        trials_(search, Stage::TriclinicZone, CrystalSystem::Triclinic, Trials::Volume::Moving) {
+      : search_(search), trials_(search, Stage::TriclinicZone, CrystalSystem::Triclinic) {
     for (int l = -kMostIndex; l <= kMostIndex; ++l)
       for (int h = -kMostIndex; h <= kMostIndex; ++h)
         if (h != 0 || l != 0) layer_.push_back({h, 1, l});
