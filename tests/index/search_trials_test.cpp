@@ -44,6 +44,11 @@ TEST(TreorCofactors, SolveWhatHasASolution) {
   const auto found = Solve<4>(m, side);
   ASSERT_TRUE(found);
   for (std::size_t i = 0; i < 4; ++i) EXPECT_NEAR((*found)[i], x[i], 1e-6);
+  // Indices up to 20 have squares up to 400.
+  const auto large = Solve<4>({{{400, 0, 0, 1}, {0, 400, 0, 0}, {0, 0, 400, 0}, {1, 0, 0, 400}}},
+                              {401, 400, 400, 401});
+  ASSERT_TRUE(large);
+  for (const float one : *large) EXPECT_FLOAT_EQ(one, 1);
   EXPECT_FALSE(Solve<3>({{{1, 4, 9}, {2, 8, 18}, {0, 1, 1}}}, {1, 2, 3}));
 }
 
@@ -179,6 +184,7 @@ TEST(TreorCandidates, OneOfEachCell) {
 
 struct OneCell : testing::Test {
   void Prepare(const treor::TrueCell& cell, float volume) {
+    data.search.options.use = data.search.options.iq = -1;  // as many as there are
     data.search.options.vol = volume;
     data.search.options.mono = 135;
     data.search.all = treor::LinesOf(treor::Pattern(cell.cell, 25, 0));
@@ -197,10 +203,14 @@ TEST_F(OneCell, IsACandidateWithinItsLimits) {
     const float volume = CellVolume(direct) * (system == CrystalSystem::Hexagonal ? 1.1547f : 1);
     for (const float allowed : {0.99f, 1.01f}) {
       Prepare({system, cell}, allowed * volume);
+      data.search.options.list = 1;
       Trials trials(data.search, Stage::Cubic, system);
       EXPECT_EQ(trials.Test(treor::ConstantsOf(cell)), allowed < 1 ? 0 : data.search.options.use);
     }
   }
+  EXPECT_NE(data.Text().find("\n   19  0.027921  0.024423  0.013189  0.006146  0.012711  0.004872"),
+            std::string::npos)
+      << "listed";
 }
 
 TEST_F(OneCell, IsACandidateOnlyInAWindowOfTheDensity) {

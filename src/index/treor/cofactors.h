@@ -19,13 +19,13 @@ constexpr IntMatrix<N - 1> Without(const IntMatrix<N>& m, std::size_t row, std::
 }
 
 template <std::size_t N>
-constexpr int Determinant(const IntMatrix<N>& m) {
+constexpr long Determinant(const IntMatrix<N>& m) {
   if constexpr (N == 1) {
     return m[0][0];
   } else if constexpr (N == 2) {
-    return m[0][0] * m[1][1] - m[0][1] * m[1][0];
+    return static_cast<long>(m[0][0]) * m[1][1] - static_cast<long>(m[0][1]) * m[1][0];
   } else {
-    int sum = 0;
+    long sum = 0;
     for (std::size_t j = 0; j < N; ++j)
       if (m[0][j] != 0) sum += (j % 2 ? -1 : 1) * m[0][j] * Determinant(Without(m, 0, j));
     return sum;
@@ -35,12 +35,12 @@ constexpr int Determinant(const IntMatrix<N>& m) {
 // None if the equations are not independent.
 template <std::size_t N>
 std::optional<std::array<float, N>> Solve(const IntMatrix<N>& m, const std::array<float, N>& side) {
-  const int determinant = Determinant(m);
+  const long determinant = Determinant(m);
   if (determinant == 0) return {};
   std::array<float, N> x{};
   for (std::size_t j = 0; j < N; ++j) {
     for (std::size_t i = 0; i < N; ++i) {
-      const int cofactor = ((i + j) % 2 ? -1 : 1) * Determinant(Without(m, i, j));
+      const long cofactor = ((i + j) % 2 ? -1 : 1) * Determinant(Without(m, i, j));
       x[j] += static_cast<float>(cofactor) * side[i];
     }
     x[j] /= static_cast<float>(determinant);

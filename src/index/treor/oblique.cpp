@@ -56,8 +56,8 @@ float DeterminantOf(const Constants& s) {
 bool AllowsTriclinic(const Constants& m, const TreorSearch& search) {
   const auto [a, b, c, d, e, f] = m;
   if (!(a > 0 && b > 0 && c > 0)) return false;
-  // Four times the squares of the areas between two reciprocal axes: over the square of the volume
-  // they are those of the direct axes.
+  // The squares of the areas between two reciprocal axes: over that of their volume they are the
+  // squares of the direct axes.
   const float bc = b * c - f * f / 4, ac = a * c - d * d / 4, ab = a * b - e * e / 4;
   const float volume = DeterminantOf(m), amin = search.limits.amin;
   return bc > 0 && ac > 0 && ab > 0 && volume > 0 && bc * amin <= volume && ac * amin <= volume &&
