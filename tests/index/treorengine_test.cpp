@@ -175,6 +175,15 @@ TEST_F(Engine, StopLeavesTheListingSoFar) {
   }
 }
 
+TEST_F(Engine, StopIsNoFailure) {
+  run.report = [](const std::string&) { return false; };
+  Run(Cards(kForeign, "VOL=800,CONTINUE=1,END*") + Cards(kForeign, "END*"));
+  EXPECT_EQ(run.datasets, 1) << "nor does the next data set begin";
+  EXPECT_FALSE(Says("CUBIC TEST"));
+  EXPECT_FALSE(Says("NO SOLUTION ACCEPTED"));
+  EXPECT_TRUE(Says(" NUMBER OF CELLS WITH "));
+}
+
 // Nothing of this is a pattern: it ends, and well.
 TEST_F(Engine, CardsWithoutSense) {
   std::vector<double> many;

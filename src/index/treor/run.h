@@ -122,7 +122,7 @@ struct TreorSearch {
   SearchLimits limits{};
   std::vector<Candidate> candidates{};  // of the present search, best first
   SearchCounts counts{};
-  std::string stage{};  // as the report tells it
+  std::string stage = "TREOR90";  // as the report tells it
 
   // The k-th line of the search, from 1.
   const TreorLine& Line(int k) const { return lines[static_cast<std::size_t>(k - 1)]; }

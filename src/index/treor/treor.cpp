@@ -137,7 +137,7 @@ void RunDataSet(TreorSearch& search) {
   const bool stepped = search.options.stepped;
   search.run.solved = stepped ? RunPasses(search, kSteppedPasses) : RunPasses(search, kPasses);
   ListCounts(search);
-  if (!search.run.solved && !stepped) ListFailure(search);
+  if (!search.run.solved && !stepped && !search.run.stopped) ListFailure(search);
 }
 
 void Complain(TreorRun& run, int& status, const std::string& text, const std::string& path,
