@@ -180,6 +180,14 @@ TEST(TreorCandidates, OneOfEachCell) {
   for (int n = 0; n < 20; ++n)
     StoreCandidate(triclinic, {CrystalSystem::Triclinic, {0.02f}, 0, 500.f + n, 15});
   EXPECT_EQ(triclinic.size(), 10u);
+
+  // One lattice by other axes: c before a, and b turned round.
+  std::vector<Candidate> lattice;
+  for (const Constants& s : {Constants{0.01f, 0.02f, 0.03f, 0.001f, 0.002f, 0.003f},
+                             Constants{0.03f, 0.01f, 0.02f, 0.003f, 0.001f, 0.002f},
+                             Constants{0.01f, 0.02f, 0.03f, 0.001f, -0.002f, -0.003f}})
+    StoreCandidate(lattice, {CrystalSystem::Triclinic, s, 0, 300, 16});
+  EXPECT_EQ(lattice.size(), 1u);
 }
 
 struct OneCell : testing::Test {

@@ -70,6 +70,9 @@ TEST(TreorForms, LinesAreThoseOfTheCell) {
   const Constants cube = treor::ConstantsOf({9, 9, 9, 90, 90, 90});
   EXPECT_EQ(CalculatedLines(CrystalSystem::Cubic, cube, 14.5f * cube.a).size(), 13u);
   EXPECT_EQ(CalculatedLines(CrystalSystem::Triclinic, {1e-4f, 1e-4f, 1e-4f}, 0.3f).size(), 270u);
+  for (const Constants& none : {Constants{-0.01f, 0.01f, 0.01f}, Constants{0.01f, 0, 0.01f},
+                                Constants{0.01f, 0.01f, -0.01f}})
+    EXPECT_TRUE(CalculatedLines(CrystalSystem::Orthorhombic, none, 0.3f).empty());
 }
 
 // Errors of the refined cells in units of their standard deviations: their mean square is near 1

@@ -21,12 +21,24 @@ void OrderAxes(Candidate& candidate) {
   }
 }
 
+bool Near(float p, float q) { return std::abs(p - q) <= kEqual; }
+
+// Triclinic cells come with their axes in any order and direction: equal edges and an equal volume
+// tell that two are of one lattice.
+bool AreEqualTriclinic(const Candidate& x, const Candidate& y) {
+  const auto edges = [](const Constants& s) {
+    std::array list{s.a, s.b, s.c};
+    std::ranges::sort(list);
+    return list;
+  };
+  return std::ranges::equal(edges(x.constants), edges(y.constants), Near) &&
+         std::abs(x.volume - y.volume) <= kEqualVolume;
+}
+
 bool AreEqual(const Candidate& x, const Candidate& y) {
+  if (x.system == CrystalSystem::Triclinic) return AreEqualTriclinic(x, y);
   const Constants &s = x.constants, &t = y.constants;
-  const auto near = [](float p, float q) { return std::abs(p - q) <= kEqual; };
-  return near(s.a, t.a) && near(s.b, t.b) && near(s.c, t.c) && near(s.d, t.d) && near(s.e, t.e) &&
-         near(s.f, t.f) &&
-         (x.system != CrystalSystem::Triclinic || std::abs(x.volume - y.volume) <= kEqualVolume);
+  return Near(s.a, t.a) && Near(s.b, t.b) && Near(s.c, t.c) && Near(s.d, t.d);
 }
 
 bool IsBetter(const Candidate& x, const Candidate& y) {
