@@ -136,6 +136,19 @@ TEST(TreorHits, NoneOfWhatIsNoCell) {
   EXPECT_EQ(counter.Count(CrystalSystem::Cubic, {0.01f, 0.01f, 0.01f}), 2);
 }
 
+TEST(TreorZone, LeavesOutItsFirstLines) {
+  DataSet data;
+  data.search.options.use = 6;
+  data.search.options.d1 = 0.0002f;
+  // a, c, a + c + d, none, 4 a, none.
+  for (const float s : {0.01f, 0.02f, 0.0351f, 0.0355f, 0.0401f, 0.052f, 0.055f})
+    data.search.lines.push_back({s, LineCode(s), ""});
+  const Zone zone{0.01f, 0.02f, 0.005f};
+  EXPECT_EQ(LineOutside(zone, 1, data.search), 4);
+  EXPECT_EQ(LineOutside(zone, 5, data.search), 6);
+  EXPECT_EQ(LineOutside(zone, 7, data.search), 0) << "the test lines end before";
+}
+
 std::vector<int> Counts(const std::vector<Candidate>& candidates) {
   std::vector<int> counts;
   for (const Candidate& c : candidates) counts.push_back(c.count);
