@@ -134,6 +134,8 @@ TEST(TreorHits, NoneOfWhatIsNoCell) {
         }
       }
   EXPECT_EQ(counter.Count(CrystalSystem::Cubic, {0.01f, 0.01f, 0.01f}), 2);
+  data.search.limits.d2 = std::numeric_limits<int>::max();
+  EXPECT_EQ(HitCounter(data.search).Count(CrystalSystem::Cubic, {0.02f, 0.02f, 0.02f}), 2);
 }
 
 TEST(TreorZone, LeavesOutItsFirstLines) {

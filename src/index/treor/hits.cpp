@@ -44,7 +44,9 @@ HitCounter::HitCounter(const TreorSearch& search)
   const int last = codes_.empty() ? 0 : codes_.back() + kMargin;
   hits_.resize(static_cast<std::size_t>(last) + 1);
   for (int code = 0; code <= last; ++code) {
-    const int tolerance = code < search.limits.ssqtl ? search.limits.d1 : search.limits.d2;
+    const SearchLimits& limits = search.limits;
+    const int tolerance =
+        std::clamp(code < limits.ssqtl ? limits.d1 : limits.d2, -kFarOut, kFarOut);
     const auto place = [&](auto bound) {
       return static_cast<std::uint8_t>(bound - codes_.begin());
     };
