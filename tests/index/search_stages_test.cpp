@@ -3,6 +3,7 @@
 
 #include <chrono>
 
+#include "index/treor/cell.h"
 #include "index/treor/searches.h"
 #include "index/treorsimulate.h"
 
@@ -108,6 +109,29 @@ TEST(TreorSearches, FindNothingInFewLines) {
       one.run(data.search);
       EXPECT_TRUE(data.search.candidates.empty()) << one.name;
     }
+}
+
+// With few lines to index nearly all cells are candidates: the limits are all that keeps them out.
+TEST(TreorSearches, KeepToTheLimits) {
+  for (const Search& one : kSearches) {
+    SCOPED_TRACE(one.name);
+    for (const float cem : {9.f, 14.f}) {
+      DataSet data;
+      Prepare(data.search, one, 700);
+      data.search.options.cem = cem;
+      data.search.options.iq = 1;
+      SetLimits(data.search);
+      one.run(data.search);
+      for (const Candidate& candidate : data.search.candidates) {
+        const auto cell = CellOf(one.system, candidate.constants, data.search.options.wave);
+        ASSERT_TRUE(cell);
+        EXPECT_LE(cell->volume, 700.1f);
+        EXPECT_NEAR(cell->volume, candidate.volume, candidate.volume / 5);
+        for (int k = 1; k <= 3; ++k) EXPECT_LE(cell->cell(k), cem * 1.0001f);
+        EXPECT_TRUE(one.system != kMonoclinic || cell->cell(5) <= 135.01f);
+      }
+    }
+  }
 }
 
 TEST(TreorSearches, CountTheirCells) {
