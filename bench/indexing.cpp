@@ -246,7 +246,6 @@ int main(int argc, char** argv) {
   const int cells = argc > 1 ? std::atoi(argv[1]) : 200;
   for (const EngineNumber number : {EngineIto, EngineTreor}) {
     const IndexingEngine& engine = EngineOf(number);
-    if (!engine.start) continue;
     engine.putdefaults();
     ws.*engine.wavelength = CuKalpha1;
     std::printf("%s%*s cells   first rank   any rank  median s longest s\n", engine.name,

@@ -4,6 +4,8 @@
 # REPLAY is quillagram-replay, ENGINE is ITO or TREOR90, and each FIELD is a label of the engine's
 # dialog, as in "Max lines=40".
 #
+# TREOR90 lists trial cells as they come: here they are ranked by their figure of merit.
+#
 # Columns: file, rank, a, b, c, al, be, ga (angstrom, degrees), fom, nix, time_s. A list without a
 # solution has a row with its time alone. The time holds the start of the program.
 set -euo pipefail
@@ -49,12 +51,12 @@ END
   # Without solutions there is no grid to cancel, and the transcript ends there.
   "$replay" run.replay > run.out 2>&1 || true
   ended=$(date +%s.%N)
-  awk -F'\t' -v file="$(basename -- "$list")" -v began="$began" -v ended="$ended" '
-    BEGIN { seconds = ended - began }
-    $1 == "value" && $2 ~ /^solutions/ && $3 > 0 {
-      printf "%s,%d,%s,%s,%s,%s,%s,%s,%s,%s,%s\n",
-             file, ++rank, $3, $4, $5, $6, $7, $8, $10, $11, seconds
-    }
-    END { if (!rank) printf "%s,,,,,,,,,,%s\n", file, seconds }
-  ' run.out
+  awk -F'\t' -v OFS=, '$1 == "value" && $2 ~ /^solutions/ && $3 > 0 {
+    print $3, $4, $5, $6, $7, $8, $10, $11
+  }' run.out > rows
+  if [[ $engine == TREOR90 ]]; then sort -t, -s -k7,7gr -o rows rows; fi
+  [[ -s rows ]] || echo ",,,,,,," > rows
+  awk -F, -v OFS=, -v file="$(basename -- "$list")" -v began="$began" -v ended="$ended" '{
+    print file, $1 == "" ? "" : NR, $0, ended - began
+  }' rows
 done

@@ -61,7 +61,13 @@ std::string ResultOf(const IndexingEngine& engine, const EngineEnd& end) {
   LineReader listing(engine.output);
   const auto solutions = std::make_unique<SolutionTable>();
   const int count = engine.readsolutions(listing, *solutions);
-  return (count == 0 ? "no" : std::to_string(count)) + (count == 1 ? " solution" : " solutions");
+  if (count == 0) return "no solutions";
+  std::string text = std::to_string(count) + (count == 1 ? " solution" : " solutions");
+  if (engine.bestfirst || count == 1) return text;
+  int best = 1;
+  for (int row = 2; row <= count; ++row)
+    if ((*solutions)(row, solfom) >= (*solutions)(best, solfom)) best = row;
+  return text + ", the best is No. " + std::to_string(best);
 }
 
 void TellResult(const IndexingEngine& engine, const EngineEnd& end) {

@@ -27,11 +27,11 @@ struct IndexingEngine {
   int Workspace::*mostlines;               // handed to the engine; null: all
   bool onlycounts;                         // with Debug on: tells the number of lines and ends
   float Workspace::*wavelength;            // of the run
+  bool bestfirst;                          // in the listing; else trial cells come as they are met
   std::vector<std::string> (*records)(std::span<const float> lines);    // of the input file
   int (*readsolutions)(LineReader& listing, SolutionTable& solutions);  // from the listing
   const DialogResource& dialog;
   void (*putdefaults)();  // into fields that hold nothing to begin with
-  // Null as long as there is none.
   EngineEnd (*start)(const std::string& input, const std::string& output,
                      const EngineReport& report);
 };

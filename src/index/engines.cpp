@@ -4,6 +4,7 @@
 #include "index/inputfiles.h"
 #include "index/ito/ito.h"
 #include "index/listings.h"
+#include "index/treor/treor.h"
 
 namespace {
 
@@ -25,6 +26,15 @@ EngineEnd StartIto(const std::string& input, const std::string& output,
   return {status, std::move(run)};
 }
 
+EngineEnd StartTreor(const std::string& input, const std::string& output,
+                     const EngineReport& report) {
+  int status = 0;
+  TreorRun run;
+  run.report = report;
+  Treor90Engine(status, input, output, run);
+  return {status, std::move(run)};
+}
+
 // In the order of EngineNumber.
 constexpr IndexingEngine kEngines[] = {
     {.name = "ITO",
@@ -36,6 +46,7 @@ constexpr IndexingEngine kEngines[] = {
      .mostlines = &Workspace::itomaxlines,
      .onlycounts = false,
      .wavelength = &Workspace::itowave,
+     .bestfirst = true,
      .records = ItoInput,
      .readsolutions = ReadItoSolutions,
      .dialog = kItoDialog,
@@ -50,11 +61,12 @@ constexpr IndexingEngine kEngines[] = {
      .mostlines = nullptr,
      .onlycounts = true,
      .wavelength = &Workspace::trewave,
+     .bestfirst = false,
      .records = TreorInput,
      .readsolutions = ReadTreorSolutions,
      .dialog = kTreorDialog,
      .putdefaults = PutTreorDefaults,
-     .start = nullptr},
+     .start = StartTreor},
 };
 
 }  // namespace

@@ -19,9 +19,8 @@ Outcome View(const Arguments&) {
 
 constexpr int kPopup = MenuPopupIndex;
 
-constexpr Command RunRow(int id, const char* text, EngineNumber engine,
-                         Outcome (*run)(const Arguments&)) {
-  return {.item = {id, text, kPopup}, .number = engine, .ask = AskInput, .run = run};
+constexpr Command RunRow(int id, const char* text, EngineNumber engine) {
+  return {.item = {id, text, kPopup}, .number = engine, .ask = AskInput, .run = Run};
 }
 constexpr Command PlotRow(int id, const char* text, EngineNumber engine) {
   return {.item = {id, text, kPopup},
@@ -35,8 +34,8 @@ constexpr Command PlotRow(int id, const char* text, EngineNumber engine) {
 
 constexpr Command kCommands[] = {
     {.item = {kPopup, "Index", 0, true}},
-    RunRow(40119, "TREOR90", EngineTreor, nullptr),
-    RunRow(40120, "ITO", EngineIto, Run),
+    RunRow(40119, "TREOR90", EngineTreor),
+    RunRow(40120, "ITO", EngineIto),
     {.item = {40121, "View output", kPopup}, .ask = AskView, .run = View},
     PlotRow(40122, "Plot TREOR solutions", EngineTreor),
     PlotRow(40123, "Plot ITO solutions", EngineIto),
