@@ -1,6 +1,6 @@
 // What the indexing engines make of exact lines of random cells: for each crystal system and
 // centering the share of cells whose lattice is found, at the first place and at any, with the
-// median and the longest time of a run.
+// median and the longest time of a run. Cells of TREOR90 are placed by their figures of merit.
 //
 //   bench_indexing [CELLS]        in a folder where it may write
 //
@@ -14,6 +14,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <numbers>
+#include <numeric>
 #include <random>
 #include <string>
 #include <vector>
@@ -221,13 +222,19 @@ void Run(const IndexingEngine& engine, const std::vector<float>& lines, const Ba
       std::chrono::duration<double>(std::chrono::steady_clock::now() - began).count());
   LineReader listing(engine.output);
   const int found = engine.readsolutions(listing, ws.solutions);
+  std::vector<int> rows(static_cast<std::size_t>(found));
+  std::iota(rows.begin(), rows.end(), 1);
+  if (!engine.bestfirst)
+    std::stable_sort(rows.begin(), rows.end(), [](int one, int other) {
+      return ws.solutions(one, solfom) > ws.solutions(other, solfom);
+    });
   ++tally.cells;
-  for (int row = 1; row <= found; ++row) {
+  for (const int row : rows) {
     Cell cell{};
     for (int field = sola; field <= solgamma; ++field)
       cell[static_cast<std::size_t>(field - sola)] = ws.solutions(row, field);
     if (!IsFound(cell, truth)) continue;
-    tally.first += row == 1;
+    tally.first += row == rows.front();
     ++tally.any;
     break;
   }

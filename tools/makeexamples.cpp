@@ -62,7 +62,7 @@ constexpr const char* kReadmeTail[] = {
     "    build/quillagram-replay examples/refine.replay",
     "",
     "`index.replay` goes from the peaks of forsterite to its cell and leaves the peak file and a "
-    "drawing of the cell's lines, and the engine's listing beside the pattern:",
+    "drawing of the cell's lines, and the listings of both engines beside the pattern:",
     "",
     "    build/quillagram-replay examples/index.replay",
 };
