@@ -178,6 +178,23 @@ picture general-fit-zoomed
 keys alt+a r; await "Fit results"; picture general-fit-results
 keys Return; await " - Quillagram"
 
+# From peaks to cells, with the pattern for which they are made.
+cp "$source/examples/forsterite.gdf" "$home"
+(cd "$home" && "$(dirname "$program")/quillagram-replay" >/dev/null) <<END
+open "$home/forsterite.gdf"
+menu "Peak search/Auto peak search"
+menu "Peak search/Save peaks"
+file "$home/forsterite.pks"
+END
+xdotool key ctrl+q; sleep 0.5
+"$program" "$home/forsterite.gdf" & started+=($!)
+await " - Quillagram"
+keys alt+i t; await "TREOR90 Input"; picture dialog-treor; keys Escape; await " - Quillagram"
+keys alt+i i; await "ITO Input"; picture dialog-ito
+keys alt+r; await "ito.out"; keys ctrl+q; await " - Quillagram"
+keys alt+i s; await "Indexing solutions"; picture index-solutions root
+keys Return; await " - Quillagram"; picture index-lines
+
 # The printed page beside the window.
 (cd "$home" && "$(dirname "$program")/quillagram-replay" >/dev/null) <<END
 open "$home/$(basename "$pattern")"
