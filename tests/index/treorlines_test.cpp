@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "index/treor/lines.h"
+#include "index/treor/listing.h"
 #include "index/treorsimulate.h"
 
 namespace {
@@ -105,6 +106,17 @@ TEST(TreorLines, CountOfTestLines) {
     EXPECT_EQ(data.search.options.use, c.wantuse) << c.use << " of " << c.lines;
     EXPECT_EQ(data.search.options.iq, c.wantiq) << c.use << " of " << c.lines;
   }
+}
+
+TEST(TreorLines, DifferencesThatComeUpMoreThanOnce) {
+  DataSet data;
+  data.search.all = LinesAt({0.02, 0.05, 0.08, 0.11});
+  ListFailure(data.search);
+  // 0.02 and four times it, 0.03 between all neighbours, 0.06 between the next but one.
+  EXPECT_EQ(data.Text(),
+            "\n PROGRAM FOR DIFFERENCE ANALYSIS\n NUMBER OF LINES USED=    4\n"
+            "    0.020000    2\n     0.030000    3\n    0.060000    2\n"
+            "\n NO SOLUTION ACCEPTED.....THINK!\n TEST FINISHED\n");
 }
 
 TEST(TreorLines, Codes) {

@@ -65,6 +65,28 @@ TEST(TreorForms, LinesAreThoseOfTheCell) {
       while (i < lines.size() && lines[i].s < s + 1e-6) ++i;
     }
     EXPECT_EQ(i, lines.size()) << static_cast<int>(truth.system);
+    // Of equivalent reflections the usual one.
+    for (const auto& [s, r] : lines) {
+      const bool positive = r.h >= 0 && r.k >= 0;
+      switch (truth.system) {
+        case CrystalSystem::Cubic:
+          EXPECT_TRUE(r.h >= r.k && r.k >= r.l && positive);
+          break;
+        case CrystalSystem::Tetragonal:
+        case CrystalSystem::Hexagonal:
+          EXPECT_TRUE(r.h >= r.k && positive);
+          break;
+        case CrystalSystem::Orthorhombic:
+          EXPECT_TRUE(positive);
+          break;
+        case CrystalSystem::Monoclinic:
+          EXPECT_TRUE(r.k >= 0 && (r.h >= 0 || r.l > 0));
+          break;
+        case CrystalSystem::Triclinic:
+          EXPECT_TRUE(r.l > 0 || r.k > 0 || (r.k == 0 && r.h > 0));
+      }
+      EXPECT_GE(r.l, 0);
+    }
   }
   // 333 and 511 are of one form, 300 and 221 likewise: 1 to 14 without 7 are 13 sums of squares.
   const Constants cube = treor::ConstantsOf({9, 9, 9, 90, 90, 90});
