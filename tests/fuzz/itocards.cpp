@@ -1,23 +1,17 @@
 // Fuzz target: the bytes are ITO's input file. What is read goes through the zero check, and the
 // trial lattices through their direct cells.
-#include <sys/mman.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
-#include <string>
 
+#include "fuzz/memoryfile.h"
 #include "index/ito/directcell.h"
 #include "index/ito/ito.h"
 #include "index/ito/speciallattices.h"
 #include "index/ito/zerocheck.h"
 
 namespace {
-
-int file = -1;  // lies in memory
-std::string path;
 
 void Require(bool holds) {
   if (!holds) std::abort();
@@ -52,15 +46,10 @@ void Use(const ItoProblem& problem, Listing& listing) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-  file = memfd_create("cards", 0);
-  path = "/proc/self/fd/" + std::to_string(file);
-  return file < 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  Require(ftruncate(file, 0) == 0 && pwrite(file, data, size, 0) == static_cast<ssize_t>(size));
-  LineReader input(path);
+  static const MemoryFile file;
+  file.Hold(data, size);
+  LineReader input(file.Path());
   Listing listing("/dev/null");
   ItoProblem problem;
   for (;;) {

@@ -1,14 +1,12 @@
 // Fuzz target: the bytes behind the first are a pattern, a fit file or the listing of an indexing
 // engine, the first picks reader and slot.
-#include <sys/mman.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <string>
 
 #include "fit/fitfile.h"
+#include "fuzz/memoryfile.h"
 #include "fuzz/selector.h"
 #include "index/inputfiles.h"
 #include "index/listings.h"
@@ -19,8 +17,8 @@
 
 namespace {
 
-int file = -1;  // lies in memory
-std::string path;
+const MemoryFile file;
+const std::string& path = file.Path();
 
 // The cells behind a slot, which no reader of that slot may touch.
 constexpr float kUntouched = -7;
@@ -63,12 +61,6 @@ struct Fit {
   bool Write() { return WriteFit(path, p, peaks, npeaks, scanwave).empty(); }
 };
 
-std::string Content() {
-  std::string text(static_cast<std::size_t>(lseek(file, 0, SEEK_END)), ' ');
-  if (pread(file, text.data(), text.size(), 0) != std::ssize(text)) std::abort();
-  return text;
-}
-
 // What can be written again comes back, to the letter of another file.
 void ReadFitFile() {
   Fit fit;
@@ -81,9 +73,9 @@ void ReadFitFile() {
     std::abort();
   if (!std::ranges::all_of(fit.peaks.cells, [](float v) { return v - v == 0; })) std::abort();
   if (!fit.Write()) return;
-  const std::string text = Content();
+  const std::string text = file.Content();
   Fit again;
-  if (!again.Read() || !again.Write() || Content() != text) std::abort();
+  if (!again.Read() || !again.Write() || file.Content() != text) std::abort();
 }
 
 // By both readers, and as a list of peaks, which any text may be taken for.
@@ -109,16 +101,12 @@ extern "C" int LLVMFuzzerInitialize(int*, char***) {
   static char* arguments[] = {name, nullptr};
   WInitialise(1, arguments);
   replay::NoInput();
-  file = memfd_create("pattern", 0);
-  path = "/proc/self/fd/" + std::to_string(file);
-  return file < 0;
+  return 0;
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (size == 0) return 0;
-  if (ftruncate(file, 0) != 0 ||
-      pwrite(file, data + 1, size - 1, 0) != static_cast<ssize_t>(size - 1))
-    std::abort();
+  file.Hold(data + 1, size - 1);
   if (data[0] == kFitFileSelector)
     ReadFitFile();
   else if (data[0] == kListingSelector)

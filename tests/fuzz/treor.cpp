@@ -1,19 +1,13 @@
 // Fuzz target: the bytes are the lines and control cards of TREOR90.
-#include <sys/mman.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
-#include <string>
 
+#include "fuzz/memoryfile.h"
 #include "index/treor/keywords.h"
 #include "index/treor/lines.h"
 
 namespace {
-
-int file = -1;  // lies in memory
-std::string path;
 
 void Check(const TreorSearch& search) {
   const TreorOptions& o = search.options;
@@ -28,19 +22,13 @@ void Check(const TreorSearch& search) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-  file = memfd_create("cards", 0);
-  path = "/proc/self/fd/" + std::to_string(file);
-  return file < 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  if (ftruncate(file, 0) != 0 || pwrite(file, data, size, 0) != static_cast<ssize_t>(size))
-    std::abort();
+  static const MemoryFile file;
+  file.Hold(data, size);
   TreorRun run;
   Listing listing("/dev/null");
   TreorSearch search{run, listing};
-  LineReader input(path);
+  LineReader input(file.Path());
   if (!ReadLines(input, search) || !ReadKeywords(input, search.options)) return 0;
   PrepareLines(search);
   SetLimits(search);

@@ -134,7 +134,7 @@ TEST_F(Driver, WritesTheInputOfTheEngine) {
             Padded({"p.pks", lines[0], lines[1], lines[2], "", "CHOICE=0,", "WAVE=********,",
                     "VOL=1235,", "NIX=**,", "MERIT=8,", "D1=0.00015,", "D2=0.00040,", "END*"}));
   EXPECT_EQ(Told(), (Lines{"command\tedit ito.out", "command\tedit ito.out",
-                             "command\tedit treor.out", "command\tedit treor.out"}));
+                           "command\tedit treor.out", "command\tedit treor.out"}));
   EXPECT_FALSE(fs::exists("ito.inp") || fs::exists("treor90.tre"));
   EXPECT_EQ(ws.indexoutfile, "treor.out");
 }
@@ -183,11 +183,10 @@ TEST_F(Driver, TellsWhatFails) {
   EXPECT_EQ(ws.indexoutfile, "");
   EXPECT_EQ(Run(EngineIto, kPeaks, Lose), Outcome::Done);
   EXPECT_EQ(Run(EngineTreor, kPeaks, Lose), Outcome::Done);
-  EXPECT_EQ(Told(),
-            (Lines{"command\tedit ito.out",
-                   "box\tError\tError deleting ITO input file\\nito.inp" + reason,
-                   "command\tedit treor.out",
-                   "box\tError\tError deleting TREOR input file\\ntreor90.tre" + reason}));
+  EXPECT_EQ(Told(), (Lines{"command\tedit ito.out",
+                           "box\tError\tError deleting ITO input file\\nito.inp" + reason,
+                           "command\tedit treor.out",
+                           "box\tError\tError deleting TREOR input file\\ntreor90.tre" + reason}));
   for (const char* name : {"ito.inp", "treor90.tre"}) {
     fs::create_directory(name);
     WriteFile(std::string(name) + "/file", "");
@@ -204,7 +203,7 @@ TEST_F(Driver, TellsWhatFails) {
     const SmallFiles full(1000);
     EXPECT_EQ(Run(EngineIto), Outcome::Failed);
     EXPECT_EQ(Told(), (Lines{"box\tFile Error\tError opening ito input file\\nito.inp: File too "
-                               "large"}));
+                             "large"}));
     EXPECT_FALSE(fs::exists("ito.inp"));
   }
   EXPECT_EQ(input, "");
@@ -239,7 +238,7 @@ TEST_F(Driver, CountsWithDebugOn) {
   ws.itomaxlines = 2;
   EXPECT_EQ(Run(EngineIto, kPeaks), Outcome::Done);
   EXPECT_EQ(Told(), (Lines{"box\tProgress\tqpeaks =     3", "box\tProgress\tqpeaks =     2",
-                             "command\tedit ito.out"}));
+                           "command\tedit ito.out"}));
   input.clear();
   EXPECT_EQ(Run(EngineTreor, kPeaks), Outcome::Done);
   EXPECT_EQ(Told(), (Lines{"box\tProgress\tqpeaks =     3"}));
