@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Includes point down only: see docs/architecture.md. Prints every include that does not.
+# Includes point down only: see docs/architecture.md. Prints every include that does not, and every
+# type that two headers define under one name: the linker would take either for both.
 set -euo pipefail
 
 root=$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")/.." && pwd)
@@ -23,6 +24,11 @@ find . -name '*.cpp' -o -name '*.h' | sed 's|^\./||' | sort |
       bad = 1
     }
     FNR == 1 && !(folder(FILENAME) in floor_of) { complain("a folder without a floor"); nextfile }
+    /^(struct|class|enum class|enum) [A-Za-z]+.*[{:]/ && !/;/ && FILENAME ~ /\.h$/ {
+      name = $2 == "class" ? $3 : $2
+      if (name in home) complain("a name taken by src/" home[name])
+      home[name] = FILENAME
+    }
     /^#include </ && /<Q/ && part(FILENAME) != "qt" { complain("Qt outside its front end") }
     /^#include "/ {
       split($0, words, "\"")

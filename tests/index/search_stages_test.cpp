@@ -69,7 +69,7 @@ std::vector<double> Lines(const Constants& s, double smax) {
 }
 
 // Each line of the one has a line of the other.
-bool HasTheLinesOf(const Candidate& candidate, const Cell& cell) {
+bool HasTheLinesOf(const TreorCandidate& candidate, const Cell& cell) {
   constexpr double smax = 0.15, tolerance = 5e-5;
   const auto has = [](const std::vector<double>& all, const std::vector<double>& some) {
     return std::ranges::all_of(some, [&](double s) {
@@ -88,7 +88,7 @@ TEST(TreorSearches, FindACellOfTheirSystem) {
     Prepare(data.search, one, 1200);
     one.run(data.search);
     bool found = false;
-    for (const Candidate& candidate : data.search.candidates) {
+    for (const TreorCandidate& candidate : data.search.candidates) {
       EXPECT_EQ(candidate.system, one.system);
       EXPECT_GE(candidate.count, data.search.options.iq);
       found = found ||
@@ -122,7 +122,7 @@ TEST(TreorSearches, KeepToTheLimits) {
       data.search.options.iq = 1;
       SetLimits(data.search);
       one.run(data.search);
-      for (const Candidate& candidate : data.search.candidates) {
+      for (const TreorCandidate& candidate : data.search.candidates) {
         const auto cell = CellOf(one.system, candidate.constants, data.search.options.wave);
         ASSERT_TRUE(cell);
         EXPECT_LE(cell->volume, 700.1f);
@@ -167,7 +167,7 @@ TEST(TreorSearches, TakeASelectedLineAsABaseLine) {
     SearchOrthorhombic(data.search);
     EXPECT_EQ(std::ranges::any_of(
                   data.search.candidates,
-                  [&](const Candidate& found) { return HasTheLinesOf(found, flat.cell); }),
+                  [&](const TreorCandidate& found) { return HasTheLinesOf(found, flat.cell); }),
               select > 0);
   }
 }

@@ -145,23 +145,23 @@ TEST(TreorZone, LeavesOutItsFirstLines) {
   // a, c, a + c + d, none, 4 a, none.
   for (const float s : {0.01f, 0.02f, 0.0351f, 0.0355f, 0.0401f, 0.052f, 0.055f})
     data.search.lines.push_back({s, LineCode(s), ""});
-  const Zone zone{0.01f, 0.02f, 0.005f};
+  const TreorZone zone{0.01f, 0.02f, 0.005f};
   EXPECT_EQ(LineOutside(zone, 1, data.search), 4);
   EXPECT_EQ(LineOutside(zone, 5, data.search), 6);
   EXPECT_EQ(LineOutside(zone, 7, data.search), 0) << "the test lines end before";
 }
 
-std::vector<int> Counts(const std::vector<Candidate>& candidates) {
+std::vector<int> Counts(const std::vector<TreorCandidate>& candidates) {
   std::vector<int> counts;
-  for (const Candidate& c : candidates) counts.push_back(c.count);
+  for (const TreorCandidate& c : candidates) counts.push_back(c.count);
   return counts;
 }
 
 TEST(TreorCandidates, TheBestFiveStay) {
   const auto cell = [](float a, int count) {
-    return Candidate{CrystalSystem::Orthorhombic, {0.01f, a, 0.02f}, a, 0, count};
+    return TreorCandidate{CrystalSystem::Orthorhombic, {0.01f, a, 0.02f}, a, 0, count};
   };
-  std::vector<Candidate> list;
+  std::vector<TreorCandidate> list;
   for (int count : {16, 18, 17, 16, 19}) StoreCandidate(list, cell(0.001f * count + 0.03f, count));
   EXPECT_EQ(Counts(list), (std::vector{19, 18, 17, 16}));
   EXPECT_FLOAT_EQ(list[0].constants.a, 0.049f) << "axes by falling constants";
@@ -175,9 +175,9 @@ TEST(TreorCandidates, TheBestFiveStay) {
 }
 
 TEST(TreorCandidates, OneOfEachCell) {
-  std::vector<Candidate> list;
+  std::vector<TreorCandidate> list;
   const auto monoclinic = [](float a, float c, float d) {
-    return Candidate{CrystalSystem::Monoclinic, {a, 0.03f, c, d}, 1, 0, 16};
+    return TreorCandidate{CrystalSystem::Monoclinic, {a, 0.03f, c, d}, 1, 0, 16};
   };
   StoreCandidate(list, monoclinic(0.01f, 0.02f, -0.003f));
   StoreCandidate(list, monoclinic(0.02f, 0.01004f, 0.003f));
@@ -187,7 +187,7 @@ TEST(TreorCandidates, OneOfEachCell) {
   StoreCandidate(list, monoclinic(0.02f, 0.0101f, 0.003f));
   EXPECT_EQ(list.size(), 2u);
 
-  std::vector<Candidate> triclinic;
+  std::vector<TreorCandidate> triclinic;
   for (float volume : {300.f, 300.04f, 200.f, 400.f})
     StoreCandidate(triclinic, {CrystalSystem::Triclinic, {0.01f}, 0, volume, 16});
   ASSERT_EQ(triclinic.size(), 3u);
@@ -197,7 +197,7 @@ TEST(TreorCandidates, OneOfEachCell) {
   EXPECT_EQ(triclinic.size(), 10u);
 
   // One lattice by other axes: c before a, and b turned round.
-  std::vector<Candidate> lattice;
+  std::vector<TreorCandidate> lattice;
   for (const Constants& s : {Constants{0.01f, 0.02f, 0.03f, 0.001f, 0.002f, 0.003f},
                              Constants{0.03f, 0.01f, 0.02f, 0.003f, 0.001f, 0.002f},
                              Constants{0.01f, 0.02f, 0.03f, 0.001f, -0.002f, -0.003f}})

@@ -131,7 +131,7 @@ TEST(AcceptLimits, MeritAndLinesLeftOver) {
     twotheta.push_back((twotheta[5] + twotheta[6]) / 2);
     std::ranges::sort(twotheta);
     data.search.all = data.search.lines = treor::LinesOf(twotheta);  // no higher orders out
-    const Candidate candidate{CrystalSystem::Monoclinic, treor::ConstantsOf(kCells[4].cell)};
+    const TreorCandidate candidate{CrystalSystem::Monoclinic, treor::ConstantsOf(kCells[4].cell)};
     const bool accepted = AcceptCandidate(data.search, candidate);
     EXPECT_GE(data.run.solutions.size(), 1u) << "listed all the same";
     return accepted ? data.run.solutions.back().merit : 0;

@@ -12,7 +12,7 @@ namespace {
 constexpr float kEqualConstants = 0.00015f;
 constexpr int kLeastListedMerit = 6, kMostListedUnindexed = 3;
 
-TrialCell TrialOf(const Candidate& candidate, const TreorOptions& options) {
+TrialCell TrialOf(const TreorCandidate& candidate, const TreorOptions& options) {
   TrialCell trial{candidate.system, candidate.constants};
   if (trial.system == CrystalSystem::Monoclinic) {
     // h may have either sign: beta* is the acute one.
@@ -99,7 +99,7 @@ std::optional<LineTest> RefineAndTest(TreorSearch& search, TrialCell& trial,
 
 }  // namespace
 
-bool AcceptCandidate(TreorSearch& search, const Candidate& candidate) {
+bool AcceptCandidate(TreorSearch& search, const TreorCandidate& candidate) {
   const TreorOptions& o = search.options;
   TrialCell trial = TrialOf(candidate, o);
   const auto unrefined = CellOf(trial, o);

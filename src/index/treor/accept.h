@@ -5,4 +5,4 @@
 
 // Refines and lists a candidate and tests its figure of merit; one that passes is refined and
 // tested again with all lines. True if it has passed both times: then it is the solution.
-bool AcceptCandidate(TreorSearch& search, const Candidate& candidate);
+bool AcceptCandidate(TreorSearch& search, const TreorCandidate& candidate);

@@ -9,7 +9,7 @@ constexpr float kEqual = 0.00005f;     // constants
 constexpr float kEqualVolume = 0.05f;  // of triclinic cells, cubic angstrom
 
 // The usual order of the axes, where a system leaves a choice.
-void OrderAxes(Candidate& candidate) {
+void OrderAxes(TreorCandidate& candidate) {
   Constants& s = candidate.constants;
   if (candidate.system == CrystalSystem::Orthorhombic) {
     std::array axes{s.a, s.b, s.c};
@@ -25,7 +25,7 @@ bool Near(float p, float q) { return std::abs(p - q) <= kEqual; }
 
 // Triclinic cells come with their axes in any order and direction: equal edges and an equal volume
 // tell that two are of one lattice.
-bool AreEqualTriclinic(const Candidate& x, const Candidate& y) {
+bool AreEqualTriclinic(const TreorCandidate& x, const TreorCandidate& y) {
   const auto edges = [](const Constants& s) {
     std::array list{s.a, s.b, s.c};
     std::ranges::sort(list);
@@ -35,22 +35,22 @@ bool AreEqualTriclinic(const Candidate& x, const Candidate& y) {
          std::abs(x.volume - y.volume) <= kEqualVolume;
 }
 
-bool AreEqual(const Candidate& x, const Candidate& y) {
+bool AreEqual(const TreorCandidate& x, const TreorCandidate& y) {
   if (x.system == CrystalSystem::Triclinic) return AreEqualTriclinic(x, y);
   const Constants &s = x.constants, &t = y.constants;
   return Near(s.a, t.a) && Near(s.b, t.b) && Near(s.c, t.c) && Near(s.d, t.d);
 }
 
-bool IsBetter(const Candidate& x, const Candidate& y) {
+bool IsBetter(const TreorCandidate& x, const TreorCandidate& y) {
   if (x.count != y.count) return x.count > y.count;
   return x.system == CrystalSystem::Triclinic ? x.volume < y.volume : x.product > y.product;
 }
 
 }  // namespace
 
-void StoreCandidate(std::vector<Candidate>& candidates, Candidate candidate) {
+void StoreCandidate(std::vector<TreorCandidate>& candidates, TreorCandidate candidate) {
   OrderAxes(candidate);
-  for (const Candidate& listed : candidates)
+  for (const TreorCandidate& listed : candidates)
     if (AreEqual(listed, candidate)) return;
   const bool triclinic = candidate.system == CrystalSystem::Triclinic;
   const std::size_t most = triclinic ? kMostTriclinicCandidates : kMostCandidates;

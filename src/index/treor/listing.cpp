@@ -129,7 +129,7 @@ void ListVolumeLimit(Listing& listing, Stage stage, float volume) {
     listing.Put<"555(' NEW MONOCLINIC VOLUME LIMIT=',F7.0,' A**3')">(volume);
 }
 
-void ListAnyTrial(Listing& listing, const Candidate& candidate) {
+void ListAnyTrial(Listing& listing, const TreorCandidate& candidate) {
   const Constants& c = candidate.constants;
   listing.Put<"(I5,6F10.6)">(candidate.count, c.a, c.b, c.c, c.d, c.e, c.f);
 }

@@ -34,7 +34,7 @@ void ListBaseLines(Listing& listing, const std::array<int, 4>& baselines);
 // The search has found so many cells that larger ones are of no use.
 void ListVolumeLimit(Listing& listing, Stage stage, float volume);
 // Any trial that indexes enough lines, where the keywords ask for all.
-void ListAnyTrial(Listing& listing, const Candidate& candidate);
+void ListAnyTrial(Listing& listing, const TreorCandidate& candidate);
 
 // Of a candidate: the cell as the search found it, the cycles, and the symmetry it is tried with.
 void ListUnrefined(Listing& listing, const CellAndVolume& cell);

@@ -48,7 +48,7 @@ class Search {
       const float a = (S(y) - b) / static_cast<float>(h * h);
       if (!(a > search_.limits.amin)) return true;
       // The zone of a and b takes the place of that of a and c.
-      const Zone zone{a, b, 0};
+      const TreorZone zone{a, b, 0};
       const int first = LineOutside(zone, 1, zonesets_, search_);
       int second = first;
       for (int n = 0; n < kNextLines && second > 0; ++n) {

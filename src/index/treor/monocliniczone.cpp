@@ -19,7 +19,7 @@ class Search {
     std::erase_if(sets_, [](const Hkl& r) { return r.k == 0; });
   }
 
-  bool TryZone(const Zone& zone) {
+  bool TryZone(const TreorZone& zone) {
     int line = kZoneLines;
     for (int n = 0; n < kLinesOutside; ++n) {
       line = LineOutside(zone, line + 1, search_);
@@ -37,7 +37,7 @@ class Search {
 
   float S(int line) const { return search_.Line(line).s; }
 
-  bool TryLine(const Zone& zone, int line) {
+  bool TryLine(const TreorZone& zone, int line) {
     for (const auto& [h, k, l] : sets_) {
       if (!trials_.GoOn()) return false;
       const Constants s{zone.a, (S(line) - zone.S(h, l)) / static_cast<float>(k * k), zone.c,
@@ -56,6 +56,6 @@ class Search {
 
 void SearchMonoclinicZone(TreorSearch& search) {
   Search trials(search);
-  for (const Zone& zone : DominantZones(kZones, search))
+  for (const TreorZone& zone : DominantZones(kZones, search))
     if (!trials.TryZone(zone)) return;
 }

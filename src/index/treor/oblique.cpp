@@ -26,7 +26,7 @@ bool AreEqual(const Hkl& r, const Hkl& q) { return r.h == q.h && r.l == q.l; }
 
 std::array<int, 3> Row(const Hkl& r) { return {r.h * r.h, r.l * r.l, r.h * r.l}; }
 
-bool IndexesFurtherLines(const Zone& zone, const TreorSearch& search) {
+bool IndexesFurtherLines(const TreorZone& zone, const TreorSearch& search) {
   int line = kBaseLines;
   for (const IndexLimits& limits : kFurtherLines)
     if (!Indexes(zone, search.Line(++line).s, ZoneSets(limits), search.options)) return false;
@@ -35,7 +35,7 @@ bool IndexesFurtherLines(const Zone& zone, const TreorSearch& search) {
 
 }  // namespace
 
-bool AllowsZone(const Zone& zone, const TreorSearch& search) {
+bool AllowsZone(const TreorZone& zone, const TreorSearch& search) {
   const auto& [a, c, d] = zone;
   const float amin = search.limits.amin;
   if (!(a > 0 && c > 0 && d >= -search.options.d2 && d * d / (a * c) <= search.limits.cos4))
@@ -64,8 +64,8 @@ bool AllowsTriclinic(const Constants& m, const TreorSearch& search) {
          ab * amin <= volume;
 }
 
-std::vector<Zone> DominantZones(const ZoneLimits& limits, const TreorSearch& search) {
-  std::vector<Zone> zones;
+std::vector<TreorZone> DominantZones(const ZoneLimits& limits, const TreorSearch& search) {
+  std::vector<TreorZone> zones;
   if (search.Lines() < kZoneLines) return zones;
   const std::array<float, 3> s{search.Line(1).s, search.Line(2).s, search.Line(3).s};
   for (const Hkl& r1 : FirstSets(limits[0]))
@@ -74,12 +74,12 @@ std::vector<Zone> DominantZones(const ZoneLimits& limits, const TreorSearch& sea
         if (AreEqual(r1, r2) || AreEqual(r1, r3) || AreEqual(r2, r3)) continue;
         const auto found = Solve<3>({Row(r1), Row(r2), Row(r3)}, s);
         if (!found) continue;
-        const Zone zone{(*found)[0], (*found)[1], (*found)[2]};
+        const TreorZone zone{(*found)[0], (*found)[1], (*found)[2]};
         if (AllowsZone(zone, search) && IndexesFurtherLines(zone, search)) zones.push_back(zone);
       }
   return zones;
 }
 
-int LineOutside(const Zone& zone, int from, const TreorSearch& search) {
+int LineOutside(const TreorZone& zone, int from, const TreorSearch& search) {
   return LineOutside(zone, from, ZoneSets(kAnyLine), search);
 }

@@ -36,7 +36,7 @@ class Search {
   const std::vector<Hkl> zonesets_ = IndexSets(kZone, HSign::Positive);
   const std::vector<Hkl> outsidesets_ = IndexSets(kOutside, HSign::Positive);
 
-  bool TryZone(const Zone& zone) {
+  bool TryZone(const TreorZone& zone) {
     const float amin = search_.limits.amin;
     if (zone.a <= amin || zone.c <= amin) return true;
     const int outside = LineOutside(zone, 3, zonesets_, search_);

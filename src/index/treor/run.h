@@ -97,7 +97,7 @@ struct SearchLimits {
   std::vector<std::array<float, 2>> density{};
 };
 
-struct Candidate {
+struct TreorCandidate {
   CrystalSystem system{};
   Constants constants{};
   float product = 0;  // a b c, of a monoclinic cell times 1 - d^2 / (4 a c)
@@ -120,7 +120,7 @@ struct TreorSearch {
   std::vector<TreorLine> all{};    // rising s, at most 99
   std::vector<TreorLine> lines{};  // those without higher orders of the first ones
   SearchLimits limits{};
-  std::vector<Candidate> candidates{};  // of the present search, best first
+  std::vector<TreorCandidate> candidates{};  // of the present search, best first
   SearchCounts counts{};
   std::string stage = "TREOR90";  // as the report tells it
 

@@ -103,7 +103,7 @@ bool RunPass(TreorSearch& search, const Pass& pass) {
   search.candidates.clear();
   for (const Stage stage : pass.stages)
     if (wanted(stage) && search.GoOn()) RunStage(search, stage);
-  for (const Candidate& candidate : search.candidates)
+  for (const TreorCandidate& candidate : search.candidates)
     if (search.GoOn() && AcceptCandidate(search, candidate)) return true;
   return false;
 }

@@ -55,7 +55,7 @@ int Trials::Test(const Constants& constants) {
   const int count = counter_.Count(system_, constants);
   if (count < search_.options.iq) return 0;
   const float volume = std::sqrt(limits_.lambda6 / product);
-  const Candidate candidate{system_, constants, product, volume, count};
+  const TreorCandidate candidate{system_, constants, product, volume, count};
   if (search_.options.list != 0) ListAnyTrial(search_.listing, candidate);
   StoreCandidate(search_.candidates, candidate);
   if (moves_) MoveLimit(volume);

@@ -20,7 +20,7 @@ class Search {
         if (h != 0 || l != 0) layer_.push_back({h, 1, l});
   }
 
-  bool TryZone(const Zone& zone) {
+  bool TryZone(const TreorZone& zone) {
     std::array<float, 3> s{};
     int line = kZoneLines;
     for (float& outside : s) {
@@ -39,7 +39,7 @@ class Search {
   Trials trials_;
   std::vector<Hkl> layer_;
 
-  bool TryLayer(const Zone& zone, float b, const std::array<float, 3>& s) {
+  bool TryLayer(const TreorZone& zone, float b, const std::array<float, 3>& s) {
     for (const Hkl& r1 : layer_)
       for (const Hkl& r2 : layer_) {
         if (!trials_.GoOn()) return false;
@@ -57,6 +57,6 @@ class Search {
 
 void SearchTriclinicZone(TreorSearch& search) {
   Search trials(search);
-  for (const Zone& zone : DominantZones(kZones, search))
+  for (const TreorZone& zone : DominantZones(kZones, search))
     if (!trials.TryZone(zone)) return;
 }

@@ -7,7 +7,7 @@
 #include "index/treor/run.h"
 
 // s = a hh + c ll + d hl.
-struct Zone {
+struct TreorZone {
   float a, c, d;
   float S(int h, int l) const {
     return a * static_cast<float>(h * h) + c * static_cast<float>(l * l) +
@@ -18,8 +18,9 @@ struct Zone {
 };
 
 // True if one of the index sets, whose k does not count, gives a line.
-bool Indexes(const Zone& zone, float s, const std::vector<Hkl>& sets, const TreorOptions& options);
+bool Indexes(const TreorZone& zone, float s, const std::vector<Hkl>& sets,
+             const TreorOptions& options);
 
 // The first test line from a place on that the zone does not index; 0 if there is none.
-int LineOutside(const Zone& zone, int from, const std::vector<Hkl>& sets,
+int LineOutside(const TreorZone& zone, int from, const std::vector<Hkl>& sets,
                 const TreorSearch& search);
