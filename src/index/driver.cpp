@@ -62,12 +62,10 @@ std::string ResultOf(const IndexingEngine& engine, const EngineEnd& end) {
   const auto solutions = std::make_unique<SolutionTable>();
   const int count = engine.readsolutions(listing, *solutions);
   if (count == 0) return "no solutions";
-  std::string text = std::to_string(count) + (count == 1 ? " solution" : " solutions");
-  if (engine.bestfirst || count == 1) return text;
-  int best = 1;
-  for (int row = 2; row <= count; ++row)
-    if ((*solutions)(row, solfom) >= (*solutions)(best, solfom)) best = row;
-  return text + ", the best is No. " + std::to_string(best);
+  const std::string cells = std::to_string(count);
+  if (!end.passed) return "no solution passed, " + cells + " came near";
+  const std::string text = cells + (count == 1 ? " solution" : " solutions");
+  return engine.bestfirst || count == 1 ? text : text + ", the last one passed";
 }
 
 void TellResult(const IndexingEngine& engine, const EngineEnd& end) {

@@ -15,6 +15,7 @@
 struct EngineEnd {
   int status = 0;
   EngineRun run{};
+  bool passed = true;  // false: no solution came up to what was required
 };
 inline constexpr int kNoListing = 1;  // status of a run that has left nothing to look at
 

@@ -8,6 +8,12 @@
 
 namespace {
 
+constexpr int kFewLines = 10;
+
+std::string LinesOfUse(int count) {
+  return std::to_string(count) + (count == 1 ? " line is" : " lines are") + " of use";
+}
+
 // Whatever ITO complains about is one of its files. What is wrong with its cards and lines is told
 // in the listing only.
 EngineEnd StartIto(const std::string& input, const std::string& output,
@@ -21,8 +27,7 @@ EngineEnd StartIto(const std::string& input, const std::string& output,
     run.complaints.push_back({"ITO", "A card of the input cannot be read: see the listing"});
   else if (run.nlines < kItoLeastLines)
     run.complaints.push_back(
-        {"ITO", std::to_string(run.nlines) + (run.nlines == 1 ? " line is" : " lines are") +
-                    " of use, and ITO needs " + std::to_string(kItoLeastLines)});
+        {"ITO", LinesOfUse(run.nlines) + ", and ITO needs " + std::to_string(kItoLeastLines)});
   return {status, std::move(run)};
 }
 
@@ -32,7 +37,11 @@ EngineEnd StartTreor(const std::string& input, const std::string& output,
   TreorRun run;
   run.report = report;
   Treor90Engine(status, input, output, run);
-  return {status, std::move(run)};
+  if (run.complaints.empty() && !run.stopped && run.nlines < kFewLines)
+    run.complaints.push_back(
+        {"TREOR90", LinesOfUse(run.nlines) + ": a cell that fits so few may do so by accident"});
+  const bool solved = run.solved;
+  return {status, std::move(run), solved};
 }
 
 // In the order of EngineNumber.

@@ -97,6 +97,21 @@ std::optional<LineTest> RefineAndTest(TreorSearch& search, TrialCell& trial,
   return test;
 }
 
+// Leaves the trial refined in the higher symmetry that it comes near to, if it passes there, and
+// else in its own: an edge that only looks like another does not cost a good cell.
+bool PassesAtHighestSymmetry(TreorSearch& search, TrialCell& trial) {
+  const auto passes = [&](const std::optional<LineTest>& test) {
+    return test && Passes(*test, search.options);
+  };
+  const auto own = RefineAndTest(search, trial, search.lines, false);
+  TrialCell raised = trial;
+  if (!own || !RaiseSymmetry(raised)) return passes(own);
+  ListHigherSymmetry(search.listing, raised.system);
+  if (!passes(RefineAndTest(search, raised, search.lines, false))) return passes(own);
+  trial = raised;
+  return true;
+}
+
 }  // namespace
 
 bool AcceptCandidate(TreorSearch& search, const TreorCandidate& candidate) {
@@ -105,17 +120,13 @@ bool AcceptCandidate(TreorSearch& search, const TreorCandidate& candidate) {
   const auto unrefined = CellOf(trial, o);
   if (!unrefined) return false;
   ListUnrefined(search.listing, *unrefined);
-  auto test = RefineAndTest(search, trial, search.lines, false);
-  if (test && RaiseSymmetry(trial)) {
-    ListHigherSymmetry(search.listing, trial.system);
-    test = RefineAndTest(search, trial, search.lines, false);
-  }
-  if (!test || !Passes(*test, o)) return false;
+  if (!PassesAtHighestSymmetry(search, trial)) return false;
   ListGoodLuck(search.listing);
-  test = RefineAndTest(search, trial, search.all, true);
+  const auto test = RefineAndTest(search, trial, search.all, true);
   if (!test || !Passes(*test, o)) return false;
-  ListSolved(search, trial.system, *test);
+  ListSolved(search, trial.system);
   if (trial.system == CrystalSystem::Monoclinic || trial.system == CrystalSystem::Triclinic)
     ReduceCell(search.run.solutions.back().cell, kReductionTolerance, search.listing);
+  ListAdvice(search.listing, *test);
   return true;
 }

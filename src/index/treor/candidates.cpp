@@ -48,12 +48,15 @@ bool IsBetter(const TreorCandidate& x, const TreorCandidate& y) {
 
 }  // namespace
 
-void StoreCandidate(std::vector<TreorCandidate>& candidates, TreorCandidate candidate) {
+bool StoreCandidate(std::vector<TreorCandidate>& candidates, TreorCandidate candidate) {
   OrderAxes(candidate);
   for (const TreorCandidate& listed : candidates)
-    if (AreEqual(listed, candidate)) return;
+    if (AreEqual(listed, candidate)) return false;
   const bool triclinic = candidate.system == CrystalSystem::Triclinic;
   const std::size_t most = triclinic ? kMostTriclinicCandidates : kMostCandidates;
-  candidates.insert(std::ranges::upper_bound(candidates, candidate, IsBetter), candidate);
+  const auto at = std::ranges::upper_bound(candidates, candidate, IsBetter);
+  const bool room = at - candidates.begin() < static_cast<std::ptrdiff_t>(most);
+  candidates.insert(at, candidate);
   if (candidates.size() > most) candidates.pop_back();
+  return room;
 }

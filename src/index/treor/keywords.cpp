@@ -20,37 +20,28 @@ struct LimitKeys {
   IndexLimits& (*limits)(TreorOptions&);
 };
 
+IndexLimits& Cubic(TreorOptions& o) { return o.cubic; }
+IndexLimits& Tetragonal(TreorOptions& o) { return o.tetragonal; }
+template <int n>
+IndexLimits& Orthorhombic(TreorOptions& o) {
+  return o.orthorhombic(n);
+}
+template <int n>
+IndexLimits& Monoclinic(TreorOptions& o) {
+  return o.monoclinic(n);
+}
+
 constexpr LimitKeys kLimitKeys[] = {
-    {{"OH1", "OK1", "OL1", "OS1"}, [](auto& o) -> auto& {return o.orthorhombic(1);
-}  // namespace
-}
-, {{"OH2", "OK2", "OL2", "OS2"}, [](auto& o) -> auto& {return o.orthorhombic(2);
-}
-}
-, {{"OH3", "OK3", "OL3", "OS3"}, [](auto& o) -> auto& {return o.orthorhombic(3);
-}
-}
-, {{"KH", "KK", "KL", "KS"}, [](auto& o) -> auto& {return o.cubic;
-}
-}
-, {{"THH", "THK", "THL", "THS"}, [](auto& o) -> auto& {return o.tetragonal;
-}
-}
-, {{"MH1", "MK1", "ML1", "MS1"}, [](auto& o) -> auto& {return o.monoclinic(1);
-}
-}
-, {{"MH2", "MK2", "ML2", "MS2"}, [](auto& o) -> auto& {return o.monoclinic(2);
-}
-}
-, {{"MH3", "MK3", "ML3", "MS3"}, [](auto& o) -> auto& {return o.monoclinic(3);
-}
-}
-, {{"MH4", "MK4", "ML4", "MS4"}, [](auto& o) -> auto& {return o.monoclinic(4);
-}
-}
-,
-}
-;
+    {{"OH1", "OK1", "OL1", "OS1"}, Orthorhombic<1>},
+    {{"OH2", "OK2", "OL2", "OS2"}, Orthorhombic<2>},
+    {{"OH3", "OK3", "OL3", "OS3"}, Orthorhombic<3>},
+    {{"KH", "KK", "KL", "KS"}, Cubic},
+    {{"THH", "THK", "THL", "THS"}, Tetragonal},
+    {{"MH1", "MK1", "ML1", "MS1"}, Monoclinic<1>},
+    {{"MH2", "MK2", "ML2", "MS2"}, Monoclinic<2>},
+    {{"MH3", "MK3", "ML3", "MS3"}, Monoclinic<3>},
+    {{"MH4", "MK4", "ML4", "MS4"}, Monoclinic<4>},
+};
 constexpr int IndexLimits::*kLimits[] = {&IndexLimits::h, &IndexLimits::k, &IndexLimits::l,
                                          &IndexLimits::sum};
 

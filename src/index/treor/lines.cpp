@@ -18,7 +18,7 @@ constexpr int kFarCode = 10000000;  // beyond all lines and tolerances
 
 TreorLine LineAt(float twotheta, const std::string& label) {
   const float sine = std::sin(kHalfDegToRad * twotheta);
-  return {sine * sine, LineCode(sine * sine), label};
+  return {sine * sine, LineCode(sine * sine), label, 0};
 }
 
 bool IsHigherOrder(const TreorLine& line, const TreorLine& first, int n, const TreorOptions& o) {
@@ -57,7 +57,8 @@ void RemoveHigherOrders(TreorSearch& search) {
   auto& lines = search.lines;
   ForEachOrder(lines, [&](int first, int n) {
     while (const int k = PlaceOfOrder(lines, first, n, search.options)) {
-      ListHigherOrder(search.listing, k, first, n);
+      ListHigherOrder(search.listing, lines[static_cast<std::size_t>(k - 1)].number,
+                      lines[static_cast<std::size_t>(first - 1)].number, n);
       lines.erase(lines.begin() + k - 1);
     }
   });
@@ -88,10 +89,12 @@ void SetDensityWindows(TreorSearch& search) {
   const float most = kAvogadro * (o.dens + o.edens);
   for (int z = 1; z <= kMostDensityWindows; ++z) {
     const float weight = static_cast<float>(z) * o.molw;
-    if (!(weight / most < o.vol)) return;
+    if (!(weight / most < o.vol)) break;
     const float unit = search.limits.lambda6 / Square(weight);
     search.limits.density.push_back({Square(least) * unit, Square(most) * unit});
   }
+  // Not one molecule has room: no cell will do.
+  if (search.limits.density.empty()) search.limits.density.push_back({1, 0});
 }
 
 }  // namespace
@@ -118,8 +121,12 @@ bool ReadLines(LineReader& input, TreorSearch& search) {
 }
 
 void PrepareLines(TreorSearch& search) {
+  // What is no wavelength stands for the usual one.
+  if (!(search.options.wave > 0)) search.options.wave = TreorOptions().wave;
   if (search.options.idiv != 0) AdjustFirstLines(search);
   std::ranges::stable_sort(search.all, {}, &TreorLine::s);
+  int number = 0;
+  for (TreorLine& line : search.all) line.number = ++number;
   search.lines = search.all;
   RemoveHigherOrders(search);
   CountTestLines(search);

@@ -1,6 +1,8 @@
 // The lines of a data set of TREOR90, and what a cell has to keep to.
 #pragma once
 
+#include <algorithm>
+
 #include "index/treor/run.h"
 #include "workspace/lines.h"
 
@@ -16,6 +18,11 @@ void PrepareLines(TreorSearch& search);
 // The tolerance of a line or calculated value.
 inline float ToleranceAt(float s, const TreorOptions& options) {
   return s < options.ssqtl ? options.d1 : options.d2;
+}
+
+// How far calculated lines are of use: a little beyond the last line, and never beyond s = 1.
+inline float ReachOf(const std::vector<TreorLine>& lines, const TreorOptions& options) {
+  return std::min(lines.back().s + 2.0f * options.d2, 1.0f);
 }
 
 // The limits of the keywords, with the volume limit of the first stage.

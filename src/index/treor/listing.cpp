@@ -249,7 +249,7 @@ void ListCheck(Listing& listing, CrystalSystem system) {
 
 }  // namespace
 
-void ListSolved(const TreorSearch& search, CrystalSystem system, const LineTest& test) {
+void ListSolved(const TreorSearch& search, CrystalSystem system) {
   Listing& listing = search.listing;
   listing.Put<
       "1103(/,' ANY COMMON FACTOR IN THE QUADRATIC FORMS ? ?',/,"
@@ -258,6 +258,9 @@ void ListSolved(const TreorSearch& search, CrystalSystem system, const LineTest&
       "' END OF INDEXING CALCULATIONS',//)">();
   ListDeletedLines(listing, static_cast<int>(search.all.size() - search.lines.size()));
   ListCheck(listing, system);
+}
+
+void ListAdvice(Listing& listing, const LineTest& test) {
   if (test.unindexedintest > 0)
     listing.Put<"(/,' AS A TEST YOU MAY DECREASE THE PARAMETER NIX ')">();
   else
@@ -265,4 +268,8 @@ void ListSolved(const TreorSearch& search, CrystalSystem system, const LineTest&
         "8212(/,' IF YOU WANT TO LOOK FOR A BETTER SOLUTION YOU ',/,   "
         "' MAY TRY TO INCREASE THE PARAMETER MERIT ABOVE ',I5,"
         "/, '....OR PERHAPS THIS WAS THE BEST SOLUTION...' )">(test.m);
+}
+
+void ListStopped(Listing& listing) {
+  listing.Put<"(/,' THE RUN HAS BEEN STOPPED: WHAT IS ABOVE IS NOT ALL')">();
 }

@@ -47,4 +47,8 @@ void ListLines(Listing& listing, const LineTest& test, float wave);
 // The line that closes a candidate.
 void ListTest(Listing& listing, const LineTest& test);
 void ListGoodLuck(Listing& listing);
-void ListSolved(const TreorSearch& search, CrystalSystem system, const LineTest& test);
+// What to look at in a solution, and how to look for a better one.
+void ListSolved(const TreorSearch& search, CrystalSystem system);
+void ListAdvice(Listing& listing, const LineTest& test);
+// That no cell passed for want of time.
+void ListStopped(Listing& listing);

@@ -71,7 +71,7 @@ LineTest TestLines(CrystalSystem system, const Constants& constants,
                    const std::vector<TreorLine>& lines, const TreorOptions& options) {
   LineTest test;
   if (lines.empty()) return test;
-  const auto calculated = CalculatedLines(system, constants, lines.back().s + 2.0f * options.d2);
+  const auto calculated = CalculatedLines(system, constants, ReachOf(lines, options));
   test.rows = Compare(lines, calculated, options);
   test.observed = static_cast<int>(lines.size());
   test.calculated = static_cast<int>(calculated.size());

@@ -59,6 +59,7 @@ class Search {
   std::array<std::vector<Hkl>, 4> sets_;
   std::array<Hkl, 4> at_{};
   std::array<float, 4> s_{};
+  int cell_ = 0;  // that is tried
 
   bool TryLines(const BaseLines& lines) {
     for (int i = 0; i < 4; ++i) s_[i] = search_.Line(lines[i]).s;
@@ -79,15 +80,22 @@ class Search {
 
   bool TryCell() {
     if (!trials_.GoOn()) return false;
+    if (++cell_ <= search_.handedover) return true;
     const auto found = Solve<4>({Row(at_[0]), Row(at_[1]), Row(at_[2]), Row(at_[3])}, s_);
     if (!found) return true;
     const auto [a, b, c, d] = *found;
     if (!AllowsMonoclinic({a, b, c, d}, search_) || trials_.Test({a, b, c, d}) == 0) return true;
     ++search_.counts.general;
-    return search_.options.monogam == 0;
+    if (search_.options.monogam == 0) return true;
+    search_.handedover = cell_;
+    return false;
   }
 };
 
 }  // namespace
 
-void SearchMonoclinic(TreorSearch& search) { Search(search).Run(); }
+void SearchMonoclinic(TreorSearch& search) {
+  const int before = search.handedover;
+  Search(search).Run();
+  if (search.handedover == before) search.handedover = 0;
+}

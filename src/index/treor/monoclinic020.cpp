@@ -16,6 +16,7 @@ constexpr IndexLimits kZone{6, 0, 6, 12}, kFirst{2, 2, 2, 3}, kSecond{2, 2, 2, 4
 // Lines outside the zone that are tried with the first one: several next to it may have no more to
 // tell than that, such as 0 0 2 and 0 2 1.
 constexpr int kNextLines = 4;
+constexpr int kMostH = 99;  // of line h 1 0
 
 class Search {
  public:
@@ -44,9 +45,9 @@ class Search {
   // Line x is 0 2 0, line y is h 1 0.
   bool TryAxis(int x, int y) {
     const float b = S(x) / 4;
-    for (int h = 1;; ++h) {
+    for (int h = 1; h <= kMostH; ++h) {
       const float a = (S(y) - b) / static_cast<float>(h * h);
-      if (!(a > search_.limits.amin)) return true;
+      if (!(a > search_.limits.amin)) break;
       // The zone of a and b takes the place of that of a and c.
       const TreorZone zone{a, b, 0};
       const int first = LineOutside(zone, 1, zonesets_, search_);
@@ -56,6 +57,7 @@ class Search {
         if (second > 0 && !TryLines(a, b, {S(x), S(y), S(first), S(second)})) return false;
       }
     }
+    return true;
   }
 
   bool TryLines(float a, float b, const std::array<float, 4>& lines) {
@@ -72,7 +74,7 @@ class Search {
         if (!AllowsMonoclinic(s, search_)) continue;
         if (const int count = trials_.Test(s)) {
           ++search_.counts.zone020;
-          ListTrial020(search_.listing, count, lines);
+          if (trials_.IsStored()) ListTrial020(search_.listing, count, lines);
         }
       }
     return true;

@@ -45,7 +45,7 @@ class Search {
       if (!AllowsMonoclinic(s, search_)) continue;
       if (const int count = trials_.Test(s)) {
         ++search_.counts.dominantzone;
-        ListZoneTrial(search_.listing, count, {S(1), S(2), S(3), S(line)});
+        if (trials_.IsStored()) ListZoneTrial(search_.listing, count, {S(1), S(2), S(3), S(line)});
       }
     }
     return true;

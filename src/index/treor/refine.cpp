@@ -25,7 +25,7 @@ struct IndexedLine {
 std::vector<IndexedLine> IndexLines(const TrialCell& trial, const std::vector<TreorLine>& lines,
                                     const TreorOptions& options) {
   std::vector<IndexedLine> indexed(lines.size());
-  const float smax = lines.back().s + 2.0f * options.d2;
+  const float smax = ReachOf(lines, options);
   for (const CalculatedLine& c : CalculatedLines(trial.system, trial.constants, smax)) {
     const float tolerance = ToleranceAt(c.s, options);
     const auto fits = [&](const TreorLine& line) { return std::fabs(line.s - c.s) <= tolerance; };

@@ -76,6 +76,7 @@ struct TreorLine {
   float s = 0;
   int code = 0;       // s x 100000
   std::string label;  // four characters
+  int number = 0;     // among all, from 1
 };
 
 inline constexpr int kTreorMostLines = 99;
@@ -122,6 +123,8 @@ struct TreorSearch {
   SearchLimits limits{};
   std::vector<TreorCandidate> candidates{};  // of the present search, best first
   SearchCounts counts{};
+  // Cells of the general monoclinic search before this one have been handed over; 0: none.
+  int handedover = 0;
   std::string stage = "TREOR90";  // as the report tells it
 
   // The k-th line of the search, from 1.

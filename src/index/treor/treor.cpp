@@ -1,6 +1,7 @@
 #include "index/treor/treor.h"
 
 #include <algorithm>
+#include <ranges>
 #include <span>
 
 #include "index/treor/accept.h"
@@ -23,6 +24,7 @@ struct Pass {
   CrystalSystem system;
   std::span<const Stage> stages;
   float part;
+  bool isagain = false;  // the second volume after all systems: SELECT holds no longer
 };
 
 constexpr Stage kCubic[] = {Stage::Cubic};
@@ -52,7 +54,7 @@ constexpr Pass kSteppedPasses[] = {
     {Orthorhombic, kOrthorhombic, kWhole},
     {Monoclinic, kMonoclinic, kHalf},
     {Triclinic, kTriclinicZone, kHalf},
-    {Monoclinic, kMonoclinicAgain, kWhole},
+    {Monoclinic, kMonoclinicAgain, kWhole, true},
     {Triclinic, kTriclinic, kWhole},
 };
 
@@ -94,17 +96,28 @@ void RunStage(TreorSearch& search, Stage stage) {
   ListStageEnd(search.listing, stage);
 }
 
+// Refines what the searches find. True if that has solved the pattern.
+template <class Stages>
+bool AcceptAny(TreorSearch& search, Stages stages) {
+  search.candidates.clear();
+  for (const Stage stage : stages)
+    if (search.GoOn()) RunStage(search, stage);
+  for (const TreorCandidate& candidate : search.candidates)
+    if (search.GoOn() && AcceptCandidate(search, candidate)) return true;
+  return false;
+}
+
 // True if the pass has solved the pattern.
 bool RunPass(TreorSearch& search, const Pass& pass) {
   const auto wanted = [&](Stage stage) { return RowOf(stage).wanted(search.options); };
   if (std::ranges::none_of(pass.stages, wanted) || !search.GoOn()) return false;
   SetVolume(search.limits, search.options.vol * pass.part);
   ListSystem(search, pass.system);
-  search.candidates.clear();
-  for (const Stage stage : pass.stages)
-    if (wanted(stage) && search.GoOn()) RunStage(search, stage);
-  for (const TreorCandidate& candidate : search.candidates)
-    if (search.GoOn() && AcceptCandidate(search, candidate)) return true;
+  if (pass.isagain) search.options.select = 0;
+  if (AcceptAny(search, pass.stages | std::views::filter(wanted))) return true;
+  // A search that ends at each candidate goes on behind it.
+  while (search.handedover > 0 && search.GoOn())
+    if (AcceptAny(search, std::views::single(Stage::Monoclinic))) return true;
   return false;
 }
 
@@ -137,7 +150,10 @@ void RunDataSet(TreorSearch& search) {
   const bool stepped = search.options.stepped;
   search.run.solved = stepped ? RunPasses(search, kSteppedPasses) : RunPasses(search, kPasses);
   ListCounts(search);
-  if (!search.run.solved && !stepped && !search.run.stopped) ListFailure(search);
+  if (search.run.stopped)
+    ListStopped(search.listing);
+  else if (!search.run.solved && !stepped)
+    ListFailure(search);
 }
 
 void Complain(TreorRun& run, int& status, const std::string& text, const std::string& path,

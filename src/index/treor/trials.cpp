@@ -57,7 +57,7 @@ int Trials::Test(const Constants& constants) {
   const float volume = std::sqrt(limits_.lambda6 / product);
   const TreorCandidate candidate{system_, constants, product, volume, count};
   if (search_.options.list != 0) ListAnyTrial(search_.listing, candidate);
-  StoreCandidate(search_.candidates, candidate);
+  stored_ = StoreCandidate(search_.candidates, candidate);
   if (moves_) MoveLimit(volume);
   return count;
 }

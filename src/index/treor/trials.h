@@ -12,6 +12,8 @@ class Trials {
   // The number of lines if the cell is within the limits of its volume and indexes enough of them:
   // it is a candidate then. Else 0.
   int Test(const Constants& constants);
+  // Whether the last candidate has found a place in the list.
+  bool IsStored() const { return stored_; }
   // As the search's; to be asked for every few trials.
   bool GoOn();
   const SearchLimits& Limits() const { return limits_; }
@@ -23,8 +25,9 @@ class Trials {
   bool moves_;
   SearchLimits limits_;
   HitCounter counter_;
-  long asked_ = 0;         // calculated lines when GoOn asked
-  int calls_ = 0;          // of GoOn since then
+  long asked_ = 0;  // calculated lines when GoOn asked
+  int calls_ = 0;   // of GoOn since then
+  bool stored_ = false;
   int found_ = 0;          // cells since the limit moved,
   float foundvolume_ = 0;  // and their volumes together
 
