@@ -89,6 +89,42 @@ TEST_F(Engine, KeywordsLeaveStagesOut) {
   EXPECT_EQ(Count("** MONOCLINIC TEST"), 1u) << "of the dominant zone";
 }
 
+// Two edges that agree to 1 % are tried as one, in vain.
+TEST_F(Engine, ACellThatOnlyLooksTetragonalIsKept) {
+  Run(Cards(Pattern({10.89, 10.79, 7.30, 90, 90, 90}, 25, 0.004, 0.03), kDefaults));
+  EXPECT_TRUE(Says("TEST OF TETRAGONAL SYMMETRY"));
+  ASSERT_TRUE(run.solved);
+  EXPECT_NEAR(run.solutions.back().volume, 10.89 * 10.79 * 7.30, 3);
+}
+
+// None is ever good enough: each search begins behind the candidate of the one before.
+TEST_F(Engine, MonogamGoesOnBehindEachCandidate) {
+  Run(Cards(Pattern({7.13, 9.31, 11.24, 90, 104.2, 90}, 25, 0.004, 0.03),
+            "MONOGAM=1,MONO=120,VOL=1000,KS=0,THS=0,OS1=0,MERIT=999,IQ=18,END*"));
+  EXPECT_FALSE(run.solved);
+  const std::size_t searches = Count("SELECTED BASE LINES (1,2,3,4)");
+  EXPECT_GT(searches, 2u);
+  EXPECT_LE(searches, 101u);
+  Run(Cards(Pattern({7.13, 9.31, 11.24, 90, 104.2, 90}, 25, 0.004, 0.03),
+            "MONOGAM=1,MONO=120,VOL=1000,KS=0,THS=0,OS1=0,MERIT=30,END*"));
+  ASSERT_TRUE(run.solved);
+  EXPECT_NEAR(run.solutions.back().volume, 723.3, 3);
+}
+
+TEST_F(Engine, ADensityThatNoNumberOfMoleculesHasLeavesNothing) {
+  const auto lines = Pattern(kCells[0].cell, 22, 0.004);
+  Run(Cards(lines, "DENS=5,MOLW=99999,END*"));
+  EXPECT_FALSE(run.solved || Says("NOT REFINED"));
+  Run(Cards(lines, "END*"));
+  EXPECT_TRUE(run.solved);
+}
+
+TEST_F(Engine, SelectedLinesAreThoseOfTheFirstVolume) {
+  Run(Cards(kForeign, "SELECT=8,MERIT=99,VOL=-300,END*"));
+  EXPECT_EQ(Count("SELECTED BASE LINES ( 8,1,2,3)"), 1u);
+  EXPECT_EQ(Count("SELECTED BASE LINES (1,2,3,4)"), 1u);
+}
+
 TEST_F(Engine, ChoiceIsWithoutEffect) {
   const auto lines = Pattern(kCells[1].cell, 22, 0.004);
   Run(Cards(lines, "CHOICE=1,END*"));

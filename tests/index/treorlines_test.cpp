@@ -69,6 +69,8 @@ TEST(TreorLines, HigherOrdersAreNoneOfTheSearch) {
   const std::string text = data.Text();
   EXPECT_EQ(text.rfind(" LINE NUMBER=  5 SHOULD NOT BE INCLUDED IN THE TREOR", 0), 0u);
   EXPECT_NE(text.find(" SQ IS  4 TIMES SQ OF LINE NUMBER=  1\n"), text.npos);
+  for (const char* order : {"=  6 SHOULD", "=  7 SHOULD", "=  9 SHOULD"})
+    EXPECT_NE(text.find(order), text.npos) << "numbers are those of all lines";
 }
 
 TEST(TreorLines, HigherOrdersPutTheFirstRight) {

@@ -17,6 +17,8 @@ constexpr int kTitleWidth = 80;
 // What a negative volume asks for.
 constexpr int kSteppedMono = 135, kSteppedMonoset = 7;
 
+constexpr int kMostResumed = 100;  // searches that end at each candidate
+
 constexpr float kHalf = 0.5f, kWhole = 1;
 
 // Searches that fill one list of candidates, and the part of the largest volume that they go up to.
@@ -116,8 +118,9 @@ bool RunPass(TreorSearch& search, const Pass& pass) {
   if (pass.isagain) search.options.select = 0;
   if (AcceptAny(search, pass.stages | std::views::filter(wanted))) return true;
   // A search that ends at each candidate goes on behind it.
-  while (search.handedover > 0 && search.GoOn())
+  for (int n = 0; n < kMostResumed && search.handedover > 0 && search.GoOn(); ++n)
     if (AcceptAny(search, std::views::single(Stage::Monoclinic))) return true;
+  search.handedover = 0;
   return false;
 }
 
