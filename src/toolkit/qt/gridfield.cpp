@@ -24,6 +24,7 @@ GridField::GridField(const Control& control, std::function<void()> picked,
   setSelectionMode(SingleSelection);
   setSelectionBehavior(SelectRows);
   setTabKeyNavigation(false);
+  horizontalHeader()->setHighlightSections(false);
   if (heads.first() == "No.") verticalHeader()->hide();  // the rows tell their numbers themselves
   const QFontMetrics letters = fontMetrics();
   for (int column = 0; column < columnCount(); ++column)
