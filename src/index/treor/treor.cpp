@@ -1,7 +1,6 @@
 #include "index/treor/treor.h"
 
 #include <algorithm>
-#include <ranges>
 #include <span>
 
 #include "index/treor/accept.h"
@@ -35,6 +34,7 @@ constexpr Stage kHexagonal[] = {Stage::Hexagonal};
 constexpr Stage kOrthorhombic[] = {Stage::OrthorhombicZone, Stage::Orthorhombic};
 constexpr Stage kMonoclinic[] = {Stage::Monoclinic020, Stage::MonoclinicZone, Stage::Monoclinic};
 constexpr Stage kMonoclinicAgain[] = {Stage::MonoclinicZone, Stage::Monoclinic};
+constexpr Stage kGeneralMonoclinic[] = {Stage::Monoclinic};
 constexpr Stage kTriclinicZone[] = {Stage::TriclinicZone};
 constexpr Stage kTriclinic[] = {Stage::TriclinicZone, Stage::Triclinic};
 
@@ -99,11 +99,10 @@ void RunStage(TreorSearch& search, Stage stage) {
 }
 
 // Refines what the searches find. True if that has solved the pattern.
-template <class Stages>
-bool AcceptAny(TreorSearch& search, Stages stages) {
+bool AcceptAny(TreorSearch& search, std::span<const Stage> stages) {
   search.candidates.clear();
   for (const Stage stage : stages)
-    if (search.GoOn()) RunStage(search, stage);
+    if (RowOf(stage).wanted(search.options) && search.GoOn()) RunStage(search, stage);
   for (const TreorCandidate& candidate : search.candidates)
     if (search.GoOn() && AcceptCandidate(search, candidate)) return true;
   return false;
@@ -116,10 +115,10 @@ bool RunPass(TreorSearch& search, const Pass& pass) {
   SetVolume(search.limits, search.options.vol * pass.part);
   ListSystem(search, pass.system);
   if (pass.isagain) search.options.select = 0;
-  if (AcceptAny(search, pass.stages | std::views::filter(wanted))) return true;
+  if (AcceptAny(search, pass.stages)) return true;
   // A search that ends at each candidate goes on behind it.
   for (int n = 0; n < kMostResumed && search.handedover > 0 && search.GoOn(); ++n)
-    if (AcceptAny(search, std::views::single(Stage::Monoclinic))) return true;
+    if (AcceptAny(search, kGeneralMonoclinic)) return true;
   search.handedover = 0;
   return false;
 }
