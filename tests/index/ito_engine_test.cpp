@@ -250,13 +250,15 @@ TEST(ItoEngine, TestOutputOfEachStage) {
     // Behind the first choice and in front of the second search.
     if (Holds(text.substr(chosen, text.find("restarted") - chosen), "input of norm"))
       written += '3';
+    if (Holds(text.substr(rated), "  threed ")) written += '4';
     if (Holds(text.substr(rated), marks[1])) written += '5';
     if (Holds(text.substr(rated), marks[2])) written += '6';
     return written;
   };
   const std::pair<const char*, const char*> cases[] = {
-      {" 1", "1"},     {" 2", "2"},    {" 3", "3"},   {" 5", "5"},  {" 6", "6"}, {" 0", "12356"},
-      {"11", "12356"}, {"22", "2356"}, {"33", "356"}, {"44", "56"}, {"77", ""},  {"99", "12356"}};
+      {" 1", "1"},   {" 2", "2"},      {" 3", "3"},      {" 4", "4"},     {" 5", "5"},
+      {" 6", "6"},   {" 0", "123456"}, {"11", "123456"}, {"22", "23456"}, {"33", "3456"},
+      {"44", "456"}, {"66", "6"},      {"77", ""},       {"99", "123456"}};
   for (const auto& [stage, expected] : cases) EXPECT_EQ(ask(stage), expected) << stage;
 }
 

@@ -42,6 +42,7 @@ std::vector<Combination> CombineEnough(const ItoProblem& problem, const std::vec
 std::vector<Lattice> BuildLattices(const ItoProblem& problem, const std::vector<Zone>& zones,
                                    Listing& listing) {
   std::vector<Lattice> lattices;
+  Listing* test = TestOutput(problem.cards, StageThreed, listing);
   int before = 0, place = 0;
   for (const Combination& c : CombineEnough(problem, zones)) {
     const Lattice& x = c.lattice;
@@ -51,6 +52,7 @@ std::vector<Lattice> BuildLattices(const ItoProblem& problem, const std::vector<
     if (pedigree != before) place = 0;
     before = pedigree;
     for (Lattice& found : Threed(x, problem)) {
+      if (test) test->Put<"('  threed      d',f9.2,' with',f5.0,' hits')">(found.d, found.lines);
       if (lattices.size() == kMostLattices) return lattices;
       found.merit = static_cast<float>(10 * pedigree + place++ % 10);
       lattices.push_back(found);
