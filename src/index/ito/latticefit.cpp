@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <utility>
 
 #include "index/ito/lattices.h"
 #include "index/ito/wholenumbers.h"
@@ -97,34 +96,22 @@ class Equations {
     weights_ += weight;
   }
 
-  // Inverts the matrix by Gauss-Jordan elimination with full pivoting. False if it is singular.
+  // Inverts the matrix by Gauss-Jordan elimination with full pivoting: the largest element of a
+  // matrix of squares stands on its diagonal. False if it is singular.
   bool Invert() {
     constexpr float leastpivot = 0.0001f, leastdeterminant = 0.001f;
-    const std::size_t n = Size();
-    std::array<std::pair<std::size_t, std::size_t>, kConstants> pivots{};
     std::array<bool, kConstants> done{};
     float determinant = 1;
-    for (std::size_t step = 0; step < n; ++step) {
-      float largest = 0;
-      std::size_t row = 0, column = 0;
-      for (std::size_t i = 0; i < n; ++i)
-        for (std::size_t j = 0; j < n; ++j)
-          if (!done[i] && !done[j] && std::abs(matrix_[i][j]) > largest)
-            largest = std::abs(matrix_[i][j]), row = i, column = j;
-      if (!(largest > leastpivot)) return false;
-      done[column] = true;
-      pivots[step] = {row, column};
-      if (row != column) std::swap(matrix_[row], matrix_[column]);
-      determinant *= matrix_[column][column];
-      if (row != column) determinant = -determinant;
-      Eliminate(column);
+    for (std::size_t step = 0; step < Size(); ++step) {
+      std::size_t pivot = Size();
+      for (std::size_t i = 0; i < Size(); ++i)
+        if (!done[i] && (pivot == Size() || matrix_[i][i] > matrix_[pivot][pivot])) pivot = i;
+      if (!(matrix_[pivot][pivot] > leastpivot)) return false;
+      done[pivot] = true;
+      determinant *= matrix_[pivot][pivot];
+      Eliminate(pivot);
     }
-    for (std::size_t step = n; step-- > 0;) {
-      const auto [row, column] = pivots[step];
-      if (row == column) continue;
-      for (std::size_t i = 0; i < n; ++i) std::swap(matrix_[i][row], matrix_[i][column]);
-    }
-    return std::abs(determinant) >= leastdeterminant;
+    return determinant >= leastdeterminant;
   }
 
   // Behind Invert.
