@@ -43,6 +43,8 @@ TEST_F(Engine, SolvesOneCellOfEachSystem) {
     EXPECT_NEAR(run.solutions.back().volume, volume, 0.01f * volume);
     EXPECT_TRUE(text.rfind(" VERSION JANUARY 1990 \na title\n", 0) == 0);
     EXPECT_TRUE(Says("END OF INDEXING CALCULATIONS"));
+    EXPECT_EQ(Says("IF YOU WANT TO LOOK FOR A BETTER SOLUTION"),
+              run.solutions.back().unindexed == 0);
     EXPECT_TRUE(Says(" NUMBER OF CELLS WITH "));
   }
 }
