@@ -12,34 +12,13 @@
 
 namespace {
 
-template <class Write>
-std::string Listed(Write write) {
-  const TempDir directory;
-  Listing listing(directory.file("ito.out"));
-  write(listing);
-  listing.Close();
-  return ReadFile(directory.file("ito.out"));
-}
-
-Lattice LatticeOf(const UnitCell& cell) {
-  const Metric m = ReciprocalMetric(cell);
-  Lattice t;
-  t.a = 10000 * m[0];
-  t.b = 10000 * m[1];
-  t.c = 10000 * m[2];
-  t.f = 10000 * m[3];
-  t.e = 10000 * m[4];
-  t.d = 10000 * m[5];
-  return t;
-}
-
 TEST(ItoDirectCell, ComesBackFromTheReciprocalMetric) {
   std::mt19937 random(7);
   std::uniform_real_distribution<float> edge(4, 20), angle(70, 115);
   for (int n = 0; n < 100; ++n) {
     const UnitCell cell{
         {edge(random), edge(random), edge(random), angle(random), angle(random), angle(random)}};
-    const auto [found, volume] = CellOfLattice(LatticeOf(cell));
+    const auto [found, volume] = CellOfLattice(ReciprocalOf(cell));
     for (int k = 1; k <= 3; ++k) EXPECT_NEAR(found(k), cell(k), 2e-4 * cell(k));
     for (int k = 4; k <= 6; ++k) EXPECT_NEAR(found(k), cell(k), 0.01);
     EXPECT_NEAR(volume, CellVolume(cell), 5e-4 * volume);
@@ -61,7 +40,7 @@ TEST(ItoDirectCell, TellsZOrTheDensityOfOneUnit) {
     cards.wmol = wmol;
     cards.dobs = dobs;
     // 5 by 8 by 10 angstrom.
-    return Listed([&](Listing& listing) { PutDirectCell({400, 156.25f, 100}, cards, listing); });
+    return ListingOf([&](Listing& listing) { PutDirectCell({400, 156.25f, 100}, cards, listing); });
   };
   const std::string cell = "     5.000    8.000   10.000   90.000   90.000   90.000      400.00\n";
   EXPECT_EQ(put(0, 2), cell);
@@ -74,7 +53,7 @@ TEST(ItoDirectCell, TellsZOrTheDensityOfOneUnit) {
 }
 
 std::string SpecialOf(const Lattice& t, float eqtol = 0.5f) {
-  return Listed([&](Listing& listing) { SpecialLattices(t, eqtol, listing); });
+  return ListingOf([&](Listing& listing) { SpecialLattices(t, eqtol, listing); });
 }
 
 TEST(ItoSpecialLattices, EqualAndMultipleConstants) {
@@ -124,7 +103,7 @@ using Vector = std::array<double, 3>;
 double Dot(const Vector& u, const Vector& v) { return u[0] * v[0] + u[1] * v[1] + u[2] * v[2]; }
 
 // The lattice of three reciprocal vectors.
-Lattice LatticeOf(const std::array<Vector, 3>& v) {
+Lattice ReciprocalOf(const std::array<Vector, 3>& v) {
   const auto q = [&](int i, int j) {
     return static_cast<float>((i == j ? 1 : 2) * Dot(v[i], v[j]));
   };
@@ -155,7 +134,7 @@ TEST(ItoSpecialLattices, RhombohedralInReducedMonoclinicAxes) {
         WriteRecord<"(' probably x should be',f10.2,'  and a ',f8.4)">(4e4 / 3 / (a * a), a);
     std::array order{0, 1, 2};
     do {
-      Lattice t = LatticeOf({axes[order[0]], axes[order[1]], axes[order[2]]});
+      Lattice t = ReciprocalOf({axes[order[0]], axes[order[1]], axes[order[2]]});
       t.type = 3;
       const std::string text = SpecialOf(t);
       EXPECT_TRUE(Holds(text, " rhombohedral")) << each.ratio;
@@ -200,7 +179,8 @@ ItoProblem Shifted(double shift) {
 
 TEST(ItoZeroCheck, FindsTheShiftOfTheZero) {
   for (const double shift : {-0.07, 0.0, 0.05}) {
-    const std::string text = Listed([&](Listing& listing) { ZeroCheck(Shifted(shift), listing); });
+    const std::string text =
+        ListingOf([&](Listing& listing) { ZeroCheck(Shifted(shift), listing); });
     EXPECT_TRUE(Holds(text, "zero correction of " + WriteRecord<"(f5.2)">(-shift))) << text;
     EXPECT_TRUE(Holds(text, "shifts (x0.01)  -10   -9"));
     EXPECT_TRUE(Holds(text, "nr of fits"));
