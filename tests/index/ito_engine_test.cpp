@@ -189,6 +189,8 @@ TEST(ItoEngine, TheListingHoldsWhatTheCardsAskFor) {
     EXPECT_TRUE(Holds(text, part)) << part;
   EXPECT_FALSE(Holds(text, "mean delta q"));
   EXPECT_TRUE(Holds(run(33, "1").listing, "mean delta q"));
+  EXPECT_FALSE(Holds(text, "in standard form"));
+  EXPECT_TRUE(Holds(run(34, "1").listing, "in standard form"));
   ASSERT_GT(n, 1);
   for (int row = 2; row <= n; ++row)
     EXPECT_TRUE(table(row - 1, solnix) > table(row, solnix) ||

@@ -232,6 +232,8 @@ void Cycle(Lattice& x, const ItoProblem& problem, std::size_t nlines, int wideni
 
 }  // namespace
 
+void PutSingular(Listing& listing) { listing.Put<"9931(1h ,14x,19hmatrix is singular )">(); }
+
 LatticeFit Refpar(Lattice& lattice, const ItoProblem& problem, int cycles, FitLines which,
                   Listing* test) {
   LatticeFit fit;
@@ -243,7 +245,6 @@ LatticeFit Refpar(Lattice& lattice, const ItoProblem& problem, int cycles, FitLi
       test->Put<"('  refpar',i3,6f9.2,f9.0,f9.1,f9.0)">(cycle, lattice.a, lattice.b, lattice.c,
                                                         lattice.d, lattice.e, lattice.f,
                                                         lattice.lines, lattice.merit, lattice.type);
-      if (fit.singular) test->Put<"9931(1h ,14x,19hmatrix is singular )">();
     }
   }
   return fit;

@@ -29,6 +29,9 @@ struct LatticeFit {
   bool singular = false;
 };
 
+// Tells that the lines do not fix the constants.
+void PutSingular(Listing& listing);
+
 enum class FitLines { First20, All };
 
 // Refines the constants in cycles whose windows close in on those of the lines, and sets lines,

@@ -32,6 +32,14 @@ void MakePositive(Lattice& x) {
 // Takes the rectangle for the net of a and c if that is rhombic: along its diagonals where a and c
 // are as long, or along the one of both with which a diagonal is as long as the other.
 void MakeRectangular(Lattice& x, float equal) {
+  // Half of the edge q, and what is at right angles to it.
+  const auto halve = [&x](float& q, float& other, float& cross, float& othercross) {
+    q = q / 4;
+    other = other - q;
+    cross = cross / 2;
+    othercross = std::abs(othercross - cross);
+    x.e = 0;
+  };
   if (std::abs(x.c - x.a) <= equal && x.e >= equal) {
     x.a = (x.a + x.c + x.e) / 4;
     x.c = x.a - x.e / 2;
@@ -39,20 +47,8 @@ void MakeRectangular(Lattice& x, float equal) {
     x.d = std::abs(x.d - x.f);
     x.e = 0;
   }
-  if (std::abs(x.e - x.a) <= equal) {
-    x.a = x.a / 4;
-    x.c = x.c - x.a;
-    x.f = x.f / 2;
-    x.d = std::abs(x.d - x.f);
-    x.e = 0;
-  }
-  if (std::abs(x.e - x.c) <= equal) {
-    x.c = x.c / 4;
-    x.a = x.a - x.c;
-    x.d = x.d / 2;
-    x.f = std::abs(x.f - x.d);
-    x.e = 0;
-  }
+  if (std::abs(x.e - x.a) <= equal) halve(x.a, x.c, x.f, x.d);
+  if (std::abs(x.e - x.c) <= equal) halve(x.c, x.a, x.d, x.f);
   for (float* cross : {&x.d, &x.e, &x.f})
     if (std::abs(*cross) <= equal) *cross = 0;
 }

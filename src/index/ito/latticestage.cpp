@@ -81,7 +81,7 @@ void Refine(Lattice& x, const ItoProblem& problem, Listing& listing) {
   Listing* test = TestOutput(problem.cards, StageRefpar, listing);
   for (int round = 0; round < mostrounds; ++round) {
     x.lines = 0;
-    Refpar(x, problem, cycles, FitLines::First20, test);
+    if (Refpar(x, problem, cycles, FitLines::First20, test).singular) PutSingular(listing);
     if (x.lines < problem.cards.prntln || x.merit < problem.cards.prntmr) return;
     const Lattice before = x;
     if (!Norm3(x, problem, TestOutput(problem.cards, StageNorm3, listing))) return;
@@ -112,10 +112,10 @@ bool Classify(const Lattice& x, bool twin, int number, const ItoProblem& problem
   return false;
 }
 
-void List(const std::vector<Lattice>& lattices, Listing& listing) {
+void List(std::string_view heading, const std::vector<Lattice>& lattices, Listing& listing) {
   listing.Put<
-      "('0  the lattices that have been found'/'    nr       a       b       c       d"
-      "       e       f    hits  pedigree')">();
+      "('0  ',a/'    nr       a       b       c       d"
+      "       e       f    hits  pedigree')">(heading);
   int number = 0;
   for (const Lattice& x : lattices)
     listing.Put<"9937(1h ,i5,6f8.1, 2f8.0)">(++number, x.a, x.b, x.c, x.d, x.e, x.f, x.lines,
@@ -134,8 +134,9 @@ std::vector<Lattice> LatticeStage(const ItoProblem& problem, const std::vector<Z
         "50hlarger tol3 (col. 16-20).  this problem is skipped)">();
   }
   if (lattices.empty()) return {};
-  List(lattices, listing);
+  List("the lattices that have been found", lattices, listing);
   for (Lattice& x : lattices) Norm3(x, problem, TestOutput(problem.cards, StageNorm3, listing));
+  if (problem.cards.print > 0) List("in standard form", lattices, listing);
   MarkTwins(lattices, problem);
   listing.Put<
       "('0  after refinement'/'    nr       a       b       c       d       e       f"

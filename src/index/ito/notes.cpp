@@ -52,8 +52,8 @@ void PutRefinementNote(Listing& listing) {
 void PutMeritNote(Listing& listing) {
   listing.Lines(
       R"(0the figure of merit is qobs(20)/(2*meandiff*ncalc): differences are those of indexed lines,
- ncalc is the number of lines calculated up to the 20th. above 10, with all lines or all but
- one or two indexed, the lattice is very likely right. below 4 it means nothing.)");
+ ncalc is the number of lines calculated up to the 20th. with 19 or 20 lines indexed, a lattice
+ above 30 is very likely the right one or a relative of it, and below 10 hardly ever.)");
 }
 
 void PutAcceptedNote(Listing& listing) {

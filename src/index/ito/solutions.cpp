@@ -131,7 +131,7 @@ void PutConstants(const Lattice& x, const LatticeFit& fit, Listing& listing) {
       "('0reciprocal lattice constants after refinement, with their standard deviations'/"
       "1h ,6f10.3/1h ,6f10.3)">(x.a, x.b, x.c, x.d, x.e, x.f, fit.esd[0], fit.esd[1], fit.esd[2],
                                 fit.esd[3], fit.esd[4], fit.esd[5]);
-  PutRefinementNote(listing);
+  if (fit.singular) PutSingular(listing);
 }
 
 // Refines a solution once more on the first 20 lines and prints it.
@@ -141,6 +141,10 @@ void PutSolution(Lattice& x, int number, const ItoProblem& problem, Listing& lis
   listing.Put<"9926(1h ,6f9.2, f9.0,f9.1, 2f9.0 )">(x.a, x.b, x.c, x.d, x.e, x.f, x.lines, x.merit,
                                                     x.type, x.pedigree);
   PutConstants(x, fit, listing);
+  if (number == 1) {
+    PutRefinementNote(listing);
+    PutMeritNote(listing);
+  }
   if (number <= problem.cards.list) PutLineList(fit, problem, listing);
 }
 
