@@ -87,7 +87,11 @@ NamedField Named(const Table<T, N...>& field) {
   F(headerskip) \
   F(indexoutfile) F(itoform) F(itowave) F(itozero) F(itomaxlines) F(itotol1) F(itotol2) F(itofom) \
     F(itolines) F(treform) F(trewave) F(trevol) F(treedge) F(tred1) F(tred2) F(tremerit) F(trenix) \
-    F(solutions) F(nsolutions) F(selsolution)
+    F(solutions) F(nsolutions) F(selsolution) \
+  F(sumfile) F(sumopen) F(sumcount) \
+  F(scriptpath) F(scriptinlist) F(scriptoutlist) F(scriptinfmt) F(scriptoutfmt) \
+    F(scriptusezero) F(scriptusetrun) F(scriptusescal) F(scriptusesmoo) F(scriptusesago) \
+    F(scriptuseconv) F(scriptusebkgr) F(scriptuseskip) F(scaletype) F(scalefrom) F(scaleto)
 // clang-format on
 
 const std::map<std::string_view, NamedField>& Fields() {

@@ -8,6 +8,7 @@ Workspace ws;
 void ResetWorkspace() {
   static_cast<PerPattern&>(ws) = {};
   static_cast<Indexing&>(ws) = {};
+  static_cast<Scripting&>(ws) = {};
 }
 
 void ComputeSlotAxes(int slot, float wavelength) {

@@ -159,6 +159,13 @@ struct Session {
 
   std::string infodepartment, infocompany, infoaddress;
 
+  // The summary file: the table of many patterns' counts, its name and columns
+  std::string sumfile;
+  int sumopen = 0, sumcount = 0;
+
+  // The script, and the lists of files that it reads and writes
+  std::string scriptpath, scriptinlist, scriptoutlist;
+
   // Whole-pattern fit: its files, and the button that ran it last (1 "Refine", 2 "Calculate")
   std::string fitfile, refineout;
   int fitrun = 0;
@@ -295,11 +302,28 @@ struct Indexing {
   bool operator==(const Indexing&) const = default;
 };
 
-struct Workspace : Session, PointStore, PatternData, FitParameters, PerPattern, Indexing {};
+// What a script does to every file of its list, beside the options of the commands it holds.
+struct Scripting {
+  int scriptinfmt = 0;   // 1 gdf, 2 xy, 3 dat, 4 udf, 5 txt
+  int scriptoutfmt = 0;  // 1 gdf, 2 xy, 3 cif, 4 dat, 5 one table of all files
+  int scriptusezero = 0, scriptusetrun = 0, scriptusescal = 0, scriptusesmoo = 0;
+  int scriptusesago = 0, scriptuseconv = 0, scriptusebkgr = 0, scriptuseskip = 0;
+  int scaletype = 0, scalefrom = 0, scaleto = 0;
+
+  bool operator==(const Scripting&) const = default;
+};
+
+struct Workspace : Session,
+                   PointStore,
+                   PatternData,
+                   FitParameters,
+                   PerPattern,
+                   Indexing,
+                   Scripting {};
 
 extern Workspace ws;
 
-// Puts all fields of the pattern and of indexing back to their defaults.
+// Puts all options of the pattern, of indexing and of scripts back to their defaults.
 void ResetWorkspace();
 
 // Fills the d and Q axes of slot 1 with wavelen(1), copies all three axes to slots 2 to 4, and
