@@ -3,7 +3,7 @@
 #include <iterator>
 
 #include "plot/dataposition.h"
-#include "plot/page.h"
+#include "plot/legend.h"
 #include "plot/views.h"
 #include "workspace/text.h"
 
@@ -106,18 +106,12 @@ void DrawCurve(const Plot& plot, int slot, int n, const Range& x, float dx = 0, 
 }
 
 void DrawOverlays(const Plot& plot) {
-  static constexpr int kColour[MaxOverlays] = {colours::kOrange, colours::kMagenta, colours::kBrown,
-                                               colours::kGreen};
-  const PageLayout& page = plot.page;
   for (int k = 1; k <= ws.noverlay; ++k) {
     const int slot = SlotOverlay + k - 1;
     const auto shift = static_cast<float>(k);
-    SetPen(1, 1, kColour[k - 1]);
+    SetPen(1, 1, colours::kOverlay[k - 1]);
     DrawCurve(plot, slot, ws.npts(slot), {ws.plotxmin, ws.plotxmax}, ws.displacex * shift,
               ws.displacey * shift);
-    DrawName(ws.plotwidth - page.scale * 10,
-             ws.plotheight - page.scale * 20 - page.textheight * 2 * shift,
-             Field(FileStem(ws.overlayname(k)), 20), 1.2f * page.textheight, 0, 5);
   }
 }
 
@@ -186,6 +180,25 @@ void DrawCurves(const Plot& plot) {
   DrawManualPoints(plot, x);
 }
 
+// The highest place of the primary curve between two places of the frame.
+float TopBetween(const Plot& plot, float left, float right) {
+  const auto xs = ws.xval.row(ws.xaxismode, plot.primary), ys = ws.yval.row(plot.primary);
+  const Range between{left, right};
+  float top = 0;
+  for (int i = 0; i < ws.npts(plot.primary); ++i)
+    if (between.Holds(plot.X(xs[i]))) top = std::max(top, plot.Y(plot.y.Limit(ShownY(ys[i]))));
+  return top;
+}
+
+// On the right under the title, unless the pattern is in the way and leaves more room on the left.
+void DrawLegend(const Plot& plot) {
+  const Legend legend(plot.page, LegendRows());
+  if (legend.empty()) return;
+  const float right = TopBetween(plot, ws.plotwidth - legend.Width(), ws.plotwidth);
+  const bool free = right <= ws.plotheight - legend.Depth();
+  legend.Draw(!free && TopBetween(plot, 0, legend.Width()) < right);
+}
+
 }  // namespace
 
 void DrawPatternPlot() {
@@ -196,6 +209,7 @@ void DrawPatternPlot() {
   DrawGrid(plot);  // under the frame, as its outer lines lie on it
   DrawFrame(plot);
   DrawCurves(plot);
+  DrawLegend(plot);
   SetPen(1, 1, colours::kBlack);
   DrawName(ws.plotwidth - plot.page.scale * 10, ws.plotheight - plot.page.scale * 20, ws.stem20,
            1.4f * plot.page.textheight, 0, 5);

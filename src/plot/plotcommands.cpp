@@ -11,6 +11,11 @@ Outcome FlipSwitch(const Arguments& arguments) {
   return Outcome::Done;
 }
 
+Outcome FlipLegend(const Arguments&) {
+  ws.legend = 1 - ws.legend;
+  return Outcome::Done;
+}
+
 constexpr Command Switch(int id, const char* text, int bit) {
   return {.item = {id, text, MenuPopupPlot},
           .number = bit,
@@ -32,6 +37,7 @@ constexpr Command kCommands[] = {
      .run = [](const Arguments&) { return Outcome::Done; },
      .redraw = Redraw::Full,
      .undo = true},
+    {.item = {MenuLegend, "Legend", MenuPopupPlot}, .run = FlipLegend, .redraw = Redraw::Keep},
 };
 
 }  // namespace

@@ -67,6 +67,7 @@ void ShowPlotMarks() {
   };
   for (const auto& row : kSwitches)
     WMenuSetState(row.id, MenuChecked, (ws.plotmarks & row.bit) != 0);
+  WMenuSetState(MenuLegend, MenuChecked, ws.legend);
 }
 
 void UpdatePlotMenu() {

@@ -8,6 +8,7 @@ enum MenuId {
   MenuRedo,
   MenuSaveHistory,
   MenuFitResults,
+  MenuLegend,
   MenuSavePattern = 40003,
   MenuExit = 40006,
   MenuPrintGraphics = 40005,

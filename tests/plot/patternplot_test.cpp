@@ -149,6 +149,36 @@ TEST_F(PatternPlot, ManualPointsGridAndOverlayName) {
   EXPECT_NEAR(name->begin.y + 18, 950 - 20 - 30, 0.1f);
 }
 
+// The legend names each curve in its colour, and goes out of the pattern's way.
+TEST_F(PatternPlot, LegendNamesTheCurvesBesideThePeak) {
+  ws.noverlay = 2;
+  ws.overlayname(1) = "/data/first.xy";
+  ws.overlayname(2) = "/data/second.xy";
+  const auto names = [](float peak, int fitshown) {
+    FillSlot(SlotInput, 401,
+             [=](float tth) { return std::abs(tth - peak) < 0.5f ? 999.0f : 9.0f; });
+    FillSlot(SlotBackground, 401, [](float) { return 50.0f; });
+    FillSlot(SlotRefined, 401, [](float) { return 60.0f; });
+    ws.plotmask = PlotInput | PlotBackground | (fitshown ? 0 : PlotRefined) | PlotResidual;
+    ws.fitshown = fitshown;
+    RedrawView(1);
+    auto texts = ReadTexts(ScreenList(), 1.2f * 15, 0, 1);
+    std::erase_if(texts, [](const ReadText& text) { return text.text.size() < 2; });  // of labels
+    return texts;
+  };
+  const auto right = names(30, 0);
+  EXPECT_EQ(Lines(right), (std::vector<std::string>{"first", "second", "Background",
+                                                    "Refined pattern", "Difference (A-C)"}));
+  for (const ReadText& name : right) EXPECT_NEAR(name.end.x, 940, 0.1f);
+  const auto left = names(55, 1);
+  EXPECT_EQ(Lines(left),
+            (std::vector<std::string>{"Background", "Fitted pattern", "Difference (A-C)"}));
+  for (const ReadText& name : left)  // behind three letters of room, in a window of 16 to 9
+    EXPECT_NEAR(name.begin.x, 100 + 10 + 3 * 18 * 9 / 16.0f, 0.1f);
+  ws.legend = 0;
+  EXPECT_TRUE(names(55, 0).empty());
+}
+
 TEST_F(PatternPlot, WhatCannotBeDrawnIsToldOnce) {
   const auto complains = [](const std::string& text) {
     ws.plotmask = 63;
@@ -182,6 +212,7 @@ TEST_F(PatternPlot, WhatCannotBeDrawnIsToldOnce) {
 
 // Lines end where they cross the frame; what lies outside is not drawn along its edge.
 TEST_F(PatternPlot, CurvesAreClippedToTheFrame) {
+  ws.legend = 0;
   FillSlot(SlotInput, 401, [](float tth) { return 25 * (tth - 20.02f); });
   const auto refined = [](const std::function<float(float)>& counts) {
     FillSlot(SlotRefined, 401, counts);
@@ -216,6 +247,7 @@ TEST_F(PatternPlot, CurvesAreClippedToTheFrame) {
   EXPECT_NEAR(cliff[0][0].x, 40.05f, 0.06f);
 
   SetUp();  // from 100 to 1000 counts
+  ws.legend = 0;
   ws.yaxismode = 2;
   ws.plotmask = PlotInput | PlotBackground;
   FillSlot(SlotBackground, 401, [](float tth) { return tth < 30 ? 0.0f : 50.0f; });
