@@ -16,6 +16,8 @@ namespace {
 constexpr double kFarthest = 1e6;      // beyond this the rasteriser's arithmetic ends
 constexpr std::size_t kCurve = 500;    // a stroke of more points is a curve, not a letter or frame
 constexpr double kNoise = 4;           // pixels by pen width; lower noise is drawn as lines
+constexpr double kFine = 2;            // pixels by pen width from where steps of one are not seen
+constexpr double kLevel = 0.25;        // pixels
 constexpr std::size_t kStraight = 16;  // and one of up to so many may be part of a frame or grid
 
 using Points = std::vector<QPointF>;
@@ -24,8 +26,7 @@ Points PlacesOf(const DisplayList& list, const Stroke& stroke, const Mapping& ma
   Points places;
   places.reserve(stroke.count);
   for (const DrawPoint& point : std::span(list.points).subspan(stroke.first, stroke.count)) {
-    const QPointF at = mapping.Place(point);
-    if (!std::isfinite(at.x()) || !std::isfinite(at.y())) continue;
+    const QPointF at = mapping.Place(point);  // a number, as those of the list are
     places.emplace_back(std::clamp(at.x(), -kFarthest, kFarthest),
                         std::clamp(at.y(), -kFarthest, kFarthest));
   }
@@ -43,7 +44,7 @@ struct Thinned {
 bool IsNoise(const Points& places, std::size_t begin, std::size_t end, double range, double width) {
   double way = 0;
   for (std::size_t i = begin + 1; i < end; ++i) way += std::abs(places[i].y() - places[i - 1].y());
-  return range > kNoise / width && way > 1.5 * range;
+  return range > kNoise / width && (way > 1.5 * range || width >= kFine);
 }
 
 Thinned ThinByColumn(const Points& places, double width) {
@@ -51,8 +52,9 @@ Thinned ThinByColumn(const Points& places, double width) {
   bool wasnoise = false;
   for (std::size_t begin = 0, end; begin < places.size(); begin = end) {
     const double column = std::floor(places[begin].x());
+    const auto holds = [column](double x) { return x >= column && x < column + 1; };
     std::size_t low = begin, high = begin;
-    for (end = begin; end < places.size() && std::floor(places[end].x()) == column; ++end) {
+    for (end = begin; end < places.size() && holds(places[end].x()); ++end) {
       if (places[end].y() < places[low].y()) low = end;
       if (places[end].y() > places[high].y()) high = end;
     }
@@ -69,8 +71,14 @@ Thinned ThinByColumn(const Points& places, double width) {
     if (noise)
       seen.columns.emplace_back(column + 0.5 - width / 2, top - width / 2, width,
                                 bottom - top + width);
-    add(begin, !noise || !wasnoise);
+    // Of what is nearly level its end is enough.
+    if (bottom - top < kLevel) {
+      add(end - 1, !noise || !wasnoise);
+      wasnoise = noise;
+      continue;
+    }
     std::array<std::size_t, 4> shown = {begin, std::min(low, high), std::max(low, high), end - 1};
+    add(begin, !noise || !wasnoise);
     const auto last = std::unique(shown.begin(), shown.end());
     for (auto i = shown.begin() + 1; i != last; ++i) add(*i, !noise);
     wasnoise = noise;
@@ -194,8 +202,6 @@ Mapping::Mapping(const DisplayList& list, QSizeF target) {
   x0_ = area.x1 * target.width() - units.x1 * kx_;
   y0_ = (1.0 - area.y1) * target.height() - units.y1 * ky_;
 }
-
-QPointF Mapping::Place(DrawPoint units) const { return {x0_ + units.x * kx_, y0_ + units.y * ky_}; }
 
 DrawPoint Mapping::Units(QPointF place) const {
   const auto from = [](double at, double scale) { return scale == 0 ? 0 : at / scale; };

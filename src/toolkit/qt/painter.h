@@ -11,7 +11,7 @@
 class Mapping {
  public:
   Mapping(const DisplayList& list, QSizeF target);
-  QPointF Place(DrawPoint units) const;
+  QPointF Place(DrawPoint units) const { return {x0_ + units.x * kx_, y0_ + units.y * ky_}; }
   DrawPoint Units(QPointF place) const;
   double YScale() const { return -ky_; }  // target units of one user unit in y
 
