@@ -4,7 +4,7 @@
 #   tools/setup.sh check    also what fuzzing, benchmarks and the style check need
 set -euo pipefail
 
-packages=(g++ cmake ninja-build ccache qt6-base-dev qt6-wayland libgl-dev libjpeg62-turbo-dev
+packages=(g++ cmake ninja-build ccache qt6-base-dev qt6-svg-dev qt6-wayland libgl-dev libjpeg62-turbo-dev
   libgtest-dev libc-bin locales)
 if [[ ${1:-} == check ]]; then packages+=(clang-14 libclang-rt-14-dev clang-format-14 libbenchmark-dev git); fi
 

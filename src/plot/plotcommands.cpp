@@ -32,7 +32,7 @@ constexpr Command kCommands[] = {
     Switch(MenuPlotNet, "Difference (A-B)", PlotNet),
     Switch(MenuPlotResidual, "Difference (A-C)", PlotResidual),
     Switch(MenuPlotPeaks, "Peak positions", PlotPeaks),
-    {.item = {40029, "Full pattern", MenuPopupPlot, false, "F1"},
+    {.item = {MenuFullPattern, "Full pattern", MenuPopupPlot, false, "F1"},
      .viewmode = 1,
      .run = [](const Arguments&) { return Outcome::Done; },
      .redraw = Redraw::Full,

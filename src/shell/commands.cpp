@@ -10,8 +10,25 @@
 #include "plot/plot.h"
 #include "script/script.h"
 #include "shell/shell.h"
+#include "workspace/menuids.h"
 
 namespace {
+
+constexpr ToolRow kTools[] = {
+    {MenuOpenAny, "open", "Open pattern"},
+    {MenuSavePattern, "save", "Save pattern"},
+    {},
+    {MenuUndo, "undo"},
+    {MenuRedo, "redo"},
+    {},
+    {MenuFullPattern, "full"},
+    {},
+    {MenuAutosubtract, "background", "Autosubtract background"},
+    {MenuPeakSearch, "search"},
+    {MenuFitPeak, "peak"},
+    {MenuFitPattern, "pattern", "Fit whole pattern"},
+    {MenuTreor, "index", "Index with TREOR90"},
+};
 
 std::vector<Command> AllCommands() {
   std::vector<Command> all;
@@ -43,4 +60,5 @@ void RegisterMenu() {
     rows.back().enabled = command.item.popup || command.IsBuilt();
   }
   WRegisterMenu(MainMenu, rows);
+  WRegisterToolbar(kTools);
 }

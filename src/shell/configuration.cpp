@@ -3,6 +3,7 @@
 //   ! Editor
 //   EDT=quillagram-edit
 //   MINW=0.01
+//   TOOLBAR=1
 //   OLD QUILLAGRAM FILES
 //   /data/corundum.xy
 //   END QUILLAGRAM FILES
@@ -30,6 +31,7 @@ using Lines = std::vector<std::string>;
 constexpr int kKeptLines = 50;              // lines of the file that survive an update
 constexpr int kBlockLines = MaxRecent + 1;  // behind the marker of the recent files
 constexpr const char* kEditor = "quillagram-edit";
+constexpr const char* kToolbar = "TOOLBAR";
 constexpr const char* kBlockStart = "OLD QUILLAGRAM";
 constexpr const char* kBlockEnd = "END QUILLAGRAM";
 
@@ -79,6 +81,7 @@ void TakeKey(const std::string& line) {
   if (equals == std::string::npos) return;
   const std::string value = line.substr(equals + 1);
   if (Begins(line, "EDT")) ws.editorpath = Field(value);
+  if (Begins(line, kToolbar)) ReadRecord<"(i10)">(value, ws.toolbar);
   if (Begins(line, "MINU")) ReadRecord<"(f10.0)">(value, ws.caglmin(1));
   if (Begins(line, "MINV")) ReadRecord<"(f10.0)">(value, ws.caglmin(2));
   if (Begins(line, "MINW")) ReadRecord<"(f10.0)">(value, ws.caglmin(3));
@@ -88,6 +91,7 @@ void TakeKey(const std::string& line) {
 
 void SetBuiltInValues() {
   ws.editorpath = kEditor;
+  ws.toolbar = 1;
   ws.caglmin = {{0, 0, 0.02f}};
   ws.shapemin = {{0.5f, 0, 0}};
   for (std::string& file : ws.recentfiles.cells) file.clear();
@@ -178,11 +182,14 @@ std::string UpdateFile(void (*change)(Lines& lines)) {
   return same ? "" : ReplaceFile(ws.inipath, lines);
 }
 
+Lines::iterator BlockOf(Lines& lines) {
+  return std::ranges::find_if(lines, [](const auto& line) { return Begins(line, kBlockStart); });
+}
+
 // Puts the present block behind the marker, which is added to a file without one. A path with line
 // ends would become lines of its own, with keys perhaps: its line stays empty.
 void ReplaceRecentFiles(Lines& lines) {
-  const auto marker =
-      std::ranges::find_if(lines, [](const auto& line) { return Begins(line, kBlockStart); });
+  const auto marker = BlockOf(lines);
   if (marker == lines.end())
     lines.push_back("OLD QUILLAGRAM FILES");
   else
@@ -196,6 +203,11 @@ void ReplaceAddress(Lines& lines) {
   for (std::string& line : lines)
     for (const TextKey& text : kAddress)
       if (Begins(line, text.key)) line = text.written + std::string(Trim(OnOneLine(*text.value)));
+}
+
+void ReplaceToolbar(Lines& lines) {
+  std::erase_if(lines, [](const auto& line) { return Begins(line, kToolbar); });
+  lines.insert(BlockOf(lines), std::string(kToolbar) + "=" + std::to_string(ws.toolbar));
 }
 
 }  // namespace
@@ -236,4 +248,8 @@ void UpdateRecentFiles() {
 void WriteInfoToConfiguration() {
   const std::string reason = UpdateFile(ReplaceAddress);
   if (!reason.empty()) Tell("Error opening inifile", reason);
+}
+
+void WriteToolbarToConfiguration() {
+  TellOnce("Error opening inifile", UpdateFile(ReplaceToolbar));
 }

@@ -51,7 +51,7 @@ NamedField Named(const Table<T, N...>& field) {
   F(viewxmin) F(viewxmax) F(viewymin) F(viewymax) F(bandx1) F(bandx2) F(bandy1) F(bandy2) \
   F(plotxmin) F(plotxmax) F(plotx0) F(ploty0) F(plotwidth) F(plotheight) F(xperunit) F(yperunit) \
     F(plotscalex) F(plotscaley) F(curvexmin) F(curvexmax) \
-  F(legend) F(printflag) F(epsflag) \
+  F(toolbar) F(legend) F(printflag) F(epsflag) \
   F(patternpath) F(patternstem) F(stem20) F(filetype) F(peakfilename) \
   F(editorpath) F(startdir) F(inipath) F(recentfiles) F(recentpending) F(caglmin) F(shapemin) \
   F(debugmode) F(batchmode) \

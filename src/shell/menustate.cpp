@@ -45,6 +45,7 @@ void ShowMenuState() {
   Check(MenuXGrid, ws.xgridmark);
   Check(MenuYGrid, ws.ygridmark);
   Check(MenuDebug, ws.debugmode);
+  Check(MenuToolbar, ws.toolbar);
   ShowStep(MenuUndo, "Undo", UndoTitle());
   ShowStep(MenuRedo, "Redo", RedoTitle());
   Enable(MenuSaveHistory, HasHistory());

@@ -39,6 +39,7 @@ void StartProgram() {
   ws.startdir = StartDirectory();
   IOsDirChange(ws.startdir);
   ReadConfiguration();
+  WShowToolbar(ws.toolbar);
   ws.plotmask = 0;
   ws.recentpending = 0;
   ResetWorkspace();

@@ -88,6 +88,12 @@ Outcome FlipYGrid(const Arguments&) {
   ws.ygridmark = ws.ygrid = 1 - ws.ygrid;
   return Outcome::Done;
 }
+Outcome FlipToolbar(const Arguments&) {
+  ws.toolbar = ws.toolbar == 0;
+  WShowToolbar(ws.toolbar);
+  WriteToolbarToConfiguration();
+  return Outcome::Done;
+}
 Outcome FlipDebug(const Arguments&) {
   ws.debugmode = 1 - ws.debugmode;
   return Outcome::Done;
@@ -155,6 +161,7 @@ constexpr Command kSettingsCommands[] = {
      .redraw = Redraw::Keep,
      .undo = true},
     {.item = {MenuDebug, "Debug", kSettings}, .run = FlipDebug},
+    {.item = {MenuToolbar, "Toolbar", kSettings}, .run = FlipToolbar, .history = false},
 };
 
 constexpr Command kHelpCommands[] = {

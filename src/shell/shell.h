@@ -72,6 +72,7 @@ void UpdateRecentFiles();
 // Puts the recent files into the menu.
 void ShowRecentFiles();
 void WriteInfoToConfiguration();
+void WriteToolbarToConfiguration();
 
 // Values of a Workspace field, parted by tabs: "npts", "npts(1)", "xval(1,1,5:10)". Nothing for an
 // unknown name or an index outside the field.

@@ -64,6 +64,7 @@ struct MenuItem {
   bool checked = false;
 };
 const std::vector<MenuItem>& MenuItems();
+const std::vector<ToolRow>& ToolRows();
 
 namespace frontend {
 
@@ -78,6 +79,7 @@ void CloseWindow(int handle);
 void SetStatusParts(const std::vector<int>& widths);
 void SetStatus(int part, const std::string& text);
 void MenuChanged(int id);
+void ShowToolbar(bool shown);
 
 // Blocks until the user has done something and posts at least one message.
 void WaitEvent();

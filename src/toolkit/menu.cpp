@@ -9,6 +9,8 @@ namespace {
 std::map<int, std::vector<MenuItem>> menus;
 std::vector<MenuItem>* current = nullptr;
 
+std::vector<ToolRow> tools;
+
 MenuItem* FindItem(int id) {
   if (!current) return nullptr;
   const auto found = std::ranges::find(*current, id, [](const MenuItem& m) { return m.row.id; });
@@ -24,6 +26,10 @@ void WRegisterMenu(int number, std::span<const MenuRow> rows) {
     items.push_back({.row = row, .text = row.text, .enabled = row.enabled});
   if (!current) current = &items;
 }
+
+void WRegisterToolbar(std::span<const ToolRow> rows) { tools.assign(rows.begin(), rows.end()); }
+void WShowToolbar(bool shown) { frontend::ShowToolbar(shown); }
+const std::vector<ToolRow>& ToolRows() { return tools; }
 
 void UseMenu(int number) {
   if (const auto found = menus.find(number); found != menus.end()) current = &found->second;

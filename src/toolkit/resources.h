@@ -15,6 +15,14 @@ struct MenuRow {
   bool enabled = true;
 };
 
+// A button of the toolbar: a row of the menu, the name of its icon, and what it says where the
+// menu's text is too short to stand alone. An id of 0 parts groups.
+struct ToolRow {
+  int id = 0;
+  const char* icon = "";
+  const char* text = "";
+};
+
 enum class ControlKind {
   Text,     // a text that only the program changes
   Real,     // a number in a display format

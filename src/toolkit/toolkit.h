@@ -117,6 +117,9 @@ enum MenuOption { MenuEnabled = 1, MenuChecked = 2 };
 
 // Makes a menu known under its resource number, before WindowOpen.
 void WRegisterMenu(int number, std::span<const MenuRow> rows);
+// The buttons of the toolbar, before WindowOpen; each does and shows what its menu item does.
+void WRegisterToolbar(std::span<const ToolRow> rows);
+void WShowToolbar(bool shown);
 void WMenuSetState(int id, int option, int value);
 void WMenuSetString(int id, const std::string& text);
 int WMenuGetState(int id, int option);

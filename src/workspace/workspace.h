@@ -170,6 +170,7 @@ struct Session {
   std::string fitfile, refineout;
   int fitrun = 0;
 
+  int toolbar = 1;    // 1 while it is shown
   int legend = 1;     // 1 while the plot names its curves
   int printflag = 0;  // 1 while a hardcopy is drawn
   int epsflag = 0;    // 1 while an EPS file is drawn

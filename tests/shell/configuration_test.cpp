@@ -15,6 +15,7 @@
 #include "support/smallfiles.h"
 #include "support/support.h"
 #include "toolkit/replay/transcript.h"
+#include "workspace/menuids.h"
 #include "workspace/workspace.h"
 
 namespace fs = std::filesystem;
@@ -139,6 +140,18 @@ TEST_F(Configuration, WhatIsWrittenAndWhatIsNot) {
   ws.infoaddress = "Here";
   WriteInfoToConfiguration();
   EXPECT_EQ(Contents(), "DEPARTMENT=Physics  EDT=worse\nCOMPANY=\n! ADDRESS=old\n" + more);
+}
+
+// A toolbar that was hidden stays so in the next run.
+TEST_F(Configuration, ToolbarIsRemembered) {
+  Write("EDT=vi\ntoolbar=1\nOLD QUILLAGRAM FILES\n/1\nEND QUILLAGRAM FILES\n");
+  ReadConfiguration();
+  EXPECT_EQ(ws.toolbar, 1);
+  RunCommand(*FindCommand(MenuToolbar));
+  EXPECT_EQ(Contents(), "EDT=vi\nTOOLBAR=0\nOLD QUILLAGRAM FILES\n/1\nEND QUILLAGRAM FILES\n");
+  ws.toolbar = 1;
+  ReadConfiguration();
+  EXPECT_EQ(ws.toolbar, 0);
 }
 
 TEST_F(Configuration, WhatMayBeDoneWithIt) {

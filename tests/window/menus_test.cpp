@@ -75,6 +75,34 @@ TEST(Menus, EveryCommandTwiceOnAPattern) {
   EXPECT_GE(tried, 2 * 50);
 }
 
+// Each button has an icon and words of its own, and does what its menu item does.
+TEST(Menus, ToolbarFollowsTheMenu) {
+  RunOn("tools.xy", []() -> Script {
+    const auto tool = [](int id) { return Root()->findChild<QAction*>(QString("tool%1").arg(id)); };
+    for (const QAction* action : Root()->toolbar->actions()) {
+      if (action->isSeparator()) continue;
+      EXPECT_FALSE(action->icon().isNull());
+      EXPECT_FALSE(action->toolTip().isEmpty());
+      const QImage icon = action->icon().pixmap(32).toImage();
+      std::set<QRgb> colours;
+      for (int x = 0; x < icon.width(); ++x)
+        for (int y = 0; y < icon.height(); ++y) colours.insert(icon.pixel(x, y));
+      EXPECT_GT(colours.size(), 2u) << action->toolTip().toStdString();
+    }
+    EXPECT_FALSE(tool(MenuRedo)->isEnabled());
+    EXPECT_EQ(tool(MenuUndo)->toolTip(), "Undo Open pattern (Ctrl+Z)");
+    tool(MenuUndo)->trigger();
+    co_await Idle();
+    EXPECT_EQ(ws.npts(SlotInput), 0);
+    EXPECT_TRUE(tool(MenuRedo)->isEnabled());
+    EXPECT_FALSE(tool(MenuSavePattern)->isEnabled());
+    EXPECT_TRUE(Root()->toolbar->isVisible());
+    Pick(MenuToolbar);
+    co_await Idle();
+    EXPECT_FALSE(Root()->toolbar->isVisible());
+  });
+}
+
 TEST(Menus, LettersAreUniqueAndLiteralAmpersandsStay) {
   const std::vector<QString> shown = WithMnemonics(
       {{"E&xit", true}, {"x-axis"}, {"Info"}, {"Index"}, {"In"}, {"/home/a&b.xy"}, {""}});

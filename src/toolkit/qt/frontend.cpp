@@ -162,6 +162,10 @@ bool Progress(int part, const std::string& text) {
 
 void CommandEnded(bool) {}
 
+void ShowToolbar(bool shown) {
+  if (root) root->toolbar->setVisible(shown);
+}
+
 void MenuChanged(int id) {
   if (root) root->menus.Update(id);
 }

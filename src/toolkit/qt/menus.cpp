@@ -1,4 +1,4 @@
-// Menu bar: building, texts with mnemonics, enabled states, check marks.
+// Menu bar and toolbar: building, texts with mnemonics, enabled states, check marks.
 #include "toolkit/qt/menus.h"
 
 #include <QFontMetrics>
@@ -7,6 +7,7 @@
 
 #include "toolkit/frontend.h"
 #include "toolkit/qt/events.h"
+#include "toolkit/qt/icons.h"
 #include "toolkit/qt/mnemonics.h"
 
 namespace {
@@ -38,15 +39,22 @@ QList<QKeySequence> ShortcutsOf(const MenuRow& row) {
 
 }  // namespace
 
-void Menus::Build(QMenuBar* bar) {
+void Menus::Build(QMenuBar* bar, QToolBar* tools) {
   bar_ = bar;
-  bar->clear();
+  toolbar_ = tools;
+  BuildMenu();
+  BuildTools();
+  for (const MenuItem& item : MenuItems()) Update(item.row.id);
+}
+
+void Menus::BuildMenu() {
+  bar_->clear();
   actions_.clear();
   std::map<int, QMenu*> popups;
   for (const MenuItem& item : MenuItems()) {
     const int id = item.row.id;
     const auto parent = popups.find(item.row.parent);
-    QWidget* owner = parent == popups.end() ? static_cast<QWidget*>(bar) : parent->second;
+    QWidget* owner = parent == popups.end() ? static_cast<QWidget*>(bar_) : parent->second;
     if (item.row.popup) {
       popups[id] = new QMenu(owner);
       popups[id]->setToolTipsVisible(true);
@@ -54,14 +62,41 @@ void Menus::Build(QMenuBar* bar) {
     } else {
       actions_[id] = new QAction(owner);
       actions_[id]->setShortcuts(ShortcutsOf(item.row));
-      QObject::connect(actions_[id], &QAction::triggered, bar, [this, id] { Picked(id); });
+      QObject::connect(actions_[id], &QAction::triggered, bar_, [this, id] { Picked(id); });
     }
     actions_[id]->setObjectName(QString("menu%1").arg(id));
     owner->addAction(actions_[id]);
   }
   Label(0);
   for (const auto& [id, popup] : popups) Label(id);
-  for (const MenuItem& item : MenuItems()) Update(item.row.id);
+}
+
+void Menus::BuildTools() {
+  toolbar_->clear();
+  tools_.clear();
+  for (const ToolRow& row : ToolRows()) {
+    const int id = row.id;
+    if (id == 0) {
+      toolbar_->addSeparator();
+      continue;
+    }
+    QAction* tool = tools_[id] = toolbar_->addAction(ToolIcon(row.icon), row.text);
+    tool->setObjectName(QString("tool%1").arg(id));
+    QObject::connect(tool, &QAction::triggered, toolbar_, [this, id] { Picked(id); });
+  }
+}
+
+// What the button does in words, and the keys that do the same.
+void Menus::UpdateTool(int id) {
+  const auto found = tools_.find(id);
+  const MenuItem* item = Find(id);
+  if (found == tools_.end() || !item) return;
+  QString text = found->second->text();
+  if (text.isEmpty()) text = QString::fromStdString(item->text).remove('&');
+  const QList<QKeySequence> keys = ShortcutsOf(item->row);
+  if (!keys.isEmpty()) text += " (" + keys.front().toString(QKeySequence::NativeText) + ")";
+  found->second->setToolTip(text);
+  found->second->setEnabled(item->enabled);
 }
 
 void Menus::Picked(int id) {
@@ -91,6 +126,7 @@ void Menus::Update(int id) {
   if (!item || found == actions_.end()) return;
   QAction* action = found->second;
   if (action->data().toString() != QString::fromStdString(item->text)) Label(item->row.parent);
+  UpdateTool(id);
   action->setEnabled(item->enabled);
   if (item->checked) action->setCheckable(true);
   action->setChecked(item->checked);
@@ -99,4 +135,5 @@ void Menus::Update(int id) {
 void Menus::SetLocked(bool locked) {
   locked_ = locked;
   bar_->setEnabled(!locked);
+  toolbar_->setEnabled(!locked);
 }

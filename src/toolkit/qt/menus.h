@@ -1,13 +1,14 @@
-// The menu bar, built from the menu rows and kept in step with their state.
+// The menu bar and the toolbar, built from the rows of both and kept in step with their state.
 #pragma once
 
 #include <QAction>
 #include <QMenuBar>
+#include <QToolBar>
 #include <map>
 
 class Menus {
  public:
-  void Build(QMenuBar* bar);
+  void Build(QMenuBar* bar, QToolBar* tools);
   // Shows the present state of an item.
   void Update(int id);
   // While a dialog stays open beside the plot, no command can be given.
@@ -15,10 +16,15 @@ class Menus {
   bool Locked() const { return locked_; }
 
  private:
+  void BuildMenu();
+  void BuildTools();
+  void UpdateTool(int id);
   void Label(int parent);
   void Picked(int id);
 
   QMenuBar* bar_ = nullptr;
+  QToolBar* toolbar_ = nullptr;
   std::map<int, QAction*> actions_;  // a popup's is the one that opens it
+  std::map<int, QAction*> tools_;
   bool locked_ = false;
 };

@@ -91,13 +91,20 @@ void StatusPart::paintEvent(QPaintEvent*) {
                         isEnabled(), shown, foregroundRole());
 }
 
-MainWindow::MainWindow() : canvas(new Canvas(this)), progress(new ProgressBar(statusBar())) {
+MainWindow::MainWindow()
+    : canvas(new Canvas(this)),
+      toolbar(addToolBar("Tools")),
+      progress(new ProgressBar(statusBar())) {
   setObjectName("main");
   QApplication::setWindowIcon(ProgramIcon());
   setCentralWidget(canvas);
   setFocusProxy(canvas);
   setAcceptDrops(true);
-  menus.Build(menuBar());
+  toolbar->setObjectName("toolbar");
+  toolbar->setMovable(false);
+  toolbar->setContextMenuPolicy(Qt::PreventContextMenu);
+  setContextMenuPolicy(Qt::NoContextMenu);
+  menus.Build(menuBar(), toolbar);
   statusBar()->setContentsMargins(6, 0, 0, 0);
 }
 

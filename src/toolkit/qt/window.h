@@ -26,6 +26,7 @@ class MainWindow : public QMainWindow {
   void SetParts(const std::vector<int>& widths);
 
   Canvas* canvas;
+  QToolBar* toolbar;
   Menus menus;
   std::vector<StatusPart*> parts;
   ProgressBar* progress;

@@ -132,6 +132,7 @@ int OpenChildWindow(int, int, const std::string&) { return RootWindow + 1; }
 void CloseWindow(int) {}
 void SetStatusParts(const std::vector<int>&) {}
 void MenuChanged(int) {}
+void ShowToolbar(bool) {}
 void KeepAlive() {}
 void SetBusy(bool) {}
 void SetCursor(int) {}
