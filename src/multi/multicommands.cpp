@@ -1,6 +1,8 @@
 // The menu "Multiple patterns" and its dialogs.
 #include "multi/multi.h"
+#include "patternfiles/patternfiles.h"
 #include "toolkit/controls.h"
+#include "toolkit/toolkit.h"
 #include "workspace/menuids.h"
 #include "workspace/parameters.h"
 #include "workspace/workspace.h"
@@ -8,8 +10,6 @@
 namespace {
 
 using namespace controls;
-
-constexpr int kMulti = MenuPopupMulti, kOverlay = 40034, kClose = MenuPopupClosePattern;
 
 constexpr Control kDisplaceControls[] = {
     Number(1018, "2-theta", &ws.displacex, "(f10.2)", "deg."),
@@ -19,34 +19,129 @@ constexpr Control kDisplaceControls[] = {
 };
 constexpr ParameterDialog kDisplace{.resource = {105, "Displace patterns", kDisplaceControls}};
 
+constexpr int kButtonClear = 1221;
+constexpr const char* kOrder = "Chebyshev background order";
+constexpr Control kFitControls[] = {
+    Choice(1201, "0", kOrder, &ws.fitbgorder),
+    Choice(1202, "1", kOrder),
+    Choice(1203, "2", kOrder),
+    Choice(1204, "3", kOrder),
+    Choice(1205, "4", kOrder),
+    Choice(1206, "5", kOrder),
+    Choice(1207, "6", kOrder),
+    Choice(1208, "7", kOrder),
+    Choice(1209, "8", kOrder),
+    Choice(1210, "9", kOrder),
+    Choice(1211, "10", kOrder),
+    Choice(1212, "11", kOrder),
+    Choice(1213, "12", kOrder),
+    Choice(1214, "13", kOrder),
+    Choice(1215, "14", kOrder),
+    Number(1216, "Scale factor", &ws.fitscale, "(f12.4)"),
+    Beside(Box(1217, "Refine", &ws.fitscalerefine)),
+    Number(1218, "Two-theta zero", &ws.fitzero, "(f12.4)", "deg."),
+    Beside(Box(1219, "Refine", &ws.fitzerorefine)),
+    Ok,
+    Press(kButtonClear, "Clear"),
+    Cancel,
+};
+constexpr ParameterDialog kFit{.resource = {118, "Fit patterns", kFitControls, 1216},
+                               .special = kButtonClear,
+                               .prepare = [] { ws.fitpatmode = FitPatternsRun; }};
+
+Outcome AskOverlays(Arguments& arguments) {
+  arguments.paths = AskForPatterns(ws.filetype);
+  return Answered(!arguments.paths.empty());
+}
+
+Outcome AskSave(Arguments& arguments) {
+  if (!ws.fitshown) {
+    MessageBoxError("Error", "There is no fit to save: run \"Fit patterns\" first");
+    return Outcome::Failed;
+  }
+  arguments.path = ws.patternstem + "_fit.xy";
+  WSelectFile("|*.xy|", FileSave, arguments.path, "Save pattern file");
+  return Answered(!arguments.path.empty());
+}
+
+Outcome Open(const Arguments& arguments) { return OpenOverlay(arguments.paths, ws.filetype); }
+Outcome CloseOne(const Arguments& arguments) { return CloseOverlay(arguments.number); }
+// The view changes with the save only: a save cannot be taken back, but it can be cancelled.
+Outcome Save(const Arguments& arguments) {
+  ws.viewmode = 1;
+  return SaveFittedPattern(arguments.path);
+}
+
+Outcome RunFit(const Arguments& arguments) {
+  if (arguments.button == kButtonClear) ws.fitpatmode = FitPatternsClear;
+  return FitPatterns();
+}
+Outcome ClearFit(const Arguments&) {
+  ws.fitpatmode = FitPatternsClear;
+  return FitPatterns();
+}
+
+constexpr int kMulti = MenuPopupMulti, kOverlay = 40034, kClose = MenuPopupClosePattern;
+
+constexpr Command File(int id, const char* text, int filetype) {
+  return {.item = {id, text, kOverlay},
+          .title = "Open overlay",
+          .filetype = filetype,
+          .viewmode = 1,
+          .ask = AskOverlays,
+          .run = Open,
+          .redraw = Redraw::Keep,
+          .undo = true};
+}
+
+constexpr Command Close(int id, const char* text, int k, const char* title = "Close overlay") {
+  return {.item = {id, text, kClose},
+          .title = title,
+          .viewmode = 1,
+          .number = k,
+          .run = CloseOne,
+          .redraw = Redraw::Keep,
+          .undo = true};
+}
+
+// A command about all patterns.
+constexpr Command All(int id, const char* text, Outcome (*run)(const Arguments&),
+                      const ParameterDialog* dialog = nullptr, int plotmask = PlotInput) {
+  return {.item = {id, text, kMulti},
+          .viewmode = 1,
+          .plotmask = plotmask,
+          .dialog = dialog,
+          .run = run,
+          .redraw = Redraw::Full,
+          .undo = true};
+}
+
 constexpr Command kMultiCommands[] = {
     {.item = {kMulti, "Multiple patterns", 0, true}},
     {.item = {kOverlay, "Open pattern", kMulti, true}},
-    {.item = {40040, "*.xy (General)", kOverlay}},
-    {.item = {40035, "*.gdf (Huber)", kOverlay}},
-    {.item = {40039, "*.txt (Bruker", kOverlay}},
-    {.item = {40041, "*.uxd (Bruker)", kOverlay}},
-    {.item = {40042, "*.cif (General)", kOverlay}},
-    {.item = {40043, "*.dat (General)", kOverlay}},
-    {.item = {40044, "*.xrdml (Panalytical)", kOverlay}},
-    {.item = {40045, "*.udf (Stoe)", kOverlay}},
-    {.item = {40142, "*.chi (Fit2D)", kOverlay}},
+    File(40040, "*.xy (General)", 1),
+    File(40035, "*.gdf (Huber)", 2),
+    File(40039, "*.txt (Bruker", 3),
+    File(40041, "*.uxd (Bruker)", 4),
+    File(40042, "*.cif (General)", 5),
+    File(40043, "*.dat (General)", 6),
+    File(40044, "*.xrdml (Panalytical)", 7),
+    File(40045, "*.udf (Stoe)", 8),
+    File(40142, "*.chi (Fit2D)", 9),
     {.item = {kClose, "Close pattern", kMulti, true}},
-    {.item = {40037, "All", kClose}},
-    {.item = {40048, "Empty", kClose}},
-    {.item = {40049, "Empty", kClose}},
-    {.item = {40050, "Empty", kClose}},
-    {.item = {40051, "Empty", kClose}},
-    {.item = {MenuAddPatterns, "Add patterns", kMulti}},
-    {.item = {MenuDisplacePatterns, "Displace patterns", kMulti},
-     .viewmode = 1,
-     .plotmask = PlotInput,
-     .dialog = &kDisplace,
-     .redraw = Redraw::Full,
-     .undo = true},
-    {.item = {MenuFitPatterns, "Fit patterns", kMulti}},
-    {.item = {MenuSaveFitted, "Save fitted pattern", kMulti}},
-    {.item = {MenuClearFit, "Clear fit", kMulti}},
+    Close(40037, "All", 0, "Close all overlays"),
+    Close(MenuCloseOverlay1, "Empty", 1),
+    Close(40049, "Empty", 2),
+    Close(40050, "Empty", 3),
+    Close(40051, "Empty", 4),
+    All(MenuAddPatterns, "Add patterns", Plain<AddPatterns>),
+    All(MenuDisplacePatterns, "Displace patterns", nullptr, &kDisplace),
+    All(MenuFitPatterns, "Fit patterns", RunFit, &kFit, 0),
+    {.item = {MenuSaveFitted, "Save fitted pattern", kMulti},
+     .ask = AskSave,
+     .run = Save,
+     .redraw = Redraw::Full},
+    All(MenuClearFit, "Clear fit", ClearFit),
 };
 
 }  // namespace

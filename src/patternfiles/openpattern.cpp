@@ -16,15 +16,26 @@ std::string UnknownType(const std::string& path) {
   return FileMessage(text, path, "its name ends in none of " + known);
 }
 
+constexpr const char* kTitle = "Open pattern file";
+
+// "*.xy"
+std::string NamesOf(const PatternFormat& format) { return std::string("*.") + format.extension; }
+
 }  // namespace
 
 std::string AskForPattern(int filetype) {
   const PatternFormat* format = FindFormat(filetype);
   if (!format) return "";
-  const std::string pattern = std::string("*.") + format->extension;
-  std::string path = pattern;
-  WSelectFile("|" + pattern + "|", FileMustExist, path, "Open pattern file");
+  std::string path = NamesOf(*format);
+  WSelectFile("|" + path + "|", FileMustExist, path, kTitle);
   return path.starts_with('*') ? "" : path;
+}
+
+std::vector<std::string> AskForPatterns(int filetype) {
+  const PatternFormat* format = FindFormat(filetype);
+  if (!format) return {};
+  const std::string names = NamesOf(*format);
+  return WSelectFiles("|" + names + "|", FileMustExist, names, kTitle);
 }
 
 Outcome OpenPattern(const std::string& path, int filetype) {

@@ -3,6 +3,7 @@
 
 #include <span>
 #include <string>
+#include <vector>
 
 #include "workspace/command.h"
 
@@ -14,13 +15,15 @@ Outcome OpenPattern(const std::string& path, int filetype = 0);
 
 // Asks for an existing file of a format; blank when the user cancels.
 std::string AskForPattern(int filetype);
+// Asks for several, in the order picked; none when the user cancels.
+std::vector<std::string> AskForPatterns(int filetype);
 
 // What there is to say of a format number of `filetype`.
 struct PatternFormat {
   int filetype;
   const char* extension;  // lower case, without a dot
   int (*read)(int slot, const std::string& path);
-  const char* handlingerror;  // box of Background from file
+  const char* handlingerror;  // box behind the reader's, for a background or an overlay
 };
 std::span<const PatternFormat> PatternFormats();
 const PatternFormat* FindFormat(int filetype);

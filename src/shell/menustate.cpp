@@ -32,11 +32,22 @@ void ShowStep(int id, const char* word, const std::string& title) {
   WMenuSetString(id, title.empty() ? word : word + (" " + title));
 }
 
+// A free place is blank, once there has been an overlay.
+void ShowOverlays() {
+  const char* free = ws.overlayname(1).empty() ? "Empty" : "";
+  for (int k = 1; k <= MaxOverlays; ++k) {
+    const bool open = k <= ws.noverlay;
+    Enable(MenuCloseOverlay1 + k - 1, open);
+    WMenuSetString(MenuCloseOverlay1 + k - 1, open ? ws.overlayname(k) : free);
+  }
+}
+
 }  // namespace
 
 void ShowMenuState() {
   for (int id : kNeedPattern) Enable(id, ws.patternloaded);
   for (int id : kNeedOverlay) Enable(id, ws.overlayitems);
+  ShowOverlays();
   Enable(MenuAlpha2Strip, ws.alpha2enabled);
   Enable(MenuAutodivergence, ws.divergenceenabled);
   ShowPlotMarks();

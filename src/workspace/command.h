@@ -8,6 +8,7 @@
 
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "toolkit/resources.h"
 
@@ -33,6 +34,7 @@ struct Arguments {
   int number = 0;         // of the row, for operations that stand in several
   int button = ButtonOk;  // that ended the row's dialog
   std::string path{};
+  std::vector<std::string> paths{};  // where several files are asked for
 };
 
 // A question with the caption and text of a query box; true for OK. A batch run has none.

@@ -25,6 +25,7 @@ enum MenuId {
   MenuPopupClosePattern = 40036,
   MenuAddPatterns = 40046,
   MenuDisplacePatterns = 40047,
+  MenuCloseOverlay1 = 40048,
   MenuAlpha2Strip = 40052,
   MenuPlotBackground = 40065,
   MenuFitPatterns = 40066,
