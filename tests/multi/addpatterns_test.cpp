@@ -1,0 +1,124 @@
+// The sum of patterns, on counts worked out by hand.
+#include <gtest/gtest.h>
+
+#include "multi/multi.h"
+#include "multi/putoverlay.h"
+#include "shell/shell.h"
+#include "shell/undo.h"
+#include "workspace/menuids.h"
+#include "workspace/snapshot.h"
+
+namespace {
+
+double Ramp(double x) { return 10 * x; }
+
+// Other starts and other ends: the range is that from 22 to 29 degrees, where every pattern has the
+// counts of its own angle.
+TEST(AddPatterns, OnTheCommonRange) {
+  PutPattern(20, 0.25f, 41, Ramp);
+  ComputeXAxes();
+  SetMenuLoaded(1);
+  PutOverlay(1, "a", 22, 0.25f, 33, [](double x) { return x; });
+  PutOverlay(2, "b", 21, 0.25f, 33, [](double) { return 1000; });
+  const Snapshot before = TakeSnapshot();
+  RunMenu(MenuAddPatterns);
+  EXPECT_EQ(Boxes(), Lines{});
+  ASSERT_EQ(ws.npts(1), 29);
+  for (int i = 1; i <= 29; ++i) {
+    const double x = 22 + 0.25 * (i - 1);
+    ASSERT_EQ(ws.xval(AxisTth, 1, i), x);
+    ASSERT_FLOAT_EQ(ws.yval(1, i), 1000 + 11 * x);
+    ASSERT_NEAR(ws.xval(AxisD, 1, i), CuKalpha1 / 2 / std::sin(Degrees(x) / 2), 1e-5);
+  }
+  EXPECT_EQ(ws.noverlay, 0);
+  EXPECT_EQ(ws.overlayitems, 1);
+  RunMenu(MenuAddPatterns);  // nothing more to add
+  EXPECT_EQ(ws.npts(1), 29);
+  RunMenu(MenuUndo);
+  EXPECT_TRUE(TakeSnapshot(&before) == before);
+}
+
+// A start of 10.02 degrees and one of 10 lead to angles that differ in their last digits: the same
+// points are added all the same.
+TEST(AddPatterns, AnglesMayDifferInTheirLastDigits) {
+  int differ = 0;
+  for (int skipped = 1; skipped <= 40; ++skipped) {
+    PutPattern(10, 0.02f, 4000, [](double x) { return x; });
+    const float first = 10 + 0.02f * static_cast<float>(skipped);
+    PutOverlay(1, "a", first, 0.02f, 3900, [](double x) { return x; });
+    differ += ws.xval(AxisTth, 1, skipped + 3900) != ws.xval(AxisTth, 5, 3900);
+    ASSERT_EQ(AddPatterns(), Outcome::Done);
+    ASSERT_EQ(ws.npts(1), 3900) << skipped;
+    ASSERT_NEAR(ws.yval(1, 1), 2 * first, 1e-4) << skipped;
+    ASSERT_NEAR(ws.yval(1, 3900), 2 * ws.xval(AxisTth, 1, 3900), 1e-4) << skipped;
+  }
+  EXPECT_GT(differ, 0);
+}
+
+// Points between those of the pattern: each is added to the next one, and the one that has none to
+// go with is cut.
+TEST(AddPatterns, PointsBetweenPoints) {
+  PutPattern(10, 0.5f, 21, Ramp);                                 // to 20
+  PutOverlay(1, "a", 12.2f, 0.5f, 16, [](double) { return 1; });  // to 19.7
+  ASSERT_EQ(AddPatterns(), Outcome::Done);
+  ASSERT_EQ(ws.npts(1), 15);
+  EXPECT_EQ(ws.xval(AxisTth, 1, 1), 12.5f);
+  EXPECT_EQ(ws.yval(1, 1), 126);
+  EXPECT_EQ(ws.yval(1, 15), 196);
+}
+
+TEST(AddPatterns, TellsWhatDoesNotGoTogether) {
+  const Curve one = [](double) { return 1; };
+  const struct {
+    float first, step;
+    int points;
+    const char* told;
+  } rows[] = {
+      {20, 0.2501f, 41,
+       "Unequal step sizes 2\\nb.xy: it has a step of .25010 degrees, the pattern a step of .25000 "
+       "degrees"},
+      {22, 0.25f, 1,
+       "Unequal step sizes 2\\nb.xy: it has no step, the pattern a step of .25000 degrees"},
+      {22, 0.25f, 0,
+       "Unequal step sizes 2\\nb.xy: it has no step, the pattern a step of .25000 degrees"},
+      {25, 0.25f, 21,
+       "Incompatible pattern intervals\\nb begins at 25.000 degrees, a ends at 25.000 degrees"},
+  };
+  for (const auto& row : rows) {
+    PutPattern(20, 0.25f, 41, Ramp);
+    SetMenuLoaded(1);
+    PutOverlay(1, "a", 20, 0.25f, 21, one);
+    PutOverlay(2, "b", row.first, row.step, row.points, one);
+    const Snapshot before = TakeSnapshot();
+    RunMenu(MenuAddPatterns);
+    EXPECT_EQ(Boxes(), Lines{std::string("box\tPattern Error\t") + row.told});
+    EXPECT_TRUE(TakeSnapshot(&before) == before);
+  }
+  // A pattern without a step, and one whose steps grow: its points would go with others.
+  for (float step : {0.0f, -0.25f}) {
+    PutPattern(20, step, 41, Ramp);
+    PutOverlay(1, "a", 20, step, 41, one);
+    EXPECT_EQ(AddPatterns(), Outcome::Failed);
+    EXPECT_EQ(Boxes().size(), 1u);
+  }
+  PutPattern(20, 0.25f, 41, Ramp);
+  PutOverlay(1, "a", 20, 0.25f, 41, one);
+  for (int i = 20; i <= 41; ++i) ws.xval(AxisTth, 5, i) += 0.25f * static_cast<float>(i - 19);
+  EXPECT_EQ(AddPatterns(), Outcome::Failed);
+  EXPECT_EQ(Boxes(), Lines{"box\tPattern Error\tUnequal step sizes 1\\na.xy: it has 30 points in "
+                           "the range of all patterns, and with its first step 41 are due"});
+}
+
+TEST(AddPatterns, FullSlots) {
+  PutPattern(20, 0.005f, MaxPoints, [](double) { return 1; });
+  for (int k = 1; k <= MaxOverlays; ++k)
+    PutOverlay(k, "a", 20, 0.005f, MaxPoints, [](double) { return 2; });
+  ws.debugmode = 1;
+  EXPECT_EQ(AddPatterns(), Outcome::Done);
+  EXPECT_EQ(Events(),
+            (Lines{"box\tProgress\tmstep truncated20000", "box\tProgress\tmstep end20000"}));
+  EXPECT_EQ(ws.npts(1), MaxPoints);
+  EXPECT_EQ(ws.yval(1, MaxPoints), 9);
+}
+
+}  // namespace
