@@ -92,16 +92,16 @@ int Search::Count(int pattern) {
   return static_cast<int>(end - begin);
 }
 
-// As many as the range has steps, or one less in a pattern whose points lie between its ends. More
-// or fewer are points at other steps, which no number would match.
+// Counted, as the first step need not be exact: a file may round its angles. One point more or less
+// is one between the others' points; any more are points at other steps.
 bool Search::CountPoints() {
-  const int expected = std::min(nint((hi - lo) / grid.step), MaxPoints - 1) + 1;
-  grid.points = expected;
-  for (int k = 0; k <= overlays; ++k) {
+  const int own = Count(0);
+  grid.points = own;
+  for (int k = 1; k <= overlays; ++k) {
     const int count = Count(k);
-    if (std::abs(count - expected) > 1) {
-      RefuseSteps(k, "it has " + std::to_string(count) + " points in the range of all patterns, " +
-                         "and with its first step " + std::to_string(expected) + " are due");
+    if (std::abs(count - own) > 1) {
+      RefuseSteps(k, "it has " + std::to_string(count) + " points between " + Degrees(lo, 3) +
+                         " and " + Degrees(hi, 3) + ", the pattern " + std::to_string(own));
       return false;
     }
     grid.points = std::min(grid.points, count);

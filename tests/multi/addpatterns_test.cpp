@@ -94,19 +94,30 @@ TEST(AddPatterns, TellsWhatDoesNotGoTogether) {
     EXPECT_EQ(Boxes(), Lines{std::string("box\tPattern Error\t") + row.told});
     EXPECT_TRUE(TakeSnapshot(&before) == before);
   }
-  // A pattern without a step, and one whose steps grow: its points would go with others.
-  for (float step : {0.0f, -0.25f}) {
+  // Steps of 0, steps down, and steps that grow behind the first, whose points would go with
+  // others.
+  for (float step : {0.0f, -0.25f, 0.25f}) {
     PutPattern(20, step, 41, Ramp);
     PutOverlay(1, "a", 20, step, 41, one);
+    for (int i = 3; i <= 41; ++i) ws.xval(AxisTth, 5, i) += 0.05f * static_cast<float>(i);
     EXPECT_EQ(AddPatterns(), Outcome::Failed);
-    EXPECT_EQ(Boxes().size(), 1u);
   }
-  PutPattern(20, 0.25f, 41, Ramp);
-  PutOverlay(1, "a", 20, 0.25f, 41, one);
-  for (int i = 20; i <= 41; ++i) ws.xval(AxisTth, 5, i) += 0.25f * static_cast<float>(i - 19);
-  EXPECT_EQ(AddPatterns(), Outcome::Failed);
-  EXPECT_EQ(Boxes(), Lines{"box\tPattern Error\tUnequal step sizes 1\\na.xy: it has 30 points in "
-                           "the range of all patterns, and with its first step 41 are due"});
+  EXPECT_EQ(Boxes().back(),
+            "box\tPattern Error\tUnequal step sizes 1\\na.xy: it has 34 points between 20.000 "
+            "degrees and 30.000 degrees, the pattern 41");
+}
+
+// Angles in hundredths of a degree, a third of a degree apart: the first step is none of the
+// others.
+TEST(AddPatterns, RoundedAngles) {
+  PutPattern(20, 1, 31, [](double) { return 1; });
+  PutOverlay(1, "a", 20, 1, 31, [](double) { return 2; });
+  for (int slot : {1, 5})
+    for (int i = 1; i <= 31; ++i)
+      ws.xval(AxisTth, slot, i) = std::floor(2000 + 100 * static_cast<float>(i - 1) / 3) / 100;
+  ASSERT_EQ(AddPatterns(), Outcome::Done);
+  ASSERT_EQ(ws.npts(1), 31);
+  EXPECT_EQ(ws.yval(1, 31), 3);
 }
 
 TEST(AddPatterns, FullSlots) {
