@@ -4,22 +4,22 @@
 #include "multi/multi.h"
 #include "multi/putoverlay.h"
 #include "shell/shell.h"
-#include "shell/undo.h"
 #include "workspace/menuids.h"
 #include "workspace/snapshot.h"
 
 namespace {
 
-double Ramp(double x) { return 10 * x; }
+double Own(double x) { return x; }
+double One(double) { return 1; }
 
 // Other starts and other ends: the range is that from 22 to 29 degrees, where every pattern has the
 // counts of its own angle.
 TEST(AddPatterns, OnTheCommonRange) {
-  PutPattern(20, 0.25f, 41, Ramp);
+  PutPattern(20, 0.25f, 41, [](double x) { return 10 * x; });
   ComputeXAxes();
   SetMenuLoaded(1);
-  PutOverlay(1, "a", 22, 0.25f, 33, [](double x) { return x; });
-  PutOverlay(2, "b", 21, 0.25f, 33, [](double) { return 1000; });
+  PutOverlay(1, "a", 22, 0.25f, 33, Own);
+  PutOverlay(2, "b", 21, 0.25f, 33, [](double x) { return 100 * x; });
   const Snapshot before = TakeSnapshot();
   RunMenu(MenuAddPatterns);
   EXPECT_EQ(Boxes(), Lines{});
@@ -27,7 +27,7 @@ TEST(AddPatterns, OnTheCommonRange) {
   for (int i = 1; i <= 29; ++i) {
     const double x = 22 + 0.25 * (i - 1);
     ASSERT_EQ(ws.xval(AxisTth, 1, i), x);
-    ASSERT_FLOAT_EQ(ws.yval(1, i), 1000 + 11 * x);
+    ASSERT_FLOAT_EQ(ws.yval(1, i), 111 * x);
     ASSERT_NEAR(ws.xval(AxisD, 1, i), CuKalpha1 / 2 / std::sin(Degrees(x) / 2), 1e-5);
   }
   EXPECT_EQ(ws.noverlay, 0);
@@ -38,14 +38,13 @@ TEST(AddPatterns, OnTheCommonRange) {
   EXPECT_TRUE(TakeSnapshot(&before) == before);
 }
 
-// A start of 10.02 degrees and one of 10 lead to angles that differ in their last digits: the same
-// points are added all the same.
+// From other starts the same angles differ in their last digits: they are added all the same.
 TEST(AddPatterns, AnglesMayDifferInTheirLastDigits) {
   int differ = 0;
   for (int skipped = 1; skipped <= 40; ++skipped) {
-    PutPattern(10, 0.02f, 4000, [](double x) { return x; });
+    PutPattern(10, 0.02f, 4000, Own);
     const float first = 10 + 0.02f * static_cast<float>(skipped);
-    PutOverlay(1, "a", first, 0.02f, 3900, [](double x) { return x; });
+    PutOverlay(1, "a", first, 0.02f, 3900, Own);
     differ += ws.xval(AxisTth, 1, skipped + 3900) != ws.xval(AxisTth, 5, 3900);
     ASSERT_EQ(AddPatterns(), Outcome::Done);
     ASSERT_EQ(ws.npts(1), 3900) << skipped;
@@ -55,50 +54,57 @@ TEST(AddPatterns, AnglesMayDifferInTheirLastDigits) {
   EXPECT_GT(differ, 0);
 }
 
-// Points between those of the pattern: each is added to the next one, and the one that has none to
-// go with is cut.
+// Points between those of the pattern: each goes to the next one, and what is left over is cut.
 TEST(AddPatterns, PointsBetweenPoints) {
-  PutPattern(10, 0.5f, 21, Ramp);                                 // to 20
-  PutOverlay(1, "a", 12.2f, 0.5f, 16, [](double) { return 1; });  // to 19.7
+  PutPattern(10, 0.5f, 21, Own);             // to 20
+  PutOverlay(1, "a", 12.2f, 0.5f, 16, One);  // to 19.7
   ASSERT_EQ(AddPatterns(), Outcome::Done);
   ASSERT_EQ(ws.npts(1), 15);
   EXPECT_EQ(ws.xval(AxisTth, 1, 1), 12.5f);
-  EXPECT_EQ(ws.yval(1, 1), 126);
-  EXPECT_EQ(ws.yval(1, 15), 196);
+  EXPECT_EQ(ws.yval(1, 1), 13.5f);
+  EXPECT_EQ(ws.yval(1, 15), 20.5f);
+}
+
+// In whole degrees, a step of four thirds begins as one of 1.
+TEST(AddPatterns, RoundedAngles) {
+  PutPattern(20, 1, 31, One);
+  PutOverlay(1, "a", 20, 1, 31, One);
+  for (int slot : {1, 5})
+    for (int i = 1; i <= 31; ++i)
+      ws.xval(AxisTth, slot, i) = 20 + std::floor(4 * static_cast<float>(i - 1) / 3);
+  ASSERT_EQ(AddPatterns(), Outcome::Done);
+  ASSERT_EQ(ws.npts(1), 31);
+  EXPECT_EQ(ws.yval(1, 31), 2);
 }
 
 TEST(AddPatterns, TellsWhatDoesNotGoTogether) {
-  const Curve one = [](double) { return 1; };
+  const std::string step = "Unequal step sizes 2\\nb.xy: it has ",
+                    own = ", the pattern a step of .25000 degrees";
   const struct {
     float first, step;
     int points;
-    const char* told;
+    std::string told;
   } rows[] = {
-      {20, 0.2501f, 41,
-       "Unequal step sizes 2\\nb.xy: it has a step of .25010 degrees, the pattern a step of .25000 "
-       "degrees"},
-      {22, 0.25f, 1,
-       "Unequal step sizes 2\\nb.xy: it has no step, the pattern a step of .25000 degrees"},
-      {22, 0.25f, 0,
-       "Unequal step sizes 2\\nb.xy: it has no step, the pattern a step of .25000 degrees"},
+      {20, 0.2501f, 41, step + "a step of .25010 degrees" + own},
+      {22, 0.25f, 1, step + "no step" + own},
+      {22, 0.25f, 0, step + "no step" + own},
       {25, 0.25f, 21,
        "Incompatible pattern intervals\\nb begins at 25.000 degrees, a ends at 25.000 degrees"},
   };
   for (const auto& row : rows) {
-    PutPattern(20, 0.25f, 41, Ramp);
+    PutPattern(20, 0.25f, 41, Own);
     SetMenuLoaded(1);
-    PutOverlay(1, "a", 20, 0.25f, 21, one);
-    PutOverlay(2, "b", row.first, row.step, row.points, one);
-    const Snapshot before = TakeSnapshot();
+    PutOverlay(1, "a", 20, 0.25f, 21, One);
+    PutOverlay(2, "b", row.first, row.step, row.points, One);
     RunMenu(MenuAddPatterns);
-    EXPECT_EQ(Boxes(), Lines{std::string("box\tPattern Error\t") + row.told});
-    EXPECT_TRUE(TakeSnapshot(&before) == before);
+    EXPECT_EQ(Boxes(), Lines{"box\tPattern Error\t" + row.told});
+    EXPECT_EQ(ws.noverlay, 2);
   }
   // Steps of 0, steps down, and steps that grow behind the first, whose points would go with
   // others.
-  for (float step : {0.0f, -0.25f, 0.25f}) {
-    PutPattern(20, step, 41, Ramp);
-    PutOverlay(1, "a", 20, step, 41, one);
+  for (float by : {0.0f, -0.25f, 0.25f}) {
+    PutPattern(20, by, 41, Own);
+    PutOverlay(1, "a", 20, by, 41, One);
     for (int i = 3; i <= 41; ++i) ws.xval(AxisTth, 5, i) += 0.05f * static_cast<float>(i);
     EXPECT_EQ(AddPatterns(), Outcome::Failed);
   }
@@ -107,29 +113,14 @@ TEST(AddPatterns, TellsWhatDoesNotGoTogether) {
             "degrees and 30.000 degrees, the pattern 41");
 }
 
-// Angles in hundredths of a degree, a third of a degree apart: the first step is none of the
-// others.
-TEST(AddPatterns, RoundedAngles) {
-  PutPattern(20, 1, 31, [](double) { return 1; });
-  PutOverlay(1, "a", 20, 1, 31, [](double) { return 2; });
-  for (int slot : {1, 5})
-    for (int i = 1; i <= 31; ++i)
-      ws.xval(AxisTth, slot, i) = std::floor(2000 + 100 * static_cast<float>(i - 1) / 3) / 100;
-  ASSERT_EQ(AddPatterns(), Outcome::Done);
-  ASSERT_EQ(ws.npts(1), 31);
-  EXPECT_EQ(ws.yval(1, 31), 3);
-}
-
 TEST(AddPatterns, FullSlots) {
-  PutPattern(20, 0.005f, MaxPoints, [](double) { return 1; });
-  for (int k = 1; k <= MaxOverlays; ++k)
-    PutOverlay(k, "a", 20, 0.005f, MaxPoints, [](double) { return 2; });
+  PutPattern(20, 0.005f, MaxPoints, One);
+  for (int k = 1; k <= MaxOverlays; ++k) PutOverlay(k, "a", 20, 0.005f, MaxPoints, One);
   ws.debugmode = 1;
   EXPECT_EQ(AddPatterns(), Outcome::Done);
   EXPECT_EQ(Events(),
             (Lines{"box\tProgress\tmstep truncated20000", "box\tProgress\tmstep end20000"}));
-  EXPECT_EQ(ws.npts(1), MaxPoints);
-  EXPECT_EQ(ws.yval(1, MaxPoints), 9);
+  EXPECT_EQ(ws.yval(1, MaxPoints), 5);
 }
 
 }  // namespace
