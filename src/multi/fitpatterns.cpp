@@ -58,7 +58,7 @@ OverlayFitResult FitAt(const Overlay& overlay, float zero) {
   if (ws.debugmode && IsShift(zero))
     MessageBoxInfo("Progress", WriteRecord<"(a,i5)">("nstep", WholeSteps(zero, overlay.step)));
   ResampleOverlay(TthOf(SlotScratch), overlay.y, zero, overlay.step, IntensityOf(SlotScratch));
-  ws.ncycles = 20;
+  ws.ncycles = kOverlayFitCycles;
   const OverlayFitResult result = FitOverlay({.x = TthOf(SlotScratch),
                                               .observed = IntensityOf(kObserved),
                                               .overlay = IntensityOf(SlotScratch),

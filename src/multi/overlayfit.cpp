@@ -14,7 +14,6 @@ namespace {
 
 constexpr float kLeastShift = 0.0001f;  // degrees
 constexpr float kWholeStep = 0.001f;    // a step lacks no more to be whole
-constexpr int kCycles = 20;
 constexpr int kDimension = 25;
 constexpr float kZeroDerivative = 1.0e-30f;
 constexpr float kLeastCounts = 0.01f;
@@ -132,7 +131,7 @@ OverlayFitResult FitOverlay(const OverlayFit& fit, const FitReport& report) {
       return result;
     };
     if (!std::isfinite(result.r)) return ended(FitEnd::Diverged);
-    const bool last = equations.npar == 0 || cycle == kCycles;
+    const bool last = equations.npar == 0 || cycle == kOverlayFitCycles;
     equations.Mirror();
     if (!last) result.zeroderivatives = equations.CountZeros();
     if (result.zeroderivatives > 0 || (!last && !equations.Invert(fit.diagdamp)))

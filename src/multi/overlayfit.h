@@ -27,14 +27,16 @@ struct OverlayFit {
   float diagdamp;  // factor of the matrix' diagonal, where it is above 1
 };
 
+inline constexpr int kOverlayFitCycles = 20;
+
 struct OverlayFitResult {
   FitEnd end;
   float r = 0;              // sum of |observed - calculated| over sum of |observed|
   int zeroderivatives = 0;  // parameters that change nothing, and so leave no inverse
 };
 
-// Twenty cycles, weights 1 / observed. Without anything to refine it only calculates. `report` gets
-// each cycle's r.
+// All cycles, with weights 1 / observed. Without anything to refine it only calculates. `report`
+// gets each cycle's r.
 OverlayFitResult FitOverlay(const OverlayFit& fit, const FitReport& report);
 
 // Where the parabola through three points is lowest; nothing if it is not open upwards.
