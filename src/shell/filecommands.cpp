@@ -1,4 +1,5 @@
 // The File menu: patterns in and out, pictures, paper.
+#include "multi/summary.h"
 #include "patternfiles/patternfiles.h"
 #include "shell/shell.h"
 #include "toolkit/controls.h"
@@ -100,6 +101,16 @@ Outcome AskSave(Arguments& arguments) {
 
 Outcome Save(const Arguments& arguments) { return SavePattern(arguments.path); }
 
+// ---- The summary file ----
+
+Outcome AskSumFile(Arguments& arguments) {
+  arguments.path = "*.sum";
+  WSelectFile("Sum file|*.sum|", FileMayBeNew, arguments.path, "Open sum file");
+  return Answered(!arguments.path.empty() && !FileStem(arguments.path).starts_with('*'));
+}
+
+Outcome OpenSum(const Arguments& arguments) { return OpenSumFile(arguments.path); }
+
 // ---- The menu ----
 
 constexpr int kPopup = 40001, kOpen = 40002, kGraphics = MenuPopupGraphics;
@@ -150,10 +161,10 @@ constexpr Command kCommands[] = {
      .dialog = &kSave,
      .ask = AskSave,
      .run = Save},
-    {.item = {40114, "Open sum file", kPopup}},
-    {.item = {40117, "Add to sum file", kPopup}},
-    {.item = {40115, "Edit sum file", kPopup}},
-    {.item = {40116, "Close sum file", kPopup}},
+    {.item = {MenuOpenSum, "Open sum file", kPopup}, .ask = AskSumFile, .run = OpenSum},
+    {.item = {MenuAddSum, "Add to sum file", kPopup}, .run = Plain<AddToSumFile>},
+    {.item = {MenuEditSum, "Edit sum file", kPopup}, .run = Plain<EditSumFile>},
+    {.item = {MenuCloseSum, "Close sum file", kPopup}, .run = Plain<CloseSumFile>},
     {.item = {MenuPrintGraphics, "&Print graphics", kPopup},
      .run = Plain<PrintGraphics>,
      .redraw = Redraw::Keep},

@@ -15,6 +15,8 @@ constexpr int kNeedPattern[] = {MenuPopupModify,     MenuPopupMulti,   MenuPopup
                                 MenuPrintReport,     MenuPopupGraphics};
 constexpr int kNeedOverlay[] = {MenuPopupClosePattern, MenuAddPatterns, MenuDisplacePatterns,
                                 MenuFitPatterns,       MenuSaveFitted,  MenuClearFit};
+constexpr int kNeedSum[] = {MenuAddSum, MenuEditSum, MenuCloseSum};
+
 void Enable(int id, bool on) {
   const Command* command = FindCommand(id);
   if (command && (command->item.popup || command->IsBuilt())) WMenuSetState(id, MenuEnabled, on);
@@ -48,6 +50,8 @@ void ShowMenuState() {
   for (int id : kNeedPattern) Enable(id, ws.patternloaded);
   for (int id : kNeedOverlay) Enable(id, ws.overlayitems);
   ShowOverlays();
+  Enable(MenuOpenSum, !ws.sumopen);
+  for (int id : kNeedSum) Enable(id, ws.sumopen);
   Enable(MenuAlpha2Strip, ws.alpha2enabled);
   Enable(MenuAutodivergence, ws.divergenceenabled);
   ShowPlotMarks();

@@ -1,6 +1,7 @@
 // Start-up, the event loop and the end of the program.
 #include <cstdlib>
 
+#include "multi/summary.h"
 #include "plot/plot.h"
 #include "shell/history.h"
 #include "shell/shell.h"
@@ -44,6 +45,7 @@ void StartProgram() {
   ws.recentpending = 0;
   ResetWorkspace();
   ClearPeakFit();
+  CloseSumFile();
   SetMenuLoaded(0);
   ws.patternpath.clear();
   ws.stem20.clear();

@@ -102,9 +102,10 @@ int MessageBoxQuery(const std::string& caption, const std::string& text);
 // Puts a text where other programs can paste it from.
 void WCopyText(const std::string& text);
 
-enum FileFlags { FileMustExist = 1, FileSave = 2, FileSeveral = 4 };
+enum FileFlags { FileMustExist = 1, FileSave = 2, FileSeveral = 4, FileMayBeNew = 8 };
 // The file selector. `filter` is "description|*.ext|"; `path` comes in as the default name and goes
-// out as the absolute path picked, or blank when cancelled. On saving the filter's extension is
+// out as the absolute path picked, or blank when cancelled. On saving, which asks
+// before a file is replaced, and for one that may be new, which does not, the filter's extension is
 // added to a name without one. Starts in the directory last used.
 void WSelectFile(const std::string& filter, int flags, std::string& path, const std::string& title);
 // The same for several files that are there, in the order picked; none when cancelled.

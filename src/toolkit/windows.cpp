@@ -33,7 +33,7 @@ std::vector<std::string> Select(const std::string& filter, int flags, const std:
   auto paths = frontend::SelectFiles(filter, flags, name, title, directory);
   for (std::string& path : paths) {
     path = IOsFullPath(path);
-    if ((flags & FileSave) && std::filesystem::path(path).extension().empty())
+    if ((flags & (FileSave | FileMayBeNew)) && std::filesystem::path(path).extension().empty())
       path += FilterExtension(filter);
     RememberDirectory(path);
   }

@@ -136,8 +136,8 @@ TEST_P(Transcript, ShowsWhatItSays) {
 
 INSTANTIATE_TEST_SUITE_P(Tour, Transcript,
                          testing::Values("corrections", "modify", "background", "peaks", "peakfit",
-                                         "fit", "overlays", "indexing", "commands", "dialogs",
-                                         "views"),
+                                         "fit", "overlays", "summary", "indexing", "commands",
+                                         "dialogs", "views"),
                          [](const auto& name) { return name.param; });
 
 }  // namespace
