@@ -4,8 +4,10 @@
 #include "toolkit/toolkit.h"
 #include "workspace/workspace.h"
 
+bool OnPaper() { return ws.printflag == 1 && WInfoGrReal(GraphicsPaper) == 1; }
+
 void LayPage() {
-  const bool paper = ws.printflag == 1;
+  const bool paper = OnPaper();
   const float scale = paper ? PaperScale : 1.0f;
   ws.plotscalex = ws.plotscaley = scale;
   ws.plotwidth = ws.plotheight = scale * 850;
@@ -20,7 +22,7 @@ void LayPage() {
 PageLayout BeginPage() {
   PlotInit();
   SetPen(1, 1, colours::kBlack);
-  IGrUnitsRotate(ws.printflag == 1 ? 270 : 0);
+  IGrUnitsRotate(OnPaper() ? 270 : 0);
   const float scale = ws.plotscalex;
   return {scale, scale * 15, scale * 10};
 }

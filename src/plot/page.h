@@ -1,6 +1,8 @@
 // What the plots have in common: their place on the page and their colours.
 #pragma once
 
+#include <string>
+
 #include "plot/penplot.h"
 
 namespace colours {
@@ -21,6 +23,9 @@ struct PageLayout {
   float textheight, tick;
 };
 
+// Whether what is drawn goes to paper. A hardcopy that has failed may leave its flag behind, which
+// is nothing to the screen.
+bool OnPaper();
 // Sets the plot's place and size in the Workspace.
 void LayPage();
 // Resets the pen and turns the page for print.
@@ -28,3 +33,10 @@ PageLayout BeginPage();
 
 // The block of information below the pattern plot on paper.
 void DrawPlotHeader(const PageLayout& page);
+
+// Texts on paper. A name's height of at most `height` at which it is no wider than the room.
+float FittingHeight(const std::string& name, float room, float height);
+// The end of a path, with the file's name, as far as its line has room.
+std::string EndOfPath(const std::string& path, float room, float height);
+// Seconds as "45 s", "5 min 30 s", "2 h 15 min".
+std::string ExposureTime(const std::string& seconds);

@@ -213,5 +213,5 @@ void DrawPatternPlot() {
   SetPen(1, 1, colours::kBlack);
   DrawName(ws.plotwidth - plot.page.scale * 10, ws.plotheight - plot.page.scale * 20, ws.stem20,
            1.4f * plot.page.textheight, 0, 5);
-  if (ws.printflag == 1 && ws.epsflag == 0) DrawPlotHeader(plot.page);
+  if (OnPaper() && ws.epsflag == 0) DrawPlotHeader(plot.page);
 }

@@ -19,6 +19,7 @@ ViewComplaint LayView();
 // Draws what has been laid in place of the last drawing. Leaves the Workspace alone, so that a view
 // is back as it was when its fields are.
 ViewComplaint DrawView();
+void ForgetZoom();
 // Lays and draws, and shows the first complaint in a box; with 1 the zoom is forgotten first.
 void RedrawView(int fullrange);
 // The same at the present zoom for what is no command: a complaint stands in the status bar.

@@ -17,17 +17,17 @@ std::string Line(std::string name, std::size_t field, std::string_view text) {
   return name.append(text);
 }
 
-// Seconds as "45 s", "5 min 30 s", "2 h 15 min".
-std::string ExposureTime(const std::string& text) {
+}  // namespace
+
+std::string ExposureTime(const std::string& seconds) {
   int t = 0;
-  if (!ReadRecord<"(i10)">(text, t) || t <= 0) return "0";
+  if (!ReadRecord<"(i10)">(seconds, t) || t <= 0) return "0";
   const auto in = [](int value, const char* unit) { return std::to_string(value) + unit; };
   if (t < 60) return in(t, " s");
   if (t < 3600) return in(t / 60, " min ") + (t % 60 ? in(t % 60, " s") : "");
   return in(t / 3600, " h ") + (t / 60 % 60 ? in(t / 60 % 60, " min") : "");
 }
 
-// The end of a path, with the file's name, as far as its line has room.
 std::string EndOfPath(const std::string& path, float room, float height) {
   std::string shown = path;
   for (std::size_t cut = 0; cut < path.size() && NameWidth(shown, height) > room;) {
@@ -37,14 +37,16 @@ std::string EndOfPath(const std::string& path, float room, float height) {
   return shown;
 }
 
-}  // namespace
+float FittingHeight(const std::string& name, float room, float height) {
+  const float width = NameWidth(name, height);
+  return height * std::min(1.0f, room / std::max(width, 1.0f));
+}
 
 void DrawPlotHeader(const PageLayout& page) {
   float y = (page.tick * 4 + 2) * -2.6f;
   const auto write = [&](const std::string& line, float fall = 0.6f) {
     // A long text is written smaller rather than beyond the plot, off the paper.
-    const float width = NameWidth(line, page.textheight);
-    const float height = page.textheight * std::min(1.0f, ws.plotwidth / std::max(width, 1.0f));
+    const float height = FittingHeight(line, ws.plotwidth, page.textheight);
     DrawName(0, y, line, height, 0, 7);
     y -= fall * kLineHeight;
   };

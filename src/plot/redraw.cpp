@@ -9,6 +9,8 @@ ViewComplaint LayView() {
   switch (ws.viewmode) {
     case 1:
       return LayPatternPlot();
+    case 2:
+      return LayReport();
     case 3:
     case 4:
       LayPage();
@@ -23,6 +25,9 @@ ViewComplaint DrawView() {
   switch (ws.viewmode) {
     case 1:
       DrawPatternPlot();
+      return {};
+    case 2:
+      DrawReport();
       return {};
     case 3:
       return DrawWidthPlot();
@@ -42,11 +47,13 @@ ViewComplaint LayAndDraw() {
 
 }  // namespace
 
+void ForgetZoom() {
+  ws.viewxmin = ws.viewxmax = ws.viewymin = ws.viewymax = 0;
+  ws.bandx1 = ws.bandx2 = ws.bandy1 = ws.bandy2 = 0;
+}
+
 void RedrawView(int fullrange) {
-  if (fullrange == 1) {
-    ws.viewxmin = ws.viewxmax = ws.viewymin = ws.viewymax = 0;
-    ws.bandx1 = ws.bandx2 = ws.bandy1 = ws.bandy2 = 0;
-  }
+  if (fullrange == 1) ForgetZoom();
   const ViewComplaint complaint = LayAndDraw();
   if (!complaint.empty()) MessageBoxError(complaint.caption, complaint.text);
 }

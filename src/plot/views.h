@@ -5,6 +5,9 @@
 
 ViewComplaint LayPatternPlot();
 void DrawPatternPlot();
+// The whole pattern and a form about its measurement, for paper alone.
+ViewComplaint LayReport();
+void DrawReport();
 // The analysis plots are drawn on the page as it is laid for all plots.
 ViewComplaint DrawWidthPlot();  // FWHM and peak shape against two-theta
 ViewComplaint DrawSizePlot();   // particle size, Williamson-Hall

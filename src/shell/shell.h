@@ -60,6 +60,8 @@ int OpenChild();
 void CloseChild(int handle);
 
 Outcome PrintGraphics();
+// The page about the measurement; the pattern is on show afterwards.
+Outcome PrintReport();
 Outcome SaveEps();
 // The window's content beside the pattern, with this extension; nothing without a pattern.
 Outcome SaveImage(const char* extension);

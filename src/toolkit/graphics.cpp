@@ -151,6 +151,7 @@ void WGrTextString(float x, float y, const std::string& text) {
 }
 
 float WInfoGrReal(int n) {
+  if (n == GraphicsPaper) return target == &paper ? 1.0f : 0.0f;
   float width = PaperWidth, height = PaperHeight;
   if (target == &screen) {
     int columns = 0, rows = 0;

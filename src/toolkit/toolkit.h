@@ -194,6 +194,7 @@ void WGrTextString(float x, float y, const std::string& text);
 enum GraphicsInfo {
   GraphicsGlyphX = 1,  // user units in x that look as long as one unit of a letter's height
   GraphicsGlyphY = 2,  // the same in y
+  GraphicsPaper = 3,   // 1 if drawing goes to a hardcopy, 0 for the screen
 };
 // About the graphics state. A unit of letter height is the smaller of the two user units as they
 // appear on the target, so that letters and markers keep their shape in an area of any shape and
