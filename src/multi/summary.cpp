@@ -231,6 +231,13 @@ Outcome FailedToWrite(const LineWriter& out, bool copied) {
   return Fail("Error writing summary file", out.Path(), reason);
 }
 
+Outcome WriteTable(const NewTable& table, bool copied) {
+  LineWriter out(ws.sumfile);
+  if (!out.IsOpen()) return Fail(kCannotOpen, ws.sumfile, out.Reason());
+  for (const std::string& line : table.lines) out.Write(line);
+  return out.Close() ? Outcome::Done : FailedToWrite(out, copied);
+}
+
 // What the new column has in common with the rows, where that is not all of them.
 std::string Mismatch(int rows) {
   const int points = ws.npts(SlotInput);
@@ -278,10 +285,7 @@ Outcome AddToSumFile() {
     if (copied) DeleteSumFile(kCopy);
     return Fail("Cannot add to summary file", ws.sumfile, table.fault);
   }
-  LineWriter out(ws.sumfile);
-  if (!out.IsOpen()) return Fail(kCannotOpen, ws.sumfile, out.Reason());
-  for (const std::string& line : table.lines) out.Write(line);
-  if (!out.Close()) return FailedToWrite(out, copied);
+  if (WriteTable(table, copied) != Outcome::Done) return Outcome::Failed;
   ++ws.sumcount;
   Tell(ws.patternstem + " added" + Mismatch(static_cast<int>(table.lines.size()) - 1));
   if (copied && !DeleteSumFile(kCopy))
