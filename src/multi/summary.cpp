@@ -209,15 +209,14 @@ bool CopyIsSame() {
 bool SetAside() {
   std::error_code failure;
   std::string reason;
-  const bool there = IsThere(kCopy);
   if (fs::equivalent(kCopy, ws.sumfile, failure))
     reason = "is the name of the copy, and cannot be that of the table";
-  else if (there && !CopyIsSame())
+  else if (IsThere(kCopy) && !CopyIsSame())
     reason = "is there already and holds something else; move it away";
-  if (reason.empty() && CopySumFile(ws.sumfile, kCopy)) return true;
   if (!reason.empty()) return Fail(kCannotCopy, PathOfCopy(), reason) == Outcome::Done;
-  Fail(kCannotCopy, ws.sumfile, LastReason());
-  if (!there) DeleteSumFile(kCopy);
+  if (CopySumFile(ws.sumfile, kCopy)) return true;
+  Fail(kCannotCopy, ws.sumfile + " to " + PathOfCopy(), LastReason());
+  DeleteSumFile(kCopy);
   return false;
 }
 

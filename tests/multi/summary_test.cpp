@@ -132,9 +132,12 @@ TEST_F(Summary, HoldsAHundredColumns) {
   EXPECT_EQ(Content(), "     tth" + Columns(99, "  pattern") + "     last\n 20.0000" +
                            Columns(99, "      -12") + "123456792\n 20.0200" +
                            Columns(99, "999999999") + "-12345678\n");
-  Open();  // as wide as the header is
-  EXPECT_EQ(ws.sumcount, 100);
-  ExpectRefused("Too many files in summary file");
+  for (int columns : {100, 120}) {
+    WriteFile(table, columns == 100 ? Content() : TableOf(columns));
+    EXPECT_EQ(Open(), Outcome::Done);
+    EXPECT_GE(ws.sumcount, 100);
+    ExpectRefused("Too many files in summary file");
+  }
 }
 
 // What the editor has made of the table counts.
@@ -162,6 +165,8 @@ TEST_F(Summary, ATableThatCannotBeReadIsKept) {
     ExpectRefused(head + faulty.fault);
     EXPECT_EQ(Copy(), "");
   }
+  WriteFile(table, "     tth  pattern\n" + Columns(MaxPoints, " 20.0000        1\n"));
+  EXPECT_EQ(AddToSumFile(), Outcome::Done);
   WriteFile(table, two);
   for (float counts : {1e9f, -1e8f, 3e38f}) {
     ws.yval(SlotInput, 2) = counts;
@@ -191,7 +196,8 @@ TEST_F(Summary, TheCopyTakesNobodysPlace) {
   EXPECT_EQ(AddToSumFile(), Outcome::Done);
   EXPECT_FALSE(fs::exists(copy));
   fs::remove(table);
-  ExpectRefused("Error copying summary file\\n" + table + ": No such file or directory");
+  ExpectRefused("Error copying summary file\\n" + table + " to " + copy +
+                ": No such file or directory");
   EXPECT_FALSE(fs::exists(copy));
 }
 
@@ -200,9 +206,10 @@ TEST_F(Summary, SurvivesAFullDisk) {
   WriteFile(table, TableOf(2));
   Open();
   for (const auto& [bytes, text] :
-       {std::pair{40, "Error copying summary file\\n"}, {90, "Error writing summary file\\n"}}) {
+       {std::pair{40, "Error copying summary file\\n" + table + " to " + dir.file("temp.sum")},
+        {90, "Error writing summary file\\n" + table}}) {
     const SmallFiles full(bytes);
-    ExpectRefused(text + table + ": File too large");
+    ExpectRefused(text + ": File too large");
     EXPECT_FALSE(fs::exists(dir.file("temp.sum")));
   }
   EXPECT_EQ(Content(), TableOf(2));
