@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -88,8 +89,8 @@ void KeepAlive();
 // A command begins to run or has ended, or waits for the user.
 void SetBusy(bool busy);
 // A long calculation reports: shows the text, paints, and takes nothing but the user's wish to
-// stop, which makes it return false. Called often.
-bool Progress(int part, const std::string& text);
+// stop, which makes it return false. `done`, from 0 to 1, where it is known. Called often.
+bool Progress(int part, const std::string& text, std::optional<float> done);
 // A command has ended, perhaps without doing what it was asked for.
 void CommandEnded(bool failed);
 void SetCursor(int shape);
@@ -97,6 +98,9 @@ void SetCursor(int shape);
 // Boxes wait. Query returns true for OK.
 enum class BoxKind { Error, Info, Query };
 bool ShowBox(BoxKind kind, const std::string& caption, const std::string& text);
+// Whether a box keeps somebody waiting, so that those of a long row of operations are only
+// collected.
+bool BoxesWait();
 // Absolute paths, or none when cancelled; more than one only with FileSeveral. `directory` is where
 // to begin.
 std::vector<std::string> SelectFiles(const std::string& filter, int flags, const std::string& name,

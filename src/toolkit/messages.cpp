@@ -81,11 +81,11 @@ void WKeepAlive() {
   frontend::KeepAlive();
 }
 
-bool WProgress(int part, const std::string& text) {
+bool WProgress(int part, const std::string& text, std::optional<float> done) {
   ShowBusy(true);
   ShowDrawing();
   ++reports;
-  if (!frontend::Progress(part, text) && !stopped) {
+  if (!frontend::Progress(part, text, done) && !stopped) {
     stopped = true;
     JournalStop(reports);
   }

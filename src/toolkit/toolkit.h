@@ -61,9 +61,10 @@ std::string WInfoDroppedFile();
 // Lets the window paint itself and nothing else; for long calculations.
 void WKeepAlive();
 // A report of a long calculation: writes `text` to a part of the status bar and lets the window
-// paint. Cheap to call often. False when the user wants to stop, from then on until the command
-// ends; whoever hears it gives up.
-bool WProgress(int part, const std::string& text);
+// paint. Where it is known how much of the work is done, from 0 to 1, that is shown too. Cheap to
+// call often. False when the user wants to stop, from then on until the command ends; whoever hears
+// it gives up.
+bool WProgress(int part, const std::string& text, std::optional<float> done = {});
 // To be called when a command has ended; a failed one ends a strict transcript.
 void WCommandEnded(bool failed);
 
@@ -98,6 +99,19 @@ std::string WStatusText(int part);
 void MessageBoxError(const std::string& caption, const std::string& text);
 void MessageBoxInfo(const std::string& caption, const std::string& text);
 int MessageBoxQuery(const std::string& caption, const std::string& text);
+
+// Boxes of a long row of operations, which shall not wait for the user at every one: as long as the
+// object lives, error and info boxes are kept here, and only a front end in front of which nobody
+// waits shows them all the same.
+class HoldBoxes {
+ public:
+  HoldBoxes();
+  ~HoldBoxes();
+  HoldBoxes(const HoldBoxes&) = delete;
+  HoldBoxes& operator=(const HoldBoxes&) = delete;
+  // Their texts since the last call, in order.
+  std::vector<std::string> Take();
+};
 
 // Puts a text where other programs can paste it from.
 void WCopyText(const std::string& text);

@@ -10,8 +10,13 @@ namespace {
 
 std::map<int, std::string> statustexts;
 std::string lastdirectory;  // of the file selector; blank: where the program was started
+std::optional<std::vector<std::string>> heldtexts;  // of boxes, while they are held
 
 bool Answer(frontend::BoxKind kind, const std::string& caption, const std::string& text) {
+  if (heldtexts && kind != frontend::BoxKind::Query) {
+    heldtexts->push_back(text);
+    if (frontend::BoxesWait()) return true;
+  }
   const PauseBusy pause;
   ShowDrawing();
   return frontend::ShowBox(kind, caption, text);
@@ -95,6 +100,10 @@ int MessageBoxQuery(const std::string& caption, const std::string& text) {
   JournalPress(ok ? ButtonOk : ButtonCancel);
   return ok ? 1 : 0;
 }
+
+HoldBoxes::HoldBoxes() { heldtexts.emplace(); }
+HoldBoxes::~HoldBoxes() { heldtexts.reset(); }
+std::vector<std::string> HoldBoxes::Take() { return std::exchange(*heldtexts, {}); }
 
 void WCopyText(const std::string& text) { frontend::CopyText(text); }
 

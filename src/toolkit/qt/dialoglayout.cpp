@@ -33,8 +33,11 @@ using enum ControlKind;
 bool IsNumber(const Control& control) { return control.kind == Real || control.kind == Integer; }
 bool IsEntry(const Control& control) { return IsNumber(control) || control.kind == String; }
 
+// Buttons stand in the bar below, except those beside what they belong to.
+bool StandsInBar(const Control& control) { return control.kind == Button && !control.beside; }
+
 bool SameBox(const Control& a, const Control& b) {
-  return a.kind != Button && b.kind != Button && std::string_view(a.group) == b.group;
+  return !StandsInBar(a) && !StandsInBar(b) && std::string_view(a.group) == b.group;
 }
 
 // Sections in columns of about a height; a column takes one that reaches beyond by less than half.
@@ -257,7 +260,7 @@ QWidget* DialogView::ArrangeSections() {
   std::vector<QWidget*> sections;
   for (int first = 0, last; first < Count(); first = last) {
     last = first + 1;
-    if (ControlAt(first).kind == Button) continue;
+    if (StandsInBar(ControlAt(first))) continue;
     while (last < Count() && SameBox(ControlAt(first), ControlAt(last))) ++last;
     sections.push_back(MakeSection(first, last));
   }
@@ -288,7 +291,7 @@ QWidget* DialogView::MakeButtons() {
   row->addStretch(1);
   QPushButton* first = nullptr;
   for (int i = 0; i < Count(); ++i) {
-    if (ControlAt(i).kind != Button) continue;
+    if (!StandsInBar(ControlAt(i))) continue;
     auto* button = static_cast<QPushButton*>(rows_[i].field);
     row->addWidget(button);
     if (!first || ControlAt(i).id == ButtonOk) first = button;

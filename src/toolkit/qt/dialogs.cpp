@@ -111,6 +111,8 @@ bool ShowBox(BoxKind kind, const std::string& caption, const std::string& text) 
   return box.exec() == QMessageBox::Ok;
 }
 
+bool BoxesWait() { return true; }
+
 std::vector<std::string> SelectFiles(const std::string& filter, int flags, const std::string& name,
                                      const std::string& title, const std::string& directory) {
   const bool saving = flags & FileSave;

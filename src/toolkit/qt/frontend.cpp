@@ -150,11 +150,12 @@ void SetStatus(int part, const std::string& text) {
   KeepAlive();
 }
 
-bool Progress(int part, const std::string& text) {
+bool Progress(int part, const std::string& text, std::optional<float> done) {
   if (!root) return true;
   latetexts[part] = text;
   if (root->progress->Due()) {
     ShowLateTexts();
+    root->progress->ShowDone(done);
     root->progress->TakeStop();
   }
   return !root->progress->Stopped();

@@ -4,29 +4,28 @@
 #include <QApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
-#include <QProgressBar>
 
 namespace {
 
 // Milliseconds: of work before the bar appears, and between repaints.
 constexpr int kPatience = 300, kRepaintInterval = 50;
 constexpr int kBarLetters = 12;
+constexpr int kBarSteps = 1000;
 
 }  // namespace
 
 ProgressBar::ProgressBar(QStatusBar* status)
-    : QWidget(status), stop_(new QPushButton("Stop (Esc)")) {
+    : QWidget(status), bar_(new QProgressBar), stop_(new QPushButton("Stop (Esc)")) {
   setObjectName("progress");
   stop_->setObjectName("stop");
   stop_->setFocusPolicy(Qt::NoFocus);
   connect(stop_, &QPushButton::clicked, this, [this] { stopped_ = true; });
-  auto* bar = new QProgressBar;
-  bar->setRange(0, 0);  // no end is known
-  bar->setTextVisible(false);
-  bar->setFixedWidth(kBarLetters * fontMetrics().averageCharWidth());
+  bar_->setObjectName("bar");
+  bar_->setTextVisible(false);
+  bar_->setFixedWidth(kBarLetters * fontMetrics().averageCharWidth());
   auto* row = new QHBoxLayout(this);
   row->setContentsMargins(0, 0, 0, 0);
-  row->addWidget(bar);
+  row->addWidget(bar_);
   row->addWidget(stop_);
   status->addPermanentWidget(this);
   hide();
@@ -40,6 +39,12 @@ void ProgressBar::SetBusy(bool busy) {
 
 bool ProgressBar::Due() const {
   return !painted_.isValid() || painted_.elapsed() >= kRepaintInterval;
+}
+
+// A bar without a range shows that there is no end to see.
+void ProgressBar::ShowDone(std::optional<float> done) {
+  bar_->setRange(0, done ? kBarSteps : 0);
+  if (done) bar_->setValue(static_cast<int>(kBarSteps * *done));
 }
 
 void ProgressBar::TakeStop() {

@@ -142,7 +142,7 @@ void DialogChanged(DialogState&, int) {}
 void SetStatus(int part, const std::string& text) { Emit({"status", std::to_string(part), text}); }
 
 // The same text once more says nothing.
-bool Progress(int part, const std::string& text) {
+bool Progress(int part, const std::string& text, std::optional<float>) {
   if (WStatusText(part) != text) SetStatus(part, text);
   int& left = replay::ReportsToStop();
   return left == 0 || --left > 0;
@@ -176,6 +176,8 @@ bool ShowBox(BoxKind kind, const std::string& caption, const std::string& text) 
   Perform(now);
   return now.accepted;
 }
+
+bool BoxesWait() { return false; }
 
 std::vector<std::string> SelectFiles(const std::string& filter, int flags, const std::string& name,
                                      const std::string& title, const std::string&) {
