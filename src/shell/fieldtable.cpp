@@ -91,7 +91,8 @@ NamedField Named(const Table<T, N...>& field) {
   F(sumfile) F(sumopen) F(sumcount) \
   F(scriptpath) F(scriptinlist) F(scriptoutlist) F(scriptinfmt) F(scriptoutfmt) \
     F(scriptusezero) F(scriptusetrun) F(scriptusescal) F(scriptusesmoo) F(scriptusesago) \
-    F(scriptuseconv) F(scriptusebkgr) F(scriptuseskip) F(scaletype) F(scalefrom) F(scaleto)
+    F(scriptuseconv) F(scriptusebkgr) F(scriptuseskip) F(scaletype) F(scalefrom) F(scaleto) \
+    F(convstart) F(convstop) F(convstep)
 // clang-format on
 
 const std::map<std::string_view, NamedField>& Fields() {

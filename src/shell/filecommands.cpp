@@ -33,7 +33,6 @@ Outcome AskAnyFormat(Arguments& arguments) {
 Outcome AfterOpening(Outcome outcome) {
   if (outcome != Outcome::Done) return outcome;
   UpdateRecentFiles();
-  FollowPattern();
   ClearFitText();
   return outcome;
 }

@@ -83,6 +83,7 @@ Outcome RunCommand(const Command& command, Arguments arguments) {
   const Snapshot entered = outcome == Outcome::Done ? StateNow() : before;
   if (outcome == Outcome::Done && command.run) outcome = command.run(arguments);
 
+  if (outcome == Outcome::Done && ws.patternpath != before.data.patternpath) FollowPattern();
   if (outcome == Outcome::Done) Draw(command.redraw);
   if (outcome == Outcome::Idle) Draw(ws.viewmode == viewmode ? Redraw::Same : Redraw::Keep);
   std::vector<std::string> lines = WTakeJournal();

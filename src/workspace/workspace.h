@@ -311,6 +311,7 @@ struct Scripting {
   int scriptusezero = 0, scriptusetrun = 0, scriptusescal = 0, scriptusesmoo = 0;
   int scriptusesago = 0, scriptuseconv = 0, scriptusebkgr = 0, scriptuseskip = 0;
   int scaletype = 0, scalefrom = 0, scaleto = 0;
+  float convstart = 0, convstop = 0, convstep = 0;  // the limits that CONV keeps beside TRUN's
 
   bool operator==(const Scripting&) const = default;
 };
