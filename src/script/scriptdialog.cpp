@@ -33,18 +33,15 @@ enum Controls {
 
 constexpr const char *kInput = "Input format", *kOutput = "Output format", *kDeg = "deg.",
                      *kAngstrom = "\u00c5";
-constexpr int kMostDigits = 99999;  // an integer has five columns
-constexpr int kNumbered = 3;        // type of SCAL that goes by numbers
+constexpr int kLargest = 99999;  // an integer has five columns
+constexpr int kNumbered = 3;     // type of SCAL that goes by numbers
 
 // In ten columns with four or five decimals.
 constexpr Control Angle(int id, const char* label, float* variable) {
-  return Beside(Within(Number(id, label, variable, "(f10.4)", kDeg), -9999, 99999));
+  return Within(Number(id, label, variable, "(f10.4)", kDeg), -9999, 99999);
 }
 constexpr Control Fine(int id, const char* label, float* variable, const char* unit) {
-  return Beside(Within(Number(id, label, variable, "(f10.5)", unit), -999, 9999));
-}
-constexpr Control Whole(int id, const char* label, int* variable, int lowest, int highest) {
-  return Beside(Spin(id, label, variable, lowest, highest));
+  return Within(Number(id, label, variable, "(f10.5)", unit), -999, 9999);
 }
 
 constexpr Control kControls[] = {
@@ -65,29 +62,29 @@ constexpr Control kControls[] = {
     Beside(Choice(1276, "dat", kOutput)),
     Beside(Choice(1010, "Add-up", kOutput)),
     Box(1011, "Zero shift:", &ws.scriptusezero),
-    Angle(1258, "", &ws.zeroshift),
+    Beside(Angle(1258, "Shift", &ws.zeroshift)),
     Box(1012, "Truncate:", &ws.scriptusetrun),
-    Angle(FieldLow, "Low", &ws.savestart),
-    Angle(FieldHigh, "High", &ws.savestop),
+    Beside(Angle(FieldLow, "Low", &ws.savestart)),
+    Beside(Angle(FieldHigh, "High", &ws.savestop)),
     Box(1016, "Scale:", &ws.scriptusescal),
     Beside(Within(Number(1270, "Factor", &ws.scalefactor, "(f10.4)"), 0.0001, 99999)),
-    Whole(FieldType, "Type", &ws.scaletype, 0, kMostDigits),
-    Whole(FieldFrom, "No.", &ws.scalefrom, 0, kMostDigits),
-    Whole(FieldTo, "-", &ws.scaleto, 0, kMostDigits),
+    Beside(Spin(FieldType, "Type", &ws.scaletype, 0, kLargest)),
+    Below(Spin(FieldFrom, "No.", &ws.scalefrom, 0, kLargest)),
+    Beside(Spin(FieldTo, "-", &ws.scaleto, 0, kLargest)),
     Box(1013, "Smooth:", &ws.scriptusesmoo),
-    Whole(1262, "Smoothing factor", &ws.smoothwindow, 1, MostPoints),
+    Beside(Spin(1262, "Smoothing factor", &ws.smoothwindow, 1, MostPoints)),
     Box(1014, "Savitsky-Golay filtering:", &ws.scriptusesago),
-    Whole(1261, "Factor (5-25)", &ws.sgwindow, 2, 25),
+    Beside(Spin(1261, "Factor (5-25)", &ws.sgwindow, 2, 25)),
     Box(1015, "Convert:", &ws.scriptuseconv),
-    Fine(1263, "Old", &ws.wavelen.cells[0], kAngstrom),
-    Fine(1264, "New", &ws.newwavelength, kAngstrom),
-    Fine(FieldConvertStart, "Start", &ws.convstart, kDeg),
-    Fine(FieldConvertStop, "Stop", &ws.convstop, kDeg),
-    Fine(FieldConvertStep, "Step", &ws.convstep, kDeg),
+    Beside(Fine(1263, "Old", &ws.wavelen.cells[0], kAngstrom)),
+    Beside(Fine(1264, "New", &ws.newwavelength, kAngstrom)),
+    Below(Fine(FieldConvertStart, "Start", &ws.convstart, kDeg)),
+    Beside(Fine(FieldConvertStop, "Stop", &ws.convstop, kDeg)),
+    Beside(Fine(FieldConvertStep, "Step", &ws.convstep, kDeg)),
     Box(1017, "Background subtraction:", &ws.scriptusebkgr),
-    Whole(1268, "Smoothing factor", &ws.autosubwindow, 1, MostPoints),
+    Beside(Spin(1268, "Smoothing factor", &ws.autosubwindow, 1, MostPoints)),
     Box(1018, "Skip lines:", &ws.scriptuseskip),
-    Whole(1269, "No. lines", &ws.headerskip, 0, kMostDigits),
+    Beside(Spin(1269, "No. lines", &ws.headerskip, 0, kLargest)),
     Ok,
     Cancel,
 };

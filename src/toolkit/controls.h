@@ -66,6 +66,12 @@ constexpr Control Beside(Control control) {
   return control;
 }
 
+// A control that begins a row below the second of the row above.
+constexpr Control Below(Control control) {
+  control.indent = 1;
+  return control;
+}
+
 // A number that must lie in a range; one outside is marked and keeps the dialog open.
 constexpr Control Within(Control control, double lowest, double highest) {
   control.lowest = lowest;

@@ -61,6 +61,7 @@ struct Control {
   Variable variable{};
   Opens opens = Opens::Last;
   bool beside = false;  // stands in the row of the control before
+  int indent = 0;       // places left free in front of it, at the start of a row
 };
 
 // Buttons that end a modal dialog by themselves; any other Button does so too.

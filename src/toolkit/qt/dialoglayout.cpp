@@ -223,16 +223,16 @@ QWidget* DialogView::MakeSection(int first, int last) {
   // A line is a control with those that stand beside it.
   int lines = 0, longest = 1;
   for (int i = first, length = 0; i < last; ++i) {
-    length = ControlAt(i).beside ? length + 1 : 1;
-    lines += length == 1;
+    length = ControlAt(i).beside ? length + 1 : 1 + ControlAt(i).indent;
+    lines += !ControlAt(i).beside;
     longest = std::max(longest, length);
   }
   const int columns = (lines + most - 1) / most * longest;
   const int rows = (lines * longest + columns - 1) / columns;
   QButtonGroup* group = nullptr;
   for (int i = first, line = -1, place = 0; i < last; ++i) {
-    place = ControlAt(i).beside ? place + 1 : 0;
-    line += place == 0;
+    place = ControlAt(i).beside ? place + 1 : ControlAt(i).indent;
+    line += !ControlAt(i).beside;
     PlaceRow(grid, i, line % rows, (line / rows * longest + place) * kGridColumns);
     if (ControlAt(i).kind != Radio) continue;
     if (i == first || !SameChoice(ControlAt(i - 1), ControlAt(i))) group = new QButtonGroup(box);
