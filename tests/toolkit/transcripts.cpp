@@ -102,6 +102,25 @@ TEST(Transcript, ALongCalculationIsStoppedAtAReport) {
   EXPECT_EQ(reports("key up\n"), 5);
 }
 
+// Nobody waits in front of a transcript: what is held is told all the same.
+TEST(Transcript, HeldBoxesAreCollectedAndShown) {
+  FreshWorkspace();
+  {
+    HoldBoxes boxes;
+    MessageBoxError("Error", "one");
+    MessageBoxInfo("Note", "two");
+    Answer("press OK\n");
+    EXPECT_EQ(MessageBoxQuery("Question", "three"), 1);
+    EXPECT_EQ(boxes.Take(), (Lines{"one", "two"}));
+    MessageBoxError("Error", "four");
+    EXPECT_EQ(boxes.Take(), Lines{"four"});
+    EXPECT_EQ(boxes.Take(), Lines{});
+  }
+  MessageBoxError("Error", "five");
+  EXPECT_EQ(Events(), (Lines{"box\tError\tone", "box\tNote\ttwo", "query\tQuestion\tthree",
+                             "box\tError\tfour", "box\tError\tfive"}));
+}
+
 TEST(Transcript, CommandLine) {
   const TempDir work;
   EXPECT_EQ(RunReplay("", work.path(), {"--help"}).status, 0);

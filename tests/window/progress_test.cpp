@@ -3,6 +3,7 @@
 
 #include <QElapsedTimer>
 #include <QLabel>
+#include <QProgressBar>
 
 #include "toolkit/qt/window.h"
 #include "user.h"
@@ -35,6 +36,18 @@ void CalculateOnMenu() {
 }
 
 bool StopIsShown() { return Find("stop")->isVisible(); }
+
+// How full the bar is with what the last report has told; below 0 where no end is known.
+double Full() {
+  const auto* bar = FindA<QProgressBar>("bar");
+  return bar->maximum() > 0 ? static_cast<double>(bar->value()) / bar->maximum() : -1;
+}
+
+// Reports long enough for the bar to be painted again.
+void CalculateFor(int milliseconds, std::optional<float> done) {
+  QElapsedTimer time;
+  for (time.start(); time.elapsed() < milliseconds;) WProgress(3, "Report", done);
+}
 
 // Counts how often a widget is painted.
 struct Paints : QObject {
@@ -95,4 +108,28 @@ TEST(Progress, StopAndEscapeEndACalculationAndNothingElseIsTaken) {
   RunWith(user, {}, CalculateOnMenu);
   EXPECT_EQ(taken.size(), 4u);
   EXPECT_EQ(taken.back(), MessageClose);
+}
+
+TEST(Progress, TheBarShowsHowMuchIsDoneWhereThatIsKnown) {
+  std::vector<double> seen;
+  RunWith(
+      []() -> Script {
+        Pick(kMenuAbout);
+        co_await Shown("box");
+        Press("Return");
+      },
+      {},
+      [&seen] {
+        Message message;
+        while (WMessage(message) != MessageClose) {
+          if (message.type != MessageMenu) continue;
+          for (const std::optional<float> done : {std::optional<float>{}, {0.25f}, {1.0f}, {}}) {
+            CalculateFor(120, done);
+            seen.push_back(Full());
+          }
+          MessageBoxInfo("Calculation", "Done");
+        }
+        WindowClose();
+      });
+  EXPECT_EQ(seen, (std::vector<double>{-1, 0.25, 1, -1}));
 }

@@ -1,0 +1,93 @@
+// Scripts: the dialog by mouse and keys, and a run that holds its boxes.
+#include <gtest/gtest.h>
+
+#include <QMessageBox>
+#include <QPushButton>
+#include <QScreen>
+#include <QScrollArea>
+#include <fstream>
+
+#include "toolkit/qt/window.h"
+#include "user.h"
+#include "workspace/workspace.h"
+
+namespace {
+
+constexpr int kCreate = 40133, kRun = 40136;
+
+void WriteText(const std::string& name, const std::string& text) {
+  std::ofstream(Place() + "/" + name) << text;
+}
+
+QRect OnScreen(const QWidget* widget) {
+  return {widget->mapToGlobal(QPoint(0, 0)), widget->size()};
+}
+
+}  // namespace
+
+TEST(Scripts, TheDialogFitsASmallScreenAndEnablesWhatIsTicked) {
+  RunOn("script.xy", []() -> Script {
+    Pick(kCreate);
+    co_await Shown("dialog137");
+    const QWidget* dialog = Find("dialog137");
+    EXPECT_TRUE(dialog->screen()->availableGeometry().contains(dialog->frameGeometry()));
+    EXPECT_EQ(dialog->findChildren<QScrollArea*>().size(), 0);
+    // A button to browse beside each of the three names, and fields in columns.
+    for (int k = 0; k < 3; ++k) {
+      const QRect name = OnScreen(Find(QString("field%1").arg(1252 + k)));
+      const QRect button = OnScreen(Find(QString("button%1").arg(1255 + k)));
+      EXPECT_GT(button.left(), name.right());
+      EXPECT_LT(std::abs(button.center().y() - name.center().y()), 3);
+      EXPECT_GT(name.width(), 300);
+    }
+    EXPECT_EQ(OnScreen(Find("field1272")).left(), OnScreen(Find("field1270")).left());
+    EXPECT_GT(OnScreen(Find("field1272")).top(), OnScreen(Find("field1270")).bottom());
+
+    EXPECT_FALSE(Find("field1259")->isEnabled());
+    QTest::mouseClick(Find("field1012"), Qt::LeftButton, {}, {8, 10});
+    co_await Until{[] { return Find("field1259")->isEnabled(); }, "the limits"};
+    EXPECT_FALSE(Find("field1258")->isEnabled());
+
+    // No name, no script.
+    QTest::mouseClick(Find("button1"), Qt::LeftButton);
+    co_await Shown("box");
+    Press("Return");
+    co_await Until{[] { return !QApplication::activeModalWidget(); }, "the dialog"};
+    QTest::mouseClick(Find("button1255"), Qt::LeftButton);
+    co_await Shown("selector");
+    Type("mine");
+    Press("Return");
+    co_await Until{[] { return !QApplication::activeModalWidget(); }, "the dialog"};
+    QTest::mouseClick(Find("button1"), Qt::LeftButton);
+    co_await Idle();
+    EXPECT_TRUE(ws.scriptpath.ends_with("/mine.scp")) << ws.scriptpath;
+    EXPECT_EQ(ws.scriptusetrun, 1);
+  });
+}
+
+// One box at the end tells of them all.
+TEST(Scripts, ARunWaitsForTheUserOnlyAtItsEnd) {
+  std::string inputs, outputs;
+  for (int i = 0; i < 4; ++i) {
+    inputs += i % 2 ? "script.xy\n" : "none.xy\n";
+    outputs += "o" + std::to_string(i) + ".xy\n";
+  }
+  WriteText("in.mlt", inputs);
+  WriteText("out.mlt", outputs);
+  WriteText("a.scp", "in.mlt\nout.mlt\nINFM    2\nUTFM    2\n");
+  MakePattern("script.xy");
+  RunOn("other.xy", []() -> Script {
+    ws.scriptpath = Place() + "/a.scp";
+    Pick(kRun);
+    co_await Shown("box");
+    const auto* box = FindA<QMessageBox>("box");
+    EXPECT_EQ(box->text(),
+              "Script done\nFiles read: 2, written: 2, skipped: 2\n"
+              "none.xy: Error opening xy file: No such file or directory\n"
+              "none.xy: Error opening xy file: No such file or directory");
+    Press("Return");
+    co_await Idle();
+    EXPECT_EQ(Root()->windowTitle(), "script - Quillagram");
+    EXPECT_EQ(ws.patternpath, Place() + "/script.xy");
+  });
+}
