@@ -117,6 +117,8 @@ TEST_P(Transcript, ShowsWhatItSays) {
   }
   std::filesystem::copy_file(QUILLAGRAM_SOURCE "/tests/transcripts/cubic.out",
                              directory.file("cubic.out"));
+  WriteFile(directory.file("in.mlt"), "ramp.xy\nstep.xy\n");
+  WriteFile(directory.file("out.mlt"), "ramp2.xy\nstep2.xy\n");
   std::filesystem::create_directory_symlink(QUILLAGRAM_SOURCE "/examples",
                                             directory.file("examples"));
   const std::string transcript =
@@ -136,8 +138,8 @@ TEST_P(Transcript, ShowsWhatItSays) {
 
 INSTANTIATE_TEST_SUITE_P(Tour, Transcript,
                          testing::Values("corrections", "modify", "background", "peaks", "peakfit",
-                                         "fit", "overlays", "summary", "indexing", "commands",
-                                         "dialogs", "views"),
+                                         "fit", "overlays", "summary", "indexing", "scripts",
+                                         "commands", "dialogs", "views"),
                          [](const auto& name) { return name.param; });
 
 }  // namespace
