@@ -2,18 +2,16 @@
 //
 // The readers are called directly: what one file leaves in the Workspace is there for the next.
 #include <algorithm>
-#include <filesystem>
-#include <memory>
 
 #include "background/background.h"
 #include "modify/modify.h"
 #include "patternfiles/patternfiles.h"
 #include "script/addup.h"
+#include "script/filelists.h"
 #include "script/script.h"
 #include "script/scriptfile.h"
 #include "script/scriptreport.h"
 #include "toolkit/toolkit.h"
-#include "workspace/lines.h"
 #include "workspace/paths.h"
 #include "workspace/slots.h"
 #include "workspace/text.h"
@@ -36,10 +34,8 @@ Routine RoutineOf(const Routine (&routines)[N], int format) {
 
 struct Run {
   std::vector<ScriptWord> commands;
-  std::string inlist, outlist;  // their paths; the second is that of the table when adding up
-  std::unique_ptr<LineReader> inputs, outputs;
-  int files = 0;           // in the input list
-  std::string line, path;  // the present one, as it stands in the list and in full
+  FileLists lists;
+  std::string line, path;  // the present file, as it stands in the list and in full
   int at = 0;              // its number
   bool there = false;      // slot 1 holds the pattern of the file that came last
   int shifted = 0;         // files that ZERO has seen
@@ -48,53 +44,11 @@ struct Run {
   ScriptReport report;
 
   bool Holds(ScriptWord command) const { return std::ranges::count(commands, command) > 0; }
-  bool AddsUp() const { return ws.scriptoutfmt == kAddUp; }
 };
 
-// ---- Before the first file ----
+bool AddsUp() { return ws.scriptoutfmt == kAddUp; }
 
-bool Refuse(const char* text, const std::string& path, const std::string& reason) {
-  MessageBoxError("File Error", FileMessage(text, path, reason));
-  return false;
-}
-
-bool NextLine(LineReader& list, std::string& line) { return list.Read(line, TextLength + 1); }
-
-// Empty lines name no file.
-bool NextFile(LineReader& list, std::string& line) {
-  while (NextLine(list, line))
-    if (!line.empty()) return true;
-  return false;
-}
-
-int CountFiles(const std::string& list) {
-  LineReader in(list);
-  int count = 0;
-  for (std::string line; NextFile(in, line);) ++count;
-  return count;
-}
-
-// A table in the place of what the run is made of would cost the user the one or the other.
-bool MayReplace(const std::string& table, const std::string& needed) {
-  std::error_code failure;
-  return !std::filesystem::equivalent(table, needed, failure);
-}
-
-bool OpenLists(Run& run) {
-  run.inlist = FromFolderOf(ScriptFile(), ws.scriptinlist);
-  run.outlist = FromFolderOf(ScriptFile(), ws.scriptoutlist);
-  run.inputs = std::make_unique<LineReader>(run.inlist);
-  if (!run.inputs->IsOpen())
-    return Refuse("Error opening input file list file", run.inlist, run.inputs->Reason());
-  run.files = CountFiles(run.inlist);
-  if (run.AddsUp()) {
-    if (MayReplace(run.outlist, run.inlist) && MayReplace(run.outlist, ScriptFile())) return true;
-    return Refuse("Error opening sum file", run.outlist, "is read by the script");
-  }
-  run.outputs = std::make_unique<LineReader>(run.outlist);
-  return run.outputs->IsOpen() ||
-         Refuse("Error opening output file list file", run.outlist, run.outputs->Reason());
-}
+// ---- Limits ----
 
 void TakeConvertLimits() {
   ws.savestart = ws.convstart;
@@ -124,8 +78,9 @@ void NoteBoxes(Run& run) {
   for (const std::string& text : run.boxes->Take()) run.report.notes.push_back(text);
 }
 
+// False, after a box, if there is no such file now.
 bool WriteNext(Run& run, const std::string& name) {
-  const std::string path = FromFolderOf(run.outlist, name);
+  const std::string path = FromFolderOf(run.lists.out, name);
   if (name.empty())
     MessageBoxError("File Error", FileMessage("Error opening output file", run.path,
                                               "has an empty line in the output file list"));
@@ -136,38 +91,41 @@ bool WriteNext(Run& run, const std::string& name) {
   return false;
 }
 
-// False if the output list has ended.
-bool WriteFile(Run& run) {
-  if (run.AddsUp()) {
+// How a command of a file has ended.
+enum class Step { GoOn, NextFile, End };
+
+Step WriteFile(Run& run) {
+  if (AddsUp()) {
     run.table.Store();
     NoteBoxes(run);
-    return true;
+    return Step::GoOn;
   }
   std::string name;
-  if (!NextLine(*run.outputs, name)) {
-    run.report.notes.push_back(
-        "the output list ended after " + Counted(run.outputs->LineNumber(), "line", "lines") +
-        ": " + Counted(run.files - run.at + 1, "file was", "files were") + " not done");
-    return false;
+  if (run.lists.NextOutput(name)) {
+    if (!WriteNext(run, name)) return Step::NextFile;
+    ++run.report.written;
+    return Step::GoOn;
   }
-  if (WriteNext(run, name)) ++run.report.written;
-  return true;
+  const int left = run.lists.files - run.at + 1;
+  run.report.notes.push_back("the output list ended after " +
+                             Counted(run.lists.OutputsTaken(), "line", "lines") + ": " +
+                             Counted(left, "file was", "files were") + " not done");
+  return Step::End;
 }
 
-// The lists go in pairs: a file that cannot be read leaves its lines of the output list unused.
+// The lists go in pairs: where a file ends early, its further lines of the output list are unused.
 void PassOutputs(Run& run, std::size_t command) {
   std::string unused;
-  if (run.outputs)
-    for (; command < run.commands.size(); ++command)
-      if (run.commands[command] == ScriptWord::Write) NextLine(*run.outputs, unused);
+  for (; command < run.commands.size(); ++command)
+    if (run.commands[command] == ScriptWord::Write) run.lists.NextOutput(unused);
 }
 
-bool ReadFile(Run& run) {
+Step ReadFile(Run& run) {
   run.there = AcceptPath(run.path) && RoutineOf(kReaders, ws.scriptinfmt)(SlotInput, run.path) != 0;
   if (!run.there) {
     run.report.Fail(run.path, run.boxes->Take());
     ++run.report.skipped;
-    return false;
+    return Step::NextFile;
   }
   ws.patternpath = run.path;
   ws.savestart = FirstTth(SlotInput);
@@ -175,12 +133,16 @@ bool ReadFile(Run& run) {
   ws.savestep = FirstStepOf(SlotInput);
   run.table.CountFile(run.line);
   ++run.report.read;
-  return true;
+  return Step::GoOn;
 }
 
-// What a command does to the pattern; the count of SKIP has been the reader's.
-void Change(Run& run, ScriptWord command) {
+// A count of SKIP has been the reader's.
+Step Do(Run& run, ScriptWord command) {
   switch (command) {
+    case ScriptWord::Read:
+      return ReadFile(run);
+    case ScriptWord::Write:
+      return WriteFile(run);
     case ScriptWord::Zero:
       ++run.shifted;
       ZeroShift();
@@ -204,22 +166,19 @@ void Change(Run& run, ScriptWord command) {
       TakeConvertLimits();
       ConvertPattern();
       break;
-    default:
+    case ScriptWord::Skip:
       break;
   }
+  return Step::GoOn;
 }
 
 // False if the run is to end.
 bool DoFile(Run& run) {
   for (std::size_t k = 0; k < run.commands.size(); ++k) {
-    const ScriptWord command = run.commands[k];
-    if (command == ScriptWord::Read) {
-      if (ReadFile(run)) continue;
-      PassOutputs(run, k);
-      return true;
-    }
-    if (command == ScriptWord::Write && !WriteFile(run)) return false;
-    Change(run, command);
+    const Step step = Do(run, run.commands[k]);
+    if (step == Step::GoOn) continue;
+    PassOutputs(run, k + 1);
+    return step == Step::NextFile;
   }
   return true;
 }
@@ -228,15 +187,15 @@ bool DoFile(Run& run) {
 
 bool Report(const Run& run) {
   const std::string count =
-      " (" + std::to_string(run.at) + " of " + std::to_string(run.files) + ")";
+      " (" + std::to_string(run.at) + " of " + std::to_string(run.lists.files) + ")";
   return WProgress(3, ws.stem20 + count,
-                   static_cast<float>(run.at - 1) / static_cast<float>(run.files));
+                   static_cast<float>(run.at - 1) / static_cast<float>(run.lists.files));
 }
 
 void DoFiles(Run& run) {
-  while (NextFile(*run.inputs, run.line)) {
+  while (run.lists.NextInput(run.line)) {
     ++run.at;
-    run.path = FromFolderOf(run.inlist, run.line);
+    run.path = FromFolderOf(run.lists.in, run.line);
     ws.patternstem = Field(FileStem(run.line));
     ws.stem20 = Field(ws.patternstem, 20);
     ws.plotmask = PlotInput;
@@ -246,11 +205,11 @@ void DoFiles(Run& run) {
 }
 
 void WriteTable(Run& run) {
-  if (!run.AddsUp() || !run.Holds(ScriptWord::Write)) return;
-  if (run.table.Write(run.outlist))
+  if (!AddsUp() || !run.Holds(ScriptWord::Write)) return;
+  if (run.table.Write(run.lists.out))
     ++run.report.written;
   else
-    run.report.Fail(run.outlist, run.boxes->Take());
+    run.report.Fail(run.lists.out, run.boxes->Take());
 }
 
 // What the commands do otherwise than their names say.
@@ -266,7 +225,7 @@ void NoteOddities(Run& run, bool shifts) {
   note(run.Holds(ScriptWord::Background) && run.report.written > 0,
        "BKGR takes nothing off what is written");
   const int leftout = run.table.FilesLeftOut();
-  note(run.AddsUp() && leftout > 0,
+  note(AddsUp() && leftout > 0,
        "the table holds 100 files: " + Counted(leftout, "more is", "more are") + " not in it");
 }
 
@@ -287,7 +246,7 @@ Outcome RunScript() {
   if (!commands) return Outcome::Failed;
   Run run;
   run.commands = *commands;
-  if (!OpenLists(run)) return Outcome::Failed;
+  if (!run.lists.Open(AddsUp())) return Outcome::Failed;
   PutFirstLimits(run);
   if (run.Holds(ScriptWord::Convert)) ws.origwavelength = ws.wavelen(1);
   const bool shifts = ws.zeroshift != 0;
