@@ -46,7 +46,7 @@ struct Search {
   void RefuseSteps(int pattern, const std::string& reason) const;
   void RefuseRange() const;
   bool StepsAgree();
-  bool FindRange();
+  void FindRange();
   int Count(int pattern);
   bool CountPoints();
 };
@@ -73,13 +73,12 @@ bool Search::StepsAgree() {
   return true;
 }
 
-bool Search::FindRange() {
+void Search::FindRange() {
   lo = FirstTth(SlotInput), hi = LastTth(SlotInput);
   for (int k = 1; k <= overlays; ++k) {
     if (FirstTth(SlotOf(k)) > lo) lo = FirstTth(SlotOf(k)), lastbegin = k;
     if (LastTth(SlotOf(k)) < hi) hi = LastTth(SlotOf(k)), firstend = k;
   }
-  return hi > lo;
 }
 
 // Points of a pattern within the range; notes the first.
@@ -114,10 +113,7 @@ bool Search::CountPoints() {
 std::optional<CommonGrid> FindCommonGrid(int overlays, StepComplaint complaint) {
   Search search{overlays, complaint};
   if (!search.StepsAgree()) return {};
-  if (!search.FindRange()) {
-    search.RefuseRange();
-    return {};
-  }
+  search.FindRange();
   if (!search.CountPoints()) return {};
   if (search.grid.points >= 2) return search.grid;
   search.RefuseRange();

@@ -9,6 +9,7 @@
 #include "multi/overlayfit.h"
 #include "multi/putoverlay.h"
 #include "shell/shell.h"
+#include "support/smallfiles.h"
 #include "toolkit/toolkit.h"
 #include "workspace/menuids.h"
 #include "workspace/snapshot.h"
@@ -83,6 +84,25 @@ TEST(FitPatterns, IsTheLeastSquaresFit) {
   }
 }
 
+// A damping of 2 takes half of what lacks in every cycle; the last one only calculates.
+TEST(FitPatterns, Cycles) {
+  const std::vector<float> y{5, 9, 2};
+  std::vector<float> calculated(3), r;
+  float scale = 0;
+  const OverlayFit fit{y, y, y, calculated, 0, 1, {}, scale, true, 2};
+  const FitReport report = [&](int cycle, float value) {
+    EXPECT_EQ(cycle, std::ssize(r) + 1);
+    EXPECT_NEAR(value, std::exp2(-std::ssize(r)), 1e-6);
+    r.push_back(value);
+    return scale < 0.95f;
+  };
+  EXPECT_EQ(FitOverlay(fit, report).end, FitEnd::Stopped);
+  EXPECT_EQ(r.size(), 6u);
+  scale = 0;
+  EXPECT_EQ(FitOverlay(fit, [&](int cycle, float) { return cycle < 99; }).end, FitEnd::Done);
+  EXPECT_NEAR(scale, 1 - std::exp2(-19), 1e-7);
+}
+
 // Nothing refined: the scale is taken as it is, and R told. The pattern begins later and ends later
 // than the overlay.
 TEST(FitPatterns, OnlyCalculatesOnTheCommonRange) {
@@ -103,6 +123,8 @@ TEST(FitPatterns, OnlyCalculatesOnTheCommonRange) {
 
 // Whole steps move points, and those that enter have the value of the end; the rest is a spline.
 TEST(FitPatterns, TheOverlayIsShifted) {
+  for (const auto& [steps, whole] : {std::pair{0.9995f, 1}, {-2.9995f, -3}, {1.9f, 1}})
+    EXPECT_EQ(WholeSteps(steps * kStep, kStep), whole);
   for (float steps : {0.0f, 3.0f, -2.0f, 1.4f, -2.6f, 0.9995f, 1e6f, -1e30f}) {
     PutBoth(Peaks, Peaks);
     ws.yval(5, 1) = 77;
@@ -159,7 +181,7 @@ TEST(FitPatterns, TellsWhatFails) {
     float overlaystep;
     const char *answers, *told;
   } rows[] = {
-      {100, 0, kStep, "set 1217 on\n", "Error\tZero derivatives    1"},
+      {100, 0, kStep, "set \"1\" on\nset 1217 on\n", "Error\tZero derivatives    1"},
       {100, 100, kStep, "set 1219 on\n", "Zero Shift Error\tProblems optimizing zero shift"},
       {1e38, 100, kStep, "set \"3\" on\n", "Error\tThe fit has gone beyond all numbers"},
       {100, 100, 0.04f, "",
@@ -217,9 +239,12 @@ TEST(FitPatterns, SavesItsPoints) {
             "   10.0000      1000      1000      -400\n"
             "   10.5000      1050      1050      -420\n");
   RunMenu(MenuSaveFitted, "file " + dir.file("none/p.xy"));
-  const Lines boxes = Boxes();
-  ASSERT_EQ(boxes.size(), 1u);
-  EXPECT_TRUE(boxes[0].starts_with("box\tFile error\tError opening fit file\\n" + dir.path()));
+  EXPECT_TRUE(
+      Events().back().starts_with("box\tFile error\tError opening fit file\\n" + dir.path()));
+  const SmallFiles full(50);
+  RunMenu(MenuSaveFitted, "file " + dir.file("q.xy"));
+  EXPECT_TRUE(
+      Events().back().starts_with("box\tFile Error\tError writing fit file\\n" + dir.path()));
 }
 
 }  // namespace
