@@ -33,6 +33,11 @@ class Menu : public testing::Test {
   int quitflag = 0;
 };
 
+TEST_F(Menu, NoItemIsWithoutItsCommand) {
+  for (const Command& command : Commands())
+    EXPECT_TRUE(command.item.popup || command.IsBuilt()) << command.item.text;
+}
+
 TEST_F(Menu, ABlankRecentEntryIsNoFileType) {
   Pick(40024);
   EXPECT_EQ(Events(), (std::vector<std::string>{"box\tError\tUnrecognized file type"}));
