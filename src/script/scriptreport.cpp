@@ -11,10 +11,13 @@ namespace {
 
 constexpr std::size_t kShownFailures = 10;
 
-// "Error opening xy file: No such file or directory", of a box that names the file between both.
+// "Error opening xy file: No such file or directory", of a box that names the file between both, or
+// what a box says of the file that it begins with.
 std::string ReasonOf(const std::string& box, const std::string& path) {
+  const std::string name = OnOneLine(path), named = "\n" + name + ": ";
+  if (box.starts_with(name + " ")) return box.substr(name.size() + 1);
   const std::size_t end = std::min(box.find('\n'), box.size());
-  const std::string what = box.substr(0, end), named = "\n" + OnOneLine(path) + ": ";
+  const std::string what = box.substr(0, end);
   return box.compare(end, named.size(), named) == 0 ? what + ": " + box.substr(end + named.size())
                                                     : what;
 }

@@ -71,6 +71,17 @@ TEST(ScriptFile, OpenTakesWhatTheFileHoldsAndNoMore) {
             0);
 }
 
+// All lines are shown before the first is looked at.
+TEST(ScriptFile, DebugShowsTheLines) {
+  const ScriptTest test;
+  ws.debugmode = 1;
+  EXPECT_EQ(
+      test.Run("", "", "smoo    5\n\nany thing\nZERO x\n"),
+      (std::vector<std::string>{
+          "Script buffer:\tsmoo    5", "Script buffer:\tany thing", "Script buffer:\tZERO x",
+          "Read Error\tError reading ZERO command\\n" + test.file("a.scp") + ": line 6: ZERO x"}));
+}
+
 TEST(ScriptFile, ABadCommandEndsARunBeforeTheFirstFile) {
   const ScriptTest test;
   test.Pattern("a.xy", 1000);
