@@ -195,6 +195,26 @@ keys alt+r; await "ito.out"; keys ctrl+q; await " - Quillagram"
 keys alt+i s; await "Indexing solutions"; picture index-solutions root
 keys Return; await " - Quillagram"; picture index-lines
 
+# Patterns over another, in steps of a heating run that is made here, and a script.
+for k in 0 1 2 3 4; do
+  awk -v k=$k 'BEGIN { srand(7 + k); for (x = 20; x < 60; x += 0.02) {
+    y = 120; split("24.3 31.7 36.2 44.9 52.4", at, " "); split("900 2600 1500 700 1100", high, " ")
+    for (j = 1; j <= 5; ++j) y += high[j] * exp(-((x - at[j] * (1 - 0.0012 * k)) / 0.11)^2)
+    y *= 1 - 0.04 * k
+    printf "%8.3f %8.0f\n", x, y + sqrt(y) * (rand() + rand() + rand() - 1.5) * 2 } }' >"$home/ramp_$((k + 1))00K.xy"
+done
+xdotool key ctrl+q; sleep 0.5
+"$program" "$home/ramp_100K.xy" & started+=($!)
+await " - Quillagram"
+keys alt+u o x; await "Open pattern file"
+xdotool type --delay 20 '"ramp_200K.xy" "ramp_300K.xy" "ramp_400K.xy" "ramp_500K.xy"'
+keys Return; await " - Quillagram"
+keys alt+u d; await "Displace patterns"; keys Tab; text 600; picture dialog-displace
+keys Return; await " - Quillagram"; picture overlays
+keys alt+u f; await "Fit patterns"; keys Tab space Tab Tab space; picture dialog-fit-patterns
+keys Return; await " - Quillagram"; picture overlay-fit
+keys alt+c c; await "Create Script"; picture dialog-script; keys Escape; await " - Quillagram"
+
 # The printed page beside the window.
 (cd "$home" && "$(dirname "$program")/quillagram-replay" >/dev/null) <<END
 open "$home/$(basename "$pattern")"
@@ -205,7 +225,12 @@ set Address "Harbour Street 5"
 press OK
 menu 40005
 file page.pdf
+menu 40021
+file report.pdf
 END
+pdftoppm -r 75 -png -singlefile "$home/report.pdf" "$home/report"
+convert "$home/report.png" -rotate 90 -bordercolor grey -border 1 "$pictures/report.png"
+echo report.png
 pdftoppm -r 75 -png -singlefile "$home/page.pdf" "$home/page"
 convert "$home/page.png" -bordercolor grey -border 1 "$pictures/window-twotheta.png" \
   -gravity center +append "$pictures/printed.png"
