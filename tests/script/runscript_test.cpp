@@ -100,15 +100,16 @@ TEST(RunScript, OnlyTheFirstFileIsShiftedAndNoneIsCut) {
   const ScriptTest test;
   test.Pattern("a.xy", 1000);
   test.Pattern("b.xy", 2000);
-  const Boxes boxes = test.Run("a.xy\nb.xy\n", "c.xy\nd.xy\n",
-                               "INFM    2\nTRUN   12.0000   18.0000\nZERO     .0625\nUTFM    2\n");
+  const Boxes boxes =
+      test.Run("a.xy\nb.xy\n", "c.xy\nd.xy\n",
+               "INFM    2\nTRUN   12.0000   18.0000\nZERO     .0625\nSCAL    2.0000\nUTFM    2\n");
   EXPECT_EQ(boxes, Boxes{kDone + "2, written: 2, skipped: 0\\nZERO shifts only the first file of a "
                                  "list\\nTRUN behind INFM cuts nothing: every file brings limits "
                                  "of its own"});
   // What has been shifted beyond the last two-theta is not written.
-  EXPECT_EQ(test.Read("c.xy").substr(0, 19), " 10.0625       100\n");
+  EXPECT_EQ(test.Read("c.xy").substr(0, 19), " 10.0625       200\n");
   EXPECT_EQ(CountsOf(test.Read("c.xy")).size(), 199u);
-  EXPECT_EQ(test.Read("d.xy").substr(0, 19), " 10.0000       100\n");
+  EXPECT_EQ(test.Read("d.xy").substr(0, 19), " 10.0000       200\n");
   EXPECT_EQ(CountsOf(test.Read("d.xy")).size(), 200u);
 }
 
@@ -206,7 +207,8 @@ TEST(RunScript, MoreThanTenFailuresGoToALog) {
   std::string inputs;
   for (int i = 10; i < 22; ++i) inputs += std::to_string(i) + ".xy\n";
   const std::string reason = ": Error opening xy file: No such file or directory";
-  const std::string box = test.Run(inputs, "", "INFM    2\n").back();
+  const std::string box = test.Run(inputs, "", "INFM    2\nTRUN\n").back();
+  EXPECT_EQ(box.find("TRUN"), std::string::npos) << "nothing was to be cut";
   EXPECT_TRUE(box.ends_with("19.xy" + reason + "\\nand 2 more: all in " + test.file("a.log")))
       << box;
   std::string log;

@@ -214,9 +214,12 @@ TEST(ScriptDialog, ProposesThePatternAndAsksForAName) {
   Events();
   RunMenu(MenuCreateScript, "press OK\nset 1012 on\nset 1015 on\npress 1255\nfile " +
                                 test.file("b") + "\npress 1256\nfile " + test.file("in.mlt") +
-                                "\npress 1257\nfile\npress OK\n");
+                                "\npress 1257\nfile\npress 1256\nfile /" + std::string(256, 'x') +
+                                "\npress OK\n");
   EXPECT_EQ(ScriptTest::Boxes(),
-            std::vector<std::string>{"File Error\tThe script file needs a name"});
+            (std::vector<std::string>{
+                "File Error\tThe script file needs a name",
+                "Error\t/" + std::string(256, 'x') + " is longer than 256 characters"}));
   EXPECT_EQ(test.Read("b.scp"), test.file("in.mlt") +
                                     "\n\nINFM    1\nTRUN   10.0000   22.4375\n"
                                     "CONV   1.54056   1.54056  10.00000  22.43750    .06250\n"
