@@ -53,10 +53,11 @@ ViewComplaint NoFit() { return {"Error", "LS error"}; }
 // The page with its title, the origin at the lower left corner of the frame.
 void BeginFrame(Frame& frame) {
   frame.page = BeginPage();
-  const float h = frame.page.textheight;
+  const float line = frame.page.scale * TextUnits;
   MoveOrigin(ws.plotx0, ws.plotheight * 1.07f + ws.ploty0);
-  DrawName(ws.plotwidth * 0.5f, -2 * h, ws.stem20 + "     " + DateTimeStamp(), h, 0, 6);
-  MoveOrigin(0, -(ws.plotheight + 5 * h));
+  DrawName(ws.plotwidth * 0.5f, -2 * line, ws.stem20 + "     " + DateTimeStamp(),
+           frame.page.textheight, 0, 6);
+  MoveOrigin(0, -(ws.plotheight + 5 * line));
 }
 
 void RoundRanges(Frame& frame, Points& points) {

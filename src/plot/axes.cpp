@@ -35,7 +35,12 @@ struct AxisLine {
   void Tick(float along, float size) const {
     LineAt(X(along, 0), Y(along, 0), size, angle + Side() * 90);
   }
+  // Letters that are large for their axis have their title nearer, so that it stays in the margin.
   void Title(std::string_view label, float away) const {
+    const float across =
+        sine * sine * WInfoGrReal(GraphicsGlyphX) + cosine * cosine * WInfoGrReal(GraphicsGlyphY);
+    const float margin = (above ? 10 : 8) * tick;
+    away = std::min(away, margin - 1.5f * textheight * across);
     DrawText(X(length / 2, away), Y(length / 2, away), label, 1.2f * textheight, angle,
              above ? 2 : 6);
   }

@@ -1,6 +1,8 @@
 // The place of a plot on screen and paper.
 #include "plot/page.h"
 
+#include <algorithm>
+
 #include "toolkit/toolkit.h"
 #include "workspace/workspace.h"
 
@@ -19,10 +21,24 @@ void LayPage() {
   }
 }
 
+namespace {
+
+constexpr float kLeastPixels = 9;  // height of letters that can still be read
+constexpr float kMostUnits = 24;   // and of those for which the margins have room
+
+// In a small window the letters do not shrink with the frame.
+float TextHeight(float scale) {
+  const float wanted = scale * TextUnits, pixels = WInfoGrReal(GraphicsPixels);
+  if (!(pixels > 0)) return wanted;
+  return std::max(wanted, std::min(kLeastPixels / pixels, kMostUnits));
+}
+
+}  // namespace
+
 PageLayout BeginPage() {
   PlotInit();
   SetPen(1, 1, colours::kBlack);
   IGrUnitsRotate(OnPaper() ? 270 : 0);
   const float scale = ws.plotscalex;
-  return {scale, scale * 15, scale * 10};
+  return {scale, TextHeight(scale), scale * 10};
 }

@@ -16,11 +16,13 @@ inline constexpr int kGrid = RgbColour(208, 208, 208);
 inline constexpr int kOverlay[] = {kOrange, kMagenta, kBrown, kGreen};
 }  // namespace colours
 
+inline constexpr float TextUnits = 15;        // height of letters at a scale of 1
 inline constexpr float PaperScale = 0.1584f;  // drawing units of paper for one of the screen
 
 struct PageLayout {
-  float scale;  // of all lengths
-  float textheight, tick;
+  float scale;       // of all lengths
+  float textheight;  // at least what can be read on the screen
+  float tick;
 };
 
 // Whether what is drawn goes to paper. A hardcopy that has failed may leave its flag behind, which

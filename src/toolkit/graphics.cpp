@@ -165,6 +165,7 @@ float WInfoGrReal(int n) {
   if (quarter % 2) std::swap(width, height);
   const float ux = std::abs(width / (list.units.x2 - list.units.x1));
   const float uy = std::abs(height / (list.units.y2 - list.units.y1));
+  if (n == GraphicsPixels) return target == &paper ? 0.0f : std::min(ux, uy);
   const float one = n == GraphicsGlyphX ? ux : uy;
   return one > 0 && std::isfinite(one) ? std::min(ux, uy) / one : 1.0f;
 }

@@ -208,6 +208,7 @@ void WGrTextString(float x, float y, const std::string& text);
 enum GraphicsInfo {
   GraphicsGlyphX = 1,  // user units in x that look as long as one unit of a letter's height
   GraphicsGlyphY = 2,  // the same in y
+  GraphicsPixels = 4,  // pixels of the screen for a unit of a letter's height; 0 on paper
   GraphicsPaper = 3,   // 1 if drawing goes to a hardcopy, 0 for the screen
 };
 // About the graphics state. A unit of letter height is the smaller of the two user units as they

@@ -131,7 +131,7 @@ TEST_F(AnalysisPlots, RightAndLeftPointsWhereTheyExist) {
 // No peak and one peak are told of; two or three are drawn, without the numbers of a model that
 // they leave open. Nothing leaves the window, hostile widths included.
 TEST_F(AnalysisPlots, FromOnePeakToAFullList) {
-  OpenWindow(640, 480);
+  OpenWindow(800, 600);
   for (const auto& [view, kind, terms] : {std::array{3, 1, 3}, {3, 2, 3}, {4, 1, 999}, {4, 2, 2}})
     for (int n : {0, 1, 2, 3, 4, MaxPeaks}) {
       SCOPED_TRACE(testing::Message() << n << " peaks, view " << view << " " << kind);

@@ -179,6 +179,25 @@ TEST_F(PatternPlot, LegendNamesTheCurvesBesideThePeak) {
   EXPECT_TRUE(names(55, 0).empty());
 }
 
+// Letters of axes are 15 units high, but never lower than 9 pixels, and stay within the window.
+TEST_F(PatternPlot, LettersOfSmallWindowsCanBeRead) {
+  for (const auto& [width, height, units] :
+       {std::array{1200.0f, 900.0f, 15.0f}, {640, 480, 9 / 0.48f}, {500, 400, 9 / 0.4f}}) {
+    OpenWindow(static_cast<int>(width), static_cast<int>(height));
+    for (ws.viewmode = 1; ws.viewmode <= 4; ws.viewmode += 2) {
+      ws.npeaks = 5;
+      for (int j = 1; j <= 5; ++j) {
+        ws.peaks(ptth, j) = 20.0f * static_cast<float>(j);
+        ws.peaks(pfwhm, j) = 0.1f + 0.01f * static_cast<float>(j);
+      }
+      ws.analysiskind = 1;
+      RedrawView(1);
+      ExpectInside(ScreenList(), 1000, 1000);
+      EXPECT_GE(ReadTexts(ScreenList(), units).size(), 6u) << width << " " << ws.viewmode;
+    }
+  }
+}
+
 TEST_F(PatternPlot, WhatCannotBeDrawnIsToldOnce) {
   const auto complains = [](const std::string& text) {
     ws.plotmask = 63;
