@@ -1,4 +1,6 @@
 // What the menu and the title show of the Workspace.
+#include <span>
+
 #include "plot/plot.h"
 #include "shell/history.h"
 #include "shell/shell.h"
@@ -17,9 +19,14 @@ constexpr int kNeedOverlay[] = {MenuPopupClosePattern, MenuAddPatterns, MenuDisp
                                 MenuFitPatterns,       MenuSaveFitted,  MenuClearFit};
 constexpr int kNeedSum[] = {MenuAddSum, MenuEditSum, MenuCloseSum};
 
-void Enable(int id, bool on) {
-  const Command* command = FindCommand(id);
-  if (command && (command->item.popup || command->IsBuilt())) WMenuSetState(id, MenuEnabled, on);
+// Enables an item, or tells what it waits for.
+void Enable(int id, bool on, const char* need) {
+  WMenuSetState(id, MenuEnabled, on);
+  WMenuSetHint(id, on ? "" : need);
+}
+
+void EnableAll(std::span<const int> ids, bool on, const char* need) {
+  for (int id : ids) Enable(id, on, need);
 }
 
 void Check(int id, bool on) { WMenuSetState(id, MenuChecked, on); }
@@ -29,8 +36,8 @@ void CheckOneOf(int first, int last, int chosen) {
 }
 
 // "Undo Smooth"
-void ShowStep(int id, const char* word, const std::string& title) {
-  Enable(id, !title.empty());
+void ShowStep(int id, const char* word, const std::string& title, const char* need) {
+  Enable(id, !title.empty(), need);
   WMenuSetString(id, title.empty() ? word : word + (" " + title));
 }
 
@@ -39,7 +46,7 @@ void ShowOverlays() {
   const char* free = ws.overlayname(1).empty() ? "Empty" : "";
   for (int k = 1; k <= MaxOverlays; ++k) {
     const bool open = k <= ws.noverlay;
-    Enable(MenuCloseOverlay1 + k - 1, open);
+    Enable(MenuCloseOverlay1 + k - 1, open, "No pattern has this place");
     WMenuSetString(MenuCloseOverlay1 + k - 1, open ? ws.overlayname(k) : free);
   }
 }
@@ -47,13 +54,13 @@ void ShowOverlays() {
 }  // namespace
 
 void ShowMenuState() {
-  for (int id : kNeedPattern) Enable(id, ws.patternloaded);
-  for (int id : kNeedOverlay) Enable(id, ws.overlayitems);
+  EnableAll(kNeedPattern, ws.patternloaded, "Needs a pattern: open one first");
+  EnableAll(kNeedOverlay, ws.overlayitems, "Needs an overlay: Multiple patterns > Open pattern");
   ShowOverlays();
-  Enable(MenuOpenSum, !ws.sumopen);
-  for (int id : kNeedSum) Enable(id, ws.sumopen);
-  Enable(MenuAlpha2Strip, ws.alpha2enabled);
-  Enable(MenuAutodivergence, ws.divergenceenabled);
+  Enable(MenuOpenSum, !ws.sumopen, "A summary file is open: close it first");
+  EnableAll(kNeedSum, ws.sumopen, "Needs a summary file: File > Open sum file");
+  Enable(MenuAlpha2Strip, ws.alpha2enabled, "Has been done to this pattern");
+  Enable(MenuAutodivergence, ws.divergenceenabled, "Has been done to this pattern");
   ShowPlotMarks();
   CheckOneOf(MenuAxisTth, MenuAxisQ, ws.xaxismark);
   CheckOneOf(MenuAxisLinear, MenuAxisLog, ws.yaxismark);
@@ -61,10 +68,10 @@ void ShowMenuState() {
   Check(MenuYGrid, ws.ygridmark);
   Check(MenuDebug, ws.debugmode);
   Check(MenuToolbar, ws.toolbar);
-  ShowStep(MenuUndo, "Undo", UndoTitle());
-  ShowStep(MenuRedo, "Redo", RedoTitle());
-  Enable(MenuSaveHistory, HasHistory());
-  Enable(MenuFitResults, ws.fitnpar > 0);
+  ShowStep(MenuUndo, "Undo", UndoTitle(), "Nothing has been done that could be taken back");
+  ShowStep(MenuRedo, "Redo", RedoTitle(), "Nothing has been taken back");
+  Enable(MenuSaveHistory, HasHistory(), "Nothing has been done yet");
+  Enable(MenuFitResults, ws.fitnpar > 0, "Needs a refinement: Peak fit > General peak fit");
 }
 
 void SetMenuLoaded(int flag) {

@@ -63,6 +63,7 @@ struct MenuItem {
   std::string text;
   bool enabled = true;
   bool checked = false;
+  std::string hint{};  // why it is disabled
 };
 const std::vector<MenuItem>& MenuItems();
 const std::vector<ToolRow>& ToolRows();

@@ -56,6 +56,13 @@ void WMenuSetString(int id, const std::string& text) {
   frontend::MenuChanged(id);
 }
 
+void WMenuSetHint(int id, const std::string& hint) {
+  MenuItem* item = FindItem(id);
+  if (!item || item->hint == hint) return;
+  item->hint = hint;
+  frontend::MenuChanged(id);
+}
+
 int WMenuGetState(int id, int option) {
   const MenuItem* item = FindItem(id);
   return item && (option == MenuChecked ? item->checked : item->enabled) ? 1 : 0;

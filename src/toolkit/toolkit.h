@@ -137,6 +137,8 @@ void WRegisterToolbar(std::span<const ToolRow> rows);
 void WShowToolbar(bool shown);
 void WMenuSetState(int id, int option, int value);
 void WMenuSetString(int id, const std::string& text);
+// What an item that is disabled waits for, in words.
+void WMenuSetHint(int id, const std::string& hint);
 int WMenuGetState(int id, int option);
 std::string WMenuGetString(int id);
 

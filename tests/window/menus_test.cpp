@@ -1,7 +1,9 @@
 // Menus by keyboard, on an empty program and on a loaded one.
 #include <gtest/gtest.h>
 
+#include <QHelpEvent>
 #include <QMenuBar>
+#include <QToolTip>
 #include <set>
 
 #include "shell/shell.h"
@@ -90,6 +92,7 @@ TEST(Menus, ToolbarFollowsTheMenu) {
       EXPECT_GT(colours.size(), 2u) << action->toolTip().toStdString();
     }
     EXPECT_FALSE(tool(MenuRedo)->isEnabled());
+    EXPECT_TRUE(tool(MenuRedo)->toolTip().endsWith("\nNothing has been taken back"));
     EXPECT_EQ(tool(MenuUndo)->toolTip(), "Undo Open pattern (Ctrl+Z)");
     tool(MenuUndo)->trigger();
     co_await Idle();
@@ -100,6 +103,22 @@ TEST(Menus, ToolbarFollowsTheMenu) {
     Pick(MenuToolbar);
     co_await Idle();
     EXPECT_FALSE(Root()->toolbar->isVisible());
+  });
+}
+
+TEST(Menus, WhatIsDisabledTellsWhatItNeeds) {
+  RunWith([]() -> Script {
+    const auto tip = [](int id) {
+      const QPoint at = Root()->menuBar()->actionGeometry(Action(id)).center();
+      QHelpEvent help(QEvent::ToolTip, at, Root()->menuBar()->mapToGlobal(at));
+      QApplication::sendEvent(Root()->menuBar(), &help);
+      return QToolTip::text();
+    };
+    EXPECT_EQ(tip(MenuPopupEdit), "");
+    EXPECT_EQ(tip(MenuPopupModify), "Needs a pattern: open one first");
+    EXPECT_EQ(Action(MenuAddSum)->toolTip(), "Needs a summary file: File > Open sum file");
+    EXPECT_EQ(Action(MenuOpenAny)->toolTip(), "Any format");
+    co_return;
   });
 }
 

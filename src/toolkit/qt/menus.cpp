@@ -2,7 +2,9 @@
 #include "toolkit/qt/menus.h"
 
 #include <QFontMetrics>
+#include <QHelpEvent>
 #include <QMenu>
+#include <QToolTip>
 #include <algorithm>
 
 #include "toolkit/frontend.h"
@@ -41,6 +43,7 @@ QList<QKeySequence> ShortcutsOf(const MenuRow& row) {
 
 void Menus::Build(QMenuBar* bar, QToolBar* tools) {
   bar_ = bar;
+  bar->installEventFilter(this);
   toolbar_ = tools;
   BuildMenu();
   BuildTools();
@@ -86,6 +89,23 @@ void Menus::BuildTools() {
   }
 }
 
+// What the item does, or waits for.
+QString Menus::ToolTipOf(const MenuItem& item) {
+  const QString text = QString::fromStdString(item.text);
+  if (!item.hint.empty()) return QString::fromStdString(item.hint);
+  return IsLiteral(item) ? text : QString(text).remove('&');
+}
+
+// The title of a popup has no tool tip of its own in a menu bar.
+bool Menus::eventFilter(QObject* object, QEvent* event) {
+  if (event->type() != QEvent::ToolTip) return QObject::eventFilter(object, event);
+  const auto* help = static_cast<QHelpEvent*>(event);
+  const QAction* action = bar_->actionAt(help->pos());
+  const bool waits = action && !action->isEnabled();
+  QToolTip::showText(help->globalPos(), waits ? action->toolTip() : QString(), bar_);
+  return true;
+}
+
 // What the button does in words, and the keys that do the same.
 void Menus::UpdateTool(int id) {
   const auto found = tools_.find(id);
@@ -95,6 +115,7 @@ void Menus::UpdateTool(int id) {
   if (text.isEmpty()) text = QString::fromStdString(item->text).remove('&');
   const QList<QKeySequence> keys = ShortcutsOf(item->row);
   if (!keys.isEmpty()) text += " (" + keys.front().toString(QKeySequence::NativeText) + ")";
+  if (!item->hint.empty()) text += "\n" + QString::fromStdString(item->hint);
   found->second->setToolTip(text);
   found->second->setEnabled(item->enabled);
 }
@@ -112,8 +133,6 @@ void Menus::Label(int parent) {
     if (item.row.parent != parent) continue;
     actions.push_back(actions_.at(item.row.id));
     actions.back()->setData(QString::fromStdString(item.text));
-    const QString text = QString::fromStdString(item.text);
-    actions.back()->setToolTip(IsLiteral(item) ? text : QString(text).remove('&'));
     texts.push_back(TextOf(item, metrics));
   }
   const std::vector<QString> shown = WithMnemonics(texts);
@@ -127,6 +146,7 @@ void Menus::Update(int id) {
   QAction* action = found->second;
   if (action->data().toString() != QString::fromStdString(item->text)) Label(item->row.parent);
   UpdateTool(id);
+  action->setToolTip(ToolTipOf(*item));
   action->setEnabled(item->enabled);
   if (item->checked) action->setCheckable(true);
   action->setChecked(item->checked);

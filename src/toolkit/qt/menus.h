@@ -6,7 +6,9 @@
 #include <QToolBar>
 #include <map>
 
-class Menus {
+struct MenuItem;
+
+class Menus : public QObject {
  public:
   void Build(QMenuBar* bar, QToolBar* tools);
   // Shows the present state of an item.
@@ -14,11 +16,13 @@ class Menus {
   // While a dialog stays open beside the plot, no command can be given.
   void SetLocked(bool locked);
   bool Locked() const { return locked_; }
+  bool eventFilter(QObject* object, QEvent* event) override;
 
  private:
   void BuildMenu();
   void BuildTools();
   void UpdateTool(int id);
+  static QString ToolTipOf(const MenuItem& item);
   void Label(int parent);
   void Picked(int id);
 
