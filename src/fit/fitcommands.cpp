@@ -1,6 +1,7 @@
 // The rows of the menu "Peak fit" that belong to the whole-pattern fit.
 #include "fit/fit.h"
 #include "fit/fitfile.h"
+#include "peaks/peaklist.h"
 #include "toolkit/toolkit.h"
 #include "workspace/menuids.h"
 #include "workspace/paths.h"
@@ -54,6 +55,7 @@ Outcome AskLoad(Arguments& arguments) {
                     FileMessage("Error opening fit result file", ws.fitfile, failure.reason));
     return Outcome::Failed;
   }
+  RelistPeaks(ws.npeaks, PeakLoaded);
   static_cast<FitResults&>(ws) = {};
   if (ws.tthzero != 0) ComputeXAxes();
   ws.nbkgcycles = 0;

@@ -11,6 +11,7 @@
 #include "fit/parameters.h"
 #include "fit/profiles.h"
 #include "fit/refine.h"
+#include "peaks/peaklist.h"
 #include "toolkit/toolkit.h"
 #include "workspace/record.h"
 #include "workspace/slots.h"
@@ -64,7 +65,7 @@ bool PutReflections() {
     MessageBoxError("Error", "The unit cell has no volume");
     return false;
   }
-  ws.npeaks = static_cast<int>(found->size());
+  RelistPeaks(static_cast<int>(found->size()), PeakCalculated);
   for (int j = 1; j <= ws.npeaks; ++j) {
     const Reflection& r = (*found)[j - 1];
     for (int field = ptth; field <= pmult; ++field) ws.peaks(field, j) = 0;
@@ -195,6 +196,7 @@ Outcome GeneralFit() {
   if (outcome != Outcome::Done) return outcome;
   ws.plotmask = PlotInput + PlotRefined + PlotResidual + PlotPeaks;
   if (ws.fitrun == 0) return outcome;
+  RelistPeaks(ws.npeaks, ws.fitrun == RunRefine ? PeakFitted : PeakCalculated);
   // Background and calculated pattern lie on the points of the pattern, on every axis.
   for (int slot : {SlotBackground, SlotRefined}) {
     for (int axis = AxisTth; axis <= AxisQ; ++axis)

@@ -5,6 +5,7 @@
 #include "crystal/laue.h"  // for CenteringP
 #include "index/celllines.h"
 #include "index/driver.h"
+#include "peaks/peaklist.h"
 #include "plot/beside.h"
 #include "toolkit/controls.h"
 #include "toolkit/toolkit.h"
@@ -113,7 +114,7 @@ Outcome ApplySolution(const IndexingEngine& engine) {
                                           .range = {FirstTth(SlotInput), LastTth(SlotInput)},
                                           .step = FirstStepOf(SlotInput),
                                           .zeroshift = ws.zeroshift});
-  ws.npeaks = static_cast<int>(lines.size());
+  RelistPeaks(static_cast<int>(lines.size()), PeakCalculated);
   for (int j = 1; j <= ws.npeaks; ++j) {
     ws.peaks(ptth, j) = lines[j - 1].tth;
     ws.peaks(phkl, j) = static_cast<float>(PackHkl(lines[j - 1].hkl));

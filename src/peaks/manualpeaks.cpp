@@ -47,8 +47,8 @@ void Pan(int button) {
 }
 
 void AddPeak(float x) {
-  if (!RoomForPeak()) return;
-  ws.peaks(ptth, ++ws.npeaks) = TwoThetaOf(x);
+  const int row = AppendPeak(PeakPicked);
+  if (row > 0) ws.peaks(ptth, row) = TwoThetaOf(x);
 }
 
 // Takes the first position within the tolerance out of the list, not the nearest. Only the

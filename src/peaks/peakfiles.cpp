@@ -88,7 +88,7 @@ Outcome LoadPeaks(const std::string& path) {
     MessageBoxError("File error", FileMessage("Error opening peak info file", path, file.Reason()));
     return Outcome::Failed;
   }
-  ws.npeaks = ReadPeakFile(file);
+  RelistPeaks(ReadPeakFile(file), PeakLoaded);
   if (ws.npeaks > 0 && ws.plotmask < PlotPeaks) ws.plotmask += PlotPeaks;
   return Outcome::Done;
 }
@@ -101,8 +101,7 @@ Outcome EditPeaks() {
 
 // Empties the list and the curve of single-peak fits.
 Outcome ClearPeaks() {
-  ws.peaks.fill(0);
-  ws.npeaks = 0;
+  static_cast<PeakTables&>(ws) = {};
   std::ranges::fill(ws.yval.row(SlotRefined), 0.0f);
   ws.plotmask = ws.viewmode = 1;
   return Outcome::Done;

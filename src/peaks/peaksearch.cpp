@@ -137,6 +137,7 @@ Outcome OnPeakSearch() {
     ws.peaks(pint, ws.npeaks) = raw[c.at];
     ws.peaks(pfwhm, ws.npeaks) = s * static_cast<float>(c.width);
   }
+  RelistPeaks(ws.npeaks, PeakSearched);
   if (ws.npeaks > 0) ws.plotmask = PlotInput + PlotBackground + PlotPeaks;
   return Outcome::Done;
 }

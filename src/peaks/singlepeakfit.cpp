@@ -133,29 +133,20 @@ void CurveToRefined(const Points& piece, const std::vector<float>& calc) {
   ws.npts(SlotRefined) = ws.npts(SlotInput);
 }
 
-struct ListChange {
-  int row = 0;  // 0: the list was full
-  bool appended = false;
-};
-
 // Writes the results to the first row within the tolerance, or to a new one. The left width and
-// shape are not kept: they follow from the means and the right ones.
-ListChange UpdateList() {
+// shape are not kept: they follow from the means and the right ones. Returns the row; 0 if the list
+// was full.
+int UpdateList() {
   const float tolerance = ws.sphwtol * ws.spfwhmmean;
-  ListChange change{1};
-  while (change.row <= PeakRows() &&
-         !(std::fabs(ws.peaks(ptth, change.row) - ws.spposition) <= tolerance))
-    ++change.row;
-  if (change.row > PeakRows()) {
-    if (!RoomForPeak()) return {};
-    ws.npeaks = change.row;
-    change.appended = true;
-  }
+  int row = 1;
+  while (row <= PeakRows() && !(std::fabs(ws.peaks(ptth, row) - ws.spposition) <= tolerance)) ++row;
+  if (row > PeakRows()) row = AppendPeak(PeakFitted);
+  if (row == 0) return 0;
+  NotePeak(row, PeakFitted);
   const float fields[] = {ws.spposition,  ws.sparea,      ws.spfwhmmean,
                           ws.spshapemean, ws.spfwhmright, ws.spshaperight};
-  for (int field = ptth; field <= pshaper; ++field)
-    ws.peaks(field, change.row) = fields[field - ptth];
-  return change;
+  for (int field = ptth; field <= pshaper; ++field) ws.peaks(field, row) = fields[field - ptth];
+  return row;
 }
 
 std::string LeftMeanRight(float left, float mean, float right) {
@@ -198,13 +189,13 @@ Outcome SinglePeakFit(const std::function<bool()>& accept) {
   }
   KeepResults(p);
   CurveToRefined(piece, calc);
-  const ListChange change = UpdateList();
+  const int row = UpdateList();
   ws.plotmask = PlotInput + PlotRefined + PlotPeaks;
   if (!accept || accept()) {
     ws.plotmask = PlotInput + PlotRefined + PlotResidual + PlotPeaks;
     return Outcome::Done;
   }
-  if (change.row > 0) RemovePeak(change.row, pmult);
+  if (row > 0) RemovePeak(row, pmult);
   ws.plotmask = PlotInput;
   return Outcome::Done;
 }

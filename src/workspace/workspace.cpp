@@ -41,8 +41,7 @@ int ActiveSlot() {
 }
 
 void ClearPeakFit() {
-  ws.peaks.fill(0);
-  ws.npeaks = 0;
+  static_cast<PeakTables&>(ws) = {};
   static_cast<FitParameters&>(ws) = FitParameters{};
   ws.fwhmleft = ws.fwhmright = ws.caglmin;
   ws.shapeleft = ws.shaperight = ws.shapemin;

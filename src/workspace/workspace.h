@@ -43,6 +43,10 @@ enum PlotSwitch {
 // Rows of `peaks`. After a general fit pfwhmr and pshaper hold the left values.
 enum PeakField { ptth = 1, pint, pfwhm, pshape, pfwhmr, pshaper, phkl, pmult };
 
+// Where a row of the peak list has its values from. Of a fitted one area and widths are fitted, and
+// the position too, by itself or as the cell puts it.
+enum PeakOrigin { PeakSearched = 1, PeakPicked, PeakFitted, PeakCalculated, PeakLoaded };
+
 // Fields of a row of `solutions`: the cell in angstrom, degrees and cubic angstrom, its figure of
 // merit, and the lines that ITO has indexed or TREOR90 has not.
 enum SolutionField { sola = 1, solb, solc, solalpha, solbeta, solgamma, solvolume, solfom, solnix };
@@ -188,9 +192,21 @@ struct PointStore {
   Table<int, 4, MaxPoints> ptrefl;  // which reflections reach a point; of use only within a fit
 };
 
+// The peak list in rising two-theta order, with one spare row that no reader uses. Rows are added,
+// moved and replaced by the routines of peaks/peaklist.h, which keep all tables in step.
+struct PeakTables {
+  Table<float, 8, MaxPeaks + 1> peaks;
+  int npeaks = 0;
+  Table<int, MaxPeaks + 1> peakorigin;    // a PeakOrigin
+  Table<int, MaxPeaks + 1> peakfailed;    // 1: its last fit has failed and left it as it was
+  Table<float, 3, MaxPeaks + 1> peakesd;  // of position, area and FWHM; 0: none
+
+  bool operator==(const PeakTables&) const = default;
+};
+
 // What is known of the pattern beside its points: names, header, peaks, results, and how it is
 // shown.
-struct PatternData {
+struct PatternData : PeakTables {
   // View
   int viewmode = 0;                  // 0 nothing, 1 pattern, 2 report, 3 width plots, 4 size plots
   int plotmask = 0;                  // sum of PlotSwitch
@@ -217,10 +233,6 @@ struct PatternData {
   Table<std::string, MaxOverlays> overlayname;
   Table<float, 3> scanwave;    // the file's alpha1, alpha2 and their ratio
   float axiswave = CuKalpha1;  // that of the d and Q axes as they stand in xval
-
-  // Peak list in rising two-theta order, with one spare row that no reader uses.
-  Table<float, 8, MaxPeaks + 1> peaks;
-  int npeaks = 0;
 
   // Points set by hand: row 1 two-theta, row 2 counts.
   Table<float, 2, MaxManualPoints> manualbg;

@@ -76,4 +76,53 @@ TEST_F(PeakList, LoadsWhatIsThereAndEndsCleanly) {
   EXPECT_EQ(ws.plotmask, 1);
 }
 
+// One row of each kind; the e.s.d.s that a row has go with it.
+TEST_F(PeakList, TellsWhereItsRowsAreFrom) {
+  const auto origins = [] {
+    const auto row = ws.peakorigin.row();
+    return std::vector<int>(row.begin(), row.begin() + ws.npeaks);
+  };
+  const auto pick = [](const std::string& lines) {
+    Answer(lines + "\npress OK");
+    ManualPeakSearch();
+  };
+  const auto markfirst = [] {
+    ws.peakfailed(1) = 1;
+    for (int k = 1; k <= 3; ++k) ws.peakesd(k, 1) = 0.5f;
+  };
+  const auto esds = [](int row) {
+    return ws.peakesd(1, row) + ws.peakesd(2, row) + ws.peakesd(3, row);
+  };
+  OnPeakSearch();
+  markfirst();
+  pick("mouse left 70 500\nmouse left 20 500");
+  EXPECT_EQ(origins(), (std::vector{PeakPicked + 0, PeakSearched + 0, PeakPicked + 0}));
+  EXPECT_EQ(ws.peakfailed(2), 1);
+  EXPECT_EQ(esds(2), 1.5f);
+  EXPECT_EQ(esds(1) + esds(3), 0);
+  SinglePeakFit();  // of the row in the middle
+  EXPECT_EQ(ws.peakorigin(2), PeakFitted);
+  EXPECT_EQ(esds(2) + static_cast<float>(ws.peakfailed(2)), 0);
+
+  // Where only positions close the gap, a row is of two peaks.
+  ws.peakesd(1, 3) = 0.25f;
+  markfirst();
+  ws.plotmask = 1;
+  pick("mouse right 50 500");
+  EXPECT_EQ(origins(), (std::vector{PeakPicked + 0, PeakPicked + 0}));
+  EXPECT_EQ(esds(1), 1.5f);
+  EXPECT_EQ(esds(2), 0);
+
+  SavePeaks(dir.file("a.pks"));
+  LoadPeaks(dir.file("a.pks"));
+  EXPECT_EQ(origins(), (std::vector{PeakLoaded + 0, PeakLoaded + 0}));
+  EXPECT_EQ(esds(1) + static_cast<float>(ws.peakfailed(1)), 0);
+  ClearPeaks();
+  EXPECT_EQ(ws.peakorigin(1), 0);
+  ws.npeaks = 2;
+  RunMenu(40108, "file " + dir.file("a.fit"));
+  RunMenu(40109, "file " + dir.file("a.fit"));  // without a fit before it none follows
+  EXPECT_EQ(origins(), (std::vector{PeakLoaded + 0, PeakLoaded + 0}));
+}
+
 }  // namespace
