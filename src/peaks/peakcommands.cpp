@@ -2,6 +2,7 @@
 #include "peaks/peaks.h"
 #include "toolkit/controls.h"
 #include "toolkit/toolkit.h"
+#include "workspace/menuids.h"
 #include "workspace/parameters.h"
 #include "workspace/text.h"
 #include "workspace/workspace.h"
@@ -149,6 +150,10 @@ constexpr Command kAnalysisCommands[] = {
     Analysis(40097, "Plot peak shape", 3, 2),
     Analysis(40098, "Plot particle size", 4, 1),
     Analysis(40099, "Williamson-Hall plot", 4, 2),
+    {.item = {MenuFitAllPeaks, "Fit all peaks", kFitPopup},
+     .run = Plain<FitAllPeaks>,
+     .redraw = Redraw::Keep,
+     .undo = true},
 };
 
 }  // namespace

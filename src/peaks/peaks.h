@@ -21,6 +21,11 @@ Outcome SinglePeakFit(const std::function<bool()>& accept = {});
 // Shows the results of the fit on the plot; true if the user accepts them.
 bool AcceptPeakFit();
 
-// The menu "Peak search" and the first rows of "Peak fit"; and its plots.
+// Fits every peak of the list to slot 1, those that overlap together. A row takes position, area,
+// widths and shapes with their e.s.d.s, and keeps its indices; one of which there is no fit keeps
+// all and is marked. Leaves the calculated pattern in slot 4.
+Outcome FitAllPeaks();
+
+// The menu "Peak search" and the first rows of "Peak fit"; and its plots, with what follows them.
 std::span<const Command> PeakCommands();
 std::span<const Command> AnalysisCommands();

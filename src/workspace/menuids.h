@@ -9,6 +9,7 @@ enum MenuId {
   MenuSaveHistory,
   MenuFitResults,
   MenuLegend,
+  MenuFitAllPeaks,
   MenuToolbar = 40211,
   MenuSavePattern = 40003,
   MenuOpenSum = 40114,

@@ -48,12 +48,14 @@ struct Pattern {
   double start = 10, step = 0.02;
   int points = 4001;
   double background = 100, slope = 0;  // counts, and counts per degree
+  double bend = 0;                     // counts per squared degree
   double alpha2 = 0;                   // ratio to alpha1
   std::vector<Peak> peaks = {};
 };
 
 inline double Intensity(const Pattern& pattern, double x) {
-  double y = pattern.background + pattern.slope * (x - pattern.start);
+  const double along = x - pattern.start;
+  double y = pattern.background + pattern.slope * along + pattern.bend * along * along;
   for (const Peak& p : pattern.peaks) {
     y += Split(p, x - p.position);
     if (pattern.alpha2 > 0) y += pattern.alpha2 * Split(p, x - Alpha2Position(p.position));
@@ -65,12 +67,11 @@ inline double Intensity(const Pattern& pattern, double x) {
 // noisy.
 inline void Load(const Pattern& pattern, unsigned seed = 0) {
   std::mt19937 noise(seed);
-  std::normal_distribution<double> deviate;
   ws.npts(SlotInput) = pattern.points;
   for (int i = 1; i <= pattern.points; ++i) {
     const double x = pattern.start + pattern.step * (i - 1);
     double y = Intensity(pattern, x);
-    if (seed) y = std::max(0.0, std::round(y + std::sqrt(y) * deviate(noise)));
+    if (seed) y = static_cast<double>(std::poisson_distribution<long long>(y)(noise));
     ws.xval(AxisTth, SlotInput, i) = static_cast<float>(x);
     ws.yval(SlotInput, i) = static_cast<float>(y);
   }

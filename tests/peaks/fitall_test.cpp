@@ -1,0 +1,361 @@
+// The fit of all peaks of a list.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <functional>
+#include <limits>
+
+#include "peaks/peaks.h"
+#include "peaks/simulate.h"
+#include "peaks/splitpeak.h"
+#include "support/support.h"
+#include "workspace/menuids.h"
+
+using simulate::Load;
+using simulate::Pattern;
+using simulate::Peak;
+using simulate::Symmetric;
+
+namespace {
+
+struct FitAll : testing::Test {
+  FitAll() { FreshWorkspace(); }
+};
+
+// The list as a search leaves it: on the points, and a step high.
+void ListPeaks(const std::vector<Peak>& peaks, double step = 0.02, double high = 1) {
+  ws.npeaks = static_cast<int>(peaks.size());
+  for (int j = 1; j <= ws.npeaks; ++j) {
+    const double point = std::round(peaks[j - 1].position / step) + high;
+    ws.peaks(ptth, j) = static_cast<float>(point * step);
+  }
+}
+
+void ListAt(const std::vector<float>& positions) {
+  ws.npeaks = static_cast<int>(positions.size());
+  std::ranges::copy(positions, ws.peaks.row(ptth).begin());
+}
+
+TEST_F(FitAll, ProfileAndDerivativesAreThoseOfThePeak) {
+  for (double ratio : {0.0, 0.5})
+    for (double position : {20.0, 155.0}) {
+      const FitWavelengths lines{simulate::Lambda1, simulate::Lambda2, static_cast<float>(ratio)};
+      const auto make = [&](const SplitDerivatives& p) {
+        return SplitPeak{p[Area],      p[Position],           std::exp(p[LogLeft]),
+                         p[LeftShape], std::exp(p[LogRight]), p[RightShape]};
+      };
+      const SplitDerivatives p{300, position, std::log(0.11), 0.3, std::log(0.08), 0.8};
+      const Peak truth{position, 300, 0.11, 0.3, 0.08, 0.8};
+      for (double d : {-0.5, -0.07, -0.01, 0.02, 0.09, 0.6}) {
+        const double x = position + d;
+        SplitDerivatives derivatives;
+        const double value = DoubletProfile(make(p), lines).At(x, derivatives);
+        EXPECT_NEAR(value, DoubletProfile(make(p), lines).At(x), 1e-12 * value);
+        EXPECT_NEAR(value,
+                    simulate::Intensity({.background = 0, .alpha2 = ratio, .peaks = {truth}}, x),
+                    2e-4 * value);  // of the wavelengths, which are 32-bit here
+        for (int k = 0; k < SplitParameters; ++k) {
+          SplitDerivatives above = p, below = p;
+          const double h = 1e-6;
+          above[k] += h, below[k] -= h;
+          const double slope = (DoubletProfile(make(above), lines).At(x) -
+                                DoubletProfile(make(below), lines).At(x)) /
+                               (2 * h);
+          EXPECT_NEAR(derivatives[k], slope, 1e-5 * (1 + std::fabs(slope))) << k << " " << d;
+        }
+      }
+    }
+}
+
+// Deviations of position, area and FWHM from the truth in e.s.d.s.
+struct Spread {
+  int fitted = 0, all = 0, beyond = 0;  // four e.s.d.s
+  double squares[3] = {}, error = 0;
+
+  void Add(const std::vector<Peak>& peaks) {
+    for (int j = 1; j <= ws.npeaks; ++j) {
+      ++all;
+      if (ws.peakfailed(j)) continue;
+      ++fitted;
+      const Peak& t = peaks[j - 1];
+      const double off[] = {ws.peaks(ptth, j) - t.position, ws.peaks(pint, j) - t.area,
+                            ws.peaks(pfwhm, j) - (t.left + t.right) / 2};
+      error += std::fabs(off[0]);
+      for (int k = 0; k < 3; ++k) {
+        const double deviates = off[k] / ws.peakesd(k + 1, j);
+        squares[k] += deviates * deviates;
+        beyond += !(std::fabs(deviates) <= 4);
+      }
+    }
+  }
+  double Of(int k) const { return std::sqrt(squares[k] / fitted); }
+};
+
+// Each of 40 peaks, with a partner of half its height behind it if there is a distance.
+struct Kind {
+  const char* name;
+  double height, distance;
+  double left, right, shape;
+  double slope, bend;
+  double error;                       // mean of the positions' in degrees
+  double narrow = 0.85, wide = 1.12;  // of the spreads
+};
+
+std::vector<Peak> PeaksOf(const Kind& kind) {
+  std::vector<Peak> peaks;
+  const Peak shape = simulate::Symmetric(0, 1, (kind.left + kind.right) / 2, kind.shape);
+  for (int i = 0; i < 40; ++i) {
+    Peak p{12.003 + 1.91 * i, kind.height * shape.area, kind.left, kind.shape, kind.right,
+           kind.shape};
+    peaks.push_back(p);
+    p.position += kind.distance;
+    p.area /= 2;
+    if (kind.distance > 0) peaks.push_back(p);
+  }
+  return peaks;
+}
+
+// A twentieth of a step is 0.001 degrees. Restraints know the truth of pairs beforehand: their
+// spreads are below 1.
+TEST_F(FitAll, FindsTheTruthWithinHonestErrors) {
+  const Kind kinds[] = {
+      {"symmetric", 10000, 0, 0.1, 0.1, 0.5, 0, 0, 0.001},
+      {"split", 10000, 0, 0.12, 0.08, 0.4, 4, 0, 0.001},
+      {"curved background", 10000, 0, 0.12, 0.08, 0.6, -8, 0.1, 0.001},
+      {"Gaussian", 10000, 0, 0.1, 0.1, 0, 0, 0, 0.001, 0.85, 1.2},  // shapes end at the limit
+      {"a tenth", 1000, 0, 0.12, 0.08, 0.4, 0, 0, 0.0025},
+      {"two widths apart", 10000, 0.2, 0.12, 0.08, 0.5, 0, 0, 0.0012, 0.6},
+      {"nearer", 10000, 0.12, 0.1, 0.1, 0.5, 0, 0, 0.0012, 0.6},
+  };
+  for (const Kind& kind : kinds) {
+    const std::vector<Peak> peaks = PeaksOf(kind);
+    Spread spread;
+    for (int seed = 1; seed <= 5; ++seed) {
+      Load({.background = 400,
+            .slope = kind.slope,
+            .bend = kind.bend,
+            .alpha2 = 0.5,
+            .peaks = peaks},
+           seed);
+      ws.peakfailed.fill(0);
+      ListPeaks(peaks);
+      FitAllPeaks();
+      spread.Add(peaks);
+    }
+    EXPECT_GE(spread.fitted, 0.97 * spread.all) << kind.name;
+    EXPECT_LT(spread.error / spread.fitted, kind.error) << kind.name;
+    EXPECT_LE(spread.beyond, 1) << kind.name;
+    for (int k = 0; k < 3; ++k) {
+      EXPECT_GT(spread.Of(k), kind.narrow) << kind.name << " " << k;
+      EXPECT_LT(spread.Of(k), kind.wide) << kind.name << " " << k;
+    }
+  }
+}
+
+// Counts by the second: weights are wrong by a factor, and the results are the same.
+TEST_F(FitAll, ErrorsDoNotDependOnTheUnitOfCounts) {
+  const std::vector<Peak> peaks = {Symmetric(30, 500, 0.1), Symmetric(30.15, 300, 0.1)};
+  Load({.peaks = peaks}, 3);
+  ListPeaks(peaks);
+  FitAllPeaks();
+  const auto esds = ws.peakesd;
+  const auto fields = ws.peaks;
+  for (float& y : ws.yval.row(SlotInput)) y *= 50;
+  ListPeaks(peaks);
+  FitAllPeaks();
+  for (int j = 1; j <= 2; ++j) {
+    EXPECT_NEAR(ws.peaks(ptth, j), fields(ptth, j), 0.1 * esds(1, j)) << j;
+    for (int k = 1; k <= 3; ++k)
+      EXPECT_NEAR(ws.peakesd(k, j) / esds(k, j), k == 2 ? 50 : 1, k == 2 ? 1 : 0.02) << k;
+  }
+}
+
+// Without noise the group of one is the fit of a single peak.
+TEST_F(FitAll, AgreesWithTheFitOfASinglePeak) {
+  const Pattern pattern{.start = 28.5,
+                        .step = 0.01,
+                        .points = 400,
+                        .slope = 5,
+                        .alpha2 = 0.5,
+                        .peaks = {{30.5, 1000, 0.13, 0.3, 0.09, 0.7}}};
+  Load(pattern);
+  ListAt({30.49f});
+  SinglePeakFit();
+  const auto single = ws.peaks;
+  ListAt({30.49f});
+  FitAllPeaks();
+  for (int field = ptth; field <= pshaper; ++field)
+    EXPECT_NEAR(ws.peaks(field, 1), single(field, 1), 1e-3 * single(field, 1)) << field;
+  for (int i : {150, 201, 215}) EXPECT_NEAR(ws.yval(SlotRefined, i), ws.yval(SlotInput, i), 2) << i;
+}
+
+// The list of a search, in the order of a list by hand; then in order with all that a row holds.
+TEST_F(FitAll, RowsKeepTheirIndicesAndTheBadOnesAll) {
+  const std::vector<Peak> peaks = {Symmetric(30, 3000, 0.1), Symmetric(50, 500, 0.12)};
+  Load({.slope = 1, .alpha2 = 0.5, .peaks = peaks}, 7);
+  ListAt({50.03f, 29.98f, 40});
+  for (int field = pint; field <= pmult; ++field)
+    for (int j = 1; j <= 3; ++j) ws.peaks(field, j) = static_cast<float>(10 * j + field);
+  for (int j = 1; j <= 3; ++j) ws.peakorigin(j) = PeakPicked;
+  ws.peakesd(1, 3) = 0.25f;
+  ws.xval(AxisD, SlotInput, 7) = 2;
+  EXPECT_EQ(FitAllPeaks(), Outcome::Done);
+  const float code[] = {27, 37, 17};
+  for (int j = 1; j <= 3; ++j) {
+    EXPECT_EQ(ws.peaks(phkl, j), code[j - 1]);
+    EXPECT_EQ(ws.peaks(pmult, j), code[j - 1] + 1);
+    EXPECT_EQ(ws.peakfailed(j), j == 2);
+    EXPECT_EQ(ws.peakorigin(j), j == 2 ? PeakPicked : PeakFitted);
+  }
+  EXPECT_NEAR(ws.peaks(ptth, 1), 30, 4 * ws.peakesd(1, 1));
+  EXPECT_NEAR(ws.peaks(pint, 3), peaks[1].area, 4 * ws.peakesd(2, 3));
+  const float kept[] = {40, 32, 33, 34, 35, 36};
+  for (int field = ptth; field <= pshaper; ++field) EXPECT_EQ(ws.peaks(field, 2), kept[field - 1]);
+  EXPECT_EQ(ws.peakesd(1, 2), 0.25f);
+  EXPECT_EQ(ws.plotmask, 53);
+  EXPECT_EQ(ws.npts(SlotRefined), 4001);
+  EXPECT_EQ(ws.xval(AxisD, SlotRefined, 7), 2);
+  EXPECT_EQ(Events().back(), "status\t3\t2 of 3 peaks fitted, 1 did not converge");
+
+  ws.npeaks = 1;
+  FitAllPeaks();
+  EXPECT_EQ(Events().back(), "status\t3\t1 peaks fitted");
+  ws.npeaks = 0;
+  EXPECT_EQ(FitAllPeaks(), Outcome::Failed);
+  EXPECT_EQ(Events(), std::vector<std::string>{"box\tError\tNo peaks in list"});
+}
+
+// Twenty peaks that overlap are cut into groups that know of each other; the curve is the pattern,
+// and the estimate where there is no peak.
+TEST_F(FitAll, LongChainsAreCut) {
+  std::vector<Peak> peaks;
+  for (int i = 0; i < 20; ++i)
+    peaks.push_back(Symmetric(30.01 + 0.22 * i, i % 3 ? 2000 : 6000, 0.1, 0.7));
+  Load({.slope = 2, .bend = 0.01, .alpha2 = 0.5, .peaks = peaks}, 5);
+  ListPeaks(peaks);
+  Spread spread;
+  FitAllPeaks();
+  spread.Add(peaks);
+  EXPECT_EQ(spread.fitted, 20);
+  EXPECT_LE(spread.beyond, 1);
+  for (int i = 1; i <= 4001; i += 50) {
+    const double y = ws.yval(SlotInput, i);
+    EXPECT_NEAR(ws.yval(SlotRefined, i), y, 6 * std::sqrt(y)) << i;
+  }
+}
+
+// From a search, a step high and with finds in the noise, to positions that are good for indexing:
+// each peak has its fitted row, and hardly any find of noise counts as one.
+TEST_F(FitAll, IsTheRoadBehindASearch) {
+  std::vector<Peak> peaks;
+  for (int i = 0; i < 30; ++i)
+    peaks.push_back(Symmetric(12.007 + 2.47 * i, 100 + 10 * i * i, 0.11));
+  double before = 0, behind = 0;
+  int invented = 0, marked = 0;
+  for (int seed = 1; seed <= 5; ++seed) {
+    Load({.peaks = peaks}, seed);
+    ws.pksmooth = 5;
+    ws.pksigma = 4;
+    const auto nearest = [&](const Peak& peak) {
+      double off = 1;
+      for (int j = 1; j <= ws.npeaks; ++j)
+        if (!ws.peakfailed(j)) off = std::min(off, std::fabs(ws.peaks(ptth, j) - peak.position));
+      return off;
+    };
+    OnPeakSearch();
+    for (const Peak& peak : peaks) before += nearest(peak);
+    FitAllPeaks();
+    for (const Peak& peak : peaks) behind += nearest(peak);
+    const int failed =
+        static_cast<int>(std::ranges::count(ws.peakfailed.row().first(ws.npeaks), 1));
+    marked += failed;
+    invented += ws.npeaks - failed - 30;
+  }
+  EXPECT_GT(before / 150, 0.015);
+  EXPECT_LT(behind / 150, 0.0025);
+  EXPECT_GT(marked, 100);
+  EXPECT_LE(invented, marked / 20);
+}
+
+TEST_F(FitAll, BadListsAndPatternsEndWithMarks) {
+  const float most = std::numeric_limits<float>::max(),
+              nan = std::numeric_limits<float>::quiet_NaN();
+  const auto steps = [](float (*x)(int)) {
+    for (int i = 1; i <= 4001; ++i) ws.xval(AxisTth, SlotInput, i) = x(i);
+  };
+  const auto counts = [](const std::function<float(float)>& changed) {
+    for (float& y : ws.yval.row(SlotInput)) y = changed(y);
+  };
+  const struct {
+    const char* name;
+    std::vector<float> rows;
+    std::function<void()> spoil;
+    std::vector<int> failed;
+  } table[] = {
+      {"as it is", {30, 50}, [] {}, {0, 0}},
+      {"two rows for one", {30, 30, 50}, [] {}, {0, 1, 0}},
+      {"a step apart", {30, 30.02f, 50}, [] {}, {0, 1, 0}},
+      {"outside", {-5, 9.9f, 50, 95}, [] {}, {1, 1, 0, 1}},
+      {"at the ends", {10, 50, 90}, [] {}, {1, 0, 1}},
+      {"half a peak", {30, 50}, [] { ws.npts(SlotInput) = 2003; }, {0, 0}},
+      {"where nothing is", {20, 30, 41, 77}, [] {}, {1, 0, 1, 1}},
+      {"on the tail of a peak", {30, 30.4f}, [] {}, {0, 1}},
+      {"not a number", {30, nan}, [] {}, {0, 1}},
+      {"negative counts", {30, 50}, [&] { counts([](float y) { return y - 150; }); }, {0, 0}},
+      {"no background",
+       {30, 50},
+       [&] { counts([](float y) { return std::max(0.0f, y - 130); }); },
+       {0, 0}},
+      {"nothing at all", {30, 50}, [&] { counts([](float) { return 0.0f; }); }, {1, 1}},
+      {"flat", {30, 50}, [&] { counts([](float) { return 7.0f; }); }, {1, 1}},
+      {"the largest",
+       {30, 50},
+       [&] { counts([&](float y) { return y > 1000 ? most : y; }); },
+       {1, 1}},
+      {"all the largest", {30, 50}, [&] { counts([&](float) { return most; }); }, {1, 1}},
+      {"one point", {10, 50}, [] { ws.npts(SlotInput) = 1; }, {1, 1}},
+      {"few points", {10.02f}, [] { ws.npts(SlotInput) = 5; }, {1}},
+      {"one place", {30, 50}, [&] { steps([](int) { return 30.0f; }); }, {1, 1}},
+      {"falling",
+       {30, 50},
+       [&] { steps([](int i) { return 90 - 0.02f * static_cast<float>(i); }); },
+       {1, 1}},
+  };
+  for (const auto& row : table) {
+    Load({.peaks = {Symmetric(30, 2000, 0.1), Symmetric(50, 1000, 0.12)}}, 2);
+    row.spoil();
+    ListAt(row.rows);
+    ws.peakfailed.fill(0);
+    FitAllPeaks();
+    for (std::size_t j = 1; j <= row.rows.size(); ++j) {
+      EXPECT_EQ(ws.peakfailed(j), row.failed[j - 1]) << row.name << " " << j;
+      if (ws.peakfailed(j)) continue;
+      for (int k = 1; k <= 3; ++k) EXPECT_GT(ws.peakesd(k, j), 0) << row.name;
+      EXPECT_NEAR(ws.peaks(ptth, j), ws.peaks(ptth, j) < 40 ? 30 : 50, 0.01) << row.name;
+    }
+    for (int i = 1; i <= ws.npts(SlotRefined); ++i)
+      ASSERT_TRUE(std::isfinite(ws.yval(SlotRefined, i))) << row.name << " " << i;
+  }
+}
+
+// Steps of 0.02 up to 40 degrees, and of 0.05 beyond.
+TEST_F(FitAll, TakesStepsAsTheyCome) {
+  const Pattern pattern{.alpha2 = 0.5,
+                        .peaks = {Symmetric(30, 5000, 0.15), Symmetric(50, 5000, 0.15)}};
+  Load(pattern);
+  ws.npts(SlotInput) = 2501;
+  for (int i = 1; i <= 2501; ++i) {
+    const double x = i <= 1501 ? 10 + 0.02 * (i - 1) : 40 + 0.05 * (i - 1501);
+    ws.xval(AxisTth, SlotInput, i) = static_cast<float>(x);
+    ws.yval(SlotInput, i) = static_cast<float>(std::round(simulate::Intensity(pattern, x)));
+  }
+  ListAt({30.01f, 50.03f});
+  FitAllPeaks();
+  for (int j = 1; j <= 2; ++j) {
+    EXPECT_NEAR(ws.peaks(ptth, j), j == 1 ? 30 : 50, 2e-4);
+    EXPECT_NEAR(ws.peaks(pfwhm, j), 0.15, 1e-3);
+    EXPECT_NEAR(ws.peaks(pint, j), pattern.peaks[0].area, 4);
+  }
+}
+
+}  // namespace
