@@ -52,10 +52,10 @@ void PutCurve(const std::vector<float>& curve) {
 }
 
 void TellFitted(int fitted, int all) {
-  const auto text = [](int n) { return std::to_string(n); };
-  WindowOutStatusBar(3, fitted == all ? text(all) + " peaks fitted"
-                                      : text(fitted) + " of " + text(all) + " peaks fitted, " +
-                                            text(all - fitted) + " did not converge");
+  const std::string peaks = std::to_string(all) + (all == 1 ? " peak fitted" : " peaks fitted");
+  WindowOutStatusBar(3, fitted == all ? peaks
+                                      : std::to_string(fitted) + " of " + peaks + ", " +
+                                            std::to_string(all - fitted) + " did not converge");
 }
 
 }  // namespace

@@ -219,7 +219,7 @@ TEST_F(FitAll, RowsKeepTheirIndicesAndTheBadOnesAll) {
 
   ws.npeaks = 1;
   FitAllPeaks();
-  EXPECT_EQ(Events().back(), "status\t3\t1 peaks fitted");
+  EXPECT_EQ(Events().back(), "status\t3\t1 peak fitted");
   ws.npeaks = 0;
   EXPECT_EQ(FitAllPeaks(), Outcome::Failed);
   EXPECT_EQ(Events(), std::vector<std::string>{"box\tError\tNo peaks in list"});

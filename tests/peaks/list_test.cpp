@@ -96,7 +96,7 @@ TEST_F(PeakList, TellsWhereItsRowsAreFrom) {
   OnPeakSearch();
   markfirst();
   pick("mouse left 70 500\nmouse left 20 500");
-  EXPECT_EQ(origins(), (std::vector{PeakPicked + 0, PeakSearched + 0, PeakPicked + 0}));
+  EXPECT_EQ(origins(), (std::vector<int>{PeakPicked, PeakSearched, PeakPicked}));
   EXPECT_EQ(ws.peakfailed(2), 1);
   EXPECT_EQ(esds(2), 1.5f);
   EXPECT_EQ(esds(1) + esds(3), 0);
@@ -109,20 +109,20 @@ TEST_F(PeakList, TellsWhereItsRowsAreFrom) {
   markfirst();
   ws.plotmask = 1;
   pick("mouse right 50 500");
-  EXPECT_EQ(origins(), (std::vector{PeakPicked + 0, PeakPicked + 0}));
+  EXPECT_EQ(origins(), (std::vector<int>{PeakPicked, PeakPicked}));
   EXPECT_EQ(esds(1), 1.5f);
   EXPECT_EQ(esds(2), 0);
 
   SavePeaks(dir.file("a.pks"));
   LoadPeaks(dir.file("a.pks"));
-  EXPECT_EQ(origins(), (std::vector{PeakLoaded + 0, PeakLoaded + 0}));
+  EXPECT_EQ(origins(), (std::vector<int>{PeakLoaded, PeakLoaded}));
   EXPECT_EQ(esds(1) + static_cast<float>(ws.peakfailed(1)), 0);
   ClearPeaks();
   EXPECT_EQ(ws.peakorigin(1), 0);
   ws.npeaks = 2;
   RunMenu(40108, "file " + dir.file("a.fit"));
   RunMenu(40109, "file " + dir.file("a.fit"));  // without a fit before it none follows
-  EXPECT_EQ(origins(), (std::vector{PeakLoaded + 0, PeakLoaded + 0}));
+  EXPECT_EQ(origins(), (std::vector<int>{PeakLoaded, PeakLoaded}));
 }
 
 }  // namespace
