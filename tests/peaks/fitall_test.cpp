@@ -5,11 +5,11 @@
 #include <functional>
 #include <limits>
 
+#include "peaks/peakgroups.h"
 #include "peaks/peaks.h"
 #include "peaks/simulate.h"
 #include "peaks/splitpeak.h"
 #include "support/support.h"
-#include "workspace/menuids.h"
 
 using simulate::Load;
 using simulate::Pattern;
@@ -223,6 +223,38 @@ TEST_F(FitAll, RowsKeepTheirIndicesAndTheBadOnesAll) {
   ws.npeaks = 0;
   EXPECT_EQ(FitAllPeaks(), Outcome::Failed);
   EXPECT_EQ(Events(), std::vector<std::string>{"box\tError\tNo peaks in list"});
+}
+
+// A doublet, a peak by itself, and nine in a row that are parted in their widest gap.
+TEST_F(FitAll, GroupsAreWhatOverlaps) {
+  std::vector<float> rows = {20, 20.1f, 30};
+  for (int i = 0; i < 9; ++i)
+    rows.push_back(40 + 0.2f * static_cast<float>(i) + (i > 4 ? 0.1f : 0));
+  Pattern pattern{.background = 0};
+  for (float row : rows) pattern.peaks.push_back(Symmetric(row, 1000, 0.09, 0));
+  Load(pattern);
+  const std::vector<float> background(4001, 0);
+  const auto x = ws.xval.row(AxisTth, SlotInput).first(4001);
+  const FitWavelengths lines{simulate::Lambda1, simulate::Lambda2, 0.5f};
+  const auto peaks = StartPeaks({x, ws.yval.row(SlotInput).first(4001), background}, rows);
+  ASSERT_EQ(peaks.size(), rows.size());
+  for (const ListedPeak& one : peaks) {
+    EXPECT_NEAR(one.peak.Fwhm(), 0.12, 1e-3) << one.row;  // below the half from the third point on
+    EXPECT_NEAR(one.peak.area, 1000 / simulate::PseudoVoigt(0, 0.12, 0.5), 5) << one.row;
+  }
+  EXPECT_NEAR(peaks[0].limits.highest, 20.075, 1e-4);  // three quarters of the way
+  EXPECT_NEAR(peaks[1].limits.lowest, 20.025, 1e-4);
+  EXPECT_NEAR(peaks[2].limits.highest, 30 + peaks[2].peak.Fwhm(), 1e-4);
+
+  const auto groups = GroupPeaks(peaks, lines);
+  ASSERT_EQ(groups.size(), 4u);
+  const int sizes[] = {2, 1, 5, 4};
+  for (int k = 0; k < 4; ++k) EXPECT_EQ(std::ssize(groups[k].peaks), sizes[k]) << k;
+  EXPECT_NEAR(groups[1].from, 30 - 5 * peaks[2].peak.Fwhm(), 1e-4);
+  EXPECT_NEAR(groups[1].to, simulate::Alpha2Position(30) + 5 * peaks[2].peak.Fwhm(), 1e-4);
+  // The fifth of the row has its alpha2 line on the way to the sixth, which keeps a FWHM.
+  EXPECT_NEAR(groups[2].to, (simulate::Alpha2Position(40.8) + 41.1) / 2, 1e-4);
+  EXPECT_NEAR(groups[3].from, 41.1 - 0.12, 1e-3);
 }
 
 // Twenty peaks that overlap are cut into groups that know of each other; the curve is the pattern,
