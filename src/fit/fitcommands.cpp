@@ -57,7 +57,10 @@ Outcome AskLoad(Arguments& arguments) {
   }
   RelistPeaks(ws.npeaks, PeakLoaded);
   static_cast<FitResults&>(ws) = {};
-  if (ws.tthzero != 0) ComputeXAxes();
+  if (ws.tthzero != 0) {
+    ComputeXAxes();
+    ws.statedwave = ws.axiswave;
+  }
   ws.nbkgcycles = 0;
   return Outcome::Done;
 }

@@ -252,6 +252,7 @@ void AskWaves() {
   if (AskParameters(kWaves) == 0) return;
   for (int k = 1; k <= 3; ++k) ws.wavelen(k) = ws.scanwave(k);
   ComputeXAxes();
+  ws.statedwave = ws.axiswave;
 }
 
 void OnFieldChanged(int field) {

@@ -44,6 +44,6 @@ Outcome ConvertPattern() {
   ws.npts(slot) = n;
   // The other slots keep their angles, which are those of the old wavelength.
   ComputeSlotAxes(slot, ws.newwavelength);
-  if (slot == SlotInput) ws.axiswave = ws.newwavelength;
+  if (slot == SlotInput) ws.axiswave = ws.statedwave = ws.newwavelength;
   return Outcome::Done;
 }

@@ -50,6 +50,7 @@ Outcome OpenPattern(const std::string& path, int filetype) {
   ws.patternstem = FileStem(ws.patternpath);
   ws.stem20 = Field(ws.patternstem, 20);
   if (ws.debugmode && filetype != 0) MessageBoxInfo("Progress", ws.patternpath);
+  ws.statedwave = 0;
   if (format->read(SlotInput, ws.patternpath) == 0) return Outcome::Failed;
   ws.recentpending = 1;
   ws.viewmode = 1;

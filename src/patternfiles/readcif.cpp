@@ -51,6 +51,7 @@ int ReadCif(int slot, const std::string& path) {
     if (ReadValue(line, kWavelengthKey, ws.scanwave(1))) {
       ws.scanwave(2) = ws.wavelen(slot) = ws.scanwave(1);
       ws.scanwave(3) = 0;
+      StateWavelength(slot);
     }
     ReadValue(line, kStartKey, start);
     ReadValue(line, kStepKey, step);

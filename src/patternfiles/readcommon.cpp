@@ -46,12 +46,18 @@ std::string_view Columns(std::string_view line, int first, int last) {
   return line.substr(first - 1, last - first + 1);
 }
 
-void ReadRealKeys(std::string_view line, std::span<const RealKey> keys) {
+void ReadRealKeys(std::string_view line, int slot, std::span<const RealKey> keys) {
   for (const RealKey& row : keys) {
     if (!HasKey(line, row.key)) continue;
-    ReadRecord<"(f10.6)">(Columns(line, static_cast<int>(row.key.size()) + 1), *row.value);
+    const bool read =
+        ReadRecord<"(f10.6)">(Columns(line, static_cast<int>(row.key.size()) + 1), *row.value);
+    if (read && row.value == &ws.scanwave(1)) StateWavelength(slot);
     return;
   }
+}
+
+void StateWavelength(int slot) {
+  if (slot == SlotInput) ws.statedwave = ws.scanwave(1);
 }
 
 int ReadCountRows(LineReader& in, int slot, const Format& format, int fields, int limit) {

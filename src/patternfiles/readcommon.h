@@ -40,7 +40,9 @@ struct RealKey {
   float* value;
 };
 // Takes the value if the line has one of the keys; what is no number leaves it as it was.
-void ReadRealKeys(std::string_view line, std::span<const RealKey> keys);
+void ReadRealKeys(std::string_view line, int slot, std::span<const RealKey> keys);
+// The file of slot 1 has stated the wavelength that stands in scanwave.
+void StateWavelength(int slot);
 
 // Reads lines of `fields` counts each into a slot until the file ends, a line begins with something
 // else than a number, or the last index has reached `limit`. Returns the last index. Where a line

@@ -46,7 +46,7 @@ void ReadHeaderLine(std::string_view line, int slot, Header& header) {
     int n;
     if (ReadRecord<"(i6)">(Columns(line, 23), n)) ws.npts(slot) = std::clamp(n, 0, MaxPoints);
   } else {
-    ReadRealKeys(line, keys);
+    ReadRealKeys(line, slot, keys);
   }
 }
 

@@ -49,7 +49,7 @@ void ReadHeaderLine(std::string_view line, int slot, Header& header) {
   } else if (slot != SlotInput) {
     return;
   } else if (HasKey(line, "LabdaAlpha1")) {
-    ReadRecord<"(12x,f10.0)">(line, ws.scanwave(1));
+    if (ReadRecord<"(12x,f10.0)">(line, ws.scanwave(1))) StateWavelength(slot);
   } else if (HasKey(line, "LabdaAlpha2")) {
     ReadRecord<"(12x,f10.0)">(line, ws.scanwave(2));
   } else if (HasKey(line, "RatioAlpha21")) {

@@ -53,7 +53,7 @@ int ReadUxd(int slot, const std::string& path) {
     if (HasKey(line, "_DATEMEASURED="))
       ws.scandate = Field(Columns(line, 16), 20);
     else
-      ReadRealKeys(line, keys);
+      ReadRealKeys(line, slot, keys);
   } while (!HasKey(line, kDataKey));
 
   ws.wavelen(slot) = ws.scanwave(1);

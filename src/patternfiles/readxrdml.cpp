@@ -75,7 +75,8 @@ bool ReadInputTag(std::string_view line, std::string_view tag, Scan& scan) {
   }
   for (const RealKey& row : keys) {
     if (!HasKey(tag, row.key)) continue;
-    ReadFreeReal(Content(line), *row.value);
+    if (ReadFreeReal(Content(line), *row.value) && row.value == &ws.scanwave(1))
+      StateWavelength(SlotInput);
     return true;
   }
   return false;

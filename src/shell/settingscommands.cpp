@@ -69,6 +69,7 @@ constexpr ParameterDialog kWaves{.resource = {136, "Wavelength(s)", kWaveControl
 Outcome TakeWaves(const Arguments&) {
   for (int k = 1; k <= 3; ++k) ws.scanwave(k) = ws.wavelen(k);
   ComputeXAxes();
+  ws.statedwave = ws.axiswave;
   return ws.xaxismode == AxisTth ? Outcome::Idle : Outcome::Done;
 }
 

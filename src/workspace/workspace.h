@@ -233,6 +233,7 @@ struct PatternData : PeakTables {
   Table<std::string, MaxOverlays> overlayname;
   Table<float, 3> scanwave;    // the file's alpha1, alpha2 and their ratio
   float axiswave = CuKalpha1;  // that of the d and Q axes as they stand in xval
+  float statedwave = 0;        // alpha1 as the file, or later the user, has stated it; 0: nobody
 
   // Points set by hand: row 1 two-theta, row 2 counts.
   Table<float, 2, MaxManualPoints> manualbg;

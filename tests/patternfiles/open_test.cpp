@@ -8,6 +8,7 @@
 #include <sstream>
 
 #include "patternfiles/patternfiles.h"
+#include "patternfiles/samples.h"
 #include "support/support.h"
 #include "workspace/workspace.h"
 
@@ -54,6 +55,25 @@ TEST_F(Open, ByExtensionWhateverItsCase) {
                                        ": its name ends in none of xy, " +
                                        "gdf, txt, uxd, cif, dat, xrdml, udf, chi"});
   }
+}
+
+// What no file states is an assumption, whatever an earlier file or an overlay has stated.
+TEST_F(Open, TheWavelengthIsStatedOrAssumed) {
+  const std::string states = "txt uxd udf cif xrdml";
+  const std::string cobalt = Make("co.cif", FormatSamples()[7].text());
+  for (const FormatSample& sample : FormatSamples()) {
+    SCOPED_TRACE(sample.extension);
+    ASSERT_EQ(OpenPattern(cobalt), Outcome::Done);
+    EXPECT_EQ(OpenPattern(Make("stem." + std::string(sample.extension), sample.text())),
+              Outcome::Done);
+    const bool stated = states.find(sample.extension) != states.npos;
+    EXPECT_EQ(ws.statedwave, stated ? sample.wave[0] : 0);
+    EXPECT_EQ(ws.axiswave, sample.wave[0]);
+    ReadAs("cif", SlotOverlay, cobalt);
+    EXPECT_EQ(ws.statedwave, stated ? sample.wave[0] : 0);
+  }
+  EXPECT_EQ(OpenPattern(Make("a.uxd", "_2THETACOUNTS\n 5 1\n 6 2\n")), Outcome::Done);
+  EXPECT_EQ(ws.statedwave, 0);
 }
 
 // Files of real instruments in layouts that are refused or not read as their instrument meant them.
