@@ -154,3 +154,9 @@ int DialogPress(DialogState& dialog, int id) {
   dialog.button = id;
   return -1;
 }
+
+int EscapeButton(const DialogState& dialog) {
+  const bool cancels =
+      ControlIndex(dialog, ButtonCancel) >= 0 || ControlIndex(dialog, ButtonOk) < 0;
+  return cancels ? ButtonCancel : ButtonOk;
+}

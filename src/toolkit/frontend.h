@@ -53,6 +53,8 @@ std::string DialogComplaint(const DialogState& dialog, int index, const std::str
 // Returns the index of a field that holds a wrong number and so keeps all but Cancel closed, else
 // -1.
 int DialogPress(DialogState& dialog, int id);
+// The button that Escape presses: Cancel, or the OK of a dialog that only tells something.
+int EscapeButton(const DialogState& dialog);
 // For front ends: what tells the program that the user has changed control `index` of a dialog
 // beside the plot.
 Message DialogChange(const DialogState& dialog, int index);
@@ -119,9 +121,10 @@ void HideDialog(DialogState& dialog);
 void AreaPixels(int& width, int& height);
 // The screen's list has changed: show it.
 void Repaint();
-// Tracks the mouse from a start to a release of the button, both in user units, drawing a box.
-// Returns the type of the ending message.
-int RubberBand(float x, float y, float& endx, float& endy);
+// Tracks the mouse from a press to the release of the button, in user units, drawing a box for a
+// band. Tells `moved` of the places on the way. Leaves `place`, the start, as it is if the mouse
+// has hardly moved. Returns the type of the ending message.
+int TrackDrag(bool band, DrawPoint& place, const std::function<void(DrawPoint)>& moved);
 
 // Asks for a printer; false when cancelled. Print sends a list to it, false when that failed.
 bool PrintDialog(const std::string& job);

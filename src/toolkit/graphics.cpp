@@ -170,16 +170,19 @@ float WInfoGrReal(int n) {
   return one > 0 && std::isfinite(one) ? std::min(ux, uy) / one : 1.0f;
 }
 
-void WGrInput(int, float x, float y, float& endx, float& endy, int& ending) {
+void WGrInput(int mode, float x, float y, float& endx, float& endy, int& ending,
+              const std::function<void(float x, float y)>& moved) {
   const PauseBusy pause;
   ShowDrawing();
-  endx = x;
-  endy = y;
-  ending = frontend::RubberBand(x, y, endx, endy);
-  if (ending == MessageMouseUp)
-    JournalBand({x, y}, {endx, endy});
-  else
-    JournalBrokenBand();
+  const bool band = mode == GraphicsBand;
+  DrawPoint end{x, y};
+  ending = frontend::TrackDrag(band, end, [&](DrawPoint at) {
+    if (moved) moved(at.x, at.y);
+    ShowDrawing();
+  });
+  endx = end.x;
+  endy = end.y;
+  JournalDrag(band, ending == MessageMouseUp, {x, y}, end);
 }
 
 void WCursorShape(int n) { frontend::SetCursor(n); }

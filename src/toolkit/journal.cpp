@@ -32,25 +32,37 @@ std::string Quoted(const std::string& text) {
 }
 
 // Nine digits give back the same bits.
-std::string Place(float x, float y) {
-  std::string text;
-  for (const float value : {x, y}) {
-    char digits[32];
-    const auto end =
-        std::to_chars(digits, digits + sizeof digits, value, std::chars_format::general, 9);
-    text += ' ' + std::string(digits, end.ptr);
-  }
-  return text;
+std::string Digits(float value) {
+  char digits[32];
+  const auto end =
+      std::to_chars(digits, digits + sizeof digits, value, std::chars_format::general, 9);
+  return ' ' + std::string(digits, end.ptr);
 }
 
-void KeepKey(int key) {
-  static constexpr const char* names[] = {"left", "right", "up", "down"};
-  if (key >= KeyLeft && key <= KeyDown) Keep(std::string("key ") + names[key - KeyLeft]);
+std::string Place(float x, float y) { return Digits(x) + Digits(y); }
+
+void KeepKey(const Message& key) {
+  static constexpr const char* names[] = {"left", "right", "up", "down", "home", "backspace"};
+  if (key.value1 < KeyLeft || key.value1 > KeyBackspace) return;
+  const char* shift = key.modifiers & ModifierShift ? "shift+" : "";
+  Keep(std::string("key ") + shift + names[key.value1 - KeyLeft]);
+}
+
+std::string Modifiers(const Message& mouse) {
+  std::string text;
+  if (mouse.modifiers & ModifierShift) text += " shift";
+  if (mouse.modifiers & ModifierControl) text += " ctrl";
+  return text;
 }
 
 void KeepClick(const Message& mouse) {
   const char* button = mouse.value1 == MouseRight ? "right" : "left";
-  Keep(std::string("click ") + button + Place(mouse.x, mouse.y));
+  Keep(std::string("click ") + button + Place(mouse.x, mouse.y) + Modifiers(mouse));
+}
+
+void KeepTurn(const Message& wheel) {
+  const std::string notches = Digits(static_cast<float>(wheel.value1) / WheelNotch);
+  Keep("wheel" + Place(wheel.x, wheel.y) + notches + Modifiers(wheel));
 }
 
 void KeepDialogMessage(const DialogState& dialog, const Message& message) {
@@ -81,18 +93,19 @@ void JournalFiles(std::span<const std::string> paths) {
 }
 
 void JournalMessage(const Message& message) {
-  if (message.type == MessageKey) KeepKey(message.value1);
+  if (message.type == MessageKey) KeepKey(message);
+  if (message.type == MessageWheel) KeepTurn(message);
+  if (message.type == MessageDoubleClick) Keep("doubleclick" + Place(message.x, message.y));
   if (const DialogState* dialog = DialogBeside()) KeepDialogMessage(*dialog, message);
 }
 
-// Beside a dialog the press that began it has been taken for a click.
-void JournalBrokenBand() {
-  if (!lines.empty() && lines.back().starts_with("click ")) lines.pop_back();
-}
-
-void JournalBand(DrawPoint from, DrawPoint to) {
-  JournalBrokenBand();
-  Keep("band" + Place(from.x, from.y) + Place(to.x, to.y));
+// Beside a dialog the press that began a band has been taken for a click. Alone, a click is a band
+// without extent.
+void JournalDrag(bool band, bool done, DrawPoint from, DrawPoint to) {
+  const bool click = done && from.x == to.x && from.y == to.y;
+  if (click && (!band || DialogBeside())) return;
+  if (band && !lines.empty() && lines.back().starts_with("click ")) lines.pop_back();
+  if (done) Keep((band ? "band" : "pan") + Place(from.x, from.y) + Place(to.x, to.y));
 }
 
 void WJournal(const std::string& word, const std::string& text) { Keep(word + ' ' + Quoted(text)); }

@@ -13,11 +13,12 @@ void JournalField(const DialogState& dialog, int index);
 void JournalPress(int button);
 // The answer to a file selector; no files when it was cancelled.
 void JournalFiles(std::span<const std::string> paths);
-// A message that the program takes: a key, or what has happened to a dialog beside the plot. A
-// press on the plot alone is no line: it begins a rubber band, which is.
+// A message that the program takes: a key, a turn of the wheel, a double click, or what has
+// happened to a dialog beside the plot. A press on the plot alone is no line: it begins a drag,
+// which is.
 void JournalMessage(const Message& message);
 // The user has stopped a calculation at a report, counted from the entry that began it.
 void JournalStop(int report);
-// A rubber band from one place to another, or one that was broken off and so leaves no line.
-void JournalBand(DrawPoint from, DrawPoint to);
-void JournalBrokenBand();
+// The drag that a press has begun: a rubber band, or the drawing pulled along. One that was broken
+// off leaves no line, nor does one that ends where it began: it was a click.
+void JournalDrag(bool band, bool done, DrawPoint from, DrawPoint to);

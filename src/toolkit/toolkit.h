@@ -31,17 +31,23 @@ enum MessageType {
       10,  // value1 and value2 are the control; of a grid, x and y the cell picked
   MessageMouseOther = 16,
   MessageFileDropped = 17,  // a file to open: its path is WInfoDroppedFile()
+  MessageWheel = 18,        // value1 is how far it was turned; away from the user is positive
+  MessageDoubleClick = 19,  // of the left button; the first click has come as such
+  MessagePan = 20,          // a press that begins to pull the drawing along
 };
 
-enum Key { KeyLeft = 1, KeyRight, KeyUp, KeyDown };
-enum MouseButton { MouseLeft = 1, MouseRight = 3 };
+enum Key { KeyLeft = 1, KeyRight, KeyUp, KeyDown, KeyHome, KeyBackspace, KeyEscape };
+enum MouseButton { MouseLeft = 1, MouseMiddle = 2, MouseRight = 3 };
+enum Modifier { ModifierShift = 1, ModifierControl = 2 };
+inline constexpr float WheelNotch = 120;  // a notch in value1 of a turn of the wheel
 
 struct Message {
   int type = 0;
-  int value1 = 0;  // key code, menu id, mouse button or control
+  int value1 = 0;  // key code, menu id, mouse button, control or turn of the wheel
   int value2 = 0;
   float x = 0, y = 0;  // user units of the window's drawing area, or column and row of a grid
   int window = 0;
+  int modifiers = 0;  // of keys and mouse: a sum of Modifier
 };
 
 inline constexpr int RootWindow = 1;
@@ -70,7 +76,8 @@ void WCommandEnded(bool failed);
 
 // What the user has entered since the last call, as lines of a transcript that enter the same
 // again: set and press of dialogs and query boxes, file of selectors, key, click on the plot beside
-// a dialog, band. The lines are forgotten. Menu items and files opened are the application's own.
+// a dialog, band, wheel, pan, doubleclick. The lines are forgotten. Menu items and files opened are
+// the application's own.
 std::vector<std::string> WTakeJournal();
 // Notes a line of the application: a word, and a text in quotes behind it.
 void WJournal(const std::string& word, const std::string& text);
@@ -218,9 +225,12 @@ enum GraphicsInfo {
 // never need more room than the units give.
 float WInfoGrReal(int n);
 
-// Mode 3: rubber band from (x, y) until the mouse button is released; gives the end, in user units,
-// and the type of the ending message.
-void WGrInput(int mode, float x, float y, float& endx, float& endy, int& ending);
+enum GraphicsInput { GraphicsBand = 3, GraphicsPan = 4 };
+// Follows the mouse from a press at (x, y) until the button is released, with a rubber band or
+// without one; gives the end, in user units, and the type of the ending message. A press that
+// hardly moves ends where it began. `moved` hears of the places on the way and may draw.
+void WGrInput(int mode, float x, float y, float& endx, float& endy, int& ending,
+              const std::function<void(float x, float y)>& moved = {});
 void WCursorShape(int n);  // 0 the arrow, 1 busy
 
 // ---- Hardcopy ---------------------------------------------------------------------------------

@@ -165,6 +165,42 @@ TEST(Events, MouseAndKeys) {
   EXPECT_EQ(WMessage(message), MessageKey);
 }
 
+// Modifiers, the wheel and drags of other buttons; each leaves the line that enters it again.
+TEST(Events, WheelPanAndModifiers) {
+  FreshWorkspace();
+  WTakeJournal();
+  WMessageEnable(MessageMouseMove, 1);
+  Answer(
+      "wheel 285 100 -2.5 ctrl\ndoubleclick 1 2\nkey shift+backspace\nkey home\n"
+      "click left 3 4 shift ctrl\npan 10 20.25 30 40\npan 1 2 1 2\npan 1 2 escape");
+  Message message;
+  const auto next = [&](int type, int value, int modifiers) {
+    while (WMessage(message) == MessageMouseMove || message.type == MessageMouseUp) {
+    }
+    EXPECT_EQ(message.type, type);
+    EXPECT_EQ(message.value1, value);
+    EXPECT_EQ(message.modifiers, modifiers);
+  };
+  next(MessageWheel, -300, ModifierControl);
+  EXPECT_EQ(std::pair(message.x, message.y), std::pair(285.0f, 100.0f));
+  next(MessageDoubleClick, MouseLeft, 0);
+  next(MessageKey, KeyBackspace, ModifierShift);
+  next(MessageKey, KeyHome, 0);
+  next(MessageMouseDown, MouseLeft, ModifierShift + ModifierControl);
+  std::vector<std::pair<float, float>> way;
+  for (const int ending : {MessageMouseUp, MessageMouseUp, MessageKey}) {
+    next(MessagePan, MouseMiddle, 0);
+    float x = 0, y = 0;
+    int ended = 0;
+    WGrInput(GraphicsPan, message.x, message.y, x, y, ended,
+             [&](float atx, float aty) { way.emplace_back(atx, aty); });
+    EXPECT_EQ(ended, ending);
+  }
+  EXPECT_EQ(way, (std::vector{std::pair(30.0f, 40.0f)}));
+  EXPECT_EQ(WTakeJournal(), (Lines{"wheel 285 100 -2.5 ctrl", "doubleclick 1 2",
+                                   "key shift+backspace", "key home", "pan 10 20.25 30 40"}));
+}
+
 TEST(Selector, AddsTheExtensionOnSavingAndStartsFromTheFirstDirectory) {
   const std::string start = std::filesystem::current_path().string();
   const struct {

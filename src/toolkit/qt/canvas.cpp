@@ -1,10 +1,10 @@
-// Painting, mouse and rubber band of the canvas.
+// Painting, mouse, wheel and drags of the canvas.
 #include "toolkit/qt/canvas.h"
 
-#include <QMouseEvent>
 #include <QPainter>
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "toolkit/displaylist.h"
 #include "toolkit/qt/events.h"
@@ -18,9 +18,24 @@ const QColor kBandColour(0, 140, 150);
 
 constexpr double kLargeCanvas = 900;  // from here on lines grow with the canvas, as letters do
 
+constexpr double kTremble = 4;  // pixels that a click may stray
+
 int ButtonOf(const QMouseEvent& event) {
-  if (event.button() == Qt::LeftButton) return MouseLeft;
-  return event.button() == Qt::RightButton ? MouseRight : 0;
+  switch (event.button()) {
+    case Qt::LeftButton:
+      return MouseLeft;
+    case Qt::MiddleButton:
+      return MouseMiddle;
+    case Qt::RightButton:
+      return MouseRight;
+    default:
+      return 0;
+  }
+}
+
+int ModifiersOf(Qt::KeyboardModifiers held) {
+  return (held & Qt::ShiftModifier ? ModifierShift : 0) |
+         (held & Qt::ControlModifier ? ModifierControl : 0);
 }
 
 }  // namespace
@@ -66,8 +81,7 @@ void Canvas::PaintHint(QPainter& painter) {
 }
 
 void Canvas::PaintBand(QPainter& painter) {
-  const QRectF box =
-      QRectF(bandfrom_, bandto_).normalized() & QRectF(rect().adjusted(0, 0, -1, -1));
+  const QRectF box = QRectF(from_, to_).normalized() & QRectF(rect().adjusted(0, 0, -1, -1));
   QColor inside = kBandColour;
   inside.setAlpha(40);
   painter.fillRect(box, inside);
@@ -86,7 +100,7 @@ void Canvas::paintEvent(QPaintEvent*) {
       QTransform::fromTranslate(std::round(base.dx()), std::round(base.dy())) * base.inverted());
   painter.drawImage(0, 0, sheet_);
   painter.resetTransform();
-  if (band_) PaintBand(painter);
+  if (drag_ && band_) PaintBand(painter);
 }
 
 void Canvas::resizeEvent(QResizeEvent*) {
@@ -94,84 +108,129 @@ void Canvas::resizeEvent(QResizeEvent*) {
   WakeUp();
 }
 
-Message Canvas::MouseMessage(int type, int button, QPointF at) const {
-  const DrawPoint units = Mapping(ScreenList(), size()).Units(at);
-  return {.type = type, .value1 = button, .x = units.x, .y = units.y, .window = RootWindow};
+Message Canvas::MouseMessage(int type, int value, const QSinglePointEvent& event) const {
+  const DrawPoint units = Mapping(ScreenList(), size()).Units(event.position());
+  return {.type = type,
+          .value1 = value,
+          .x = units.x,
+          .y = units.y,
+          .window = RootWindow,
+          .modifiers = ModifiersOf(event.modifiers())};
 }
 
 void Canvas::PostLate() {
-  if (resized_) Post({.type = MessageResize, .window = RootWindow});
-  resized_ = false;
-  if (move_) Post(*move_);
-  move_.reset();
+  if (std::exchange(resized_, false)) Post({.type = MessageResize, .window = RootWindow});
+  for (auto* late : {&wheel_, &move_})
+    if (const auto message = std::exchange(*late, std::nullopt)) Post(*message);
 }
 
 void Canvas::mousePressEvent(QMouseEvent* event) {
-  if (band_ || ButtonOf(*event) == 0) return;
-  if (event->button() == Qt::LeftButton) leftdown_ = true;
+  const int button = ButtonOf(*event);
+  const bool pans = button == MouseMiddle || (button == MouseLeft && space_);
+  const bool drags = pans || button == MouseLeft;
+  const bool another = held_ != Qt::NoButton && held_ != event->button();
+  if (button == 0 || drag_ || (drags && another)) return;
+  if (drags) {
+    held_ = event->button();
+    from_ = to_ = event->position();
+    moved_ = false;
+  }
   PostLate();
-  Post(MouseMessage(MessageMouseDown, ButtonOf(*event), event->position()));
+  Post(MouseMessage(pans ? MessagePan : MessageMouseDown, button, *event));
 }
 
 // The second press of a quick pair comes as this.
-void Canvas::mouseDoubleClickEvent(QMouseEvent* event) { mousePressEvent(event); }
+void Canvas::mouseDoubleClickEvent(QMouseEvent* event) {
+  if (event->button() != Qt::LeftButton || space_) return mousePressEvent(event);
+  if (drag_) return;
+  PostLate();
+  Post(MouseMessage(MessageDoubleClick, MouseLeft, *event));
+}
 
 void Canvas::mouseReleaseEvent(QMouseEvent* event) {
-  if (ButtonOf(*event) == 0) return;
-  if (event->button() == Qt::LeftButton) {
-    leftdown_ = false;
-    released_ = event->position();
-    if (band_) return EndBand(MessageMouseUp);
+  if (event->button() == held_) {
+    Follow(event->position());
+    held_ = Qt::NoButton;
+    if (drag_) return EndDrag(MessageMouseUp);
   }
-  if (band_) return;
+  if (drag_ || ButtonOf(*event) == 0) return;
   PostLate();
-  Post(MouseMessage(MessageMouseUp, ButtonOf(*event), event->position()));
+  Post(MouseMessage(MessageMouseUp, ButtonOf(*event), *event));
+}
+
+// Where the mouse has come to while the button of a drag is held.
+void Canvas::Follow(QPointF to) {
+  to_ = to;
+  moved_ = moved_ || (to_ - from_).manhattanLength() > kTremble;
 }
 
 void Canvas::mouseMoveEvent(QMouseEvent* event) {
-  if (band_) {
-    bandto_ = event->position();
-    update();
-    // The release may have gone to another window.
-    if (!(event->buttons() & Qt::LeftButton)) {
-      leftdown_ = false;
-      released_ = bandto_;
-      EndBand(MessageMouseUp);
-    }
-    return;
+  if (held_ != Qt::NoButton) Follow(event->position());
+  if (!drag_) {
+    move_ = MouseMessage(MessageMouseMove, 0, *event);
+    return WakeUp();
   }
-  move_ = MouseMessage(MessageMouseMove, 0, event->position());
+  if (moved_) follow_();
+  update();
+  // The release may have gone to another window.
+  if (event->buttons() & held_) return;
+  held_ = Qt::NoButton;
+  EndDrag(MessageMouseUp);
+}
+
+// Turns that the program has not got to yet are one turn, at the place of the last.
+void Canvas::wheelEvent(QWheelEvent* event) {
+  event->accept();
+  if (drag_ || event->angleDelta().y() == 0) return;
+  Message turn = MouseMessage(MessageWheel, event->angleDelta().y(), *event);
+  if (wheel_ && wheel_->modifiers != turn.modifiers) PostLate();
+  if (wheel_) turn.value1 += wheel_->value1;
+  wheel_ = turn;
   WakeUp();
 }
 
+void Canvas::SetSpace(bool down) {
+  space_ = down;
+  setCursor(down ? Qt::OpenHandCursor : Qt::ArrowCursor);
+}
+
 void Canvas::keyPressEvent(QKeyEvent* event) {
-  if (band_ && event->key() == Qt::Key_Escape) return EndBand(MessageKey);
-  QWidget::keyPressEvent(event);
+  if (drag_ && event->key() == Qt::Key_Escape) return EndDrag(MessageKey);
+  if (event->key() != Qt::Key_Space) return QWidget::keyPressEvent(event);
+  if (!event->isAutoRepeat()) SetSpace(true);
 }
 
-void Canvas::EndBand(int ending) {
-  if (!band_) return;
+void Canvas::keyReleaseEvent(QKeyEvent* event) {
+  if (event->key() != Qt::Key_Space) return QWidget::keyReleaseEvent(event);
+  if (!event->isAutoRepeat()) SetSpace(false);
+}
+
+void Canvas::focusOutEvent(QFocusEvent* event) {
+  if (space_) SetSpace(false);
+  QWidget::focusOutEvent(event);
+}
+
+void Canvas::EndDrag(int ending) {
+  if (!drag_) return;
   ending_ = ending;
-  band_->quit();
+  drag_->quit();
 }
 
-int Canvas::RubberBand(float x, float y, float& endx, float& endy) {
+int Canvas::TrackDrag(bool band, DrawPoint& place, const std::function<void(DrawPoint)>& moved) {
   const Mapping mapping(ScreenList(), size());
   ending_ = MessageMouseUp;
   // A quick click is over before the program gets to it.
-  if (leftdown_) {
+  if (held_ != Qt::NoButton) {
     QEventLoop loop;
-    bandfrom_ = bandto_ = mapping.Place({x, y});
-    band_ = &loop;
+    drag_ = &loop;
+    band_ = band;
+    follow_ = [&] { moved(mapping.Units(to_)); };
+    activateWindow();
     setFocus();
     loop.exec();
-    band_ = nullptr;
+    drag_ = nullptr;
     update();
   }
-  const DrawPoint end = mapping.Units(released_);
-  if (ending_ == MessageMouseUp) {
-    endx = end.x;
-    endy = end.y;
-  }
+  if (ending_ == MessageMouseUp && moved_) place = mapping.Units(to_);
   return ending_;
 }

@@ -94,6 +94,12 @@ class Selector : public QFileDialog {
 
 }  // namespace
 
+void RejectBeside() {
+  const auto beside = [](const auto& view) { return !view.first->modal; };
+  const auto view = std::find_if(views.begin(), views.end(), beside);
+  if (view != views.end()) view->second->reject();
+}
+
 namespace frontend {
 
 bool ShowBox(BoxKind kind, const std::string& caption, const std::string& text) {

@@ -98,11 +98,10 @@ void DialogView::Press(int id) {
   }
 }
 
-// Escape and the close button: Cancel, or the OK of a dialog that only tells something.
+// Escape and the close button.
 void DialogView::reject() {
   unreported_ = -1;
-  const bool cancels = IndexOf(ButtonCancel) >= 0 || IndexOf(ButtonOk) < 0;
-  Press(cancels ? ButtonCancel : ButtonOk);
+  Press(EscapeButton(state_));
 }
 
 void DialogView::showEvent(QShowEvent* event) {

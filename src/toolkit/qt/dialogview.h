@@ -64,3 +64,6 @@ class DialogView : public QDialog {
   QLabel* message_ = nullptr;
   int unreported_ = -1;  // a field typed in whose change has not been told yet
 };
+
+// Escape for the dialog that stands beside the plot, if there is one.
+void RejectBeside();

@@ -46,8 +46,7 @@ void EndInOrder() {
 }
 
 void ShowText(int part, const std::string& text) {
-  if (part >= 1 && part <= static_cast<int>(root->parts.size()))
-    root->parts[part - 1]->Show(QString::fromStdString(text));
+  root->status->Show(part, QString::fromStdString(text));
 }
 
 void ShowLateTexts() {
@@ -138,7 +137,7 @@ void CloseWindow(int handle) {
 }
 
 void SetStatusParts(const std::vector<int>& widths) {
-  if (root) root->SetParts(widths);
+  if (root) root->status->SetShares(widths);
 }
 
 void SetStatus(int part, const std::string& text) {
@@ -214,9 +213,8 @@ void Repaint() {
   if (root) root->canvas->ListChanged();
 }
 
-int RubberBand(float x, float y, float& endx, float& endy) {
-  if (!root) return MessageClose;
-  return root->canvas->RubberBand(x, y, endx, endy);
+int TrackDrag(bool band, DrawPoint& place, const std::function<void(DrawPoint)>& moved) {
+  return root ? root->canvas->TrackDrag(band, place, moved) : MessageClose;
 }
 
 }  // namespace frontend

@@ -7,29 +7,39 @@
 #include <QPainter>
 #include <QScreen>
 #include <QStatusBar>
-#include <QStyle>
 #include <algorithm>
 
+#include "toolkit/qt/dialogview.h"
 #include "toolkit/qt/events.h"
 
 namespace {
 
 constexpr QMargins kFrame(1, 0, 1, 32);  // room for what the window manager adds below a position
 
-int KeyOf(const QKeyEvent& event) {
-  if ((event.modifiers() & ~Qt::KeypadModifier) != Qt::NoModifier) return 0;
-  switch (event.key()) {
-    case Qt::Key_Left:
-      return KeyLeft;
-    case Qt::Key_Right:
-      return KeyRight;
-    case Qt::Key_Up:
-      return KeyUp;
-    case Qt::Key_Down:
-      return KeyDown;
-  }
-  return 0;
+struct KeyRow {
+  int qtkey;
+  Qt::KeyboardModifiers held;
+  Message message;
+};
+
+constexpr KeyRow Row(int qtkey, int key, bool shift = false) {
+  return {qtkey,
+          shift ? Qt::ShiftModifier : Qt::NoModifier,
+          {.type = MessageKey,
+           .value1 = key,
+           .window = RootWindow,
+           .modifiers = shift ? ModifierShift : 0}};
 }
+
+const KeyRow kKeys[] = {
+    Row(Qt::Key_Left, KeyLeft),
+    Row(Qt::Key_Right, KeyRight),
+    Row(Qt::Key_Up, KeyUp),
+    Row(Qt::Key_Down, KeyDown),
+    Row(Qt::Key_Home, KeyHome),
+    Row(Qt::Key_Backspace, KeyBackspace),
+    Row(Qt::Key_Backspace, KeyBackspace, true),
+};
 
 // The first file among what is dragged.
 QString FileIn(const QMimeData* data) {
@@ -74,26 +84,10 @@ QIcon ProgramIcon() {
 
 }  // namespace
 
-StatusPart::StatusPart() {
-  setTextFormat(Qt::PlainText);
-  setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-}
-
-void StatusPart::Show(const QString& text) {
-  setText(text);
-  setToolTip(fontMetrics().horizontalAdvance(text) > contentsRect().width() ? text : QString());
-}
-
-void StatusPart::paintEvent(QPaintEvent*) {
-  QPainter painter(this);
-  const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, contentsRect().width());
-  style()->drawItemText(&painter, contentsRect(), Qt::AlignLeft | Qt::AlignVCenter, palette(),
-                        isEnabled(), shown, foregroundRole());
-}
-
 MainWindow::MainWindow()
     : canvas(new Canvas(this)),
       toolbar(addToolBar("Tools")),
+      status(new StatusParts(statusBar())),
       progress(new ProgressBar(statusBar())) {
   setObjectName("main");
   QApplication::setWindowIcon(ProgramIcon());
@@ -106,6 +100,7 @@ MainWindow::MainWindow()
   setContextMenuPolicy(Qt::NoContextMenu);
   menus.Build(menuBar(), toolbar);
   statusBar()->setContentsMargins(6, 0, 0, 0);
+  statusBar()->addWidget(status, 1);
 }
 
 // The menu bar is shown whole and the window lies on the screen, as far as the screen goes.
@@ -121,28 +116,21 @@ void MainWindow::Place(QRect wanted) {
   resize(wanted.size());
 }
 
-void MainWindow::SetParts(const std::vector<int>& widths) {
-  for (StatusPart* part : parts) statusBar()->removeWidget(part);
-  qDeleteAll(parts);
-  parts.clear();
-  for (const int width : widths) {
-    parts.push_back(new StatusPart);
-    parts.back()->setObjectName(QString("status%1").arg(parts.size()));
-    statusBar()->addWidget(parts.back(), width);
-  }
-}
-
 void MainWindow::closeEvent(QCloseEvent* event) {
   event->ignore();  // the program closes it
-  canvas->EndBand(MessageClose);
+  canvas->EndDrag(MessageClose);
   Post({.type = MessageClose, .window = RootWindow});
 }
 
 void MainWindow::keyPressEvent(QKeyEvent* event) {
-  if (const int key = KeyOf(*event))
-    Post({.type = MessageKey, .value1 = key, .window = RootWindow});
-  else
-    QMainWindow::keyPressEvent(event);
+  if (event->key() == Qt::Key_Escape) return RejectBeside();
+  const auto held = event->modifiers() & ~Qt::KeypadModifier;
+  const auto row = std::find_if(std::begin(kKeys), std::end(kKeys), [&](const KeyRow& known) {
+    return known.qtkey == event->key() && known.held == held;
+  });
+  if (row == std::end(kKeys)) return QMainWindow::keyPressEvent(event);
+  canvas->PostLate();
+  Post(row->message);
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {

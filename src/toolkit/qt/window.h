@@ -1,34 +1,23 @@
 // The main window: menu bar, canvas, status bar; and plain child windows.
 #pragma once
 
-#include <QLabel>
 #include <QMainWindow>
-#include <vector>
 
 #include "toolkit/qt/canvas.h"
 #include "toolkit/qt/menus.h"
 #include "toolkit/qt/progress.h"
-
-// A part of the status bar. A text too long for it ends in dots and is whole in the tool tip.
-class StatusPart : public QLabel {
- public:
-  StatusPart();
-  void Show(const QString& text);
-
- protected:
-  void paintEvent(QPaintEvent* event) override;
-};
+#include "toolkit/qt/statusbar.h"
 
 class MainWindow : public QMainWindow {
  public:
   MainWindow();
   void Place(QRect wanted);
-  void SetParts(const std::vector<int>& widths);
 
   Canvas* canvas;
   QToolBar* toolbar;
   Menus menus;
-  std::vector<StatusPart*> parts;
+  StatusParts* status;
+  const std::vector<StatusPart*>& parts = status->parts;
   ProgressBar* progress;
 
  protected:

@@ -65,6 +65,15 @@ void PressButton(Situation& now, const Words& words) {
   now.done = true;
 }
 
+}  // namespace
+
+void PressEscape(Situation& now) {
+  const int button = EscapeButton(*now.dialog);
+  PressButton(now, {{"press"}, {std::to_string(button)}});
+}
+
+namespace {
+
 // ---- Files and fields ----
 
 void OpenPattern(Situation& now, const Words& words) {
@@ -124,10 +133,15 @@ constexpr Action Actions[] = {
     {"undo", 0, 0, InWindow, "", Undo},
     {"redo", 0, 0, InWindow, "", Redo},
     {"key", 1, 1, InPlot, "", PressKey},
-    {"mouse", 3, 3, InPlot, "", ClickAtData},
+    {"mouse", 3, 5, InPlot, "", ClickAtData},
     {"drag", 4, 4, InPlot, "", DragAtData},
-    {"click", 3, 3, InPlot, "", Click},
+    {"zoom", 3, 4, InPlot, "", WheelAtData},
+    {"pull", 4, 4, InPlot, "", PanAtData},
+    {"click", 3, 5, InPlot, "", Click},
     {"band", 3, 4, InPlot, "", Band},
+    {"wheel", 3, 4, InPlot, "", Wheel},
+    {"pan", 3, 4, InPlot, "", Pan},
+    {"doubleclick", 2, 2, InPlot, "", DoubleClick},
     {"set", 2, 2, InDialog, "no dialog is on show", SetField},
     {"press", 1, 1, InDialog | In(Place::Query), "no dialog is on show", PressButton},
     {"file", 0, std::numeric_limits<std::size_t>::max(), In(Place::Selector),

@@ -201,13 +201,11 @@ void AreaPixels(int& width, int& height) {
   height = windowheight;
 }
 
-int RubberBand(float, float, float& endx, float& endy) {
+int TrackDrag(bool, DrawPoint& place, const std::function<void(DrawPoint)>& moved) {
   replay::Release& release = replay::PendingRelease();
   release.pending = false;
-  if (release.message.type == MessageMouseUp) {
-    endx = release.message.x;
-    endy = release.message.y;
-  }
+  const DrawPoint end{release.message.x, release.message.y};
+  if (release.message.type == MessageMouseUp && !(end == place)) moved(place = end);
   return release.message.type;
 }
 

@@ -19,10 +19,18 @@ void Undo(Situation& now, const Words& words);
 void Redo(Situation& now, const Words& words);
 void PrintItem(Situation& now, const Words& words);
 void PressKey(Situation& now, const Words& words);
-// mouse and drag in data coordinates of the plot, click and band in user units.
+// Escape in a dialog.
+void PressEscape(Situation& now);
+// mouse, drag, zoom and pull in data coordinates of the plot, click, band, wheel and pan in user
+// units.
 void ClickAtData(Situation& now, const Words& words);
 void DragAtData(Situation& now, const Words& words);
+void WheelAtData(Situation& now, const Words& words);
+void PanAtData(Situation& now, const Words& words);
 void Click(Situation& now, const Words& words);
 void Band(Situation& now, const Words& words);
+void Wheel(Situation& now, const Words& words);
+void Pan(Situation& now, const Words& words);
+void DoubleClick(Situation& now, const Words& words);
 
 }  // namespace replay

@@ -92,16 +92,50 @@ DrawPoint DataPlace(const Word& x, const Word& y) {
 
 DrawPoint UnitPlace(const Word& x, const Word& y) { return {Coordinate(x), Coordinate(y)}; }
 
-Message MouseMessage(int type, int button, DrawPoint at) {
-  return {.type = type, .value1 = button, .x = at.x, .y = at.y, .window = RootWindow};
+// The words from the fifth on: "shift", "ctrl".
+int ModifiersOf(const Words& words) {
+  static constexpr std::pair<const char*, int> modifiers[] = {{"shift", ModifierShift},
+                                                              {"ctrl", ModifierControl}};
+  int sum = 0;
+  for (std::size_t k = 4; k < words.size(); ++k) sum |= OneOf(words[k], modifiers);
+  return sum;
 }
 
-// Moves to the start, presses, and leaves the release to whoever asks for it.
-void Press(Situation& now, int button, DrawPoint from, DrawPoint to, int ending = MessageMouseUp) {
-  PostMessage(MouseMessage(MessageMouseMove, 0, from));
-  PostMessage(MouseMessage(MessageMouseDown, button, from));
-  PendingRelease() = {true, MouseMessage(ending, button, to)};
+Message MouseMessage(int type, int value, DrawPoint at, int modifiers = 0) {
+  return {.type = type,
+          .value1 = value,
+          .x = at.x,
+          .y = at.y,
+          .window = RootWindow,
+          .modifiers = modifiers};
+}
+
+// Moves the mouse to where something is done.
+void Post(Situation& now, const Message& message) {
+  PostMessage(MouseMessage(MessageMouseMove, 0, {message.x, message.y}));
+  PostMessage(message);
   now.done = true;
+}
+
+// Presses, and leaves the release to whoever asks for it.
+void Press(Situation& now, const Message& press, DrawPoint to, int ending = MessageMouseUp) {
+  Post(now, press);
+  PendingRelease() = {true, MouseMessage(ending, press.value1, to)};
+}
+
+void ClickAt(Situation& now, const Words& words, DrawPoint at) {
+  Press(now, MouseMessage(MessageMouseDown, ButtonOf(words[1]), at, ModifiersOf(words)), at);
+}
+
+void Drag(Situation& now, int type, DrawPoint from, DrawPoint to, int ending = MessageMouseUp) {
+  Press(now, MouseMessage(type, type == MessagePan ? MouseMiddle : MouseLeft, from), to, ending);
+}
+
+void Turn(Situation& now, const Words& words, DrawPoint at) {
+  constexpr float most = 1000;
+  const float notches = std::clamp(Coordinate(words[3]), -most, most);
+  const int value = static_cast<int>(std::lround(notches * WheelNotch));
+  Post(now, MouseMessage(MessageWheel, value, at, ModifiersOf(words)));
 }
 
 }  // namespace
@@ -135,33 +169,64 @@ void PrintItem(Situation&, const Words& words) {
         item.checked ? "1" : "0"});
 }
 
+// Escape is the Cancel of a dialog beside the plot, and of no meaning without one.
 void PressKey(Situation& now, const Words& words) {
-  static constexpr std::pair<const char*, int> keys[] = {
-      {"left", KeyLeft}, {"right", KeyRight}, {"up", KeyUp}, {"down", KeyDown}};
-  PostMessage({.type = MessageKey, .value1 = OneOf(words[1], keys), .window = RootWindow});
+  static constexpr std::pair<const char*, int> keys[] = {{"left", KeyLeft},
+                                                         {"right", KeyRight},
+                                                         {"up", KeyUp},
+                                                         {"down", KeyDown},
+                                                         {"home", KeyHome},
+                                                         {"backspace", KeyBackspace},
+                                                         {"shift+backspace", -KeyBackspace},
+                                                         {"escape", KeyEscape}};
+  const int key = OneOf(words[1], keys);
+  if (key == KeyEscape && now.dialog) return PressEscape(now);
+  PostMessage({.type = MessageKey,
+               .value1 = std::abs(key),
+               .window = RootWindow,
+               .modifiers = key < 0 ? ModifierShift : 0});
   now.done = true;
 }
 
 void ClickAtData(Situation& now, const Words& words) {
-  const DrawPoint at = DataPlace(words[2], words[3]);
-  Press(now, ButtonOf(words[1]), at, at);
+  ClickAt(now, words, DataPlace(words[2], words[3]));
 }
 
 void Click(Situation& now, const Words& words) {
-  const DrawPoint at = UnitPlace(words[2], words[3]);
-  Press(now, ButtonOf(words[1]), at, at);
+  ClickAt(now, words, UnitPlace(words[2], words[3]));
 }
 
 void DragAtData(Situation& now, const Words& words) {
-  Press(now, MouseLeft, DataPlace(words[1], words[2]), DataPlace(words[3], words[4]));
+  Drag(now, MessageMouseDown, DataPlace(words[1], words[2]), DataPlace(words[3], words[4]));
 }
 
-void Band(Situation& now, const Words& words) {
+void PanAtData(Situation& now, const Words& words) {
+  Drag(now, MessagePan, DataPlace(words[1], words[2]), DataPlace(words[3], words[4]));
+}
+
+namespace {
+
+void DragInUnits(Situation& now, int type, const Words& words) {
   const DrawPoint from = UnitPlace(words[1], words[2]);
   if (words.size() == 4 && words[3].text == "escape")
-    return Press(now, MouseLeft, from, from, MessageKey);
-  if (words.size() == 4) Fail("band ends with X and Y or with escape");
-  Press(now, MouseLeft, from, UnitPlace(words[3], words[4]));
+    return Drag(now, type, from, from, MessageKey);
+  if (words.size() == 4) Fail(words[0].text + " ends with X and Y or with escape");
+  Drag(now, type, from, UnitPlace(words[3], words[4]));
+}
+
+}  // namespace
+
+void Band(Situation& now, const Words& words) { DragInUnits(now, MessageMouseDown, words); }
+void Pan(Situation& now, const Words& words) { DragInUnits(now, MessagePan, words); }
+
+void WheelAtData(Situation& now, const Words& words) {
+  Turn(now, words, DataPlace(words[1], words[2]));
+}
+
+void Wheel(Situation& now, const Words& words) { Turn(now, words, UnitPlace(words[1], words[2])); }
+
+void DoubleClick(Situation& now, const Words& words) {
+  Post(now, MouseMessage(MessageDoubleClick, MouseLeft, UnitPlace(words[1], words[2])));
 }
 
 }  // namespace replay
