@@ -61,11 +61,11 @@ void RemovePoint(DataPoint at, DataPoint reach) {
   }
 }
 
-void OnClick(const Message& mouse, DataPoint reach) {
+void OnClick(const Message& mouse) {
   const DataPoint at = ToData(mouse.x, mouse.y);
   if (!InView(at)) return;
   if (mouse.value1 == MouseLeft) AddPoint(at);
-  if (mouse.value1 == MouseRight) RemovePoint(at, reach);
+  if (mouse.value1 == MouseRight) RemovePoint(at, PickReach());
 }
 
 // ---- The curve ----
@@ -143,13 +143,12 @@ Outcome ManualBackgroundDialog() {
   const PerPattern options = ws;
   ws.plotmask = PlotInput;
   RefreshView();
-  const DataPoint reach{(ws.viewxmax - ws.viewxmin) / 200, (ws.viewymax - ws.viewymin) / 200};
   WMessageEnable(MessageMouseDown, 1);
   WRegisterDialogs({&kDialog, 1});
   WDialogUndefined(0, 0, 0);
   WDialogLoad(DialogNumber);
-  const int button = RunBeside(DialogNumber, [&](const Message& message) {
-    if (message.type == MessageMouseDown) OnClick(message, reach);
+  const int button = RunBeside(DialogNumber, [](const Message& message) {
+    if (message.type == MessageMouseDown) OnClick(message);
     if (message.type != MessageButton) return true;
     return message.value1 == ButtonFit && FitManualBackground() != Outcome::Done;
   });

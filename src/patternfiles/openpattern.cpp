@@ -59,6 +59,7 @@ Outcome OpenPattern(const std::string& path, int filetype) {
   ClearPeakFit();
   ws.nmanualbg = 0;
   ws.patternloaded = 1;
+  ++ws.loadcount;
   ws.fullstart = ws.cryststart = ws.xval(AxisTth, SlotInput, 1);
   ws.fullstop = ws.crystend = ws.xval(AxisTth, SlotInput, ws.npts(SlotInput));
   return Outcome::Done;

@@ -41,6 +41,7 @@ void Pan(int button) {
   if (lower && first >= ws.viewxmax) ws.viewxmax = last;
   if (!lower && ws.viewxmin >= last) ws.viewxmin = first;
   ws.viewymin = ws.viewymax = 0;
+  ws.viewexact = 0;
   ws.plotxmin = ws.viewxmin;
   ws.plotxmax = ws.viewxmax;
   ws.bandx1 = ws.bandx2 = 0;  // a band would bring the old view back
@@ -58,18 +59,18 @@ void RemovePosition(float x, float tolerance) {
     if (std::fabs(ShownX(ws.peaks(ptth, i)) - x) < tolerance) return RemovePeak(i, ptth);
 }
 
-void OnPick(const Message& mouse, float tolerance) {
+void OnPick(const Message& mouse) {
   const DataPoint at = ToData(mouse.x, mouse.y);
   if (!InView(at)) return;
   if (mouse.value1 == MouseLeft) AddPeak(at.x);
-  if (mouse.value1 == MouseRight) RemovePosition(at.x, tolerance);
-  WDialogPutInteger(FieldCount, ws.npeaks);
+  if (mouse.value1 == MouseRight) RemovePosition(at.x, PickReach().x);
 }
 
 // False ends the picking.
-bool OnMessage(const Message& message, float tolerance) {
+bool OnMessage(const Message& message) {
   const bool pans = message.value1 == ButtonLower || message.value1 == ButtonHigher;
-  if (message.type == MessageMouseDown) OnPick(message, tolerance);
+  if (message.type == MessageMouseDown) OnPick(message);
+  WDialogPutInteger(FieldCount, ws.npeaks);
   if (message.type == MessageButton && pans) Pan(message.value1);
   return message.type != MessageButton || pans;
 }
@@ -82,14 +83,12 @@ Outcome ManualPeakSearch() {
   if (ws.npts(SlotInput) < 1) return Outcome::Done;
   ws.plotmask = PlotInput + PlotPeaks;
   RefreshView();
-  const float tolerance = (ws.viewxmax - ws.viewxmin) / 200;
   WMessageEnable(MessageMouseDown, 1);  // and left on: the main loop zooms by mouse
   WRegisterDialogs({&kDialog, 1});
   WDialogUndefined(0, 0, 0);
   WDialogLoad(DialogNumber);
   WDialogPutInteger(FieldCount, ws.npeaks);
-  const int button = RunBeside(
-      DialogNumber, [&](const Message& message) { return OnMessage(message, tolerance); });
+  const int button = RunBeside(DialogNumber, OnMessage);
   if (ws.npeaks >= 2) SortPeaks();
   if (button == ButtonClear) ws.npeaks = 0;
   WDialogUnload();

@@ -1,8 +1,21 @@
 // What commands ask while the user looks at the plot.
 #include "plot/beside.h"
 
-#include "plot/dataposition.h"
+#include <optional>
+
+#include "plot/navigation.h"
 #include "plot/plot.h"
+#include "plot/zoomhistory.h"
+
+namespace {
+
+DataPoint reach;
+
+void SetReach() { reach = {(ws.viewxmax - ws.viewxmin) / 200, (ws.viewymax - ws.viewymin) / 200}; }
+
+}  // namespace
+
+DataPoint PickReach() { return reach; }
 
 bool AskOnPlot(const std::string& caption, const std::string& text) {
   RefreshView();
@@ -10,6 +23,8 @@ bool AskOnPlot(const std::string& caption, const std::string& text) {
 }
 
 int RunBeside(int dialog, const std::function<bool(const Message&)>& handler) {
+  std::optional<PatternData> beforeclick;  // while nothing has come behind it
+  SetReach();
   WDialogSelect(dialog);
   WDialogShow(-1, -1, 0, SemiModeless);
   for (;;) {
@@ -20,20 +35,38 @@ int RunBeside(int dialog, const std::function<bool(const Message&)>& handler) {
         WDialogHide();
         return ButtonCancel;
       case MessageMouseMove:
-        ShowReadOuts(ToData(message.x, message.y));
+        Navigate(message);
         break;
       case MessageExpose:
       case MessageResize:
         ShowComplaint(DrawView());
         break;
+      case MessageDoubleClick:
+        if (beforeclick) static_cast<PatternData&>(ws) = *beforeclick;
+        handler(message);
+        [[fallthrough]];
+      case MessageWheel:
+      case MessagePan:
+      case MessageKey:
+        beforeclick.reset();
+        if (Navigate(message)) SetReach();
+        break;
+      case MessageMouseDown:
+        if (message.value1 == MouseLeft && DrawBand(message, true)) {
+          beforeclick.reset();
+          SetReach();
+          break;
+        }
+        beforeclick = ws;
+        [[fallthrough]];
       case MessageButton:
       case MessageFieldChanged:
-      case MessageMouseDown:
         if (!handler(message)) {
           WDialogHide();
           return message.type == MessageButton ? message.value1 : 0;
         }
         RefreshView();
+        NoteZoom();
     }
   }
 }

@@ -33,5 +33,8 @@ inline float ShownY(float counts) {
 DataPoint ShownPosition(DataPoint stored);
 DataPoint StoredPosition(DataPoint shown);
 
-// Writes a position within the view to the status bar.
+// Writes a position within the view to the status bar: as the axes show it, and as two-theta, d and
+// Q with the wavelength that they stand for, which is marked if nobody has stated it.
 void ShowReadOuts(DataPoint at);
+// Takes a wavelength that is no longer in use off the status bar.
+void RefreshWavelength();

@@ -19,6 +19,9 @@ struct Plot {
   float Y(float value) const { return (value - y.lo) * yfactor; }
 };
 
+constexpr const char* kXTitles[] = {"2|q", "d (A)", "Q (A\x9c-1\x9c)"};
+constexpr float kFewDegrees = 5;  // below, fractions of a degree are labelled
+
 void DrawFrame(const Plot& plot) {
   const float strip = 2 * plot.page.tick;
   SetPen(1, 2, colours::kBlack);
@@ -27,12 +30,15 @@ void DrawFrame(const Plot& plot) {
   SetPen(1, 1, colours::kBlack);
 
   MoveOrigin(0, -strip);
-  if (ws.xaxismode == AxisTth)
+  // Between limits that are rounded the axis keeps to whole degrees.
+  const bool degrees = ws.xaxismode == AxisTth;
+  const bool fine = ws.viewexact && plot.x.hi - plot.x.lo < kFewDegrees;
+  if (degrees && !fine)
     AxisTwoTheta(ws.plotwidth, plot.x.lo, plot.x.hi, plot.xfactor, plot.page.tick,
-                 plot.page.textheight, "2|q");
+                 plot.page.textheight, kXTitles[0]);
   else
     AxisLinear(ws.plotwidth, plot.x.lo, plot.x.hi, plot.xfactor, plot.page.tick,
-               plot.page.textheight, 0, ws.xaxismode == AxisD ? "d (A)" : "Q (A\x9c-1\x9c)");
+               plot.page.textheight, 0, kXTitles[ws.xaxismode - 1]);
   MoveOrigin(0, strip);
   AxisLinear(ws.plotheight, plot.y.lo, plot.y.hi, plot.yfactor, plot.page.tick,
              plot.page.textheight, -270, LogarithmicY() ? "10log(Counts)" : "Counts");
@@ -97,12 +103,27 @@ class CurvePen {
   bool inside_ = false, begun_ = false;
 };
 
-// The points of a slot inside the x range, displaced.
+// The line from one point to the next at the end of the range that it passes.
+DataPoint AtEnd(const Range& x, DataPoint in, DataPoint out) {
+  const float end = out.x < x.lo ? x.lo : x.hi;
+  return {end, in.y + (out.y - in.y) * ((end - in.x) / (out.x - in.x))};
+}
+
+// The points of a slot inside the x range, displaced. Between exact limits the curve goes on to the
+// frame.
 void DrawCurve(const Plot& plot, int slot, int n, const Range& x, float dx = 0, float dy = 0) {
   const auto xs = ws.xval.row(ws.xaxismode, slot), ys = ws.yval.row(slot);
   CurvePen pen(plot);
-  for (int i = 0; i < n; ++i)
-    if (x.Holds(xs[i] + dx)) pen.To(xs[i] + dx, ShownY(ys[i] + dy));
+  const auto draw = [&](DataPoint at) { pen.To(at.x, ShownY(at.y)); };
+  DataPoint last{};
+  for (int i = 0; i < n; ++i) {
+    const DataPoint at{xs[i] + dx, ys[i] + dy};
+    const bool inside = x.Holds(at.x), passes = ws.viewexact && i > 0;
+    if (inside && passes && !x.Holds(last.x)) draw(AtEnd(x, at, last));
+    if (inside) draw(at);
+    if (!inside && passes && x.Holds(last.x)) draw(AtEnd(x, last, at));
+    last = at;
+  }
 }
 
 void DrawOverlays(const Plot& plot) {

@@ -1,4 +1,6 @@
 // The ranges of the pattern plot: the part of the data that its frame shows.
+#include "plot/patternranges.h"
+
 #include <cmath>
 
 #include "plot/dataposition.h"
@@ -11,9 +13,10 @@ namespace {
 constexpr float kSmallestBand = 5.0f;  // counts
 
 struct View {
-  int primary;        // slot
-  bool band = false;  // the rubber band is the zoom
-  Range x, y;
+  int primary;  // slot
+  Range x{0, 0}, y{1.0e30f, -1.0e30f};
+  bool band = false;   // the rubber band is the zoom
+  bool exact = false;  // the limits are drawn as they are
 };
 
 bool BandIsZoom() {
@@ -22,22 +25,29 @@ bool BandIsZoom() {
   return ws.bandx2 - ws.bandx1 > 10 * FirstStepOf(SlotInput) && height > kSmallestBand;
 }
 
-// What to show before it is rounded: the band, the view, or everything.
-View FindView() {
-  View view{.primary = ActiveSlot(), .band = BandIsZoom(), .x = {0, 0}, .y = {1.0e30f, -1.0e30f}};
+// Everything, before it is rounded.
+View WholeView() {
+  View view{.primary = ActiveSlot()};
   for (const float y : IntensityOf(view.primary)) view.y.Widen(y);
   view.y = {ShownY(view.y.lo), ShownY(view.y.hi)};
-
   const int n = ws.npts(view.primary);
+  if (n < 1) return view;
+  view.x = {ws.xval(ws.xaxismode, view.primary, 1), ws.xval(ws.xaxismode, view.primary, n)};
+  if (ws.xaxismode == AxisD) std::swap(view.x.lo, view.x.hi);
+  return view;
+}
+
+// What to show before it is rounded: the band, the view, or everything.
+View FindView() {
+  View view = WholeView();
+  view.band = BandIsZoom();
   if (view.band) {
     view.x = {ws.bandx1, ws.bandx2};
     view.y = {ws.bandy1, ws.bandy2};
   } else if (ws.viewxmin != 0 || ws.viewxmax != 0) {
+    view.exact = ws.viewexact != 0;
     view.x = {ws.viewxmin, ws.viewxmax};
-    if (ws.viewymax != 0) view.y = {ws.viewymin, ws.viewymax};
-  } else if (n >= 1) {
-    view.x = {ws.xval(ws.xaxismode, view.primary, 1), ws.xval(ws.xaxismode, view.primary, n)};
-    if (ws.xaxismode == AxisD) std::swap(view.x.lo, view.x.hi);
+    if (view.exact || ws.viewymax != 0) view.y = {ws.viewymin, ws.viewymax};
   }
   return view;
 }
@@ -86,17 +96,28 @@ struct Points {
   }
 };
 
+// Outward, to what the frame shows. Returns why that cannot be drawn, or null.
+const char* Round(View& view) {
+  const Points points(view);
+  if (points.n < 2) return "nstep = 0";
+  view.y = Rounded(points.y.low, points.y.high);
+  if (!LogarithmicY()) MakeRoom(view);
+  view.x = RoundedX(points.x);
+  return view.x.lo == view.x.hi ? "amin = amax" : nullptr;
+}
+
 ViewComplaint Undrawable(const char* why) {
   ws.plotmask = 0;
   return {"Error", why};
 }
 
-// Writes the rounded view back for the mouse and the next redraw.
+// Writes the view as it is drawn back for the mouse and the next redraw.
 void Keep(const View& view) {
   ws.viewxmin = view.x.lo;
   ws.viewxmax = view.x.hi;
   ws.viewymin = view.y.lo;
   ws.viewymax = view.y.hi;
+  ws.viewexact = view.exact;
   ws.xperunit = (view.x.hi - view.x.lo) / ws.plotwidth;
   ws.yperunit = (view.y.hi - view.y.lo) / ws.plotheight;
   if (view.band) return;
@@ -106,18 +127,25 @@ void Keep(const View& view) {
 
 }  // namespace
 
+std::optional<PatternFrame> FullFrame() {
+  View view = WholeView();
+  if (Round(view)) return {};
+  return PatternFrame{view.x, view.y};
+}
+
+bool ViewCanBeLaid() {
+  View view = FindView();
+  return view.exact || !Round(view);
+}
+
 ViewComplaint LayPatternPlot() {
   UpdatePlotMenu();
   if (ws.plotmask < 1) return {};
   LayPage();
   View view = FindView();
-  const Points points(view);
-  if (points.n < 2) return Undrawable("nstep = 0");
   const Range curve = view.x;
-  view.y = Rounded(points.y.low, points.y.high);
-  if (!LogarithmicY()) MakeRoom(view);
-  view.x = RoundedX(points.x);
-  if (view.x.lo == view.x.hi) return Undrawable("amin = amax");
+  const char* complaint = view.exact ? nullptr : Round(view);
+  if (complaint) return Undrawable(complaint);
   ws.curvexmin = curve.lo;
   ws.curvexmax = curve.hi;
   Keep(view);

@@ -1,5 +1,6 @@
 // The Plot menu: switches of the curves.
 #include "plot/plot.h"
+#include "plot/zoomhistory.h"
 #include "workspace/menuids.h"
 #include "workspace/workspace.h"
 
@@ -37,6 +38,10 @@ constexpr Command kCommands[] = {
      .run = [](const Arguments&) { return Outcome::Done; },
      .redraw = Redraw::Full,
      .undo = true},
+    {.item = {MenuZoomBack, "Zoom back", MenuPopupPlot, false, "Backspace"},
+     .run = [](const Arguments&) { return ZoomBack() ? Outcome::Done : Outcome::Idle; }},
+    {.item = {MenuZoomForward, "Zoom forward", MenuPopupPlot, false, "Shift+Backspace"},
+     .run = [](const Arguments&) { return ZoomForward() ? Outcome::Done : Outcome::Idle; }},
     {.item = {MenuLegend, "Legend", MenuPopupPlot}, .run = FlipLegend, .redraw = Redraw::Keep},
 };
 

@@ -15,6 +15,7 @@ struct Range {
     lo = std::min(lo, value);
     hi = std::max(hi, value);
   }
+  bool operator==(const Range&) const = default;
 };
 
 // Smallest and largest of the finite values taken; 0 before the first.

@@ -44,11 +44,12 @@ NamedField Named(const Table<T, N...>& field) {
 // All fields, group by group.
 // clang-format off
 #define FIELDS(F) \
-  F(patternloaded) F(plotmarks) F(xaxismark) F(yaxismark) F(xgridmark) F(ygridmark) \
+  F(patternloaded) F(loadcount) F(plotmarks) F(xaxismark) F(yaxismark) F(xgridmark) F(ygridmark) \
     F(alpha2enabled) F(divergenceenabled) F(overlayitems) \
   F(xval) F(yval) F(npts) F(ptrefl) \
   F(viewmode) F(analysiskind) F(plotmask) F(xaxismode) F(yaxismode) F(xgrid) F(ygrid) \
-  F(viewxmin) F(viewxmax) F(viewymin) F(viewymax) F(bandx1) F(bandx2) F(bandy1) F(bandy2) \
+  F(viewxmin) F(viewxmax) F(viewymin) F(viewymax) F(viewexact) \
+  F(bandx1) F(bandx2) F(bandy1) F(bandy2) \
   F(plotxmin) F(plotxmax) F(plotx0) F(ploty0) F(plotwidth) F(plotheight) F(xperunit) F(yperunit) \
     F(plotscalex) F(plotscaley) F(curvexmin) F(curvexmax) \
   F(toolbar) F(legend) F(printflag) F(epsflag) \

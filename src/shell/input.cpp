@@ -2,48 +2,15 @@
 #include <algorithm>
 
 #include "plot/dataposition.h"
-#include "plot/plot.h"
+#include "plot/navigation.h"
 #include "shell/shell.h"
 #include "workspace/workspace.h"
 
 namespace {
 
-DataPoint ClampToView(DataPoint at) {
-  return {std::clamp(at.x, ws.viewxmin, std::max(ws.viewxmin, ws.viewxmax)),
-          std::clamp(at.y, ws.viewymin, std::max(ws.viewymin, ws.viewymax))};
-}
-
 void ClipCurvesTo(float xmin, float xmax) {
   ws.plotxmin = xmin;
   ws.plotxmax = xmax;
-}
-
-// A band that is broken off leaves the last finished one, and the curves' limits, as they are.
-void DrawBand(float x, float y) {
-  const float bandx = ws.bandx1, bandy = ws.bandy1, xmin = ws.plotxmin, xmax = ws.plotxmax;
-  ClipCurvesTo(ws.viewxmin, ws.viewxmax);
-  const DataPoint from = ClampToView(ToData(x, y));
-  ws.bandx1 = from.x;
-  ws.bandy1 = from.y;
-  IGrColour("Cyan");
-  float endx = x, endy = y;
-  int ending = 0;
-  WGrInput(3, x, y, endx, endy, ending);
-  if (ending == MessageMouseUp) {
-    const DataPoint to = ClampToView(ToData(endx, endy));
-    ws.bandx2 = to.x;
-    ws.bandy2 = to.y;
-    if (ws.bandx2 < ws.bandx1) std::swap(ws.bandx1, ws.bandx2);
-    if (ws.bandy2 < ws.bandy1) std::swap(ws.bandy1, ws.bandy2);
-    ClipCurvesTo(ws.bandx1, ws.bandx2);
-  } else {
-    ws.bandx1 = bandx;
-    ws.bandy1 = bandy;
-    ClipCurvesTo(xmin, xmax);
-  }
-  WCursorShape(0);
-  IGrColour("Black");
-  RefreshView();
 }
 
 void PageLeft(float first, float last) {
@@ -81,6 +48,7 @@ Outcome ChangeRange(Change change) {
   change(std::min(first, last), std::max(first, last));
   ws.bandx1 = ws.bandx2 = 0;
   ws.viewymin = ws.viewymax = 0;
+  ws.viewexact = 0;
   ClipCurvesTo(ws.viewxmin, ws.viewxmax);
   return Outcome::Done;
 }
@@ -104,16 +72,17 @@ constexpr Command kKeys[] = {
 
 }  // namespace
 
-void OnKey(int key) {
-  if (key < KeyLeft || key > KeyDown || ws.npts(SlotInput) < 1) return;
-  RunCommand(kKeys[key - KeyLeft]);
+void OnKey(const Message& message) {
+  const int key = message.value1;
+  if (ws.npts(SlotInput) < 1) return;
+  if (key >= KeyLeft && key <= KeyDown) RunCommand(kKeys[key - KeyLeft]);
+  Navigate(message);
 }
 
 void OnMouse(const Message& message) {
   if (ws.viewmode == 0) return;
-  if (message.type == MessageMouseMove) ShowReadOuts(ToData(message.x, message.y));
-  if (message.type == MessageMouseDown && message.value1 == MouseLeft)
-    DrawBand(message.x, message.y);
+  if (message.type == MessageMouseDown && message.value1 == MouseLeft) DrawBand(message, false);
+  Navigate(message);
 }
 
 std::pair<float, float> PlotPosition(float x, float y) {

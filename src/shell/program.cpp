@@ -1,8 +1,10 @@
 // Start-up, the event loop and the end of the program.
 #include <cstdlib>
+#include <iterator>
 
 #include "multi/summary.h"
 #include "plot/plot.h"
+#include "plot/zoomhistory.h"
 #include "shell/history.h"
 #include "shell/shell.h"
 #include "workspace/text.h"
@@ -10,7 +12,7 @@
 
 namespace {
 
-constexpr int kStatusParts[] = {1000, 1000, 1500, 1000};  // thousandths, in proportion
+constexpr int kStatusParts[] = {1000, 1000, 1500, 1000, 2500};  // in proportion
 
 // Where the configuration file lies: beside the program, unless the environment names a place that
 // its user can write to.
@@ -36,7 +38,7 @@ void StartProgram() {
   SetApplicationHooks({FieldText, PlotPosition});
   const int width = WInfoScreen(1) * 8 / 10, height = WInfoScreen(2) * 8 / 10;
   WindowOpen(20, 20, width, height, MainMenu, ProgramTitle);
-  WindowStatusBarParts(4, kStatusParts);
+  WindowStatusBarParts(std::size(kStatusParts), kStatusParts);
   ws.startdir = StartDirectory();
   IOsDirChange(ws.startdir);
   ReadConfiguration();
@@ -55,6 +57,7 @@ void StartProgram() {
   WMessageEnable(MessageMouseMove, 1);
   WMessageEnable(MessageMouseUp, 1);
   ws.viewmode = 0;
+  ForgetZooms();
   if (IOsArgumentCount() > 0) OpenFile(IOsArgument(1));
 }
 
@@ -68,7 +71,7 @@ void RunProgram() {
     Message message;
     switch (WMessage(message)) {
       case MessageKey:
-        OnKey(message.value1);
+        OnKey(message);
         break;
       case MessageMenu:
         OnMenu(message.value1, quitflag);
@@ -77,6 +80,9 @@ void RunProgram() {
       case MessageMouseUp:
       case MessageMouseMove:
       case MessageMouseOther:
+      case MessageWheel:
+      case MessageDoubleClick:
+      case MessagePan:
         OnMouse(message);
         break;
       case MessageExpose:

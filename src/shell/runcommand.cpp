@@ -1,7 +1,9 @@
 // The life of a command, the same for menu, keys and transcripts.
 #include <algorithm>
 
+#include "plot/dataposition.h"
 #include "plot/plot.h"
+#include "plot/zoomhistory.h"
 #include "shell/history.h"
 #include "shell/shell.h"
 #include "shell/undo.h"
@@ -45,11 +47,17 @@ std::string TitleOf(const Command& command) {
   return title;
 }
 
+bool IsZoom(const std::string& line) {
+  static constexpr std::string_view kWords[] = {"band ", "key ", "wheel ", "pan ", "doubleclick "};
+  return std::ranges::any_of(kWords, [&](std::string_view word) { return line.starts_with(word); });
+}
+
 // Notes a command and what was entered for it. A key, and a path that was known before, are entries
-// that are commands themselves.
+// that are commands themselves. Of what is not worth doing again the zooms remain.
 void Note(const Command& command, bool picked, std::vector<std::string> entered) {
-  if (!command.history) return;
-  if (picked)
+  if (!command.history)
+    std::erase_if(entered, [](const std::string& line) { return !IsZoom(line); });
+  else if (picked)
     entered.insert(entered.begin(),
                    "menu " + std::to_string(command.item.id) + "  # " + TitleOf(command));
   // One entry that no line can hold takes the command with it.
@@ -75,6 +83,7 @@ Outcome RunCommand(const Command& command, Arguments arguments) {
   const bool picked = command.item.id != 0 && arguments.path.empty();
   if (!arguments.path.empty()) WJournal("open", arguments.path);
   const int viewmode = ws.viewmode;
+  const ZoomHistory zooms = Zooms();
   Snapshot before = StateNow();
   const Indexing indexing = ws;
   arguments.number = command.number;
@@ -91,10 +100,16 @@ Outcome RunCommand(const Command& command, Arguments arguments) {
   if (!happened && command.undo) PutBack(entered, before.data);
   const bool changed = StateNow() != before;
   // What is saved cannot be taken back, and leaves its settings behind even when it fails.
-  if (happened || changed || indexing != static_cast<const Indexing&>(ws))
-    Note(command, picked, std::move(lines));
+  const bool lasting = happened || changed || indexing != static_cast<const Indexing&>(ws);
+  if (lasting) Note(command, picked, std::move(lines));
+  // The zooms are those of who does again what is noted.
+  if (!lasting)
+    PutZooms(zooms);
+  else if (command.history)
+    NoteZoom();
   if (changed && command.undo) KeepForUndo(TitleOf(command), std::move(before));
   ShowMenuState();
+  RefreshWavelength();
   if (outcome == Outcome::Done && command.tell) command.tell();
   WCommandEnded(outcome == Outcome::Failed);
   return outcome;

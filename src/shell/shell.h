@@ -50,7 +50,7 @@ void RunProgram();
 // Opens a pattern by its path as a file on the command line is opened.
 void OpenFile(const std::string& path);
 
-void OnKey(int key);
+void OnKey(const Message& message);
 void OnMouse(const Message& message);
 // Position on the plot in user units of a point in data coordinates.
 std::pair<float, float> PlotPosition(float x, float y);

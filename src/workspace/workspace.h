@@ -69,6 +69,7 @@ struct PerPattern {
   int xgrid = 0, ygrid = 0;
   float viewxmin = 0, viewxmax = 0;  // range of the view in the selected axis; both 0: full range
   float viewymin = 0, viewymax = 0;  // viewymax 0: automatic
+  int viewexact = 0;                 // 1: drawn with these very limits, else rounded outward
   float bandx1 = 0, bandx2 = 0, bandy1 = 0, bandy2 = 0;  // last rubber band, data units
 
   Table<float, 9> wavelen{{CuKalpha1, CuKalpha2}};  // alpha1, alpha2, ratio, -, overlays 1-4, -
@@ -218,6 +219,7 @@ struct PatternData : PeakTables {
 
   // Check marks of the menu. Those of axes and grids follow their commands, not a load.
   int patternloaded = 0;
+  int loadcount = 0;  // patterns opened up to this one
   int plotmarks = 0;  // of the Plot menu, as plotmask
   int xaxismark = 1, yaxismark = 1, xgridmark = 0, ygridmark = 0;
 

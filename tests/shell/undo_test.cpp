@@ -45,6 +45,12 @@ std::vector<std::string> SessionSteps() {
   return steps;
 }
 
+// What a user can step back through, whatever the pattern is.
+bool IsStep(const MenuItem& item) {
+  const int id = item.row.id;
+  return item.row.parent == MenuPopupEdit || id == MenuZoomBack || id == MenuZoomForward;
+}
+
 bool OnlyZooms(const std::string& step) {
   return step.starts_with("drag ") || step.starts_with("key ");
 }
@@ -61,7 +67,7 @@ struct State {
 State Now(const Snapshot* before) {
   State state{TakeSnapshot(before), {}, ScreenList().points, std::filesystem::current_path()};
   for (const MenuItem& item : MenuItems())
-    if (item.row.parent != MenuPopupEdit) state.menu.emplace_back(item.enabled, item.checked);
+    if (!IsStep(item)) state.menu.emplace_back(item.enabled, item.checked);
   return state;
 }
 
@@ -175,6 +181,29 @@ TEST_F(Session, DoneAgainWithItsAccidents) {
   EXPECT_TRUE(std::equal(first.lines.end() - 7, first.lines.end(), again.lines.end() - 7));
   EXPECT_EQ(again.lines[again.lines.size() - 2], "value\tinfodepartment\tLab");
   EXPECT_EQ(again.lines[again.lines.size() - 7], "value\tsaveformat\t1");
+}
+
+// Zooms by all means, with and without a dialog that is cancelled, closed or not worth a line.
+TEST_F(Session, ZoomsAreDoneAgainAndGoneBackThrough) {
+  const std::string transcript =
+      Steps()[0] +
+      "wheel 333.333 500 1.7\nwheel 301 500 0.3\npan 500 500 471.123 503\nband 300 100 300 100\n"
+      "menu 40088\nwheel 300 300 1\nclick left 300 300\nband 200 200 800 900\n"
+      "click left 400 350\nclick right 400 350\nclick left 600 500\ndoubleclick 600 500\n"
+      "key backspace\nkey escape\nwheel 400 500 2\nmenu 40209\nkey shift+backspace\n"
+      "menu 40106\nwheel 50 400 1\nclick left 410 500\nkey escape\nkey up\nkey backspace\n"
+      "menu 40107\nset 1483 on\npress Refine\nmenu 40206\nwheel 400 500 1.1\nkey escape\nwheel 500 "
+      "300 1\n"
+      "menu 40209\n";
+  const std::string gets =
+      "get viewxmin\nget viewxmax\nget viewymin\nget viewymax\nget npeaks\nget peaks(1,1:3)\n"
+      "get nmanualbg\nitem 40209\nitem 40210\nkey backspace\nget viewxmin\n";
+  const std::string save = "menu 40205\nfile \"" + dir_.file("h.replay") + "\"\n";
+  const ReplayRun first = RunReplay(transcript + save + gets, dir_.path());
+  const ReplayRun again = RunReplay(ReadFile(dir_.file("h.replay")) + gets, "/");
+  EXPECT_EQ(first.status + again.status, 0) << first.lines.back() << again.lines.back();
+  ASSERT_GT(std::min(first.lines.size(), again.lines.size()), 10u);
+  EXPECT_TRUE(std::equal(first.lines.end() - 10, first.lines.end(), again.lines.end() - 10));
 }
 
 // Of what was entered again the last counts, a number as it was typed; places have nine digits.

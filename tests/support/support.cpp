@@ -10,6 +10,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "plot/zoomhistory.h"
 #include "shell/history.h"
 #include "shell/shell.h"
 #include "shell/undo.h"
@@ -104,6 +105,7 @@ void FreshWorkspace() {
   ws.plotmask = 0;
   ForgetUndo();
   ForgetHistory();
+  ForgetZooms();
   SetMenuLoaded(0);
   events.clear();
 }

@@ -139,7 +139,7 @@ TEST_P(Transcript, ShowsWhatItSays) {
 INSTANTIATE_TEST_SUITE_P(Tour, Transcript,
                          testing::Values("corrections", "modify", "background", "peaks", "peakfit",
                                          "fit", "overlays", "summary", "indexing", "scripts",
-                                         "commands", "dialogs", "views"),
+                                         "commands", "dialogs", "views", "zoom"),
                          [](const auto& name) { return name.param; });
 
 }  // namespace
