@@ -13,6 +13,15 @@ DataPoint reach;
 
 void SetReach() { reach = {(ws.viewxmax - ws.viewxmin) / 200, (ws.viewymax - ws.viewymin) / 200}; }
 
+// Does what the user's hand asks of the view; true if that was meant.
+bool Zoom(const Message& message) {
+  const ZoomView before = ViewNow();
+  const bool press = message.type == MessageMouseDown && message.value1 == MouseLeft;
+  const bool meant = press ? DrawBand(message, true) : Navigate(message);
+  if (!SamePicture(before, ViewNow())) SetReach();
+  return meant;
+}
+
 }  // namespace
 
 DataPoint PickReach() { return reach; }
@@ -23,7 +32,7 @@ bool AskOnPlot(const std::string& caption, const std::string& text) {
 }
 
 int RunBeside(int dialog, const std::function<bool(const Message&)>& handler) {
-  std::optional<PatternData> beforeclick;  // while nothing has come behind it
+  std::optional<PatternData> beforeclick;  // the last thing that the handler has heard of
   SetReach();
   WDialogSelect(dialog);
   WDialogShow(-1, -1, 0, SemiModeless);
@@ -34,33 +43,28 @@ int RunBeside(int dialog, const std::function<bool(const Message&)>& handler) {
         PostMessage(message);
         WDialogHide();
         return ButtonCancel;
-      case MessageMouseMove:
-        Navigate(message);
-        break;
       case MessageExpose:
       case MessageResize:
         ShowComplaint(DrawView());
         break;
       case MessageDoubleClick:
         if (beforeclick) static_cast<PatternData&>(ws) = *beforeclick;
+        beforeclick.reset();
         handler(message);
         [[fallthrough]];
+      case MessageMouseMove:
       case MessageWheel:
       case MessagePan:
       case MessageKey:
-        beforeclick.reset();
-        if (Navigate(message)) SetReach();
+        Zoom(message);
         break;
       case MessageMouseDown:
-        if (message.value1 == MouseLeft && DrawBand(message, true)) {
-          beforeclick.reset();
-          SetReach();
-          break;
-        }
-        beforeclick = ws;
+        if (Zoom(message)) break;
         [[fallthrough]];
       case MessageButton:
       case MessageFieldChanged:
+        beforeclick.reset();
+        if (message.type == MessageMouseDown) beforeclick = ws;
         if (!handler(message)) {
           WDialogHide();
           return message.type == MessageButton ? message.value1 : 0;

@@ -41,9 +41,10 @@ void Turn(const Message& wheel) {
 }
 
 // The view follows the mouse. Each place counts from the start of the drag, so that the way there
-// leaves no trace in the last digits.
+// leaves no trace in the last digits, and none at all when it is broken off.
 void Pan(const Message& press) {
-  const ZoomView start = ViewNow();
+  const PatternData pattern = ws;
+  const PerPattern start = ws;
   const Range x{start.viewxmin, start.viewxmax}, y{start.viewymin, start.viewymax};
   const DataPoint perunit{ws.xperunit, ws.yperunit};
   const auto follow = [&](float tox, float toy) {
@@ -53,11 +54,11 @@ void Pan(const Message& press) {
   float endx = press.x, endy = press.y;
   int ending = 0;
   WGrInput(GraphicsPan, press.x, press.y, endx, endy, ending, follow);
-  PutView(start);
-  if (ending == MessageMouseUp && (endx != press.x || endy != press.y))
-    follow(endx, endy);
-  else
-    RefreshView();
+  static_cast<PatternData&>(ws) = pattern;
+  static_cast<PerPattern&>(ws) = start;
+  if (ending != MessageMouseUp || (endx == press.x && endy == press.y))
+    return ShowComplaint(DrawView());
+  follow(endx, endy);
   NoteZoom();
 }
 
@@ -74,12 +75,12 @@ bool DrawBand(const Message& press, bool pick) {
   float endx = press.x, endy = press.y;
   int ending = 0;
   WGrInput(GraphicsBand, press.x, press.y, endx, endy, ending, ReadOut);
-  const bool click = ending == MessageMouseUp && endx == press.x && endy == press.y;
-  if (click && pick) return false;
-  if (ending == MessageMouseUp)
-    TakeBand(ClampToView(ToData(press.x, press.y)), ClampToView(ToData(endx, endy)));
   WCursorShape(0);
   IGrColour("Black");
+  if (ending != MessageMouseUp) return true;
+  const bool click = endx == press.x && endy == press.y;
+  if (click && pick) return false;
+  TakeBand(ClampToView(ToData(press.x, press.y)), ClampToView(ToData(endx, endy)));
   RefreshView();
   NoteZoom();
   return true;

@@ -17,14 +17,6 @@ ZoomHistory history;
 
 auto Origin(const ZoomView& v) { return std::tie(v.xaxismode, v.yaxismode, v.loadcount); }
 
-// Bands and rounding are ways to it.
-bool SamePicture(const ZoomView& a, const ZoomView& b) {
-  const auto limits = [](const ZoomView& v) {
-    return std::tie(v.viewxmin, v.viewxmax, v.viewymin, v.viewymax);
-  };
-  return limits(a) == limits(b);
-}
-
 void Push(std::vector<ZoomView>& views, const ZoomView& view) {
   if (views.size() == kMostViews) views.erase(views.begin());
   views.push_back(view);
@@ -63,6 +55,13 @@ ZoomView ViewNow() {
   return {ws.viewxmin, ws.viewxmax,  ws.viewymin,  ws.viewymax, ws.viewexact,
           ws.bandx1,   ws.bandx2,    ws.bandy1,    ws.bandy2,   ws.plotxmin,
           ws.plotxmax, ws.xaxismode, ws.yaxismode, ws.loadcount};
+}
+
+bool SamePicture(const ZoomView& a, const ZoomView& b) {
+  const auto limits = [](const ZoomView& v) {
+    return std::tie(v.viewxmin, v.viewxmax, v.viewymin, v.viewymax);
+  };
+  return limits(a) == limits(b);
 }
 
 void PutView(const ZoomView& view) {

@@ -13,6 +13,8 @@ struct ZoomView {
 };
 
 ZoomView ViewNow();
+// The same limits: bands and rounding are ways to them.
+bool SamePicture(const ZoomView& a, const ZoomView& b);
 void PutView(const ZoomView& view);
 
 struct ZoomHistory {

@@ -187,7 +187,8 @@ TEST_F(Session, DoneAgainWithItsAccidents) {
 TEST_F(Session, ZoomsAreDoneAgainAndGoneBackThrough) {
   const std::string transcript =
       Steps()[0] +
-      "wheel 333.333 500 1.7\nwheel 301 500 0.3\npan 500 500 471.123 503\nband 300 100 300 100\n"
+      "wheel 333.333 500 1.7\nband 300 300 escape\nwheel 301 500 0.3\npan 1 1 escape\npan 500 500 "
+      "471.123 503\nband 300 100 300 100\n"
       "menu 40088\nwheel 300 300 1\nclick left 300 300\nband 200 200 800 900\n"
       "click left 400 350\nclick right 400 350\nclick left 600 500\ndoubleclick 600 500\n"
       "key backspace\nkey escape\nwheel 400 500 2\nmenu 40209\nkey shift+backspace\n"
