@@ -172,7 +172,7 @@ TEST(Events, WheelPanAndModifiers) {
   WMessageEnable(MessageMouseMove, 1);
   Answer(
       "wheel 285 100 -2.5 ctrl\ndoubleclick 1 2\nkey shift+backspace\nkey home\n"
-      "click left 3 4 shift ctrl\npan 10 20.25 30 40\npan 1 2 1 2\npan 1 2 escape");
+      "click left 3 4 shift ctrl\npan 10 20.25 30 20.25\npan 1 2 1 2\npan 1 2 escape");
   Message message;
   const auto next = [&](int type, int value, int modifiers) {
     while (WMessage(message) == MessageMouseMove || message.type == MessageMouseUp) {
@@ -196,9 +196,9 @@ TEST(Events, WheelPanAndModifiers) {
              [&](float atx, float aty) { way.emplace_back(atx, aty); });
     EXPECT_EQ(ended, ending);
   }
-  EXPECT_EQ(way, (std::vector{std::pair(30.0f, 40.0f)}));
+  EXPECT_EQ(way, (std::vector{std::pair(30.0f, 20.25f)}));
   EXPECT_EQ(WTakeJournal(), (Lines{"wheel 285 100 -2.5 ctrl", "doubleclick 1 2",
-                                   "key shift+backspace", "key home", "pan 10 20.25 30 40"}));
+                                   "key shift+backspace", "key home", "pan 10 20.25 30 20.25"}));
 }
 
 TEST(Selector, AddsTheExtensionOnSavingAndStartsFromTheFirstDirectory) {
