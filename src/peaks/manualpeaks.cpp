@@ -4,12 +4,13 @@
 
 #include "peaks/peaklist.h"
 #include "peaks/peaks.h"
+#include "peaks/snap.h"
 #include "plot/beside.h"
 #include "plot/dataposition.h"
 #include "plot/plot.h"
 #include "toolkit/controls.h"
 #include "toolkit/toolkit.h"
-#include "workspace/workspace.h"
+#include "workspace/slots.h"
 
 namespace {
 
@@ -19,6 +20,7 @@ enum ManualDialog { DialogNumber = 130, FieldCount = 1202, ButtonLower, ButtonHi
 
 constexpr Control kControls[] = {
     Label(1201, "Left-click to add point.   Right-click to remove point"),
+    Label(1206, "With Shift held the point goes to the top of its peak"),
     Label(FieldCount, "No. of peaks in list:"),
     Press(ButtonLower, "<"),
     Press(ButtonHigher, ">"),
@@ -47,9 +49,12 @@ void Pan(int button) {
   ws.bandx1 = ws.bandx2 = 0;  // a band would bring the old view back
 }
 
-void AddPeak(float x) {
+// At the place itself, or on top of the peak it is near to.
+void AddPeak(float x, bool snap) {
   const int row = AppendPeak(PeakPicked);
-  if (row > 0) ws.peaks(ptth, row) = TwoThetaOf(x);
+  if (row == 0) return;
+  const float tth = TwoThetaOf(x);
+  ws.peaks(ptth, row) = snap ? SnapToMaximum(TthOf(SlotInput), IntensityOf(SlotInput), tth) : tth;
 }
 
 // Takes the first position within the tolerance out of the list, not the nearest. Only the
@@ -62,7 +67,7 @@ void RemovePosition(float x, float tolerance) {
 void OnPick(const Message& mouse) {
   const DataPoint at = ToData(mouse.x, mouse.y);
   if (!InView(at)) return;
-  if (mouse.value1 == MouseLeft) AddPeak(at.x);
+  if (mouse.value1 == MouseLeft) AddPeak(at.x, mouse.modifiers & ModifierShift);
   if (mouse.value1 == MouseRight) RemovePosition(at.x, PickReach().x);
 }
 

@@ -21,6 +21,7 @@ constexpr ToolRow kTools[] = {
     {MenuUndo, "undo"},
     {MenuRedo, "redo"},
     {},
+    {MenuZoomBack, "zoomback"},
     {MenuFullPattern, "full"},
     {},
     {MenuAutosubtract, "background", "Autosubtract background"},
