@@ -57,6 +57,7 @@ Outcome AskLoad(Arguments& arguments) {
   }
   RelistPeaks(ws.npeaks, PeakLoaded);
   static_cast<FitResults&>(ws) = {};
+  EndOverlayFit();  // the background was its own
   if (ws.tthzero != 0) {
     ComputeXAxes();
     ws.statedwave = ws.axiswave;

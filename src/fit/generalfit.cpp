@@ -187,6 +187,7 @@ Outcome RefineModel(FitModel& model) {
 
 Outcome GeneralFit() {
   if (ws.npts(SlotInput) < 1) return Outcome::Idle;
+  EndOverlayFit();
   FitModel model = WorkspaceModel();
   PutRight(model);
   Progress("start fitting or calculation");

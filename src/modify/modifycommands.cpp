@@ -169,6 +169,17 @@ constexpr Control kAlpha2Controls[] = {
 };
 constexpr ParameterDialog kAlpha2{.resource = {117, "Alpha2 stripping", kAlpha2Controls}};
 
+// A pattern that changes takes the fit of an overlay with it; what is made of the fitted curve
+// itself stays.
+template <Outcome (*Operation)()>
+Outcome Changing(const Arguments&) {
+  const Outcome outcome = Operation();
+  if (outcome != Outcome::Done) return outcome;
+  if (ActiveSlot() == SlotRefined) ws.fitshown = 0;
+  EndOverlayFit();
+  return outcome;
+}
+
 constexpr int kPopup = 40030, kAbsorption = 40053;
 
 // A correction or filter of the pattern.
@@ -180,19 +191,19 @@ constexpr Command Modify(int id, const char* text, const ParameterDialog* dialog
 
 constexpr Command kCommands[] = {
     {.item = {kPopup, "Modify", 0, true}},
-    Modify(40031, "Autodivergence", nullptr, Plain<Autodivergence>, Redraw::Keep),
-    Modify(40052, "Alpha2 stripping", &kAlpha2, Plain<Alpha2Strip>, Redraw::Keep),
+    Modify(40031, "Autodivergence", nullptr, Changing<Autodivergence>, Redraw::Keep),
+    Modify(40052, "Alpha2 stripping", &kAlpha2, Changing<Alpha2Strip>, Redraw::Keep),
     {.item = {kAbsorption, "Absorption correction", kPopup, true}},
-    Modify(40054, "Cylinder", &kCylinder, Plain<AbsorptionCylinder>, Redraw::Full, kAbsorption),
-    Modify(40055, "Flat plate", &kPlate, Plain<AbsorptionPlate>, Redraw::Full, kAbsorption),
-    Modify(40064, "Lp-corrections", &kLp, Plain<LpCorrect>),
-    Modify(40056, "Zero shift", &kZero, Plain<ZeroShift>),
-    Modify(40057, "Truncate", &kTruncate, Plain<Truncate>),
-    Modify(40058, "Convert", &kConvert, Plain<ConvertPattern>),
-    Modify(40059, "Add polynomial", &kPolynomial, Plain<AddPolynomial>),
-    Modify(40060, "Scale", &kScale, Plain<ScalePattern>),
-    Modify(40061, "Smooth", &kSmooth, Plain<SmoothPattern>),
-    Modify(40062, "Savitzky-Golay", &kGolay, Plain<SavitzkyGolay>),
+    Modify(40054, "Cylinder", &kCylinder, Changing<AbsorptionCylinder>, Redraw::Full, kAbsorption),
+    Modify(40055, "Flat plate", &kPlate, Changing<AbsorptionPlate>, Redraw::Full, kAbsorption),
+    Modify(40064, "Lp-corrections", &kLp, Changing<LpCorrect>),
+    Modify(40056, "Zero shift", &kZero, Changing<ZeroShift>),
+    Modify(40057, "Truncate", &kTruncate, Changing<Truncate>),
+    Modify(40058, "Convert", &kConvert, Changing<ConvertPattern>),
+    Modify(40059, "Add polynomial", &kPolynomial, Changing<AddPolynomial>),
+    Modify(40060, "Scale", &kScale, Changing<ScalePattern>),
+    Modify(40061, "Smooth", &kSmooth, Changing<SmoothPattern>),
+    Modify(40062, "Savitzky-Golay", &kGolay, Changing<SavitzkyGolay>),
     Modify(40063, "Chebyshev", &kChebyshev, Plain<ChebyshevFit>),
     {.item = {40032, "Edit data", kPopup}, .run = Plain<EditData>},
 };

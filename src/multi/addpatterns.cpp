@@ -33,6 +33,6 @@ Outcome AddPatterns() {
   }
   Progress("mstep end", grid->points);
   ws.noverlay = 0;
-  ws.fitshown = 0;
+  EndOverlayFit();
   return Outcome::Done;
 }

@@ -22,8 +22,8 @@ Outcome AddPatterns();
 
 // Fits overlay 1 to the pattern by fitbgorder - 1 terms of a polynomial, fitscale and fitzero, or
 // with fitpatmode 2 clears the fit. Slot 4 takes the calculated pattern, slot 9 the overlay as
-// shifted, slot 6 the pattern's points of the common range. Leaves its range, 20 cycles and no
-// damping in the fields of the whole-pattern fit.
+// shifted, slot 6 the pattern's points of the common range, if no overlay is there. Leaves its
+// range, 20 cycles and no damping in the fields of the whole-pattern fit.
 enum FitPatternsMode { FitPatternsRun = 1, FitPatternsClear = 2 };
 Outcome FitPatterns();
 // Writes two-theta, calculated and observed counts and the background below zero, a point a line.

@@ -107,7 +107,7 @@ Outcome OpenOverlay(std::span<const std::string> paths, int filetype) {
     AddNote(notes, std::to_string(opened) + " of " + std::to_string(paths.size()) +
                        " files opened: there is room for four");
   ws.overlayitems = 1;
-  ws.fitshown = 0;  // a fit was one of the patterns of before
+  EndOverlayFit();  // a fit was one of the patterns of before
   if (!notes.empty()) WindowOutStatusBar(3, notes);
   return Outcome::Done;
 }
@@ -117,6 +117,6 @@ Outcome CloseOverlay(int k) {
   for (int j = k; j > 0 && j < ws.noverlay; ++j) MoveUp(j);
   ws.noverlay = k == 0 ? 0 : ws.noverlay - 1;
   ws.overlayitems = ws.noverlay > 0;
-  ws.fitshown = 0;
+  EndOverlayFit();
   return Outcome::Done;
 }

@@ -54,6 +54,7 @@ Outcome OpenPattern(const std::string& path, int filetype) {
   if (format->read(SlotInput, ws.patternpath) == 0) return Outcome::Failed;
   ws.recentpending = 1;
   ws.viewmode = 1;
+  EndOverlayFit();
   ComputeXAxes();
   ResetWorkspace();
   ClearPeakFit();

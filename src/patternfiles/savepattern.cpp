@@ -2,6 +2,7 @@
 #include "patternfiles/patternfiles.h"
 #include "patternfiles/writecommon.h"
 #include "toolkit/toolkit.h"
+#include "workspace/slots.h"
 #include "workspace/text.h"
 
 namespace {
@@ -33,12 +34,16 @@ int WriteTab(const std::string& path) {
     return 0;
   }
   bool good = true;
+  // A fit of an overlay has no counts outside its range.
+  const int before = PointsBeforeFit(),
+            last = ws.fitshown ? before + ws.npts(SlotRefined) : MaxPoints;
   for (int i = 1; i <= ws.npts(SlotInput) && good; ++i) {
     const float x = ws.xval(AxisTth, SlotInput, i);
     if (x < ws.savestart || x > ws.savestop) continue;
     std::string line = RealField(x, 8, 3);
-    for (int slot : {SlotInput, SlotRefined, SlotBackground})
-      line += IntField(nint(ws.yval(slot, i)), 9);
+    const float refined = i > before && i <= last ? ws.yval(SlotRefined, i - before) : 0.0f;
+    for (float y : {ws.yval(SlotInput, i), refined, ws.yval(SlotBackground, i)})
+      line += IntField(nint(y), 9);
     good = out.Write(TrimRight(line));
   }
   if (out.Close() && good) return 1;

@@ -102,6 +102,7 @@ Outcome EditPeaks() {
 // Empties the list and the curve of single-peak fits.
 Outcome ClearPeaks() {
   static_cast<PeakTables&>(ws) = {};
+  EndOverlayFit();
   std::ranges::fill(ws.yval.row(SlotRefined), 0.0f);
   ws.plotmask = ws.viewmode = 1;
   return Outcome::Done;

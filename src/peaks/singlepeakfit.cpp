@@ -188,6 +188,7 @@ Outcome SinglePeakFit(const std::function<bool()>& accept) {
     return Outcome::Failed;
   }
   KeepResults(p);
+  EndOverlayFit();
   CurveToRefined(piece, calc);
   const int row = UpdateList();
   ws.plotmask = PlotInput + PlotRefined + PlotPeaks;

@@ -5,6 +5,7 @@
 #include "plot/dataposition.h"
 #include "plot/legend.h"
 #include "plot/views.h"
+#include "workspace/slots.h"
 #include "workspace/text.h"
 
 namespace {
@@ -136,14 +137,16 @@ void DrawOverlays(const Plot& plot) {
   }
 }
 
-// Primary minus refined pattern, hanging from the floor of the plot.
+// Primary minus refined pattern, hanging from the floor of the plot. A fit of an overlay is one of
+// slot 1, but need not begin with it.
 void DrawResidual(const Plot& plot, const Range& x) {
+  const int slot = ws.fitshown ? SlotInput : plot.primary, before = PointsBeforeFit();
   const auto xs = ws.xval.row(ws.xaxismode, SlotRefined), refined = ws.yval.row(SlotRefined),
-             measured = ws.yval.row(plot.primary);
+             measured = ws.yval.row(slot).subspan(before);
   // Deep below the floor it ends at the edge of the drawing.
   const float edge = plot.yfactor > 0 ? plot.y.lo - ws.ploty0 / plot.yfactor : plot.y.lo;
   bool begun = false;
-  for (int i = 0; i < std::min(ws.npts(SlotRefined), ws.npts(plot.primary)); ++i) {
+  for (int i = 0; i < std::min(ws.npts(SlotRefined), ws.npts(slot) - before); ++i) {
     if (!x.Holds(xs[i])) continue;
     const float difference = plot.y.Limit(measured[i]) - plot.y.Limit(refined[i]) + plot.y.lo;
     (begun ? PenDown : PenUp)(plot.X(xs[i]), plot.Y(std::max(edge, difference)));

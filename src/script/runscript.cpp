@@ -251,6 +251,7 @@ Outcome RunScript() {
   if (run.Holds(ScriptWord::Convert)) ws.origwavelength = ws.wavelen(1);
   const bool shifts = ws.zeroshift != 0;
 
+  EndOverlayFit();
   ws.batchmode = 1;
   run.boxes.emplace();
   DoFiles(run);

@@ -1,6 +1,7 @@
 // The points in use of a slot.
 #pragma once
 
+#include <algorithm>
 #include <span>
 
 #include "workspace/workspace.h"
@@ -15,4 +16,13 @@ inline float LastTth(int slot) { return ws.npts(slot) > 0 ? TthOf(slot).back() :
 // Step of the first two points; 0 for fewer.
 inline float FirstStepOf(int slot) {
   return ws.npts(slot) < 2 ? 0.0f : TthOf(slot)[1] - TthOf(slot)[0];
+}
+
+// Points of slot 1 in front of the curve in slot 4, which a fit of an overlay begins where both
+// patterns do; 0 when no such fit stands.
+inline int PointsBeforeFit() {
+  if (ws.fitshown == 0) return 0;
+  const float first = FirstTth(SlotRefined) - FirstStepOf(SlotRefined) / 2;
+  return static_cast<int>(
+      std::ranges::count_if(TthOf(SlotInput), [=](float x) { return x < first; }));
 }

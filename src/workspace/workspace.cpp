@@ -21,13 +21,25 @@ void ComputeSlotAxes(int slot, float wavelength) {
   }
 }
 
+namespace {
+
+void LayOnPattern(int slot) {
+  for (int axis = AxisTth; axis <= AxisQ; ++axis)
+    for (int i = 1; i <= ws.npts(SlotInput); ++i)
+      ws.xval(axis, slot, i) = ws.xval(axis, SlotInput, i);
+}
+
+}  // namespace
+
 void ComputeXAxes() {
   ws.axiswave = ws.wavelen(1);
   ComputeSlotAxes(SlotInput, ws.axiswave);
-  for (int slot = SlotBackground; slot <= SlotRefined; ++slot)
-    for (int axis = AxisTth; axis <= AxisQ; ++axis)
-      for (int i = 1; i <= ws.npts(SlotInput); ++i)
-        ws.xval(axis, slot, i) = ws.xval(axis, SlotInput, i);
+  LayOnPattern(SlotBackground);
+  LayOnPattern(SlotNet);
+  if (ws.fitshown)
+    ComputeSlotAxes(SlotRefined, ws.axiswave);
+  else
+    LayOnPattern(SlotRefined);
   for (int k = 1; k <= ws.noverlay; ++k)
     ComputeSlotAxes(SlotOverlay + k - 1, ws.wavelen(SlotOverlay + k - 1));
 }
@@ -40,7 +52,17 @@ int ActiveSlot() {
   return SlotInput;
 }
 
+void EndOverlayFit() {
+  if (ws.fitshown == 0) return;
+  ws.fitshown = 0;
+  ws.profrvalue = 0;
+  for (float& y : ws.yval.row(SlotRefined)) y = 0;
+  LayOnPattern(SlotRefined);
+  ws.npts(SlotRefined) = ws.npts(SlotInput);
+}
+
 void ClearPeakFit() {
+  EndOverlayFit();
   static_cast<PeakTables&>(ws) = {};
   static_cast<FitParameters&>(ws) = FitParameters{};
   ws.fwhmleft = ws.fwhmright = ws.caglmin;

@@ -345,7 +345,8 @@ extern Workspace ws;
 void ResetWorkspace();
 
 // Fills the d and Q axes of slot 1 with wavelen(1), copies all three axes to slots 2 to 4, and
-// fills d and Q of each overlay with its own wavelength. A two-theta of 0 gives d 0 and Q 0.
+// fills d and Q of each overlay with its own wavelength. A two-theta of 0 gives d 0 and Q 0. The
+// curve of a fit of an overlay keeps its two-theta.
 void ComputeXAxes();
 
 // The same for the d and Q of one slot.
@@ -354,6 +355,10 @@ void ComputeSlotAxes(int slot, float wavelength);
 // The pattern that is drawn first and that the Modify and Background commands work on, by
 // `plotmask`: 1, 4, 3 or 2.
 int ActiveSlot();
+
+// Ends the fit of an overlay, if one stands: for all that changes its curves. Slot 4 is left empty,
+// on the points of slot 1.
+void EndOverlayFit();
 
 // Empties the peak list and the refined curve and puts the fit's parameters to their defaults.
 void ClearPeakFit();

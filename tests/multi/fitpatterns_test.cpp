@@ -182,7 +182,9 @@ TEST(FitPatterns, TellsWhatFails) {
     const char *answers, *told;
   } rows[] = {
       {100, 0, kStep, "set \"1\" on\nset 1217 on\n", "Error\tZero derivatives    1"},
-      {100, 100, kStep, "set 1219 on\n", "Zero Shift Error\tProblems optimizing zero shift"},
+      {100, 100, kStep, "set 1219 on\n",
+       "Zero Shift Error\tProblems optimizing zero shift\\nR is .0000 at .4375, .0000 at "
+       ".5000 and .0000 at .5625 degrees: no minimum lies there, try another two-theta zero"},
       {1e38, 100, kStep, "set \"3\" on\n", "Error\tThe fit has gone beyond all numbers"},
       {100, 100, 0.04f, "",
        "Pattern Error\tUnequal step sizes\\na.xy: it has a step of .04000 degrees, the pattern a "
@@ -218,8 +220,80 @@ TEST(FitPatterns, ClearedAndUndone) {
     RunMenu(MenuUndo);
     EXPECT_TRUE(TakeSnapshot(&fitted) == fitted);
   }
-  RunMenu(40048);  // a fit does not outlive its patterns
-  EXPECT_EQ(ws.fitshown, 0);
+  ws.plotmask = PlotInput;
+  RunMenu(MenuDisplacePatterns, "set \"Intensity\" 5\npress OK");  // the overlays of another look
+  EXPECT_EQ(ws.fitshown, 1);
+}
+
+// A fit does not outlive its curves: slot 4 goes over to its next owner empty, and on the points of
+// slot 1.
+TEST(FitPatterns, EndsWithItsCurves) {
+  const TempDir dir;
+  WriteFile(dir.file("b.xy"), "22 3\n22.5 4\n");
+  const struct {
+    int item;
+    std::string answers;
+    bool emptied = true;    // slot 4
+  } rows[] = {{40048, ""},  // close
+              {40040, "file " + dir.file("b.xy")},
+              {MenuAddPatterns, ""},
+              {40060, "set \"Scale factor\" 2\npress OK"},
+              {40057, "set \"New start\" 30\npress OK"},  // truncate
+              {40074, "press OK", false},                 // subtract background
+              {40095, ""},                                // clear peaks
+              {40020, "press OK", false},                 // fit single peak
+              {40107, "press Calculate", false},
+              {40109, "file " + dir.file("a.fit"), false},  // load peak fit
+              {40113, ""}};                                 // clear peak fit
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.item);
+    PutBoth([](double x) { return 40 + Peaks(x); }, Peaks);
+    PutOverlay(1, "a", 25, kStep, 200, Peaks);
+    ws.scanwave(1) = CuKalpha1;
+    ws.npts(SlotBackground) = kPoints;
+    ws.npeaks = 1;
+    ws.peaks(ptth, 1) = 28;
+    RunMenu(40108, "file " + dir.file("a.fit"));
+    RunMenu(MenuFitPatterns, "press OK");
+    ASSERT_EQ(ws.fitshown, 1);
+    ws.npts(SlotRefined) = 200;
+    ComputeXAxes();  // for other wavelengths
+    EXPECT_EQ(ws.xval(AxisTth, SlotRefined, 1), 25);
+    ws.plotxmin = 27;
+    ws.plotxmax = 29;
+    Events();
+    RunMenu(row.item, row.answers);
+    EXPECT_EQ(Boxes(), Lines{});
+    EXPECT_EQ(ws.fitshown, 0);
+    EXPECT_EQ(ws.npts(SlotRefined), ws.npts(SlotInput));
+    for (int i = 1; i <= ws.npts(SlotInput); ++i) {
+      ASSERT_EQ(ws.xval(AxisTth, SlotRefined, i), ws.xval(AxisTth, SlotInput, i));
+      if (row.emptied) {
+        ASSERT_EQ(ws.yval(SlotRefined, i), 0);
+      }
+    }
+    EXPECT_EQ(ws.profrvalue, 0);
+  }
+}
+
+// Where the overlay begins later than the pattern, the difference and the table of all patterns
+// take the points that belong together. Another overlay is still there behind the fit.
+TEST(FitPatterns, BesidesThePatternAndOtherOverlays) {
+  const TempDir dir;
+  PutPattern(20, 0.5f, 5, [](double x) { return 10 * x; });
+  SetMenuLoaded(1);
+  PutOverlay(1, "a", 21, 0.5f, 2, [](double x) { return x; });
+  PutOverlay(2, "b", 20, 0.5f, 5, [](double) { return 7; });
+  ws.fitscale = 9;
+  ASSERT_EQ(FitPatterns(), Outcome::Done);
+  EXPECT_EQ(ws.yval(SlotOverlay + 1, 1), 7);
+  RunMenu(MenuSavePattern, "set \"All (*.tab)\" on\npress OK\nfile " + dir.file("a.tab"));
+  EXPECT_EQ(ReadFile(dir.file("a.tab")),
+            "  20.000      200        0        0\n"
+            "  20.500      205        0        0\n"
+            "  21.000      210      189        0\n"
+            "  21.500      215      194        0\n"
+            "  22.000      220        0        0\n");
 }
 
 TEST(FitPatterns, SavesItsPoints) {
@@ -238,6 +312,11 @@ TEST(FitPatterns, SavesItsPoints) {
   EXPECT_EQ(ReadFile(dir.file("p_fit.xy")),
             "   10.0000      1000      1000      -400\n"
             "   10.5000      1050      1050      -420\n");
+  // What is entered for a fit that is stopped changes nothing of this one.
+  const std::string saved = ReadFile(dir.file("p_fit.xy"));
+  RunMenu(MenuFitPatterns, "set \"0\" on\nset 1217 on\nstop 1\npress OK");
+  RunMenu(MenuSaveFitted, "file " + dir.file("p_fit.xy"));
+  EXPECT_EQ(ReadFile(dir.file("p_fit.xy")), saved);
   RunMenu(MenuSaveFitted, "file " + dir.file("none/p.xy"));
   EXPECT_TRUE(
       Events().back().starts_with("box\tFile error\tError opening fit file\\n" + dir.path()));

@@ -48,6 +48,13 @@ TEST_F(PatternPlot, CurvesInEveryView) {
       RedrawView(1);
     };
   };
+  const auto fit = [] {
+    ws.fitshown = 1;
+    FillSlot(
+        SlotRefined, 341, [](float tth) { return Counts(tth) + 30; }, 26);
+    ws.plotmask = PlotInput | PlotResidual;
+    RedrawView(1);
+  };
   const auto axes = [](int x, int y, float first) {
     return [=] {
       ws.xaxismode = x;
@@ -79,6 +86,7 @@ TEST_F(PatternPlot, CurvesInEveryView) {
       {"difference", with(21, SlotRefined, 170), kBrown, 401, {20, 30}, {60, 30}},
       {"difference without (C)", with(17, SlotRefined, 170), kBrown, 0},
       {"difference, log", [=] { ws.yaxismode = 2, with(21, SlotRefined, 170)(); }, kBrown, 0},
+      {"difference of a fit from 26 degrees", fit, kBrown, 341, {26, 70}, {60, 70}},
       {"overlay 1", with(1, 5, 40, 100), kOrange, 100, {20.5f, 740}, {30.4f, 740}},
       {"overlay 2", with(1, 6, 40, 100), kMagenta, 100, {21, 1440}, {30.9f, 1440}},
       {"overlay cut at the end", with(1, 5, 40), kOrange, 396, {20.5f, 740}, {60, 740}},
