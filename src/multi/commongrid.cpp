@@ -30,7 +30,8 @@ std::string Degrees(float value, int decimals) {
 
 std::string StepText(int pattern) {
   const int slot = SlotOf(pattern);
-  return ws.npts(slot) < 2 ? "no step" : "a step of " + Degrees(FirstStepOf(slot), 5);
+  if (ws.npts(slot) == 0) return "no points in the range of the pattern";
+  return ws.npts(slot) == 1 ? "one point" : "a step of " + Degrees(FirstStepOf(slot), 5);
 }
 
 void Refuse(const std::string& text) { MessageBoxError("Pattern Error", text); }

@@ -27,7 +27,7 @@ namespace {
 constexpr int kMostColumns = 100;
 constexpr int kTthWidth = 8, kNameWidth = 8, kColumnWidth = 1 + kNameWidth;
 constexpr Format kRow = FormatOf<"(f8.4,100i9)">();
-constexpr const char* kCopy = "temp.sum";  // of the old table, while a column comes to it
+constexpr const char* kCopyName = "temp.sum";  // of the old table, while a column comes to it
 constexpr const char* kCannotOpen = "Error opening summary file";
 constexpr const char* kCannotCopy = "Error copying summary file";
 
@@ -191,16 +191,14 @@ int DeleteSumFile(const std::string& name) {
 
 std::string LastReason() { return std::generic_category().message(WInfoError(1)); }
 
-std::string PathOfCopy() {
-  std::error_code failure;
-  return fs::absolute(kCopy, failure).string();
-}
+// Beside the table, where there is leave to write: the folder of the pattern may belong to others.
+std::string PathOfCopy() { return FileDirectory(ws.sumfile) + kCopyName; }
 
 // Whether the copy holds what the summary file does.
 bool CopyIsSame() {
   std::error_code failure;
-  if (!fs::is_regular_file(kCopy, failure)) return false;
-  std::ifstream copy(kCopy, std::ios::binary), table(ws.sumfile, std::ios::binary);
+  if (!fs::is_regular_file(PathOfCopy(), failure)) return false;
+  std::ifstream copy(PathOfCopy(), std::ios::binary), table(ws.sumfile, std::ios::binary);
   using Bytes = std::istreambuf_iterator<char>;
   return std::equal(Bytes(copy), Bytes(), Bytes(table), Bytes());
 }
@@ -209,14 +207,14 @@ bool CopyIsSame() {
 bool SetAside() {
   std::error_code failure;
   std::string reason;
-  if (fs::equivalent(kCopy, ws.sumfile, failure))
+  if (fs::equivalent(PathOfCopy(), ws.sumfile, failure))
     reason = "is the name of the copy, and cannot be that of the table";
-  else if (IsThere(kCopy) && !CopyIsSame())
+  else if (IsThere(PathOfCopy()) && !CopyIsSame())
     reason = "is there already and holds something else; move it away";
   if (!reason.empty()) return Fail(kCannotCopy, PathOfCopy(), reason) == Outcome::Done;
-  if (CopySumFile(ws.sumfile, kCopy)) return true;
+  if (CopySumFile(ws.sumfile, PathOfCopy())) return true;
   Fail(kCannotCopy, ws.sumfile + " to " + PathOfCopy(), LastReason());
-  DeleteSumFile(kCopy);
+  DeleteSumFile(PathOfCopy());
   return false;
 }
 
@@ -224,7 +222,7 @@ bool SetAside() {
 Outcome FailedToWrite(const LineWriter& out, bool copied) {
   std::string reason = out.Reason();
   if (copied && CopyIsSame())
-    DeleteSumFile(kCopy);
+    DeleteSumFile(PathOfCopy());
   else if (copied)
     reason += "\nThe table of before is in " + PathOfCopy();
   return Fail("Error writing summary file", out.Path(), reason);
@@ -273,7 +271,7 @@ Outcome AddToSumFile() {
   const bool copied = ws.sumcount > 0;
   if (copied) {
     if (!SetAside()) return Outcome::Failed;
-    LineReader old(kCopy);
+    LineReader old(PathOfCopy());
     if (!old.IsOpen())
       return Fail("Error opening temporary summary file", PathOfCopy(), old.Reason());
     table = NextColumn(old);
@@ -281,13 +279,13 @@ Outcome AddToSumFile() {
     table = FirstColumn();
   }
   if (!table.fault.empty()) {
-    if (copied) DeleteSumFile(kCopy);
+    if (copied) DeleteSumFile(PathOfCopy());
     return Fail("Cannot add to summary file", ws.sumfile, table.fault);
   }
   if (WriteTable(table, copied) != Outcome::Done) return Outcome::Failed;
   ++ws.sumcount;
   Tell(ws.patternstem + " added" + Mismatch(static_cast<int>(table.lines.size()) - 1));
-  if (copied && !DeleteSumFile(kCopy))
+  if (copied && !DeleteSumFile(PathOfCopy()))
     Fail("Error deleteing temporary summary file", PathOfCopy(), LastReason());
   return Outcome::Done;
 }

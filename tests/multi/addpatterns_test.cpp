@@ -86,8 +86,8 @@ TEST(AddPatterns, TellsWhatDoesNotGoTogether) {
     std::string told;
   } rows[] = {
       {20, 0.2501f, 41, step + "a step of .25010 degrees" + own},
-      {22, 0.25f, 1, step + "no step" + own},
-      {22, 0.25f, 0, step + "no step" + own},
+      {22, 0.25f, 1, step + "one point" + own},
+      {22, 0.25f, 0, step + "no points in the range of the pattern" + own},
       {25, 0.25f, 21,
        "Incompatible pattern intervals\\nb begins at 25.000 degrees, a ends at 25.000 degrees"},
   };

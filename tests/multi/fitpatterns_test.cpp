@@ -276,31 +276,13 @@ TEST(FitPatterns, EndsWithItsCurves) {
   }
 }
 
-// Where the overlay begins later than the pattern, the difference and the table of all patterns
-// take the points that belong together. Another overlay is still there behind the fit.
-TEST(FitPatterns, BesidesThePatternAndOtherOverlays) {
-  const TempDir dir;
-  PutPattern(20, 0.5f, 5, [](double x) { return 10 * x; });
-  SetMenuLoaded(1);
-  PutOverlay(1, "a", 21, 0.5f, 2, [](double x) { return x; });
-  PutOverlay(2, "b", 20, 0.5f, 5, [](double) { return 7; });
-  ws.fitscale = 9;
-  ASSERT_EQ(FitPatterns(), Outcome::Done);
-  EXPECT_EQ(ws.yval(SlotOverlay + 1, 1), 7);
-  RunMenu(MenuSavePattern, "set \"All (*.tab)\" on\npress OK\nfile " + dir.file("a.tab"));
-  EXPECT_EQ(ReadFile(dir.file("a.tab")),
-            "  20.000      200        0        0\n"
-            "  20.500      205        0        0\n"
-            "  21.000      210      189        0\n"
-            "  21.500      215      194        0\n"
-            "  22.000      220        0        0\n");
-}
-
+// The overlay begins later than the pattern and ends before it; another one stays behind the fit.
 TEST(FitPatterns, SavesItsPoints) {
   const TempDir dir;
-  PutPattern(9.5f, 0.5f, 3, [](double x) { return 100 * x; });
+  PutPattern(9.5f, 0.5f, 4, [](double x) { return 100 * x; });
   SetMenuLoaded(1);
   PutOverlay(1, "a", 10, 0.5f, 2, [](double x) { return 30 * x; });
+  PutOverlay(2, "b", 10, 0.5f, 2, [](double) { return 7; });
   ws.patternstem = "p";
   RunMenu(MenuSaveFitted);
   EXPECT_EQ(Events(), Lines{"box\tError\tThere is no fit to save: run \"Fit patterns\" first"});
@@ -312,6 +294,13 @@ TEST(FitPatterns, SavesItsPoints) {
   EXPECT_EQ(ReadFile(dir.file("p_fit.xy")),
             "   10.0000      1000      1000      -400\n"
             "   10.5000      1050      1050      -420\n");
+  EXPECT_EQ(ws.yval(SlotOverlay + 1, 1), 7);
+  RunMenu(MenuSavePattern, "set \"All (*.tab)\" on\npress OK\nfile " + dir.file("a.tab"));
+  EXPECT_EQ(ReadFile(dir.file("a.tab")),
+            "   9.500      950        0        0\n"
+            "  10.000     1000     1000        0\n"
+            "  10.500     1050     1050        0\n"
+            "  11.000     1100        0        0\n");
   // What is entered for a fit that is stopped changes nothing of this one.
   const std::string saved = ReadFile(dir.file("p_fit.xy"));
   RunMenu(MenuFitPatterns, "set \"0\" on\nset 1217 on\nstop 1\npress OK");

@@ -201,6 +201,16 @@ TEST_F(Summary, TheCopyTakesNobodysPlace) {
   EXPECT_FALSE(fs::exists(copy));
 }
 
+// The folder of the pattern need not be one to write to.
+TEST_F(Summary, TheCopyLiesBesideTheTable) {
+  WriteFile(table, TableOf(2));
+  Open();
+  fs::create_directories(dir.file("measured/temp.sum"));
+  fs::current_path(dir.file("measured"));
+  EXPECT_EQ(AddToSumFile(), Outcome::Done);
+  EXPECT_EQ(Copy(), "");
+}
+
 // Full in the copy, full in the new table: the old one is there, and the copy is gone.
 TEST_F(Summary, SurvivesAFullDisk) {
   WriteFile(table, TableOf(2));
