@@ -24,7 +24,10 @@ void StoreDifference(int lastslot) {
 
 // Either way the next view has one curve.
 Outcome SubtractIf(bool wanted) {
-  if (wanted) EndOverlayFit(), StoreDifference(SlotRefined);
+  if (wanted) {
+    EndOverlayFit();
+    StoreDifference(SlotRefined);
+  }
   ws.plotmask = wanted ? PlotNet : PlotInput;
   return Outcome::Done;
 }

@@ -76,6 +76,7 @@ Outcome FitAllPeaks() {
   if (fits.stopped) return Outcome::Cancelled;
   for (int row = 1; row <= rows; ++row) PutFit(fits.peaks[row - 1], row);
   SortPeaks();
+  EndOverlayFit();
   PutCurve(fits.curve);
   ws.plotmask = PlotInput + PlotRefined + PlotResidual + PlotPeaks;
   TellFitted(static_cast<int>(std::ranges::count_if(fits.peaks, &PeakFit::fitted)), rows);
