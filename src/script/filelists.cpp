@@ -17,6 +17,8 @@ bool Refuse(const char* text, const std::string& path, const std::string& reason
 // One letter more than a path may have tells one that is too long.
 bool NextLine(LineReader& list, std::string& line) { return list.Read(line, TextLength + 1); }
 
+constexpr const char* kNoName = "has no name for it";
+
 // A table in the place of what the run is made of would cost the user the one or the other.
 bool MayReplace(const std::string& table, const std::string& needed) {
   std::error_code failure;
@@ -39,6 +41,11 @@ int FileLists::CountFiles(const std::string& list) {
 }
 
 bool FileLists::Open(bool addsup) {
+  const char* const outtext =
+      addsup ? "Error opening sum file" : "Error opening output file list file";
+  if (ws.scriptinlist.empty())
+    return Refuse("Error opening input file list file", ScriptFile(), kNoName);
+  if (ws.scriptoutlist.empty()) return Refuse(outtext, ScriptFile(), kNoName);
   in = FromFolderOf(ScriptFile(), ws.scriptinlist);
   out = FromFolderOf(ScriptFile(), ws.scriptoutlist);
   inputs_ = std::make_unique<LineReader>(in);
@@ -47,11 +54,10 @@ bool FileLists::Open(bool addsup) {
   files = CountFiles(in);
   if (addsup) {
     if (MayReplace(out, in) && MayReplace(out, ScriptFile())) return true;
-    return Refuse("Error opening sum file", out, "is read by the script");
+    return Refuse(outtext, out, "is read by the script");
   }
   outputs_ = std::make_unique<LineReader>(out);
-  return outputs_->IsOpen() ||
-         Refuse("Error opening output file list file", out, outputs_->Reason());
+  return outputs_->IsOpen() || Refuse(outtext, out, outputs_->Reason());
 }
 
 bool FileLists::NextOutput(std::string& line) { return outputs_ && NextLine(*outputs_, line); }

@@ -20,9 +20,12 @@ constexpr const char *kOpenFilter = "Script file *.scp|", *kViewFilter = "Script
 
 Outcome AskNew(Arguments&) { return AskScript(); }
 
+// One that cannot be read leaves the script of before, by its name as well.
 Outcome AskOpen(Arguments&) {
+  const std::string before = ws.scriptpath;
   if (AskScriptFile(kOpenFilter) != Outcome::Done) return Outcome::Cancelled;
   const auto commands = ReadScript();
+  if (!commands) ws.scriptpath = before;
   if (!commands) return Outcome::Failed;
   SetScriptUse(*commands);
   return AskScript();

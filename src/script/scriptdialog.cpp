@@ -1,7 +1,4 @@
 // The dialog "Create Script".
-#include <algorithm>
-#include <iterator>
-
 #include "plot/beside.h"
 #include "script/script.h"
 #include "toolkit/controls.h"
@@ -94,9 +91,10 @@ constexpr DialogResource kDialog{137, "Create Script", kControls, FieldScript};
 constexpr int kInputButtons[] = {1001, 1002, 1275, 1004, 1274};
 constexpr int kOutputButtons[] = {1006, 1007, 1277, 1276, 1010};
 
+// What is none of the formats is the first, as in a run.
 template <std::size_t N>
 void PutFormat(const int (&buttons)[N], int format) {
-  WDialogPutRadioButton(buttons[std::clamp(format, 1, static_cast<int>(N)) - 1]);
+  WDialogPutRadioButton(buttons[format >= 1 && format <= static_cast<int>(N) ? format - 1 : 0]);
 }
 
 // What is not in use yet opens with the pattern on show.

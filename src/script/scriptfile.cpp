@@ -65,6 +65,14 @@ constexpr CommandLayout kLayouts[] = {
      "Error reading UTFM command"},
 };
 
+template <class Visit>
+void VisitParameters(const CommandLayout& layout, Visit visit) {
+  for (const ReadTarget& parameter : layout.parameters) {
+    if (const auto* real = std::get_if<float*>(&parameter)) visit(**real);
+    if (const auto* whole = std::get_if<int*>(&parameter)) visit(**whole);
+  }
+}
+
 constexpr std::size_t kWordLength = 4;
 
 const CommandLayout* FindLayout(std::string_view line) {
@@ -96,6 +104,25 @@ bool ReadListName(LineReader& in, std::string& name) {
   return true;
 }
 
+// The parameters of all commands, for a script that turns out to be none.
+class KeptParameters {
+ public:
+  KeptParameters() {
+    for (const CommandLayout& layout : kLayouts)
+      VisitParameters(layout, [this](auto value) { values_.push_back(value); });
+  }
+  void PutBack() const {
+    auto kept = values_.begin();
+    for (const CommandLayout& layout : kLayouts)
+      VisitParameters(layout, [&](auto& value) {
+        value = static_cast<std::remove_reference_t<decltype(value)>>(*kept++);
+      });
+  }
+
+ private:
+  std::vector<double> values_;
+};
+
 std::vector<CommandLine> ReadLines(LineReader& in) {
   std::vector<CommandLine> lines;
   for (std::string line; in.Read(line);)
@@ -121,11 +148,12 @@ bool ReadParameters(const CommandLayout& layout, const CommandLine& line) {
 std::string LineOf(const CommandLayout& layout) {
   constexpr int kRealWidth = 10, kIntegerWidth = 5;
   std::string line = layout.word;
-  for (const ReadTarget& parameter : layout.parameters) {
-    if (const auto* real = std::get_if<float*>(&parameter))
-      line += RealField(**real, kRealWidth, layout.decimals);
-    if (const auto* whole = std::get_if<int*>(&parameter)) line += IntField(**whole, kIntegerWidth);
-  }
+  VisitParameters(layout, [&]<class Number>(Number value) {
+    if constexpr (std::is_same_v<Number, float>)
+      line += RealField(value, kRealWidth, layout.decimals);
+    else
+      line += IntField(value, kIntegerWidth);
+  });
   return line;
 }
 
@@ -148,14 +176,21 @@ std::optional<std::vector<ScriptWord>> ReadScript() {
     MessageBoxError("File error", FileMessage("Error opening script file", in.Path(), in.Reason()));
     return {};
   }
-  if (!ReadListName(in, ws.scriptinlist) || !ReadListName(in, ws.scriptoutlist)) return {};
+  std::string inlist, outlist;
+  if (!ReadListName(in, inlist) || !ReadListName(in, outlist)) return {};
+  const KeptParameters before;
   std::vector<ScriptWord> commands;
   for (const CommandLine& line : ReadLines(in)) {
     const CommandLayout* layout = FindLayout(line.text);
     if (!layout) continue;
-    if (!ReadParameters(*layout, line)) return {};
+    if (!ReadParameters(*layout, line)) {
+      before.PutBack();
+      return {};
+    }
     commands.push_back(layout->command);
   }
+  ws.scriptinlist = inlist;
+  ws.scriptoutlist = outlist;
   return commands;
 }
 

@@ -22,7 +22,8 @@ enum class ScriptWord {
 
 // Reads `scriptpath`: the names of the lists and the parameters of the commands go to the
 // Workspace. Gives the commands in the order of their lines; nothing, after a box, if the file
-// cannot be read or a parameter is no number. Of a TRUN line that is told by the status bar.
+// cannot be read or a parameter is no number, which leaves the Workspace as it was. Of a TRUN line
+// that is told by the status bar.
 std::optional<std::vector<ScriptWord>> ReadScript();
 
 // Marks the commands as those that the script of the Workspace holds.

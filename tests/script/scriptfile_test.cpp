@@ -101,6 +101,20 @@ TEST(ScriptFile, ABadCommandEndsARunBeforeTheFirstFile) {
   EXPECT_EQ(ws.savestart, 0) << "nothing is left of a run that has not begun";
 }
 
+TEST(ScriptFile, OneThatCannotBeReadLeavesTheScriptOfBefore) {
+  const ScriptTest test;
+  const std::string script = "in.mlt\nout.mlt\n" + std::string(kAllCommands),
+                    bad = "x.mlt\ny.mlt\nINFM    1\nSMOO    9\nCONV   1.00000         x\n";
+  test.Write("a.scp", script);
+  test.Write("b.scp", bad);
+  RunMenu(MenuOpenScript, "file " + test.file("a.scp") + "\npress OK\n");
+  RunMenu(MenuOpenScript, "file " + test.file("b.scp") + "\n");
+  EXPECT_EQ(ScriptTest::Boxes().size(), 1u);
+  RunMenu(MenuCreateScript, "press OK\n");
+  EXPECT_EQ(test.Read("a.scp"), script);
+  EXPECT_EQ(test.Read("b.scp"), bad);
+}
+
 TEST(ScriptFile, WhatIsMissingIsTold) {
   const ScriptTest test;
   const std::string cannot = "Read Error\tError reading script file\\n", a = test.file("a.scp");
@@ -116,7 +130,18 @@ TEST(ScriptFile, WhatIsMissingIsTold) {
   test.Write("a.scp", longname + "\nout.mlt\n");
   EXPECT_EQ(test.RunFile("a.scp"),
             std::vector<std::string>{"Error\t" + longname + " is longer than 256 characters"});
-  test.Write("a.scp", "in.mlt\nout.mlt\n");
+  const std::string unnamed = " file\\n" + a + ": has no name for it";
+  const struct {
+    const char *script, *file;
+  } withoutname[] = {{"\nout.mlt\n", "input file list"},
+                     {"in.mlt\n\n", "output file list"},
+                     {"in.mlt\n\nUTFM    5\n", "sum"}};
+  for (const auto& row : withoutname) {
+    test.Write("a.scp", row.script);
+    EXPECT_EQ(test.RunFile("a.scp"),
+              std::vector<std::string>{"File Error\tError opening " + (row.file + unnamed)});
+  }
+  test.Write("a.scp", "in.mlt\nout.mlt\nUTFM    1\n");
   EXPECT_EQ(test.RunFile("a.scp"),
             std::vector<std::string>{"File Error\tError opening input file list file\\n" +
                                      test.file("in.mlt") + gone});
@@ -205,6 +230,10 @@ TEST(ScriptDialog, FormatsInTheOrderOfTheirNumbers) {
     EXPECT_EQ(ws.scriptinfmt, k + 1);
     EXPECT_EQ(ws.scriptoutfmt, k + 1);
   }
+  ws.scriptinfmt = ws.scriptoutfmt = 9;  // gdf to a run
+  RunMenu(MenuCreateScript, "press OK\n");
+  EXPECT_EQ(ws.scriptinfmt, 1);
+  EXPECT_EQ(ws.scriptoutfmt, 1);
 }
 
 TEST(ScriptDialog, ProposesThePatternAndAsksForAName) {
