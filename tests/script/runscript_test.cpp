@@ -231,6 +231,10 @@ TEST(RunScript, TheLastFileIsOnShowAndUndoBringsBackWhatWas) {
   const ScriptTest test;
   test.Pattern("a.xy", 1000);
   test.Pattern("b.xy", 2000, 100, 12);
+  test.Run("a.xy\n", "", "INFM    2\n");  // where there was none
+  EXPECT_EQ(ws.patternloaded, 1);
+  EXPECT_EQ(ws.viewmode, 1);
+  EXPECT_GT(ws.xperunit, 0) << "it has been drawn";
   OpenFile(test.file("a.xy"));
   ws.xaxismode = AxisD;
   ws.viewxmin = 4.5f;
@@ -267,15 +271,6 @@ TEST(RunScript, WithoutAPatternOfItsOwnTheOneOfBeforeStays) {
   }
   EXPECT_EQ(test.Run("b.xy\n", "", "no command\n"), Boxes{kDone + "0, written: 0, skipped: 0"});
   EXPECT_EQ(ws.stem20, "a");
-}
-
-TEST(RunScript, WithoutAnyPatternItIsTheFirst) {
-  const ScriptTest test;
-  test.Pattern("b.xy", 2000, 100);
-  test.Run("b.xy\n", "", "INFM    2\n");
-  EXPECT_EQ(ws.patternloaded, 1);
-  EXPECT_EQ(ws.viewmode, 1);
-  EXPECT_GT(ws.xperunit, 0) << "it has been drawn";
 }
 
 // A stop comes between two files.

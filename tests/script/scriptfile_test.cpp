@@ -30,22 +30,6 @@ TEST(ScriptFile, AllCommandsAreReadAndWrittenAgain) {
   EXPECT_EQ(ScriptTest::Boxes(), std::vector<std::string>());
   EXPECT_EQ(test.Read("b.scp"), script);
   EXPECT_EQ(test.Read("a.scp"), script);
-  EXPECT_EQ(ws.scriptinlist, "l\u00f6sung 1.mlt");
-  EXPECT_EQ(ws.scriptinfmt, 4);
-  EXPECT_EQ(ws.zeroshift, -0.0125f);
-  EXPECT_EQ(ws.savestart, 12.5f);
-  EXPECT_EQ(ws.savestop, 140);
-  EXPECT_EQ(ws.scalefactor, 2.5f);
-  EXPECT_EQ(ws.scaletype, 3);
-  EXPECT_EQ(ws.scalefrom, 12);
-  EXPECT_EQ(ws.scaleto, 17);
-  EXPECT_EQ(ws.smoothwindow, 7);
-  EXPECT_EQ(ws.sgwindow, 11);
-  EXPECT_EQ(ws.autosubwindow, 151);
-  EXPECT_EQ(ws.newwavelength, 0.7093f);
-  EXPECT_EQ(ws.convstep, 0.01f);
-  EXPECT_EQ(ws.headerskip, 2);
-  EXPECT_EQ(ws.scriptoutfmt, 3);
 }
 
 // What another script held is not in this one, and its numbers are in columns.
