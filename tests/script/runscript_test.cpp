@@ -94,6 +94,16 @@ TEST(RunScript, SkippedLinesAreThoseInFrontOfEveryFile) {
     EXPECT_EQ(CountsOf(test.Read(name)), (std::vector<int>{100, 200, 300}));
 }
 
+TEST(RunScript, AFormatThatIsNoneIsGdf) {
+  const ScriptTest test;
+  test.Pattern("a.xy", 1000);
+  test.Run("a.xy\n", "1.gdf\n", "INFM    2\nUTFM    0\n");
+  test.Run("1.gdf\n", "2.gdf\n", "INFM    9\nUTFM   -1\n");
+  EXPECT_EQ(CountsNow()[80], 1100);
+  for (const char* name : {"1.gdf", "2.gdf"})
+    EXPECT_EQ(test.Read(name).substr(10 * 257, 7), "10.000 ") << "behind ten lines of its heading";
+}
+
 // ---- What goes from file to file ----
 
 TEST(RunScript, OnlyTheFirstFileIsShiftedAndNoneIsCut) {
@@ -269,7 +279,9 @@ TEST(RunScript, WithoutAPatternOfItsOwnTheOneOfBeforeStays) {
     EXPECT_EQ(ws.scalefactor, 1);
     EXPECT_EQ(ws.npts(1), 200);
   }
-  EXPECT_EQ(test.Run("b.xy\n", "", "no command\n"), Boxes{kDone + "0, written: 0, skipped: 0"});
+  const Boxes nothing{kDone + "0, written: 0, skipped: 0"};
+  EXPECT_EQ(test.Run("b.xy\n", "", "no command\n"), nothing);
+  EXPECT_EQ(test.Run("", "", "INFM    2\nTRUN   12.0000   18.0000\nBKGR    9\n"), nothing);
   EXPECT_EQ(ws.stem20, "a");
 }
 
