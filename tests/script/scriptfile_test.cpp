@@ -227,8 +227,8 @@ TEST(ScriptDialog, ProposesThePatternAndAsksForAName) {
   Events();
   RunMenu(MenuCreateScript, "press OK\nset 1012 on\nset 1015 on\npress 1255\nfile " +
                                 test.file("b") + "\npress 1256\nfile " + test.file("in.mlt") +
-                                "\npress 1256\nfile\npress 1256\nfile /" +
-                                std::string(256, 'x') + "\npress OK\n");
+                                "\npress 1256\nfile\npress 1256\nfile /" + std::string(256, 'x') +
+                                "\npress OK\n");
   EXPECT_EQ(ScriptTest::Boxes(),
             (std::vector<std::string>{
                 "File Error\tThe script file needs a name",
