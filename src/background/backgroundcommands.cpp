@@ -4,6 +4,7 @@
 #include "plot/beside.h"
 #include "toolkit/controls.h"
 #include "toolkit/toolkit.h"
+#include "workspace/menuids.h"
 #include "workspace/parameters.h"
 #include "workspace/text.h"
 #include "workspace/workspace.h"
@@ -152,7 +153,7 @@ constexpr Command kCommands[] = {
     Curve(40073, "Scale to interval", Plain<ScaleToInterval>, &kInterval),
     Curve(40074, "Subtract background", Subtract),
     Curve(40075, "Crystallinity", Plain<Crystallinity>, &kCrystallinity, "", TellCrystallinity),
-    {.item = {40076, "Save background", kPopup},
+    {.item = {MenuSaveBackground, "Save background", kPopup},
      .ask = AskSave,
      .run = Save,
      .redraw = Redraw::Full},

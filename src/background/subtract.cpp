@@ -76,7 +76,7 @@ Outcome Autosubtract(const Question& ask) {
   std::copy_n(ws.yval.row(SlotInput).begin(), n, background.begin());
   BackgroundEnvelope(background, ws.autosubwindow, ws.autosubcycles);
   PutBackgroundOnInputGrid();
-  const float scale = EstimateScale();
+  const float scale = ws.estimatescale = EstimateScale();
   MultiplyBackground(scale);
   if (!ask) {
     StoreDifference(SlotNet);

@@ -4,6 +4,7 @@
 #include "modify/modify.h"
 #include "toolkit/controls.h"
 #include "toolkit/toolkit.h"
+#include "workspace/menuids.h"
 #include "workspace/parameters.h"
 #include "workspace/slots.h"
 
@@ -198,8 +199,8 @@ constexpr Command kCommands[] = {
     Modify(40055, "Flat plate", &kPlate, Changing<AbsorptionPlate>, Redraw::Full, kAbsorption),
     Modify(40064, "Lp-corrections", &kLp, Changing<LpCorrect>),
     Modify(40056, "Zero shift", &kZero, Changing<ZeroShift>),
-    Modify(40057, "Truncate", &kTruncate, Changing<Truncate>),
-    Modify(40058, "Convert", &kConvert, Changing<ConvertPattern>),
+    Modify(MenuTruncate, "Truncate", &kTruncate, Changing<Truncate>),
+    Modify(MenuConvert, "Convert", &kConvert, Changing<ConvertPattern>),
     Modify(40059, "Add polynomial", &kPolynomial, Changing<AddPolynomial>),
     Modify(40060, "Scale", &kScale, Changing<ScalePattern>),
     Modify(40061, "Smooth", &kSmooth, Changing<SmoothPattern>),

@@ -81,7 +81,7 @@ Outcome ClearFit(const Arguments&) {
   return FitPatterns();
 }
 
-constexpr int kMulti = MenuPopupMulti, kOverlay = 40034, kClose = MenuPopupClosePattern;
+constexpr int kMulti = MenuPopupMulti, kOverlay = MenuPopupOverlays, kClose = MenuPopupClosePattern;
 
 constexpr Command File(int id, const char* text, int filetype) {
   return {.item = {id, text, kOverlay},

@@ -61,7 +61,7 @@ NamedField Named(const Table<T, N...>& field) {
   F(wavelen) F(scanwave) F(axiswave) F(statedwave) F(peaks) F(npeaks) F(peakorigin) \
     F(peakfailed) F(peakesd) F(manualbg) F(nmanualbg) \
   F(nchild) F(childwin) \
-  F(autosubwindow) F(autosubcycles) F(autosubscale) F(autosubdev) F(fullstart) F(fullstop) \
+  F(autosubwindow) F(autosubcycles) F(autosubscale) F(autosubdev) F(estimatescale) F(fullstart) F(fullstop) \
   F(manualbgmode) F(bgpath) F(bgscale) F(bgintstart) F(bgintend) F(cryststart) F(crystend) \
     F(crystallinity) \
   F(lpmode) F(a2steps) F(a2interp) F(a2ratio) F(a2start) \

@@ -112,7 +112,7 @@ Outcome OpenSum(const Arguments& arguments) { return OpenSumFile(arguments.path)
 
 // ---- The menu ----
 
-constexpr int kPopup = 40001, kOpen = 40002, kGraphics = MenuPopupGraphics;
+constexpr int kPopup = 40001, kOpen = MenuPopupOpen, kGraphics = MenuPopupGraphics;
 constexpr const char* kOpenTitle = "Open pattern";
 
 constexpr Command Format(int id, const char* text, int filetype, const char* keys = "") {

@@ -9,6 +9,7 @@
 #include "shell/undo.h"
 #include "workspace/menuids.h"
 #include "workspace/parameters.h"
+#include "workspace/text.h"
 #include "workspace/workspace.h"
 
 namespace {
@@ -41,12 +42,6 @@ void Draw(Redraw redraw) {
   }
 }
 
-std::string TitleOf(const Command& command) {
-  std::string title = *command.title ? command.title : command.item.text;
-  std::erase(title, '&');
-  return title;
-}
-
 bool IsZoom(const std::string& line) {
   static constexpr std::string_view kWords[] = {"band ", "key ", "wheel ", "pan ", "doubleclick "};
   return std::ranges::any_of(kWords, [&](std::string_view word) { return line.starts_with(word); });
@@ -59,7 +54,7 @@ void Note(const Command& command, bool picked, std::vector<std::string> entered)
     std::erase_if(entered, [](const std::string& line) { return !IsZoom(line); });
   else if (picked)
     entered.insert(entered.begin(),
-                   "menu " + std::to_string(command.item.id) + "  # " + TitleOf(command));
+                   "menu " + std::to_string(command.item.id) + "  # " + CommandTitle(command));
   // One entry that no line can hold takes the command with it.
   const auto cannot = [](const std::string& line) { return line.starts_with('#'); };
   if (std::ranges::any_of(entered, cannot))
@@ -77,7 +72,20 @@ void PutBack(const Snapshot& entered, const PatternData& before) {
   DrawView();
 }
 
+// Keys and the mouse leave on show what the last command has told.
+void Tell(const Command& command, const Arguments& arguments, Outcome outcome) {
+  if (command.item.id == 0) return;
+  if (outcome == Outcome::Done) return WTell(WhatIsDone(command, arguments));
+  WTell(outcome == Outcome::Failed ? OnOneLine(WLastComplaint()) : "");
+}
+
 }  // namespace
+
+std::string CommandTitle(const Command& command) {
+  std::string title = *command.title ? command.title : command.item.text;
+  std::erase(title, '&');
+  return title;
+}
 
 Outcome RunCommand(const Command& command, Arguments arguments) {
   const bool picked = command.item.id != 0 && arguments.path.empty();
@@ -107,9 +115,10 @@ Outcome RunCommand(const Command& command, Arguments arguments) {
     PutZooms(zooms);
   else if (command.history)
     NoteZoom();
-  if (changed && command.undo) KeepForUndo(TitleOf(command), std::move(before));
+  if (changed && command.undo) KeepForUndo(CommandTitle(command), std::move(before));
   ShowMenuState();
   RefreshWavelength();
+  Tell(command, arguments, outcome);
   if (outcome == Outcome::Done && command.tell) command.tell();
   WCommandEnded(outcome == Outcome::Failed);
   return outcome;

@@ -32,6 +32,11 @@ void RegisterMenu();
 // what is known without asking.
 Outcome RunCommand(const Command& command, Arguments arguments = {});
 
+// A command's name without marks: what "Undo ..." says.
+std::string CommandTitle(const Command& command);
+// What the status bar tells when it is done; blank where it has told already, or has no name.
+std::string WhatIsDone(const Command& command, const Arguments& arguments);
+
 // Runs the command of a menu item; sets quitflag when it is the one that leaves.
 void OnMenu(int id, int& quitflag);
 // Shows in the menu what the Workspace says of its items.

@@ -45,6 +45,7 @@ bool DialogRefuses(const DialogState& dialog, int index, const std::string& text
 void RememberDirectory(const std::string& path);
 
 // What a part of the status bar shows from now on.
+void ForgetComplaint();
 void KeepStatusText(int part, const std::string& text);
 
 // Why the file written last could not be written; blank when it was.

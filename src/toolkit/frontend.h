@@ -82,6 +82,7 @@ int OpenChildWindow(int width, int height, const std::string& title);
 void CloseWindow(int handle);
 void SetStatusParts(const std::vector<int>& widths);
 void SetStatus(int part, const std::string& text);
+void Tell(const std::string& text);
 void MenuChanged(int id);
 void ShowToolbar(bool shown);
 

@@ -95,6 +95,7 @@ bool WProgress(int part, const std::string& text, std::optional<float> done) {
 
 void WCommandEnded(bool failed) {
   stopped = false;
+  ForgetComplaint();
   frontend::CommandEnded(failed);
 }
 

@@ -99,6 +99,11 @@ void WindowClose();
 void WindowStatusBarParts(int n, std::span<const int> widths);
 // part counts from 1. Appears at once, in the middle of a calculation too.
 void WindowOutStatusBar(int part, const std::string& text);
+// Tells whoever sits in front of a window what the last command has done, or why it failed; a
+// transcript shows that otherwise.
+void WTell(const std::string& text);
+// The text of the last error box since the last command has ended; blank if there was none.
+std::string WLastComplaint();
 // What a part shows.
 std::string WStatusText(int part);
 

@@ -9,6 +9,7 @@
 namespace {
 
 std::map<int, std::string> statustexts;
+std::string complaint;      // the last one since a command has ended
 std::string lastdirectory;  // of the file selector; blank: where the program was started
 std::optional<std::vector<std::string>> heldtexts;  // of boxes, while they are held
 
@@ -87,7 +88,12 @@ void WindowOutStatusBar(int part, const std::string& text) {
 
 std::string WStatusText(int part) { return statustexts[part]; }
 
+void WTell(const std::string& text) { frontend::Tell(text); }
+std::string WLastComplaint() { return complaint; }
+void ForgetComplaint() { complaint.clear(); }
+
 void MessageBoxError(const std::string& caption, const std::string& text) {
+  complaint = text;
   Answer(frontend::BoxKind::Error, caption, text);
 }
 

@@ -241,6 +241,8 @@ struct PatternData : PeakTables {
   Table<float, 2, MaxManualPoints> manualbg;
   int nmanualbg = 0;
 
+  float estimatescale = 0;  // of the last estimate of the background
+
   // Results of the last single peak fit
   float spposition = 0, sparea = 0;
   float spfwhmleft = 0, spfwhmmean = 0, spfwhmright = 0;

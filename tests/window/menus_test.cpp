@@ -122,6 +122,26 @@ TEST(Menus, WhatIsDisabledTellsWhatItNeeds) {
   });
 }
 
+// The status bar tells what a command has done, and why it failed; the next one takes that away.
+TEST(Menus, CommandsTellWhatTheyHaveDone) {
+  RunOn("told.xy", []() -> Script {
+    const auto told = [] { return FindA<QLabel>("status4")->text(); };
+    EXPECT_EQ(told(), "told.xy: 1000 points");
+    Pick(MenuPeakSearch);
+    co_await Idle();
+    EXPECT_EQ(told(), QString("%1 peaks found").arg(ws.npeaks).replace("1 peaks", "1 peak"));
+    PostDropped(Place() + "/none.xy");
+    co_await Shown("box");
+    Press("Return");
+    co_await Idle();
+    EXPECT_TRUE(told().startsWith("Error opening xy file"));
+    EXPECT_TRUE(told().contains("none.xy"));
+    Pick(MenuFullPattern);
+    co_await Idle();
+    EXPECT_EQ(told(), "Full pattern");
+  });
+}
+
 TEST(Menus, LettersAreUniqueAndLiteralAmpersandsStay) {
   const std::vector<QString> shown = WithMnemonics(
       {{"E&xit", true}, {"x-axis"}, {"Info"}, {"Index"}, {"In"}, {"/home/a&b.xy"}, {""}});

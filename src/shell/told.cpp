@@ -1,0 +1,80 @@
+// What the status bar tells of a command that is done.
+#include <algorithm>
+
+#include "shell/shell.h"
+#include "workspace/menuids.h"
+#include "workspace/slots.h"
+#include "workspace/text.h"
+
+namespace {
+
+std::string NameOf(const std::string& path) { return path.substr(FileDirectory(path).size()); }
+
+std::string Counted(int count, const char* what) {
+  return std::to_string(count) + ' ' + what + (count == 1 ? "" : "s");
+}
+
+std::string Short(float value, int decimals) { return LeftAlign(RealField(value, 12, decimals)); }
+
+std::string Opened(const Arguments&) {
+  return NameOf(ws.patternpath) + ": " + Counted(ws.npts(SlotInput), "point");
+}
+
+std::string SavedTo(const Arguments& arguments) { return "Saved " + NameOf(arguments.path); }
+
+std::string PeaksFound(const Arguments&) {
+  return Counted(std::min(ws.npeaks, MaxPeaks), "peak") + " found";
+}
+
+std::string PeaksInList(const Arguments&) {
+  return Counted(std::min(ws.npeaks, MaxPeaks), "peak") + " in the list";
+}
+
+std::string Estimated(const Arguments&) {
+  return "Autosubtract: scale " + Short(ws.estimatescale, 3) + ", " +
+         Counted(ws.autosubcycles, "cycle");
+}
+
+std::string PointsLeft(const Arguments&) {
+  return Counted(ws.npts(ActiveSlot()), "point") + ", " + Short(FirstTth(ActiveSlot()), 2) +
+         " to " + Short(LastTth(ActiveSlot()), 2) + " degrees";
+}
+
+std::string OverlaysOpen(const Arguments&) { return Counted(ws.noverlay, "overlay"); }
+
+// What stands in part 3 already.
+std::string Nothing(const Arguments&) { return ""; }
+
+constexpr struct {
+  int first, last;  // items of the menu, or popups with all their items
+  std::string (*text)(const Arguments& arguments);
+} kTold[] = {
+    {MenuPopupOpen, MenuPopupOpen, Opened},
+    {MenuRecent1, MenuRecent1 + MaxRecent - 1, Opened},
+    {MenuPopupOverlays, MenuPopupOverlays, OverlaysOpen},
+    {MenuPopupClosePattern, MenuPopupClosePattern, OverlaysOpen},
+    {MenuSavePattern, MenuSavePattern, SavedTo},
+    {MenuSaveBackground, MenuSaveBackground, SavedTo},
+    {MenuSavePeaks, MenuSavePeaks, SavedTo},
+    {MenuSaveFitted, MenuSaveFitted, SavedTo},
+    {MenuSaveHistory, MenuSaveHistory, SavedTo},
+    {MenuPeakSearch, MenuPeakSearch, PeaksFound},
+    {MenuLoadPeaks, MenuLoadPeaks, PeaksInList},
+    {MenuManualPeaks, MenuManualPeaks, PeaksInList},
+    {MenuAutosubtract, MenuAutosubtract, Estimated},
+    {MenuTruncate, MenuConvert, PointsLeft},
+    {MenuFitPattern, MenuFitPattern, Nothing},
+    {MenuFitPatterns, MenuFitPatterns, Nothing},
+    {MenuFitAllPeaks, MenuFitAllPeaks, Nothing},
+    {MenuAddSum, MenuAddSum, Nothing},
+};
+
+}  // namespace
+
+std::string WhatIsDone(const Command& command, const Arguments& arguments) {
+  const MenuRow& item = command.item;
+  for (const auto& row : kTold)
+    for (int id : {item.id, item.parent})
+      if (id >= row.first && id <= row.last) return row.text(arguments);
+  return command.undo && item.id != 0 ? CommandTitle(command) : "";
+}
