@@ -20,9 +20,6 @@ struct ResultLine {
   std::string text;
 };
 std::vector<ResultLine> FitResultLines();
-// The value with its e.s.d. in the last digits, "5.43071(12)", two digits of it up to 19; without
-// e.s.d. the value with `decimals`.
-std::string WithEsd(double value, double esd, int decimals);
 Outcome ShowFitResults();
 
 // What of the fit stands in the menu "Peak fit", and at its end.

@@ -19,12 +19,6 @@ using namespace controls;
 
 enum ResultControls { FirstLine = 1601, ButtonCopy = 1641, ButtonSave };
 
-std::string Fixed(double value, int decimals) {
-  char text[64];
-  std::snprintf(text, sizeof text, "%.*f", decimals, value);
-  return text;
-}
-
 template <int N>
 std::string Joined(const Table<float, N>& values, const float* esds, int n, int decimals) {
   std::string text;
@@ -35,15 +29,6 @@ std::string Joined(const Table<float, N>& values, const float* esds, int n, int 
 std::string Percent(float value) { return Fixed(100 * value, 2) + " %"; }
 
 }  // namespace
-
-std::string WithEsd(double value, double esd, int decimals) {
-  if (!(esd > 0) || !std::isfinite(esd) || !std::isfinite(value)) return Fixed(value, decimals);
-  // Decimals that leave one digit of the e.s.d., or two where the first would be a 1.
-  int digits = -static_cast<int>(std::floor(std::log10(esd / 1.95)));
-  digits = std::clamp(digits, 0, 9);
-  const double unit = std::pow(10.0, digits);
-  return Fixed(value, digits) + "(" + std::to_string(std::lround(esd * unit)) + ")";
-}
 
 std::vector<ResultLine> FitResultLines() {
   static constexpr const char* kNames[] = {"a", "b", "c", "alpha", "beta", "gamma"};

@@ -114,7 +114,7 @@ Outcome ApplySolution(const IndexingEngine& engine) {
                                           .range = {FirstTth(SlotInput), LastTth(SlotInput)},
                                           .step = FirstStepOf(SlotInput),
                                           .zeroshift = ws.zeroshift});
-  RelistPeaks(static_cast<int>(lines.size()), PeakCalculated);
+  RelistPeaks(static_cast<int>(lines.size()), PeakIndexed);
   for (int j = 1; j <= ws.npeaks; ++j) {
     ws.peaks(ptth, j) = lines[j - 1].tth;
     ws.peaks(phkl, j) = static_cast<float>(PackHkl(lines[j - 1].hkl));

@@ -134,6 +134,11 @@ constexpr Command kCommands[] = {
      .run = Plain<ClearPeaks>,
      .redraw = Redraw::Full,
      .undo = true},
+    {.item = {MenuPeakTable, "Peak table", kPopup},
+     .viewmode = 1,
+     .run = Plain<ShowPeakTable>,
+     .redraw = Redraw::Keep,
+     .undo = true},
 
     {.item = {kFitPopup, "Peak fit", 0, true}},
     {.item = {40020, "Fit single peak", kFitPopup},

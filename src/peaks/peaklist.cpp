@@ -47,6 +47,12 @@ void NotePeak(int row, PeakOrigin origin, const PeakEsds& esds) {
   ws.peakesd(3, row) = esds.fwhm;
 }
 
+// Nothing but a fit writes the width of one side.
+bool HasFittedProfile(int row) {
+  const int origin = ws.peakorigin(row);
+  return origin == PeakFitted || (origin == PeakLoaded && ws.peaks(pfwhmr, row) > 0);
+}
+
 // Sorts the places of the rows, and puts the rows in their order.
 void SortPeaks() {
   const PeakTables before = ws;

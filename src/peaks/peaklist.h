@@ -21,6 +21,9 @@ void RelistPeaks(int rows, PeakOrigin origin);
 // The fields of a row have been replaced.
 void NotePeak(int row, PeakOrigin origin, const PeakEsds& esds = {});
 
+// Whether area, widths and shapes of a row have come from a fit, be it by a file.
+bool HasFittedProfile(int row);
+
 // Rising two-theta.
 void SortPeaks();
 

@@ -15,6 +15,9 @@ Outcome LoadPeaks(const std::string& path);
 Outcome EditPeaks();
 Outcome ClearPeaks();
 
+// The table of the list beside the plot, until it is closed.
+Outcome ShowPeakTable();
+
 // Fits one split pseudo-Voigt peak on a sloping background to the visible part of slot 1. `accept`
 // is asked whether the result is wanted; without it, it is.
 Outcome SinglePeakFit(const std::function<bool()>& accept = {});

@@ -2,11 +2,14 @@
 #include <algorithm>
 #include <cmath>
 #include <functional>
+#include <numeric>
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "crystal/matrix.h"  // for PolyFit
+#include "peaks/peaklist.h"  // for HasFittedProfile
 #include "plot/page.h"
 #include "plot/views.h"
 #include "toolkit/toolkit.h"
@@ -43,7 +46,25 @@ struct Frame {
   float Y(float value) const { return (value - ylo) * yfactor; }
 };
 
-int PeakCount() { return std::min(ws.npeaks, MaxPeaks); }
+constexpr std::ptrdiff_t kEnoughFitted = 2;
+
+// The rows of the list that are plotted: those that have been fitted, or all as long as these are
+// too few.
+std::vector<int> PlottedRows() {
+  std::vector<int> rows(PeakRows());
+  std::iota(rows.begin(), rows.end(), 1);
+  if (std::ranges::count_if(rows, HasFittedProfile) >= kEnoughFitted)
+    std::erase_if(rows, [](int row) { return !HasFittedProfile(row); });
+  return rows;
+}
+
+// "3 rows that were never fitted are left out", blank if there are none.
+std::string LeftOutText() {
+  const int left = PeakRows() - static_cast<int>(PlottedRows().size());
+  if (left == 0) return "";
+  return std::to_string(left) + (left == 1 ? " row that was" : " rows that were") +
+         " never fitted " + (left == 1 ? "is" : "are") + " left out";
+}
 
 // With too few peaks, or where no model can be fitted, the frame stays without the curve.
 bool TooFewPeaks() { return ws.npeaks < 2; }
@@ -57,6 +78,7 @@ void BeginFrame(Frame& frame) {
   MoveOrigin(ws.plotx0, ws.plotheight * 1.07f + ws.ploty0);
   DrawName(ws.plotwidth * 0.5f, -2 * line, ws.stem20 + "     " + DateTimeStamp(),
            frame.page.textheight, 0, 6);
+  DrawName(ws.plotwidth * 0.5f, -3.5f * line, LeftOutText(), frame.page.textheight, 0, 6);
   MoveOrigin(0, -(ws.plotheight + 5 * line));
 }
 
@@ -156,13 +178,13 @@ struct WidthPoints : Points {
   int averages = 0, rights = 0;
 
   WidthPoints(int average, int right) {
-    for (int j = 1; j <= PeakCount(); ++j) Add(ws.peaks(ptth, j), ws.peaks(average, j));
+    const std::vector<int> rows = PlottedRows();
+    for (const int j : rows) Add(ws.peaks(ptth, j), ws.peaks(average, j));
     averages = n;
-    for (int j = 1; j <= PeakCount(); ++j)
+    for (const int j : rows)
       if (ws.peaks(right, j) > 0) Add(ws.peaks(ptth, j), ws.peaks(right, j));
     rights = n;
-    for (int j = 1; j <= PeakCount();
-         ++j)  // the left value is not kept: it follows from the others
+    for (const int j : rows)  // the left value is not kept: it follows from the others
       if (ws.peaks(average, j) - ws.peaks(right, j) * 0.5f > 0)
         Add(ws.peaks(ptth, j), 2 * ws.peaks(average, j) - ws.peaks(right, j));
   }
@@ -213,7 +235,7 @@ float NetWidth(int peak) {
 Points SizePoints() {
   Points points;
   const float k = ws.spgeom * ws.wavelen(1) * RadToDeg;
-  for (int j = 1; j <= PeakCount(); ++j) {
+  for (const int j : PlottedRows()) {
     const float tth = ws.peaks(ptth, j), net = NetWidth(j);
     points.Add(tth, net > 1.0e-31f ? k / (net * std::cos(tth * 0.5f / RadToDeg)) : 0.0f);
   }
@@ -234,7 +256,7 @@ ViewComplaint DrawMean(const Frame& frame, const Points& points) {
 // the reciprocal of the size.
 Points WilliamsonHallPoints() {
   Points points;
-  for (int j = 1; j <= PeakCount(); ++j) {
+  for (const int j : PlottedRows()) {
     const float theta = ws.peaks(ptth, j) * 0.5f / RadToDeg;
     points.Add(4 * std::sin(theta), std::cos(theta) * NetWidth(j) / RadToDeg);
   }

@@ -12,9 +12,9 @@ namespace {
 constexpr float kTwoPi = 6.283185f;
 constexpr int kWavePart = 5;  // of the status bar
 
-float SpacingOf(float tth) { return (ws.axiswave * 0.5f) / std::sin(tth * 0.5f / RadToDeg); }
-
 }  // namespace
+
+float SpacingOf(float tth) { return (ws.axiswave * 0.5f) / std::sin(tth * 0.5f / RadToDeg); }
 
 float ShownX(float tth) {
   if (ws.xaxismode == AxisTth) return tth;

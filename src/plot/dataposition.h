@@ -30,6 +30,9 @@ inline float ShownY(float counts) {
   return counts > 0 ? Log10(counts) : 0.0f;
 }
 
+// d in angstrom of a two-theta above 0, with the wavelength of the axes.
+float SpacingOf(float tth);
+
 DataPoint ShownPosition(DataPoint stored);
 DataPoint StoredPosition(DataPoint shown);
 

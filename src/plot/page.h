@@ -12,6 +12,7 @@ inline constexpr int kOrange = RgbColour(255, 128, 0);
 inline constexpr int kMagenta = RgbColour(255, 0, 255);
 inline constexpr int kBrown = RgbColour(132, 60, 12);
 inline constexpr int kRed = RgbColour(255, 0, 0);
+inline constexpr int kBlue = RgbColour(0, 0, 255);
 inline constexpr int kGrid = RgbColour(208, 208, 208);
 inline constexpr int kOverlay[] = {kOrange, kMagenta, kBrown, kGreen};
 }  // namespace colours

@@ -163,15 +163,19 @@ void DrawPeakTicks(const Plot& plot, const Range& x) {
   const auto first = std::find_if(xs.begin(), xs.end(), shown);
   const auto last = std::find_if(xs.rbegin(), std::reverse_iterator(first), shown).base();
   if (first == last) return;
-  SetPen(1, 1, colours::kMagenta);
-  for (int j = 1; j <= std::min(ws.npeaks, MaxPeaks); ++j) {
+  const auto draw = [&](int j) {
     const float place = ShownX(ws.peaks(ptth, j));
-    if (!(place > 0) || !x.Holds(place)) continue;
+    if (!(place > 0) || !x.Holds(place)) return;
     const int near = NearestIndex(place, &*first, static_cast<int>(last - first));
     const int point = static_cast<int>(first - xs.begin()) + near;
     const float top = plot.y.Limit(ShownY(ws.yval(plot.primary, point)));
     LineAt(plot.X(place), -strip, plot.Y(top) + strip, 90);
-  }
+  };
+  SetPen(1, 1, colours::kMagenta);
+  for (int j = 1; j <= std::min(ws.npeaks, MaxPeaks); ++j) draw(j);
+  if (ws.peakchosen < 1 || OnPaper()) return;
+  SetPen(1, 3, colours::kBlue);
+  draw(ws.peakchosen);
 }
 
 void DrawManualPoints(const Plot& plot, const Range& x) {

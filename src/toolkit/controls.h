@@ -53,6 +53,11 @@ constexpr Control Label(int id, const char* label, const char* unit = "") {
   return {.id = id, .kind = ControlKind::Text, .label = label, .unit = unit};
 }
 
+// A button that a key presses too.
+constexpr Control Press(int id, const char* label, const char* key) {
+  return {.id = id, .kind = ControlKind::Button, .label = label, .key = key};
+}
+
 // A control that always opens with the same value instead of the one last entered.
 constexpr Control Fresh(Control control, const char* initial = "") {
   control.initial = initial;

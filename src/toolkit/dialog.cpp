@@ -267,6 +267,29 @@ void WGridPutCellInteger(int field, int column, int row, int value) {
   PutCell(field, column, row, std::to_string(value));
 }
 
+void WGridPutRows(int field, std::vector<std::vector<std::string>> rows, int order) {
+  FieldState* const state = FindField(field);
+  if (!state) return;
+  GridState& grid = state->grid;
+  rows.resize(std::min<std::size_t>(rows.size(), kMaxGridRows));
+  grid.rows.clear();
+  for (std::vector<std::string>& cells : rows) {
+    cells.resize(grid.columns);
+    grid.rows.push_back({.cells = std::move(cells)});
+  }
+  grid.order = order;
+  WGridPick(field, 0, 0);
+}
+
+void WGridPick(int field, int column, int row) {
+  FieldState* const state = FindField(field);
+  if (!state) return;
+  state->grid.column = column;
+  state->grid.row = row;
+  state->text = row > 0 ? std::to_string(column) + "," + std::to_string(row) : "";
+  ShowChange(IndexOf(field));
+}
+
 void WGridColourRow(int field, int row, int foreground, int background) {
   GridRow* const cells = GridRowOf(field, 1, row);
   if (!cells) return;

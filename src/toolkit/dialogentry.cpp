@@ -43,15 +43,17 @@ struct Cell {
   int column = 0, row = 0;
 };
 
-// "COLUMN,ROW" as a cell that the grid has; 0,0 for anything else.
-Cell PickedCell(const GridState& grid, std::string_view text) {
+// "COLUMN,ROW" as a cell that the grid has, its heads included where they can be picked; 0,0 for
+// anything else.
+Cell PickedCell(const Control& control, const GridState& grid, std::string_view text) {
   const std::size_t comma = std::min(text.find(','), text.size());
   const auto number = [](std::string_view part) {
-    return static_cast<int>(Parsed<int>(part).value_or(0));
+    return static_cast<int>(Parsed<int>(part).value_or(-1));
   };
   const Cell cell{number(text.substr(0, comma)),
                   number(text.substr(std::min(comma + 1, text.size())))};
-  const bool there = cell.column >= 1 && cell.column <= grid.columns && cell.row >= 1 &&
+  const bool there = cell.column >= 1 && cell.column <= grid.columns &&
+                     cell.row >= (control.heads ? 0 : 1) &&
                      cell.row <= static_cast<int>(grid.rows.size());
   return there ? cell : Cell{};
 }
@@ -89,7 +91,9 @@ std::string DialogComplaint(const DialogState& dialog, int index, const std::str
     case ControlKind::String:
       return "";
     case ControlKind::Grid:
-      return PickedCell(dialog.fields[index].grid, text).row ? "" : "There is no cell " + text;
+      return PickedCell(control, dialog.fields[index].grid, text).column
+                 ? ""
+                 : "There is no cell " + text;
     case ControlKind::Real:
     case ControlKind::Integer:
       break;
@@ -124,7 +128,7 @@ std::string DialogEnter(DialogState& dialog, int index, const std::string& text)
   field.text = text;
   field.touched = true;
   if (control.kind == ControlKind::Grid) {
-    const Cell cell = PickedCell(field.grid, text);
+    const Cell cell = PickedCell(control, field.grid, text);
     field.grid.column = cell.column;
     field.grid.row = cell.row;
   }

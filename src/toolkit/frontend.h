@@ -20,6 +20,7 @@ struct GridState {
   int columns = 0;
   std::vector<GridRow> rows;
   int column = 0, row = 0;  // the cell picked last, from 1
+  int order = 0;            // the column by which the rows are sorted; negative: falling
 };
 
 // State of a control of a loaded dialog, kept by the common part. A front end shows it and writes
@@ -45,7 +46,7 @@ struct DialogState {
 // accepted. Returns a complaint with the allowed range for text that cannot stand, else blank;
 // the text of a number is kept in either case. A number outside the range of a control that passes
 // it on is complained of as well, so that it can be marked, but keeps no dialog open. Radio buttons
-// and check boxes take "on" and "off", a grid the cell picked as "COLUMN,ROW".
+// and check boxes take "on" and "off", a grid the cell picked as "COLUMN,ROW", a head in row 0.
 std::string DialogEnter(DialogState& dialog, int index, const std::string& text);
 // The same check without entering anything.
 std::string DialogComplaint(const DialogState& dialog, int index, const std::string& text);

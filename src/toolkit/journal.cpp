@@ -78,7 +78,9 @@ void KeepDialogMessage(const DialogState& dialog, const Message& message) {
 void JournalField(const DialogState& dialog, int index) {
   const std::string& text = dialog.fields[index].text;
   if (DialogRefuses(dialog, index, text)) return;
-  if (changeddialog == &dialog && changedindex == index) lines.pop_back();
+  // Where heads can be picked, a pick means what the rows are at that moment.
+  const bool replaced = !dialog.resource->controls[index].heads;
+  if (replaced && changeddialog == &dialog && changedindex == index) lines.pop_back();
   Keep("set " + std::to_string(dialog.resource->controls[index].id) + ' ' + Quoted(text));
   changeddialog = &dialog;
   changedindex = index;

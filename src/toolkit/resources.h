@@ -31,7 +31,7 @@ enum class ControlKind {
   Radio,  // consecutive radio buttons with the same group are one choice
   Check,
   Button,
-  Grid,  // a table of numbers whose cells can be picked; the label holds the column heads: "a|b|c"
+  Grid,  // a table whose cells can be picked; the label holds the column heads: "a|b|c"
 };
 
 // What may be typed into an Integer outside its range.
@@ -60,8 +60,10 @@ struct Control {
   OutOfRange outside = OutOfRange::Refused;
   Variable variable{};
   Opens opens = Opens::Last;
-  bool beside = false;  // stands in the row of the control before
-  int indent = 0;       // places left free in front of it, at the start of a row
+  bool beside = false;   // stands in the row of the control before
+  int indent = 0;        // places left free in front of it, at the start of a row
+  bool heads = false;    // of a Grid: its heads can be picked too, as cells of row 0
+  const char* key = "";  // of a Button: presses it too, "Ctrl+C"
 };
 
 // Buttons that end a modal dialog by themselves; any other Button does so too.

@@ -193,9 +193,14 @@ void WDialogUndefined(int i, float r, double d);
 // Grids: columns and rows count from 1, and rows appear as they are filled in.
 void WGridPutCellReal(int field, int column, int row, float value, const std::string& format);
 void WGridPutCellInteger(int field, int column, int row, int value);
+// Replaces all rows at once, which may be more or fewer than before. `order` is the column by which
+// they are sorted, negative for falling values, or 0.
+void WGridPutRows(int field, std::vector<std::vector<std::string>> rows, int order);
+// Picks a cell as the user does, and shows it; with row 0 none is picked.
+void WGridPick(int field, int column, int row);
 // Colours of a row as in IGrColourN.
 void WGridColourRow(int field, int row, int foreground, int background);
-// The cell picked last; 0 and 0 before.
+// The cell picked last; 0 and 0 before. Row 0 is the head of a column.
 void WGridPos(int field, int& column, int& row);
 
 // ---- Drawing ----------------------------------------------------------------------------------

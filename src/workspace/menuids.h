@@ -13,6 +13,7 @@ enum MenuId {
   MenuZoomBack,
   MenuZoomForward,
   MenuToolbar,
+  MenuPeakTable,
   MenuPopupOpen = 40002,
   MenuSavePattern = 40003,
   MenuOpenSum = 40114,

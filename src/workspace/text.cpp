@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <cstdio>
 #include <limits>
 
 namespace {
@@ -207,6 +208,22 @@ std::string ExpField(float value, int w, int d) {
   }
   const std::string field = RightIn(w, text);
   return field.empty() ? Asterisks(w) : field;
+}
+
+std::string Fixed(double value, int decimals) {
+  char text[64];
+  std::snprintf(text, sizeof text, "%.*f", decimals, value);
+  return text;
+}
+
+std::string WithEsd(double value, double esd, int decimals) {
+  constexpr double kMost = 1e15;  // that a whole number can hold
+  if (!(esd > 0 && esd < kMost) || !std::isfinite(value)) return Fixed(value, decimals);
+  // Decimals that leave one digit of the e.s.d., or two where the first would be a 1.
+  int digits = -static_cast<int>(std::floor(std::log10(esd / 1.95)));
+  digits = std::clamp(digits, 0, 9);
+  const double unit = std::pow(10.0, digits);
+  return Fixed(value, digits) + "(" + std::to_string(std::lround(esd * unit)) + ")";
 }
 
 void ShellSort(float* list, int n) {

@@ -61,6 +61,11 @@ std::string RealField(float value, int w, int d);
 std::string IntField(int value, int w, int minimum = 1);
 // Exponent notation with d digits; "0.e0" stands for 0.
 std::string ExpField(float value, int w, int d);
+// value with d decimals, in as many characters as it takes.
+std::string Fixed(double value, int decimals);
+// The value with its e.s.d. in the last digits, "5.43071(12)", two digits of it up to 19; without
+// e.s.d. the value with `decimals`.
+std::string WithEsd(double value, double esd, int decimals);
 
 // Sorts the list in place by Shell's method, gaps halved from n; rising for positive n, falling for
 // negative n, |n| values.

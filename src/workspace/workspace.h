@@ -44,8 +44,16 @@ enum PlotSwitch {
 enum PeakField { ptth = 1, pint, pfwhm, pshape, pfwhmr, pshaper, phkl, pmult };
 
 // Where a row of the peak list has its values from. Of a fitted one area and widths are fitted, and
-// the position too, by itself or as the cell puts it.
-enum PeakOrigin { PeakSearched = 1, PeakPicked, PeakFitted, PeakCalculated, PeakLoaded };
+// the position too, by itself or as the cell puts it. A calculated one is a peak of the model, an
+// indexed one a line of a cell that has been found, of which place and indices alone are known.
+enum PeakOrigin {
+  PeakSearched = 1,
+  PeakPicked,
+  PeakFitted,
+  PeakCalculated,
+  PeakLoaded,
+  PeakIndexed,
+};
 
 // Fields of a row of `solutions`: the cell in angstrom, degrees and cubic angstrom, its figure of
 // merit, and the lines that ITO has indexed or TREOR90 has not.
@@ -201,6 +209,7 @@ struct PeakTables {
   Table<int, MaxPeaks + 1> peakorigin;    // a PeakOrigin
   Table<int, MaxPeaks + 1> peakfailed;    // 1: its last fit has failed and left it as it was
   Table<float, 3, MaxPeaks + 1> peakesd;  // of position, area and FWHM; 0: none
+  int peakchosen = 0;                     // the row chosen in the peak table; 0: none
 
   bool operator==(const PeakTables&) const = default;
 };

@@ -8,6 +8,7 @@
 #include <QRadioButton>
 #include <QScreen>
 #include <QScrollArea>
+#include <QShortcut>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <cmath>
@@ -79,6 +80,16 @@ QWidget* FitsIn(QSize room, QWidget* all) {
   scroll->setMinimumSize(seen.boundedTo(QSize(kWidest * room.width(), 0.75 * room.height())));
   return scroll;
 }
+
+// While a dialog stands beside the plot, its keys hold in the main window too.
+void AddKey(QPushButton* button, const char* key) {
+  const QKeySequence keys = QKeySequence::fromString(key);
+  auto* shortcut = new QShortcut(keys, button, nullptr, nullptr, Qt::ApplicationShortcut);
+  QObject::connect(shortcut, &QShortcut::activated, button, &QPushButton::click);
+  button->setToolTip(keys.toString(QKeySequence::NativeText));
+}
+
+bool HoldsTable(const QWidget* section) { return section->findChild<QTableWidget*>(); }
 
 bool SameChoice(const Control& a, const Control& b) {
   return a.kind == Radio && b.kind == Radio && std::string_view(a.group) == b.group;
@@ -156,6 +167,7 @@ void DialogView::MakeRow(int index) {
     button->setAutoDefault(false);
     row.field = button;
     connect(button, &QPushButton::clicked, this, [this, id = control.id] { Press(id); });
+    if (*control.key) AddKey(button, control.key);
   } else if (control.kind == Text) {
     auto* value = new QLabel;
     value->setTextFormat(Qt::PlainText);
@@ -163,8 +175,8 @@ void DialogView::MakeRow(int index) {
   } else if (control.kind == Grid) {
     row.field = new GridField(
         control,
-        [this, index] {
-          DialogEnter(state_, index, GridAt(index)->Picked().toStdString());
+        [this, index](const std::string& cell) {
+          DialogEnter(state_, index, cell);
           Finished(index);
         },
         [this] {
@@ -248,9 +260,10 @@ QWidget* DialogView::MakeSection(int first, int last) {
   const bool texts = std::any_of(&rows_[first], &rows_[first] + (last - first), [](const Row& row) {
     return row.line && row.field->sizePolicy().horizontalPolicy() != QSizePolicy::Fixed;
   });
-  // Room to spare goes to a text, else behind everything.
-  grid->setColumnStretch(texts ? 1 : columns * kGridColumns, 1);
-  grid->setRowStretch(rows, 1);
+  // Room to spare goes to a table or a text, else behind everything.
+  const bool table = HoldsTable(box);
+  grid->setColumnStretch(texts || table ? 1 : columns * kGridColumns, 1);
+  if (!table) grid->setRowStretch(rows, 1);
   return box;
 }
 
@@ -278,8 +291,8 @@ QWidget* DialogView::ArrangeSections() {
   for (const std::vector<QWidget*>& column : columns) {
     auto* down = new QVBoxLayout;
     across->addLayout(down, 1);
-    for (QWidget* section : column) down->addWidget(section);
-    down->addStretch(1);
+    for (QWidget* section : column) down->addWidget(section, HoldsTable(section));
+    if (std::ranges::none_of(column, HoldsTable)) down->addStretch(1);
   }
   return FitsIn(room, all);
 }

@@ -2,19 +2,30 @@
 #include "toolkit/qt/gridfield.h"
 
 #include <QHeaderView>
+#include <QScreen>
+#include <QScrollBar>
+#include <algorithm>
+#include <cstdlib>
 
 namespace {
 
-constexpr int kLettersOfColumn = 10, kRowsSeen = 12;
+constexpr int kLettersOfColumn = 5;                // at least
+constexpr int kLettersSeen = 30;                   // of the narrowest table
+constexpr int kFewestRows = 12, kMostRows = 24;    // to be seen at once
+constexpr double kWidest = 0.55, kHighest = 0.55;  // of the screen
 
 QColor ColourOf(int colour) { return {colour & 255, colour >> 8 & 255, colour >> 16 & 255}; }
 
 // Black on white is what a row has that was never coloured: it follows the desktop.
 bool IsColoured(const GridRow& row) { return row.foreground != 0 || row.background != 0xffffff; }
 
+std::string CellName(int column, int row) {
+  return std::to_string(column) + "," + std::to_string(row);
+}
+
 }  // namespace
 
-GridField::GridField(const Control& control, std::function<void()> picked,
+GridField::GridField(const Control& control, std::function<void(const std::string&)> picked,
                      std::function<void()> accepted)
     : picked_(std::move(picked)) {
   const QStringList heads = QString::fromUtf8(control.label).split('|');
@@ -25,15 +36,14 @@ GridField::GridField(const Control& control, std::function<void()> picked,
   setSelectionBehavior(SelectRows);
   setTabKeyNavigation(false);
   horizontalHeader()->setHighlightSections(false);
+  horizontalHeader()->setSectionsClickable(control.heads);
   if (heads.first() == "No.") verticalHeader()->hide();  // the rows tell their numbers themselves
-  const QFontMetrics letters = fontMetrics();
-  for (int column = 0; column < columnCount(); ++column)
-    setColumnWidth(column, kLettersOfColumn * letters.horizontalAdvance('0'));
-  const int rowheight = verticalHeader()->defaultSectionSize();
-  setMinimumSize((columnCount() * kLettersOfColumn + 8) * letters.horizontalAdvance('0'),
-                 kRowsSeen * rowheight + horizontalHeader()->sizeHint().height());
-  connect(this, &QTableWidget::cellClicked, this, [this] { picked_(); });
+  FitColumns();
+  connect(this, &QTableWidget::cellClicked, this, [this] { PickCurrent(); });
   connect(this, &QTableWidget::cellDoubleClicked, this, std::move(accepted));
+  if (control.heads)
+    connect(horizontalHeader(), &QHeaderView::sectionClicked, this,
+            [this](int column) { picked_(CellName(column + 1, 0)); });
 }
 
 void GridField::ShowCell(int row, int column, const GridRow& shown) {
@@ -53,21 +63,67 @@ void GridField::ShowCell(int row, int column, const GridRow& shown) {
   cell->setForeground(coloured ? QBrush(ColourOf(shown.foreground)) : QBrush());
 }
 
+// The arrow keys lead on from the cell picked last, or from the first row.
+void GridField::ShowPlace(const GridState& state) {
+  if (state.row > 0) {
+    if (currentRow() != state.row - 1 || currentColumn() != state.column - 1 ||
+        selectedItems().isEmpty())
+      setCurrentCell(state.row - 1, state.column - 1);
+  } else if (currentRow() < 0) {
+    setCurrentCell(0, 0, QItemSelectionModel::NoUpdate);
+  }
+}
+
 void GridField::ShowCells(const GridState& state) {
   const int rows = static_cast<int>(state.rows.size());
+  const bool fresh = rowCount() == 0 && rows > 0;
+  setUpdatesEnabled(false);
   if (rowCount() != rows) setRowCount(rows);
   for (int row = 0; row < rows; ++row)
     for (int column = 0; column < columnCount(); ++column) ShowCell(row, column, state.rows[row]);
-  // The arrow keys lead on from the first row.
-  if (currentRow() < 0) setCurrentCell(0, 0);
+  QHeaderView* heads = horizontalHeader();
+  heads->setSortIndicatorShown(state.order != 0);
+  if (state.order != 0)
+    heads->setSortIndicator(std::abs(state.order) - 1,
+                            state.order > 0 ? Qt::AscendingOrder : Qt::DescendingOrder);
+  if (fresh) FitColumns();
+  ShowPlace(state);
+  setUpdatesEnabled(true);
 }
 
-QString GridField::Picked() const {
-  return QString("%1,%2").arg(currentColumn() + 1).arg(currentRow() + 1);
+// A column has room for its head and its longest cell.
+void GridField::FitColumns() {
+  const int letter = fontMetrics().horizontalAdvance('0');
+  resizeColumnsToContents();
+  for (int column = 0; column < columnCount(); ++column)
+    setColumnWidth(column, std::max(columnWidth(column) + letter, kLettersOfColumn * letter));
+  updateGeometry();
 }
+
+QSize GridField::SizeFor(int width, int rows) const {
+  return {width + verticalScrollBar()->sizeHint().width() + 2 * frameWidth(),
+          rows * verticalHeader()->defaultSectionSize() + horizontalHeader()->sizeHint().height() +
+              2 * frameWidth()};
+}
+
+QSize GridField::sizeHint() const {
+  const int rows = std::clamp(rowCount(), kFewestRows, kMostRows);
+  const int side = verticalHeader()->isHidden() ? 0 : verticalHeader()->sizeHint().width();
+  const QSize room = screen()->availableGeometry().size();
+  return SizeFor(horizontalHeader()->length() + side, rows)
+      .boundedTo(QSize(static_cast<int>(kWidest * room.width()),
+                       static_cast<int>(kHighest * room.height())))
+      .expandedTo(minimumSizeHint());
+}
+
+QSize GridField::minimumSizeHint() const {
+  return SizeFor(kLettersSeen * fontMetrics().horizontalAdvance('0'), kFewestRows / 2);
+}
+
+void GridField::PickCurrent() { picked_(CellName(currentColumn() + 1, currentRow() + 1)); }
 
 void GridField::keyPressEvent(QKeyEvent* event) {
-  const QString before = Picked();
+  const int column = currentColumn(), row = currentRow();
   QTableWidget::keyPressEvent(event);
-  if (Picked() != before) picked_();
+  if (currentColumn() != column || currentRow() != row) PickCurrent();
 }

@@ -1,5 +1,5 @@
-// A table of numbers in a dialog, whose cells can be picked with the mouse or the arrow keys; a
-// double click accepts the dialog with the cell.
+// A table in a dialog, whose cells can be picked with the mouse or the arrow keys; a double click
+// accepts the dialog with the cell.
 #pragma once
 
 #include <QTableWidget>
@@ -9,16 +9,23 @@
 
 class GridField : public QTableWidget {
  public:
-  GridField(const Control& control, std::function<void()> picked, std::function<void()> accepted);
+  // `picked` gets "COLUMN,ROW", from 1; row 0 is a head.
+  GridField(const Control& control, std::function<void(const std::string&)> picked,
+            std::function<void()> accepted);
   void ShowCells(const GridState& state);
-  // "COLUMN,ROW" of the current cell, from 1.
-  QString Picked() const;
+  // Shows many rows as long as there is room on the screen.
+  QSize sizeHint() const override;
+  QSize minimumSizeHint() const override;
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
   void ShowCell(int row, int column, const GridRow& shown);
+  void ShowPlace(const GridState& state);
+  void FitColumns();
+  void PickCurrent();
+  QSize SizeFor(int width, int rows) const;
 
-  std::function<void()> picked_;
+  std::function<void(const std::string&)> picked_;
 };

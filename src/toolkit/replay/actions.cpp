@@ -36,9 +36,11 @@ void SetField(Situation& now, const Words& words) {
   const std::string before = dialog.fields[index].text, &text = words[2].text;
   const double value = dialog.fields[index].value;
   const std::string complaint = DialogEnter(dialog, index, text);
-  const bool entry = dialog.resource->controls[index].kind != ControlKind::Text;
+  const ControlKind kind = dialog.resource->controls[index].kind;
+  const bool entry = kind != ControlKind::Text;
   if (!complaint.empty() && (!entry || DialogRefuses(dialog, index, text))) Fail(complaint);
-  if (dialog.fields[index].text == before && dialog.fields[index].value == value) return;
+  const bool same = dialog.fields[index].text == before && dialog.fields[index].value == value;
+  if (same && kind != ControlKind::Grid) return;  // a cell can be picked once more
   if (now.changed && *now.changed) (*now.changed)(dialog.resource->controls[index].id);
   if (now.place != Place::Beside) return;
   PostMessage(DialogChange(dialog, index));

@@ -1,0 +1,181 @@
+// "Peak table": the peak list beside the plot, each showing what is chosen in the other.
+#include "peaks/peaktable.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "peaks/peaklist.h"
+#include "peaks/peaks.h"
+#include "plot/beside.h"
+#include "plot/dataposition.h"
+#include "plot/freezoom.h"
+#include "plot/plot.h"
+#include "toolkit/controls.h"
+#include "toolkit/toolkit.h"
+#include "workspace/lines.h"
+#include "workspace/paths.h"
+#include "workspace/text.h"
+
+namespace {
+
+using namespace controls;
+
+enum TableDialog {
+  DialogNumber = 145,
+  Grid = 1801,
+  ButtonSort,
+  ButtonCopy,
+  ButtonSave,
+  ButtonDelete,
+};
+
+constexpr Control kControls[] = {
+    {.id = Grid, .kind = ControlKind::Grid, .label = kPeakHeads, .heads = true},
+    Press(ButtonSort, "Sort"),
+    Press(ButtonCopy, "Copy", "Ctrl+C"),
+    Press(ButtonSave, "Save..."),
+    Press(ButtonDelete, "Delete", "Del"),
+    {ButtonCancel, ControlKind::Button, "Close"},
+};
+constexpr DialogResource kDialog{DialogNumber, "Peak table", kControls, Grid};
+
+// The rows of the list as they stand in the table.
+struct View {
+  int order = ColumnTth;  // the column by which they are sorted; negative: falling
+  std::vector<int> rows;
+};
+
+bool IsShown(int row) {
+  const float place = ShownX(ws.peaks(ptth, row));
+  return place >= ws.viewxmin && place <= ws.viewxmax;
+}
+
+// The view keeps its width.
+void BringIntoView(int row) {
+  const float place = ShownX(ws.peaks(ptth, row));
+  if (!(place > 0) || IsShown(row)) return;
+  PanFrom({ws.viewxmin, ws.viewxmax}, {ws.viewymin, ws.viewymax},
+          {place - (ws.viewxmin + ws.viewxmax) / 2, 0});
+}
+
+void Choose(int row) {
+  ws.peakchosen = row;
+  if (row > 0) BringIntoView(row);
+}
+
+void ShowChosen(const View& view) {
+  int column = 0, row = 0;
+  WGridPos(Grid, column, row);
+  const auto at = std::ranges::find(view.rows, ws.peakchosen);
+  const bool there = at != view.rows.end();
+  WGridPick(Grid, std::max(column, 1), there ? static_cast<int>(at - view.rows.begin()) + 1 : 0);
+}
+
+void Fill(View& view) {
+  view.rows = PeaksBy(view.order);
+  std::vector<std::vector<std::string>> cells;
+  for (const int row : view.rows) cells.push_back(PeakCells(row));
+  WGridPutRows(Grid, std::move(cells), view.order);
+  ShowChosen(view);
+}
+
+// Once more by the same column turns the order round.
+void SortBy(View& view, int column) {
+  view.order = view.order == column ? -column : column;
+  Fill(view);
+}
+
+void TakePick(View& view) {
+  int column = 0, row = 0;
+  WGridPos(Grid, column, row);
+  if (row > 0)
+    Choose(view.rows[row - 1]);
+  else if (column > 0)
+    SortBy(view, column);
+}
+
+// The row of the nearest tick in reach of a click.
+void ChooseTick(float x) {
+  float nearest = PickReach().x;
+  for (int row = 1; row <= PeakRows(); ++row) {
+    const float distance = std::fabs(ShownX(ws.peaks(ptth, row)) - x);
+    if (!(distance < nearest)) continue;
+    nearest = distance;
+    ws.peakchosen = row;
+  }
+}
+
+// The row that comes next in the table is chosen then.
+void Delete(View& view) {
+  const auto at = std::ranges::find(view.rows, ws.peakchosen);
+  if (at == view.rows.end()) return;
+  const std::size_t place = at - view.rows.begin();
+  RemovePeak(ws.peakchosen, pmult);
+  view.rows = PeaksBy(view.order);
+  Choose(view.rows.empty() ? 0 : view.rows[std::min(place, view.rows.size() - 1)]);
+  Fill(view);
+}
+
+void Copy(const View& view) {
+  std::string text;
+  for (const std::string& line : PeakLines(view.rows, '\t')) text += line + "\n";
+  WCopyText(text);
+}
+
+void Save(const View& view) {
+  std::string path = ws.patternstem + "_peaks.csv";
+  WSelectFile("Comma-separated values|*.csv|", FileSave, path, "Save peak table");
+  if (path.empty() || !AcceptPath(path)) return;
+  LineWriter file(path);
+  for (const std::string& line : PeakLines(view.rows, ',')) file.Write(line);
+  if (!file.Close())
+    MessageBoxError("File Error", FileMessage("Error writing peak table", path, file.Reason()));
+}
+
+// False closes the table.
+bool OnButton(View& view, int button) {
+  int column = 0, row = 0;
+  WGridPos(Grid, column, row);
+  if (button == ButtonSort) SortBy(view, std::max(column, 1));
+  if (button == ButtonCopy) Copy(view);
+  if (button == ButtonSave) Save(view);
+  if (button == ButtonDelete) Delete(view);
+  return button != ButtonCancel;
+}
+
+bool OnMessage(View& view, const Message& message) {
+  if (message.type == MessageButton) return OnButton(view, message.value1);
+  if (message.type == MessageFieldChanged) {
+    TakePick(view);
+    return true;
+  }
+  const DataPoint at = ToData(message.x, message.y);
+  const bool click = message.type == MessageMouseDown && message.value1 == MouseLeft;
+  if (click && InView(at)) ChooseTick(at.x);
+  ShowChosen(view);  // also what a double click has brought back
+  return true;
+}
+
+}  // namespace
+
+Outcome ShowPeakTable() {
+  if (PeakRows() < 1) {
+    MessageBoxError("Error", "No peaks in list");
+    return Outcome::Failed;
+  }
+  SortPeaks();
+  ws.plotmask |= ws.plotmask > 0 ? PlotPeaks : PlotInput + PlotPeaks;
+  RefreshView();
+  for (int row = PeakRows(); row >= 1; --row)
+    if (IsShown(row)) ws.peakchosen = row;
+  RefreshView();
+  WRegisterDialogs({&kDialog, 1});
+  WDialogUndefined(0, 0, 0);
+  WDialogLoad(DialogNumber);
+  View view;
+  Fill(view);
+  RunBeside(DialogNumber, [&view](const Message& message) { return OnMessage(view, message); });
+  WDialogUnload();
+  ws.peakchosen = 0;
+  return Outcome::Done;
+}
