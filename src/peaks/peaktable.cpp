@@ -85,13 +85,14 @@ void SortBy(View& view, int column) {
   Fill(view);
 }
 
-void TakePick(View& view) {
-  int column = 0, row = 0;
-  WGridPos(Grid, column, row);
-  if (row > 0)
-    Choose(view.rows[row - 1]);
-  else if (column > 0)
-    SortBy(view, column);
+// The message tells the cell that was picked, while the table may show another one by now.
+void TakePick(View& view, const Message& message) {
+  const int column = static_cast<int>(message.x);
+  const std::size_t row = static_cast<std::size_t>(message.y);
+  if (row == 0) return SortBy(view, column);
+  if (row > view.rows.size()) return;
+  Choose(view.rows[row - 1]);
+  WGridPick(Grid, column, static_cast<int>(row));
 }
 
 // The row of the nearest tick in reach of a click.
@@ -146,7 +147,7 @@ bool OnButton(View& view, int button) {
 bool OnMessage(View& view, const Message& message) {
   if (message.type == MessageButton) return OnButton(view, message.value1);
   if (message.type == MessageFieldChanged) {
-    TakePick(view);
+    TakePick(view, message);
     return true;
   }
   const DataPoint at = ToData(message.x, message.y);

@@ -118,7 +118,9 @@ constexpr Column kColumns[] = {
 std::string AllDigits(float value) {
   char digits[32];
   return std::isfinite(value)
-             ? std::string(digits, std::to_chars(digits, std::end(digits), value).ptr)
+             ? std::string(
+                   digits,
+                   std::to_chars(digits, std::end(digits), value, std::chars_format::general).ptr)
              : "";
 }
 

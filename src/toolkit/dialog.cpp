@@ -278,7 +278,7 @@ void WGridPutRows(int field, std::vector<std::vector<std::string>> rows, int ord
     grid.rows.push_back({.cells = std::move(cells)});
   }
   grid.order = order;
-  WGridPick(field, 0, 0);
+  WGridPick(field, grid.column, 0);
 }
 
 void WGridPick(int field, int column, int row) {

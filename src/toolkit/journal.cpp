@@ -65,18 +65,8 @@ void KeepTurn(const Message& wheel) {
   Keep("wheel" + Place(wheel.x, wheel.y) + notches + Modifiers(wheel));
 }
 
-void KeepDialogMessage(const DialogState& dialog, const Message& message) {
-  if (message.type == MessageMouseDown) return KeepClick(message);
-  const int index = ControlIndex(dialog, message.value1);
-  if (index < 0) return;
-  if (message.type == MessageButton) JournalPress(message.value1);
-  if (message.type == MessageFieldChanged) JournalField(dialog, index);
-}
-
-}  // namespace
-
-void JournalField(const DialogState& dialog, int index) {
-  const std::string& text = dialog.fields[index].text;
+// What has been entered into a control.
+void KeepEntry(const DialogState& dialog, int index, const std::string& text) {
   if (DialogRefuses(dialog, index, text)) return;
   // Where heads can be picked, a pick means what the rows are at that moment.
   const bool replaced = !dialog.resource->controls[index].heads;
@@ -84,6 +74,26 @@ void JournalField(const DialogState& dialog, int index) {
   Keep("set " + std::to_string(dialog.resource->controls[index].id) + ' ' + Quoted(text));
   changeddialog = &dialog;
   changedindex = index;
+}
+
+// Of a grid the cell that the message tells: it may show another one by now.
+void KeepDialogMessage(const DialogState& dialog, const Message& message) {
+  if (message.type == MessageMouseDown) return KeepClick(message);
+  const int index = ControlIndex(dialog, message.value1);
+  if (index < 0) return;
+  if (message.type == MessageButton) JournalPress(message.value1);
+  if (message.type != MessageFieldChanged) return;
+  if (dialog.resource->controls[index].kind != ControlKind::Grid)
+    return JournalField(dialog, index);
+  KeepEntry(dialog, index,
+            std::to_string(static_cast<int>(message.x)) + "," +
+                std::to_string(static_cast<int>(message.y)));
+}
+
+}  // namespace
+
+void JournalField(const DialogState& dialog, int index) {
+  KeepEntry(dialog, index, dialog.fields[index].text);
 }
 
 void JournalPress(int button) { Keep("press " + std::to_string(button)); }

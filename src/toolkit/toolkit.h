@@ -193,8 +193,8 @@ void WDialogUndefined(int i, float r, double d);
 // Grids: columns and rows count from 1, and rows appear as they are filled in.
 void WGridPutCellReal(int field, int column, int row, float value, const std::string& format);
 void WGridPutCellInteger(int field, int column, int row, int value);
-// Replaces all rows at once, which may be more or fewer than before. `order` is the column by which
-// they are sorted, negative for falling values, or 0.
+// Replaces all rows at once, which may be more or fewer than before; none of them is picked.
+// `order` is the column by which they are sorted, negative for falling values, or 0.
 void WGridPutRows(int field, std::vector<std::vector<std::string>> rows, int order);
 // Picks a cell as the user does, and shows it; with row 0 none is picked.
 void WGridPick(int field, int column, int row);

@@ -128,6 +128,42 @@ TEST_F(AnalysisPlots, RightAndLeftPointsWhereTheyExist) {
   }
 }
 
+// As soon as two rows have been fitted, those that never were are left out.
+TEST_F(AnalysisPlots, LeaveOutWhatWasNeverFitted) {
+  const auto notes = [] {
+    std::vector<std::string> found;
+    for (const ReadText& t : ReadTexts(ScreenList(), 15, 0, 1))
+      if (t.text.find("left out") != t.text.npos) found.push_back(t.text);
+    return found;
+  };
+  SetPeaks(6, [](float tth) { return 0.2f + tth * 0.001f; });
+  for (int j = 1; j <= 6; ++j) ws.peaks(pfwhmr, j) = 0.15f;
+  for (const auto& [origin, shown, note] :
+       {std::tuple{PeakSearched, 6u, ""},
+        {PeakFitted, 2u, "4 rows that were never fitted are left out"},
+        {PeakLoaded, 3u, "3 rows that were never fitted are left out"}}) {
+    ws.peakorigin(3) = PeakFitted;
+    ws.peakorigin(5) = origin;
+    if (origin == PeakLoaded) ws.peakorigin(6) = PeakFitted;
+    for (const auto& [view, kind] : {std::pair{3, 1}, {3, 2}, {4, 1}, {4, 2}}) {
+      SCOPED_TRACE(testing::Message() << origin << ", view " << view << " " << kind);
+      ws.viewmode = view;
+      ws.analysiskind = kind;
+      RedrawView(0);
+      EXPECT_EQ(Markers(colours::kBlack).size(), shown);
+      EXPECT_EQ(Markers(colours::kRed).size(), view == 3 && kind == 1 ? shown : 0u);
+      EXPECT_EQ(notes(), *note ? std::vector<std::string>{note} : std::vector<std::string>{});
+    }
+  }
+  ws.peaks(pfwhmr, 5) = 0;  // loaded from the list of a search
+  RedrawView(0);
+  EXPECT_EQ(Markers(colours::kBlack).size(), 2u);
+  ws.npeaks = 4;
+  ws.peakorigin(2) = ws.peakorigin(4) = PeakFitted;
+  RedrawView(0);
+  EXPECT_EQ(notes(), std::vector<std::string>{"1 row that was never fitted is left out"});
+}
+
 // No peak and one peak are told of; two or three are drawn, without the numbers of a model that
 // they leave open. Nothing leaves the window, hostile widths included.
 TEST_F(AnalysisPlots, FromOnePeakToAFullList) {

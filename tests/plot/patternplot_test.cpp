@@ -125,6 +125,20 @@ TEST_F(PatternPlot, BandClipsOtherCurvesAndTicks) {
   for (const DrawPoint& end : ticks[0]) EXPECT_NEAR(end.x, kPeak, 1e-3f);
   EXPECT_NEAR(ticks[0][0].y, ws.viewymin - 20 * ws.yperunit, 0.5f);
   EXPECT_NEAR(ticks[0][1].y, Counts(28.4f), 0.5f);
+  // The one chosen in the table is drawn over, thick; a tool of the screen that is not printed.
+  ws.peakchosen = 3;
+  RedrawView(0);
+  EXPECT_EQ(Curves(kBlue), ticks);
+  const auto& strokes = ScreenList().strokes;
+  const auto blue = std::ranges::find(strokes, static_cast<unsigned>(kBlue),
+                                      [](const Stroke& s) { return s.pen.colour; });
+  ASSERT_NE(blue, strokes.end());
+  EXPECT_EQ(blue->pen.width, 3);
+  ws.printflag = 1;
+  OpenPaper();
+  DrawView();
+  ws.printflag = 0;
+  EXPECT_TRUE(Strokes(PaperList(), kBlue).empty());
 }
 
 TEST_F(PatternPlot, ManualPointsGridAndOverlayName) {

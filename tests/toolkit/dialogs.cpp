@@ -213,9 +213,42 @@ TEST_F(Dialogs, GridsAreFilledByCellsAndPicked) {
   EXPECT_EQ(std::pair(message.value1, message.value2), std::pair(70, 70));
   EXPECT_EQ(std::pair(message.x, message.y), std::pair(1.0f, 2.0f));
   EXPECT_EQ(WTakeJournal().back(), "set 70 \"1,2\"");
+  Answer("set 70 1,0");  // a head that cannot be picked
+  EXPECT_THROW(WMessage(message), std::runtime_error);
   WDialogHide();
   Answer("set 70 1,3\npress OK");
   EXPECT_THROW(WDialogShow(-1, -1, 0, Modal), std::runtime_error);
+  WDialogUnload();
+}
+
+// A head picked twice and a cell picked again are picks of their own, and none of them is
+// forgotten: what they mean has changed in between.
+TEST_F(Dialogs, HeadsOfAGridArePicked) {
+  static constexpr Control controls[] = {
+      {.id = 70, .kind = ControlKind::Grid, .label = "a|b", .heads = true}};
+  static constexpr DialogResource resource{9071, "Heads", controls};
+  WRegisterDialogs({&resource, 1});
+  WDialogLoad(9071);
+  WGridPutRows(70, {{"1", "x"}, {"2", "y"}, {"3"}}, 2);
+  WDialogShow(-1, -1, 0, SemiModeless);
+  WTakeJournal();
+  Message message;
+  int column = 0, row = 0;
+  for (const char* cell : {"1,2", "2,0", "2,0", "1,2", "1,2"}) {
+    Answer("set 70 " + std::string(cell));
+    EXPECT_EQ(WMessage(message), MessageFieldChanged);
+    WGridPos(70, column, row);
+    EXPECT_EQ(std::to_string(column) + "," + std::to_string(row), cell);
+  }
+  EXPECT_EQ(WTakeJournal().size(), 5u);
+  WGridPick(70, 2, 3);
+  WGridPutRows(70, {{"1", "x", "no such column"}}, -2);
+  WGridPos(70, column, row);
+  EXPECT_EQ(std::pair(column, row), std::pair(2, 0));
+  for (const char* gone : {"1,2", "3,0", "x,0", "1,", "1,-1"}) {
+    Answer(std::string("set 70 ") + gone);
+    EXPECT_THROW(WMessage(message), std::runtime_error) << gone;
+  }
   WDialogUnload();
 }
 

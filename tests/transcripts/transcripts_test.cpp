@@ -137,7 +137,7 @@ TEST_P(Transcript, ShowsWhatItSays) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Tour, Transcript,
-                         testing::Values("corrections", "modify", "background", "peaks", "peakfit",
+                         testing::Values("corrections", "modify", "background", "peaks", "peaktable", "peakfit",
                                          "fit", "overlays", "summary", "indexing", "scripts",
                                          "commands", "dialogs", "views", "zoom"),
                          [](const auto& name) { return name.param; });

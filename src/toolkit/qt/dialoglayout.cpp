@@ -207,6 +207,7 @@ void DialogView::MakeRow(int index) {
     if (row.line) row.label->setBuddy(row.field);
   }
   // Before the sections are measured.
+  if (control.kind == Grid) GridAt(index)->ShowCells(state_.fields[index].grid);
   if (control.kind == Text) static_cast<QLabel*>(row.field)->setText(ShownText(index));
   if (control.kind == Text && tells) {
     // Values may stand in columns.

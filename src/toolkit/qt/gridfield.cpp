@@ -69,8 +69,9 @@ void GridField::ShowPlace(const GridState& state) {
     if (currentRow() != state.row - 1 || currentColumn() != state.column - 1 ||
         selectedItems().isEmpty())
       setCurrentCell(state.row - 1, state.column - 1);
-  } else if (currentRow() < 0) {
-    setCurrentCell(0, 0, QItemSelectionModel::NoUpdate);
+  } else {
+    clearSelection();
+    if (currentRow() < 0) setCurrentCell(0, 0, QItemSelectionModel::NoUpdate);
   }
 }
 
