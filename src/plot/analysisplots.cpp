@@ -58,12 +58,12 @@ std::vector<int> PlottedRows() {
   return rows;
 }
 
-// "3 rows that were never fitted are left out", blank if there are none.
+// What the title says of the others; blank if there are none.
 std::string LeftOutText() {
   const int left = PeakRows() - static_cast<int>(PlottedRows().size());
   if (left == 0) return "";
-  return std::to_string(left) + (left == 1 ? " row that was" : " rows that were") +
-         " never fitted " + (left == 1 ? "is" : "are") + " left out";
+  return "     " + std::to_string(left) +
+         (left == 1 ? " row never fitted is left out" : " rows never fitted are left out");
 }
 
 // With too few peaks, or where no model can be fitted, the frame stays without the curve.
@@ -76,9 +76,8 @@ void BeginFrame(Frame& frame) {
   frame.page = BeginPage();
   const float line = frame.page.scale * TextUnits;
   MoveOrigin(ws.plotx0, ws.plotheight * 1.07f + ws.ploty0);
-  DrawName(ws.plotwidth * 0.5f, -2 * line, ws.stem20 + "     " + DateTimeStamp(),
+  DrawName(ws.plotwidth * 0.5f, -2 * line, ws.stem20 + "     " + DateTimeStamp() + LeftOutText(),
            frame.page.textheight, 0, 6);
-  DrawName(ws.plotwidth * 0.5f, -3.5f * line, LeftOutText(), frame.page.textheight, 0, 6);
   MoveOrigin(0, -(ws.plotheight + 5 * line));
 }
 

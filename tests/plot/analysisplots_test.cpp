@@ -138,10 +138,9 @@ TEST_F(AnalysisPlots, LeaveOutWhatWasNeverFitted) {
   };
   SetPeaks(6, [](float tth) { return 0.2f + tth * 0.001f; });
   for (int j = 1; j <= 6; ++j) ws.peaks(pfwhmr, j) = 0.15f;
-  for (const auto& [origin, shown, note] :
-       {std::tuple{PeakSearched, 6u, ""},
-        {PeakFitted, 2u, "4 rows that were never fitted are left out"},
-        {PeakLoaded, 3u, "3 rows that were never fitted are left out"}}) {
+  for (const auto& [origin, shown, note] : {std::tuple{PeakSearched, 6u, ""},
+                                            {PeakFitted, 2u, "4 rows never fitted are left out"},
+                                            {PeakLoaded, 3u, "3 rows never fitted are left out"}}) {
     ws.peakorigin(3) = PeakFitted;
     ws.peakorigin(5) = origin;
     if (origin == PeakLoaded) ws.peakorigin(6) = PeakFitted;
@@ -161,7 +160,7 @@ TEST_F(AnalysisPlots, LeaveOutWhatWasNeverFitted) {
   ws.npeaks = 4;
   ws.peakorigin(2) = ws.peakorigin(4) = PeakFitted;
   RedrawView(0);
-  EXPECT_EQ(notes(), std::vector<std::string>{"1 row that was never fitted is left out"});
+  EXPECT_EQ(notes(), std::vector<std::string>{"1 row never fitted is left out"});
 }
 
 // No peak and one peak are told of; two or three are drawn, without the numbers of a model that
