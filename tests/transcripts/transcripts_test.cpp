@@ -137,9 +137,10 @@ TEST_P(Transcript, ShowsWhatItSays) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Tour, Transcript,
-                         testing::Values("corrections", "modify", "background", "peaks", "peaktable", "peakfit",
-                                         "fit", "overlays", "summary", "indexing", "scripts",
-                                         "commands", "dialogs", "views", "zoom"),
+                         testing::Values("corrections", "modify", "background", "peaks",
+                                         "peaktable", "peakfit", "fit", "overlays", "summary",
+                                         "indexing", "scripts", "commands", "dialogs", "views",
+                                         "zoom"),
                          [](const auto& name) { return name.param; });
 
 }  // namespace
