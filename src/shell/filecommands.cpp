@@ -140,6 +140,12 @@ constexpr Command AnyFormat(int id, const char* text, int parent, const char* ke
           .undo = true};
 }
 
+// In a format whose name is asked for.
+constexpr Command Picture(int id, const char* text, PictureFormat format) {
+  return {
+      .item = {id, text, kGraphics}, .number = format, .ask = AskPictureName, .run = SavePicture};
+}
+
 Outcome SaveJpeg(const Arguments&) { return SaveImage(".jpg"); }
 Outcome SaveBitmap(const Arguments&) { return SaveImage(".bmp"); }
 
@@ -176,6 +182,9 @@ constexpr Command kCommands[] = {
     {.item = {40138, "*.jpg", kGraphics}, .run = SaveJpeg},
     {.item = {40139, "*.bmp", kGraphics}, .run = SaveBitmap},
     {.item = {40140, "*.eps", kGraphics}, .run = Plain<SaveEps>, .redraw = Redraw::Keep},
+    Picture(MenuSavePng, "*.png", PicturePng),
+    Picture(MenuSaveSvg, "*.svg", PictureSvg),
+    Picture(MenuSavePdf, "*.pdf", PicturePdf),
     {.item = {40026, "About", kPopup}, .dialog = &AboutDialog, .history = false},
     AnyFormat(MenuRecent1, "empty", kPopup),
     AnyFormat(MenuRecent1 + 1, "empty", kPopup),

@@ -4,6 +4,7 @@
 #include "plot/dataposition.h"  // for LogarithmicY
 #include "plot/plot.h"
 #include "shell/shell.h"
+#include "workspace/text.h"
 #include "workspace/workspace.h"
 
 namespace {
@@ -57,6 +58,9 @@ Outcome DrawHardcopy(int driver, std::span<const Option> options, const std::str
   return written ? Outcome::Done : Outcome::Failed;
 }
 
+// By PictureFormat.
+constexpr const char* kExtensions[] = {".png", ".svg", ".pdf"};
+
 }  // namespace
 
 Outcome PrintGraphics() { return DrawHardcopy(DriverPrinter, kPrintOptions, ws.patternstem); }
@@ -84,4 +88,17 @@ Outcome SaveEps() {
 Outcome SaveImage(const char* extension) {
   if (ws.patternstem.empty()) return Outcome::Idle;
   return IGrSaveImage(ws.patternstem + extension) ? Outcome::Done : Outcome::Failed;
+}
+
+Outcome AskPictureName(Arguments& arguments) {
+  const std::string extension = kExtensions[arguments.number];
+  const std::string name = UpperText(extension.substr(1)) + " file";
+  arguments.path = ws.patternstem + extension;
+  WSelectFile(name + "|*" + extension + "|", FileSave, arguments.path, "Save " + name);
+  return Answered(!arguments.path.empty());
+}
+
+Outcome SavePicture(const Arguments& arguments) {
+  const bool saved = IGrSaveImage(arguments.path, kExtensions[arguments.number]);
+  return saved ? Outcome::Done : Outcome::Failed;
 }

@@ -2,6 +2,7 @@
 #include <span>
 
 #include "plot/plot.h"
+#include "shell/copytext.h"
 #include "shell/history.h"
 #include "shell/shell.h"
 #include "shell/undo.h"
@@ -11,10 +12,10 @@
 
 namespace {
 
-constexpr int kNeedPattern[] = {MenuPopupModify,     MenuPopupMulti,   MenuPopupBackground,
-                                MenuPopupPeakSearch, MenuPopupPeakFit, MenuPopupIndex,
-                                MenuPopupPlot,       MenuSavePattern,  MenuPrintGraphics,
-                                MenuPrintReport,     MenuPopupGraphics};
+constexpr int kNeedPattern[] = {MenuPopupModify,     MenuPopupMulti,    MenuPopupBackground,
+                                MenuPopupPeakSearch, MenuPopupPeakFit,  MenuPopupIndex,
+                                MenuPopupPlot,       MenuSavePattern,   MenuPrintGraphics,
+                                MenuPrintReport,     MenuPopupGraphics, MenuCopyPicture};
 constexpr int kNeedOverlay[] = {MenuPopupClosePattern, MenuAddPatterns, MenuDisplacePatterns,
                                 MenuFitPatterns,       MenuSaveFitted,  MenuClearFit};
 constexpr int kNeedSum[] = {MenuAddSum, MenuEditSum, MenuCloseSum};
@@ -71,6 +72,8 @@ void ShowMenuState() {
   ShowStep(MenuUndo, "Undo", UndoTitle(), "Nothing has been done that could be taken back");
   ShowStep(MenuRedo, "Redo", RedoTitle(), "Nothing has been taken back");
   Enable(MenuSaveHistory, HasHistory(), "Nothing has been done yet");
+  Enable(MenuCopyPeaks, ws.npeaks > 0, "Needs peaks: search or pick them first");
+  Enable(MenuCopyPoints, HasPointsInView(), "Needs the pattern on show: Plot > Full pattern");
   Enable(MenuFitResults, ws.fitnpar > 0, "Needs a refinement: Peak fit > General peak fit");
 }
 

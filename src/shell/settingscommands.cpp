@@ -1,4 +1,7 @@
 // The menus "Edit", "Settings" and "Help".
+#include <algorithm>
+
+#include "shell/copytext.h"
 #include "shell/history.h"
 #include "shell/shell.h"
 #include "shell/undo.h"
@@ -29,6 +32,22 @@ Outcome AskHistoryName(Arguments& arguments) {
 Outcome SaveHistory(const Arguments& arguments) {
   return WriteHistory(arguments.path) ? Outcome::Done : Outcome::Failed;
 }
+
+Outcome CopyPicture(const Arguments&) {
+  WCopyPicture(ws.patternstem);
+  WindowOutStatusBar(3, "Picture copied");
+  return Outcome::Done;
+}
+// The first line tells the columns.
+Outcome CopyRows(const std::string& text, const std::string& what) {
+  const auto rows = std::ranges::count(text, '\n') - 1;
+  if (rows > 0) WCopyText(text);
+  WindowOutStatusBar(3, rows > 0 ? std::to_string(rows) + ' ' + what + " copied"
+                                 : "There are no " + what + " in view");
+  return rows > 0 ? Outcome::Done : Outcome::Idle;
+}
+Outcome CopyPeaks(const Arguments&) { return CopyRows(PeaksAsText(), "peaks"); }
+Outcome CopyPoints(const Arguments&) { return CopyRows(PointsAsText(), "points"); }
 
 // ---- Settings ----
 
@@ -135,6 +154,13 @@ constexpr Command kEditCommands[] = {
     {.item = {MenuSaveHistory, "Save history...", MenuPopupEdit},
      .ask = AskHistoryName,
      .run = SaveHistory,
+     .history = false},
+    {.item = {MenuCopyPicture, "Copy picture", MenuPopupEdit, false, "Ctrl+Shift+C"},
+     .run = CopyPicture,
+     .history = false},
+    {.item = {MenuCopyPeaks, "Copy peaks", MenuPopupEdit}, .run = CopyPeaks, .history = false},
+    {.item = {MenuCopyPoints, "Copy points in view", MenuPopupEdit},
+     .run = CopyPoints,
      .history = false},
 };
 

@@ -70,6 +70,10 @@ Outcome PrintReport();
 Outcome SaveEps();
 // The window's content beside the pattern, with this extension; nothing without a pattern.
 Outcome SaveImage(const char* extension);
+// Of the formats of "Save graphics" that ask for a name, by the row's number.
+enum PictureFormat { PicturePng, PictureSvg, PicturePdf };
+Outcome AskPictureName(Arguments& arguments);
+Outcome SavePicture(const Arguments& arguments);
 
 // Takes the fit's line off the status bar.
 void ClearFitText();

@@ -55,6 +55,8 @@ bool WriteEps(const DisplayList& list, const std::string& path, const std::strin
               float width, float height);
 bool WriteSvg(const DisplayList& list, const std::string& path, const std::string& title,
               float width, float height);
+// What WriteSvg writes.
+std::string SvgText(const DisplayList& list, const std::string& title, float width, float height);
 // One page of `pagewidth` by `pageheight` points with the list, `width` by `height`, in its middle.
 bool WritePdf(const DisplayList& list, const std::string& path, const std::string& title,
               float width, float height, float pagewidth, float pageheight);

@@ -131,11 +131,13 @@ int TrackDrag(bool band, DrawPoint& place, const std::function<void(DrawPoint)>&
 // Asks for a printer; false when cancelled. Print sends a list to it, false when that failed.
 bool PrintDialog(const std::string& job);
 bool Print(const DisplayList& list, const std::string& job);
-// The window's content as .bmp or .jpg.
-bool SaveImage(const DisplayList& list, const std::string& path);
+// The window's content in one of the formats .bmp, .jpg and .png; false for others, too.
+bool SaveImage(const DisplayList& list, const std::string& path, const std::string& format);
 
 // Puts a text where other programs can paste it from.
 void CopyText(const std::string& text);
+// The same for the window's content as a bitmap, and as SVG.
+void CopyPicture(const DisplayList& list, const std::string& svg);
 
 // Starts a child process; false when it could not be started.
 bool StartProcess(const std::vector<std::string>& words);

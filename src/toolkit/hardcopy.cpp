@@ -29,11 +29,34 @@ bool WriteOut() {
   return frontend::Print(PaperList(), job) || Complain("Cannot print " + job);
 }
 
-bool HasExtension(const std::string& file, std::string_view extension) {
-  std::string own = std::filesystem::path(file).extension().string();
-  for (char& c : own)
+// In small letters.
+std::string ExtensionOf(const std::string& file) {
+  std::string extension = std::filesystem::path(file).extension().string();
+  for (char& c : extension)
     if (c >= 'A' && c <= 'Z') c += 'a' - 'A';
-  return own == extension;
+  return extension;
+}
+
+// The window's drawing as a vector picture, in points.
+struct PictureSize {
+  float width = 720, height = 720;
+
+  PictureSize() {
+    int columns = 0, rows = 0;
+    frontend::AreaPixels(columns, rows);
+    if (columns > 0 && rows > 0) height = width * rows / columns;
+  }
+};
+
+// The screen as a picture of a format, which is an extension.
+bool WriteScreen(const std::string& file, const std::string& format) {
+  const PictureSize size;
+  const std::string title = std::filesystem::path(file).stem().string();
+  if (format == ".eps") return WriteEps(ScreenList(), file, title, size.width, size.height);
+  if (format == ".svg") return WriteSvg(ScreenList(), file, title, size.width, size.height);
+  if (format == ".pdf")
+    return WritePdf(ScreenList(), file, title, size.width, size.height, size.width, size.height);
+  return frontend::SaveImage(ScreenList(), file, format);
 }
 
 }  // namespace
@@ -69,19 +92,17 @@ bool IGrHardcopy(const std::string& name) {
   return true;
 }
 
-bool SaveScreen(const std::string& file) {
-  int columns = 0, rows = 0;
-  frontend::AreaPixels(columns, rows);
-  constexpr float width = 720;
-  const float height = columns > 0 && rows > 0 ? width * rows / columns : width;
-  const std::string title = std::filesystem::path(file).stem().string();
-  if (HasExtension(file, ".eps")) return WriteEps(ScreenList(), file, title, width, height);
-  if (HasExtension(file, ".svg")) return WriteSvg(ScreenList(), file, title, width, height);
-  return frontend::SaveImage(ScreenList(), file);
-}
+bool SaveScreen(const std::string& file) { return WriteScreen(file, ExtensionOf(file)); }
 
-bool IGrSaveImage(const std::string& file) {
+bool IGrSaveImage(const std::string& file, const std::string& format) {
   ShowDrawing();
   KeepFileReason("");
-  return SaveScreen(file) || Complain("Cannot write " + std::filesystem::absolute(file).string());
+  return WriteScreen(file, format.empty() ? ExtensionOf(file) : format) ||
+         Complain("Cannot write " + std::filesystem::absolute(file).string());
+}
+
+void WCopyPicture(const std::string& title) {
+  ShowDrawing();
+  const PictureSize size;
+  frontend::CopyPicture(ScreenList(), SvgText(ScreenList(), title, size.width, size.height));
 }

@@ -68,8 +68,7 @@ void AppendText(std::string& out, const DrawnText& text, const PageMap& map) {
 
 }  // namespace
 
-bool WriteSvg(const DisplayList& list, const std::string& path, const std::string& title,
-              float width, float height) {
+std::string SvgText(const DisplayList& list, const std::string& title, float width, float height) {
   const PageMap map(list, width, height, false);
   const PageBox box = CoveredBox(list, map, width, height);
   const double boxwidth = box.x2 - box.x1, boxheight = box.y2 - box.y1;
@@ -91,6 +90,10 @@ bool WriteSvg(const DisplayList& list, const std::string& path, const std::strin
       "<g fill=\"none\" stroke-linejoin=\"round\" stroke-linecap=\"round\">\n";
   for (const Stroke& stroke : list.strokes) AppendStroke(out, list, stroke, map);
   for (const DrawnText& text : list.texts) AppendText(out, text, map);
-  out += "</g>\n</svg>\n";
-  return WriteWholeFile(path, out);
+  return out + "</g>\n</svg>\n";
+}
+
+bool WriteSvg(const DisplayList& list, const std::string& path, const std::string& title,
+              float width, float height) {
+  return WriteWholeFile(path, SvgText(list, title, width, height));
 }

@@ -127,6 +127,8 @@ class HoldBoxes {
 
 // Puts a text where other programs can paste it from.
 void WCopyText(const std::string& text);
+// The same for the present content of the window, as a bitmap and as SVG under a title.
+void WCopyPicture(const std::string& title);
 
 enum FileFlags { FileMustExist = 1, FileSave = 2, FileSeveral = 4, FileMayBeNew = 8 };
 // The file selector. `filter` is "description|*.ext|"; `path` comes in as the default name and goes
@@ -255,9 +257,10 @@ void WHardcopyOptions(int mode, const std::string& file = "");
 // Starts a hardcopy under a job name, or ends it with "S", when it is written out; false, after a
 // box, if that failed.
 bool IGrHardcopy(const std::string& name);
-// Present content of the window to a .bmp, .jpg, .eps or .svg file, chosen by the extension.
-// A file that cannot be written gives an "Error" box that names it; returns false then.
-bool IGrSaveImage(const std::string& file);
+// Present content of the window to a file in one of the formats .bmp, .jpg, .png, .eps, .svg and
+// .pdf; a blank one is that of the file's extension. A file that cannot be written gives an "Error"
+// box that names it; returns false then.
+bool IGrSaveImage(const std::string& file, const std::string& format = "");
 
 // ---- Operating system -------------------------------------------------------------------------
 

@@ -192,6 +192,49 @@ TEST_F(Drawing, PicturesShowTheStrokes) {
                           "box\tError\tCannot write " + work_.file("a.gif")}));
 }
 
+unsigned BigEndian(const std::string& bytes, std::size_t at) {
+  unsigned value = 0;
+  for (int i = 0; i < 4; ++i) value = value << 8 | static_cast<unsigned char>(bytes[at + i]);
+  return value;
+}
+
+// Stored blocks of at most 65535 bytes, between a head of two bytes and the sums of zlib.
+TEST_F(Drawing, PngHoldsTheRowsAsTheyAre) {
+  replay::Image image{200, 150, std::vector<std::uint8_t>(200 * 150 * 3)};
+  for (std::size_t i = 0; i < image.rgb.size(); ++i) image.rgb[i] = i * i % 251;
+  const std::string png = replay::PngFile(image);
+  EXPECT_TRUE(
+      png.starts_with(std::string("\x89PNG\r\n\x1a\n\0\0\0\x0dIHDR\0\0\0\xc8\0\0\0\x96"
+                                  "\x08\x02\0\0\0",
+                                  29)));
+  // The last chunk is the same in every file.
+  EXPECT_TRUE(png.ends_with(std::string("\0\0\0\0IEND\xae\x42\x60\x82", 12)));
+  ASSERT_EQ(png.substr(37, 4), "IDAT");
+  std::string rows;
+  std::size_t at = 43;
+  for (bool last = false; !last;) {
+    last = png[at] == 1;
+    const auto byte = [&](std::size_t k) { return static_cast<unsigned char>(png[at + k]); };
+    const std::size_t size = byte(1) + 256u * byte(2);
+    EXPECT_EQ(size + byte(3) + 256u * byte(4), 0xffffu);
+    rows += png.substr(at + 5, size);
+    at += 5 + size;
+  }
+  ASSERT_EQ(rows.size(), 150u * 601);
+  std::uint64_t a = 1, b = rows.size();
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    const unsigned char byte = rows[i];
+    a += byte;
+    b += byte * (rows.size() - i);
+    if (i % 601 == 0)
+      EXPECT_EQ(byte, 0);
+    else
+      ASSERT_EQ(byte, image.rgb[i / 601 * 600 + i % 601 - 1]) << i;
+  }
+  EXPECT_EQ(BigEndian(png, at), b % 65521 << 16 | a % 65521);
+  EXPECT_EQ(BigEndian(png, 33), at + 4 - 41) << "length of the chunk";
+}
+
 // The picture in the bytes of a .jpg file. A faulty one ends the test program.
 replay::Image DecodedJpeg(const std::string& bytes) {
   jpeg_decompress_struct state;

@@ -1,7 +1,11 @@
 // The printer, and pictures of the window.
+#include <QBuffer>
+#include <QClipboard>
 #include <QDir>
 #include <QFile>
+#include <QGuiApplication>
 #include <QImageWriter>
+#include <QMimeData>
 #include <QPrintDialog>
 #include <QPrinter>
 #include <QPrinterInfo>
@@ -54,6 +58,17 @@ void PaintPage(QPainter& painter, const DisplayList& list) {
             Detail::EveryPoint);
 }
 
+// The drawing pixel for pixel as the window shows it.
+QImage PictureOf(const DisplayList& list) {
+  const Canvas& canvas = *Root()->canvas;
+  const double ratio = canvas.devicePixelRatioF();
+  QImage image((QSizeF(canvas.size()) * ratio).toSize(), QImage::Format_RGB32);
+  image.fill(Qt::white);
+  QPainter painter(&image);
+  PaintList(painter, list, image.size(), canvas.ThinLine() * ratio, Detail::PerColumn);
+  return image;
+}
+
 }  // namespace
 
 namespace frontend {
@@ -91,25 +106,29 @@ bool Print(const DisplayList& list, const std::string& job) {
   return false;
 }
 
-bool SaveImage(const DisplayList& list, const std::string& path) {
+bool SaveImage(const DisplayList& list, const std::string& path, const std::string& format) {
   if (!Root()) return false;
-  const Canvas& canvas = *Root()->canvas;
-  const double ratio = canvas.devicePixelRatioF();
-  QImage image((QSizeF(canvas.size()) * ratio).toSize(), QImage::Format_RGB32);
-  image.fill(Qt::white);
-  QPainter painter(&image);
-  PaintList(painter, list, image.size(), canvas.ThinLine() * ratio, Detail::PerColumn);
-  painter.end();
-
-  const QString name = QFile::decodeName(path.c_str());
-  QSaveFile file(name);
+  QSaveFile file(QFile::decodeName(path.c_str()));
   file.setDirectWriteFallback(true);
   const bool open = file.open(QIODevice::WriteOnly);
-  QImageWriter writer(&file, name.section('.', -1).toLower().toLatin1());
-  writer.setQuality(kJpegQuality);
-  if (open && writer.write(image) && file.commit()) return true;
+  QImageWriter writer(&file, QByteArray::fromStdString(format).mid(1));
+  if (format != ".png") writer.setQuality(kJpegQuality);  // of a .png it would be the size
+  if (open && writer.write(PictureOf(list)) && file.commit()) return true;
   KeepFileReason(file.errorString().toStdString());
   return false;
+}
+
+void CopyPicture(const DisplayList& list, const std::string& svg) {
+  if (!Root()) return;
+  const QImage image = PictureOf(list);
+  QByteArray png;
+  QBuffer buffer(&png);
+  image.save(&buffer, "PNG");
+  auto* data = new QMimeData;
+  data->setImageData(image);
+  data->setData("image/png", png);
+  data->setData("image/svg+xml", QByteArray::fromStdString(svg));
+  QGuiApplication::clipboard()->setMimeData(data);
 }
 
 }  // namespace frontend

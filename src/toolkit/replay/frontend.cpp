@@ -225,11 +225,15 @@ bool Print(const DisplayList& list, const std::string& job) {
   return false;
 }
 
-bool SaveImage(const DisplayList& list, const std::string& path) {
-  return replay::WriteImage(list, path, windowwidth, windowheight);
+bool SaveImage(const DisplayList& list, const std::string& path, const std::string& format) {
+  return replay::WriteImage(list, path, format, windowwidth, windowheight);
 }
 
 void CopyText(const std::string& text) { Emit({"copied", text}); }
+
+void CopyPicture(const DisplayList&, const std::string&) {
+  Emit({"copied", "picture " + std::to_string(windowwidth) + 'x' + std::to_string(windowheight)});
+}
 
 bool StartProcess(const std::vector<std::string>& words) {
   Emit({"command", CommandText(words)});

@@ -1,7 +1,8 @@
-// Pictures of a display list as .bmp and .jpg files.
+// Pictures of a display list as files made of pixels.
 #include "toolkit/replay/image.h"
 
-#include <filesystem>
+#include <algorithm>
+#include <iterator>
 
 #include "toolkit/vectorpath.h"
 
@@ -38,15 +39,17 @@ std::string BmpFile(const Image& image) {
   return out;
 }
 
-bool WriteImage(const DisplayList& list, const std::string& path, int width, int height) {
-  std::string extension = std::filesystem::path(path).extension().string();
-  for (char& c : extension)
-    if (c >= 'A' && c <= 'Z') c += 'a' - 'A';
-  if (width < 1 || height < 1) return false;
-  if (extension == ".bmp") return WriteWholeFile(path, BmpFile(Rasterise(list, width, height)));
-  if (extension != ".jpg" && extension != ".jpeg") return false;
-  const std::string jpeg = JpegFile(Rasterise(list, width, height));
-  return !jpeg.empty() && WriteWholeFile(path, jpeg);
+bool WriteImage(const DisplayList& list, const std::string& path, const std::string& format,
+                int width, int height) {
+  static constexpr struct {
+    const char* format;
+    std::string (*bytes)(const Image& image);
+  } kWriters[] = {{".bmp", BmpFile}, {".jpg", JpegFile}, {".jpeg", JpegFile}, {".png", PngFile}};
+  const auto writer =
+      std::ranges::find_if(kWriters, [&](const auto& known) { return format == known.format; });
+  if (width < 1 || height < 1 || writer == std::end(kWriters)) return false;
+  const std::string bytes = writer->bytes(Rasterise(list, width, height));
+  return !bytes.empty() && WriteWholeFile(path, bytes);
 }
 
 }  // namespace replay

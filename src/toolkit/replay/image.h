@@ -17,11 +17,14 @@ struct Image {
 // The list with smooth lines on white. Texts other than strokes are left out: no font is at hand.
 Image Rasterise(const DisplayList& list, int width, int height);
 
-// The bytes of a .bmp file of 24 bits, and of a .jpg file; none of a picture too large for that.
+// The bytes of a .bmp file of 24 bits, of a .jpg file, and of a .png file of 24 bits; none of a
+// picture too large for that.
 std::string BmpFile(const Image& image);
 std::string JpegFile(const Image& image);
+std::string PngFile(const Image& image);
 
-// The list as a picture in the format of the extension; false if that cannot be written.
-bool WriteImage(const DisplayList& list, const std::string& path, int width, int height);
+// The list as a picture in a format, which is an extension; false if that cannot be written.
+bool WriteImage(const DisplayList& list, const std::string& path, const std::string& format,
+                int width, int height);
 
 }  // namespace replay
