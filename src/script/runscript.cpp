@@ -236,6 +236,7 @@ void ShowLastFile() {
   ws.axiswave = ws.wavelen(1);
   ws.viewmode = 1;
   ws.patternloaded = 1;
+  NotePointsKept();
 }
 
 }  // namespace

@@ -32,6 +32,7 @@ Outcome AskAnyFormat(Arguments& arguments) {
 // What the program does beside when a pattern has come in.
 Outcome AfterOpening(Outcome outcome) {
   if (outcome != Outcome::Done) return outcome;
+  NotePointsKept();
   UpdateRecentFiles();
   ClearFitText();
   return outcome;
@@ -62,8 +63,8 @@ constexpr Control kSaveControls[] = {
     Ok,
     Cancel,
 };
-constexpr int kAllPatterns = 4;  // savecontent
-constexpr int kTabFile = 5;      // saveformat
+constexpr int kInputPattern = 1, kAllPatterns = 4;  // savecontent
+constexpr int kTabFile = 5;                         // saveformat
 
 // All three patterns go to a table, which knows neither other formats nor a step.
 void EnableSaveFields(bool single) {
@@ -98,7 +99,12 @@ Outcome AskSave(Arguments& arguments) {
   return Answered(!arguments.path.empty());
 }
 
-Outcome Save(const Arguments& arguments) { return SavePattern(arguments.path); }
+Outcome Save(const Arguments& arguments) {
+  const Outcome outcome = SavePattern(arguments.path);
+  const bool pattern = ws.savecontent == kInputPattern || ws.savecontent == kAllPatterns;
+  if (outcome == Outcome::Done && pattern) NotePointsKept();
+  return outcome;
+}
 
 // ---- The summary file ----
 

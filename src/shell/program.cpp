@@ -7,6 +7,7 @@
 #include "plot/zoomhistory.h"
 #include "shell/history.h"
 #include "shell/shell.h"
+#include "workspace/menuids.h"
 #include "workspace/text.h"
 #include "workspace/workspace.h"
 
@@ -31,11 +32,23 @@ void OnClose(int window, int& quitflag) {
     CloseChild(window);
 }
 
+// What is not the pattern, a background say, may have been saved in between.
+bool MayLeave() {
+  while (ws.patternloaded && !PointsAreKept()) {
+    const std::string text = ws.patternstem + " has been changed and is not saved.";
+    const SaveAnswer answer = MessageBoxSave("Leave " + std::string(ProgramTitle), text);
+    if (answer == SaveAnswer::Discard) return true;
+    if (answer == SaveAnswer::Cancel) return false;
+    if (RunCommand(*FindCommand(MenuSavePattern)) != Outcome::Done) return false;
+  }
+  return true;
+}
+
 }  // namespace
 
 void StartProgram() {
   RegisterMenu();
-  SetApplicationHooks({FieldText, PlotPosition});
+  SetApplicationHooks({FieldText, PlotPosition, MayLeave});
   const int width = WInfoScreen(1) * 8 / 10, height = WInfoScreen(2) * 8 / 10;
   WindowOpen(20, 20, width, height, MainMenu, ProgramTitle);
   WindowStatusBarParts(std::size(kStatusParts), kStatusParts);
@@ -96,6 +109,7 @@ void RunProgram() {
         OpenFile(WInfoDroppedFile());
         break;
     }
+    if (quitflag != 0 && !MayLeave()) quitflag = 0;
     NoteHistory(WTakeJournal());
   }
   while (ws.nchild > 0) CloseChild(ws.childwin(ws.nchild));

@@ -103,6 +103,8 @@ void SetCursor(int shape);
 // Boxes wait. Query returns true for OK.
 enum class BoxKind { Error, Info, Query };
 bool ShowBox(BoxKind kind, const std::string& caption, const std::string& text);
+// For a front end whose boxes wait. Discard without a question if the process has to end.
+SaveAnswer AskSave(const std::string& caption, const std::string& text);
 // Whether a box keeps somebody waiting, so that those of a long row of operations are only
 // collected.
 bool BoxesWait();

@@ -112,6 +112,11 @@ void MessageBoxError(const std::string& caption, const std::string& text);
 void MessageBoxInfo(const std::string& caption, const std::string& text);
 int MessageBoxQuery(const std::string& caption, const std::string& text);
 
+enum class SaveAnswer { Save, Discard, Cancel };
+// What to do with unsaved work before it goes. Nobody is asked where nobody waits in front of the
+// window, or where it has to close: that discards.
+SaveAnswer MessageBoxSave(const std::string& caption, const std::string& text);
+
 // Boxes of a long row of operations, which shall not wait for the user at every one: as long as the
 // object lives, error and info boxes are kept here, and only a front end in front of which nobody
 // waits shows them all the same.
@@ -287,12 +292,15 @@ int IOsTime();  // hhmmss
 
 // ---- What a front end may ask of the application ----------------------------------------------
 
-// Set once by main; the replay front end needs them for `get` and for positions on the plot.
+// Set once by main; the replay front end needs them for `get` and for positions on the plot, the
+// window for the end of a desktop's session.
 struct ApplicationHooks {
   // Values of a field by name, or nothing for an unknown one.
   std::function<std::optional<std::string>(std::string_view name)> field;
   // Data coordinates of the plot to user units.
   std::function<std::pair<float, float>(float x, float y)> tounits;
+  // Whether the program may end; it asks what to do with unsaved work.
+  std::function<bool()> mayend{};
 };
 void SetApplicationHooks(ApplicationHooks hooks);
 const ApplicationHooks& Hooks();

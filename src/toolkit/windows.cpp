@@ -107,6 +107,13 @@ int MessageBoxQuery(const std::string& caption, const std::string& text) {
   return ok ? 1 : 0;
 }
 
+SaveAnswer MessageBoxSave(const std::string& caption, const std::string& text) {
+  if (!frontend::BoxesWait()) return SaveAnswer::Discard;
+  const PauseBusy pause;
+  ShowDrawing();
+  return frontend::AskSave(caption, text);
+}
+
 HoldBoxes::HoldBoxes() { heldtexts.emplace(); }
 HoldBoxes::~HoldBoxes() { heldtexts.reset(); }
 std::vector<std::string> HoldBoxes::Take() { return std::exchange(*heldtexts, {}); }

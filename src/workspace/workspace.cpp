@@ -1,7 +1,9 @@
 // The program-wide Workspace, its reset and its derived axes.
 #include "workspace/workspace.h"
 
+#include <bit>
 #include <cmath>
+#include <span>
 
 Workspace ws;
 
@@ -43,6 +45,22 @@ void ComputeXAxes() {
   for (int k = 1; k <= ws.noverlay; ++k)
     ComputeSlotAxes(SlotOverlay + k - 1, ws.wavelen(SlotOverlay + k - 1));
 }
+
+namespace {
+
+// Of two-theta and counts, bit for bit, by the method of Fowler, Noll and Vo.
+std::uint64_t PointsDigest() {
+  std::uint64_t digest = 0xcbf29ce484222325;
+  for (const std::span<float> row : {ws.xval.row(AxisTth, SlotInput), ws.yval.row(SlotInput)})
+    for (const float value : row.first(ws.npts(SlotInput)))
+      digest = (digest ^ std::bit_cast<std::uint32_t>(value)) * 0x100000001b3;
+  return digest;
+}
+
+}  // namespace
+
+void NotePointsKept() { ws.keptpoints = PointsDigest(); }
+bool PointsAreKept() { return ws.keptpoints == PointsDigest(); }
 
 int ActiveSlot() {
   if (ws.plotmask & PlotInput) return SlotInput;

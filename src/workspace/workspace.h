@@ -4,6 +4,7 @@
 // intensities in counts. Texts carry no trailing blanks; an unset text is empty.
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "workspace/table.h"
@@ -228,8 +229,9 @@ struct PatternData : PeakTables {
 
   // Check marks of the menu. Those of axes and grids follow their commands, not a load.
   int patternloaded = 0;
-  int loadcount = 0;  // patterns opened up to this one
-  int plotmarks = 0;  // of the Plot menu, as plotmask
+  int loadcount = 0;             // patterns opened up to this one
+  std::uint64_t keptpoints = 0;  // digest of the points of slot 1 that a file holds
+  int plotmarks = 0;             // of the Plot menu, as plotmask
   int xaxismark = 1, yaxismark = 1, xgridmark = 0, ygridmark = 0;
 
   // Names
@@ -370,6 +372,10 @@ int ActiveSlot();
 // Ends the fit of an overlay, if one stands: for all that changes its curves. Slot 4 is left empty,
 // on the points of slot 1.
 void EndOverlayFit();
+// The points of slot 1 are those of a file: they have been loaded, or saved. Whether they still
+// are.
+void NotePointsKept();
+bool PointsAreKept();
 
 // Empties the peak list and the refined curve and puts the fit's parameters to their defaults.
 void ClearPeakFit();

@@ -3,6 +3,7 @@
 
 #include <QAbstractSpinBox>
 #include <QElapsedTimer>
+#include <QMessageBox>
 #include <QTemporaryDir>
 #include <QTimer>
 #include <cstdio>
@@ -44,6 +45,8 @@ Script Whole(std::function<Script()> user) {
   script.handle.destroy();
   co_await Idle();
   Root()->close();
+  co_await Shown("unsaved");
+  FindA<QMessageBox>("unsaved")->button(QMessageBox::Discard)->click();
 }
 
 QWidget* Focused() {

@@ -41,7 +41,8 @@ Until Idle();
 // A dialog, box or selector of this object name is on show.
 Until Shown(const char* name);
 
-// Runs the whole program with a user in front of it, who closes the window in the end.
+// Runs the whole program with a user in front of it, who closes the window in the end and discards
+// what is not saved.
 // `arguments` are those of the command line; another `program` may take the place of the event
 // loop.
 void RunWith(const std::function<Script()>& user, std::vector<std::string> arguments = {},

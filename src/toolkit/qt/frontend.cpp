@@ -1,10 +1,13 @@
 // The front end's frame: start, windows, status bar, and the wait for what the user does.
 #include "toolkit/frontend.h"
 
+#include <QAbstractButton>
 #include <QDialog>
 #include <QElapsedTimer>
 #include <QEventLoop>
+#include <QMessageBox>
 #include <QScreen>
+#include <QSessionManager>
 #include <algorithm>
 #include <map>
 
@@ -39,11 +42,24 @@ bool busy;            // the program is at work
 // Texts for the status bar that have come too soon after others to be seen, by their part.
 std::map<int, std::string> latetexts;
 
+// There is nobody to ask what to do with unsaved work any more: the process has to end, or the
+// user has been asked at the end of the session.
+bool ending, agreed;
+
 // The process was asked to end: as if the user closed all that is open.
 void EndInOrder() {
+  ending = true;
   while (QWidget* modal = QApplication::activeModalWidget())
     if (!modal->close()) break;
   if (root) root->close();
+}
+
+// The desktop ends the session. What is open on the program's side cannot be left in between.
+void EndOfSession(QSessionManager& session) {
+  if (ending || !ReadyForCommands() || !session.allowsInteraction()) return;
+  agreed = !Hooks().mayend || Hooks().mayend();
+  if (!agreed) session.cancel();
+  session.release();
 }
 
 void ShowText(int part, const std::string& text) {
@@ -94,6 +110,7 @@ void Initialise(int& argc, char** argv) {
   QApplication::setApplicationName("quillagram");
   QApplication::setDesktopFileName("quillagram");
   WatchSignals(EndInOrder);
+  QObject::connect(qApp, &QGuiApplication::commitDataRequest, qApp, EndOfSession);
 }
 
 SettingsUse Settings() { return SettingsUse::Write; }
@@ -165,7 +182,22 @@ bool Progress(int part, const std::string& text, std::optional<float> done) {
   return !root->progress->Stopped();
 }
 
-void CommandEnded(bool) {}
+// The session has gone on after all.
+void CommandEnded(bool) { agreed = false; }
+
+SaveAnswer AskSave(const std::string& caption, const std::string& text) {
+  if (ending || agreed) return SaveAnswer::Discard;
+  QMessageBox box(QMessageBox::Warning, QString::fromStdString(caption),
+                  QString::fromStdString(text),
+                  QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, FrontWindow());
+  box.setObjectName("unsaved");
+  box.setTextFormat(Qt::PlainText);
+  box.setDefaultButton(QMessageBox::Save);
+  box.button(QMessageBox::Discard)->setText("&Discard");
+  const int answer = box.exec();
+  if (ending || answer == QMessageBox::Discard) return SaveAnswer::Discard;
+  return answer == QMessageBox::Save ? SaveAnswer::Save : SaveAnswer::Cancel;
+}
 
 void ShowToolbar(bool shown) {
   if (root) root->toolbar->setVisible(shown);

@@ -179,6 +179,7 @@ bool ShowBox(BoxKind kind, const std::string& caption, const std::string& text) 
 }
 
 bool BoxesWait() { return false; }
+SaveAnswer AskSave(const std::string&, const std::string&) { return SaveAnswer::Discard; }
 
 std::vector<std::string> SelectFiles(const std::string& filter, int flags, const std::string& name,
                                      const std::string& title, const std::string&) {
