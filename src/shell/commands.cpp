@@ -31,6 +31,13 @@ constexpr ToolRow kTools[] = {
     {MenuTreor, "index", "Index with TREOR90"},
 };
 
+constexpr int kContextItems[] = {MenuFullPattern, MenuZoomBack,
+                                 MenuZoomForward, 0,
+                                 MenuPopupXAxis,  MenuPopupYAxis,
+                                 MenuLegend,      0,
+                                 MenuFitPeak,     0,
+                                 MenuCopyPicture, MenuCopyPoints};
+
 std::vector<Command> AllCommands() {
   std::vector<Command> all;
   for (const std::span<const Command> menu :
@@ -62,4 +69,5 @@ void RegisterMenu() {
   }
   WRegisterMenu(MainMenu, rows);
   WRegisterToolbar(kTools);
+  WRegisterContextMenu(kContextItems);
 }

@@ -131,7 +131,7 @@ constexpr Control kAboutControls[] = {
 
 // ---- The menus ----
 
-constexpr int kSettings = 40027, kXAxis = 40125, kYAxis = 40129;
+constexpr int kSettings = 40027, kXAxis = MenuPopupXAxis, kYAxis = MenuPopupYAxis;
 
 constexpr Command Axis(int id, const char* text, int parent, const char* title,
                        Outcome (*run)(const Arguments&), int mode) {

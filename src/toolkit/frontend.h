@@ -70,6 +70,7 @@ struct MenuItem {
 };
 const std::vector<MenuItem>& MenuItems();
 const std::vector<ToolRow>& ToolRows();
+const std::vector<int>& ContextItems();
 
 namespace frontend {
 

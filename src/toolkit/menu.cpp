@@ -10,6 +10,7 @@ std::map<int, std::vector<MenuItem>> menus;
 std::vector<MenuItem>* current = nullptr;
 
 std::vector<ToolRow> tools;
+std::vector<int> contextitems;
 
 MenuItem* FindItem(int id) {
   if (!current) return nullptr;
@@ -30,6 +31,9 @@ void WRegisterMenu(int number, std::span<const MenuRow> rows) {
 void WRegisterToolbar(std::span<const ToolRow> rows) { tools.assign(rows.begin(), rows.end()); }
 void WShowToolbar(bool shown) { frontend::ShowToolbar(shown); }
 const std::vector<ToolRow>& ToolRows() { return tools; }
+
+void WRegisterContextMenu(std::span<const int> ids) { contextitems.assign(ids.begin(), ids.end()); }
+const std::vector<int>& ContextItems() { return contextitems; }
 
 void UseMenu(int number) {
   if (const auto found = menus.find(number); found != menus.end()) current = &found->second;

@@ -154,6 +154,9 @@ void WRegisterMenu(int number, std::span<const MenuRow> rows);
 // The buttons of the toolbar, before WindowOpen; each does and shows what its menu item does.
 void WRegisterToolbar(std::span<const ToolRow> rows);
 void WShowToolbar(bool shown);
+// The items and popups of the menu that the drawing offers where the user asks for a menu; 0 parts
+// groups.
+void WRegisterContextMenu(std::span<const int> ids);
 void WMenuSetState(int id, int option, int value);
 void WMenuSetString(int id, const std::string& text);
 // What an item that is disabled waits for, in words.

@@ -69,6 +69,8 @@ enum MenuId {
   MenuManualPeaks,
   MenuPopupIndex = 40118,
   MenuTreor = 40119,
+  MenuPopupXAxis = 40125,
+  MenuPopupYAxis = 40129,
   MenuAxisTth = 40126,
   MenuAxisD = 40127,
   MenuAxisQ = 40128,

@@ -9,6 +9,7 @@
 #include "toolkit/displaylist.h"
 #include "toolkit/qt/events.h"
 #include "toolkit/qt/painter.h"
+#include "toolkit/qt/window.h"
 
 namespace {
 
@@ -187,6 +188,11 @@ void Canvas::wheelEvent(QWheelEvent* event) {
   if (wheel_) turn.value1 += wheel_->value1;
   wheel_ = turn;
   WakeUp();
+}
+
+// Where clicks pick, the right one does, too.
+void Canvas::contextMenuEvent(QContextMenuEvent* event) {
+  if (ReadyForCommands()) Root()->menus.PopUp(event->globalPos());
 }
 
 void Canvas::SetSpace(bool down) {

@@ -3,7 +3,6 @@
 
 #include <QFontMetrics>
 #include <QHelpEvent>
-#include <QMenu>
 #include <QToolTip>
 #include <algorithm>
 
@@ -21,6 +20,12 @@ const MenuItem* Find(int id) {
   const auto at = std::find_if(items.begin(), items.end(),
                                [id](const MenuItem& item) { return item.row.id == id; });
   return at == items.end() ? nullptr : &*at;
+}
+
+// Whether the popups on the way to an item can be opened.
+bool CanBeReached(const MenuItem& item) {
+  const MenuItem* popup = Find(item.row.parent);
+  return !popup || (popup->enabled && CanBeReached(*popup));
 }
 
 // A text that the program has put, such as a path; one of the table may hold a mark.
@@ -45,6 +50,9 @@ void Menus::Build(QMenuBar* bar, QToolBar* tools) {
   bar_ = bar;
   bar->installEventFilter(this);
   toolbar_ = tools;
+  context_ = new QMenu(bar);
+  context_->setObjectName("context");
+  context_->setToolTipsVisible(true);
   BuildMenu();
   BuildTools();
   for (const MenuItem& item : MenuItems()) Update(item.row.id);
@@ -87,6 +95,18 @@ void Menus::BuildTools() {
     tool->setObjectName(QString("tool%1").arg(id));
     QObject::connect(tool, &QAction::triggered, toolbar_, [this, id] { Picked(id); });
   }
+}
+
+// The actions are those of the menu itself; separators at the ends are not shown.
+void Menus::PopUp(QPoint place) {
+  context_->clear();
+  for (const int id : ContextItems()) {
+    if (id == 0)
+      context_->addSeparator();
+    else if (const MenuItem* item = Find(id); item && CanBeReached(*item))
+      context_->addAction(actions_.at(id));
+  }
+  context_->popup(place);
 }
 
 // What the item does, or waits for.

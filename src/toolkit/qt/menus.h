@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QAction>
+#include <QMenu>
 #include <QMenuBar>
 #include <QToolBar>
 #include <map>
@@ -16,6 +17,8 @@ class Menus : public QObject {
   // While a dialog stays open beside the plot, no command can be given.
   void SetLocked(bool locked);
   bool Locked() const { return locked_; }
+  // Offers the drawing's own items, as far as their popups can be opened.
+  void PopUp(QPoint place);
   bool eventFilter(QObject* object, QEvent* event) override;
 
  private:
@@ -28,6 +31,7 @@ class Menus : public QObject {
 
   QMenuBar* bar_ = nullptr;
   QToolBar* toolbar_ = nullptr;
+  QMenu* context_ = nullptr;
   std::map<int, QAction*> actions_;  // a popup's is the one that opens it
   std::map<int, QAction*> tools_;
   bool locked_ = false;

@@ -1,0 +1,227 @@
+// Pictures for other programs, the menu on the plot, and leaving with work that is not saved.
+#include <gtest/gtest.h>
+
+#include <QClipboard>
+#include <QFile>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QSvgRenderer>
+#include <QTimer>
+#include <QWindow>
+#include <csignal>
+
+#include "shell/shell.h"
+#include "shell/undo.h"
+#include "toolkit/qt/events.h"
+#include "toolkit/qt/window.h"
+#include "user.h"
+#include "workspace/menuids.h"
+#include "workspace/workspace.h"
+
+namespace {
+
+constexpr int MenuManualPeaks = 40106;
+
+QMenu* ContextMenu() { return FindA<QMenu>("context"); }
+
+QStringList TextsOf(const QMenu* menu) {
+  QStringList texts;
+  for (const QAction* action : menu->actions())
+    if (!action->isSeparator()) texts.append(action->text().remove('&'));
+  return texts;
+}
+
+// As the system brings it: press, release and the wish for a menu.
+void RightClickOnPlot(QPoint at) {
+  QTest::mouseClick(Root()->windowHandle(), Qt::RightButton, {}, Root()->canvas->mapTo(Root(), at));
+}
+
+// As the window system brings it.
+void MenuKey() {
+  QContextMenuEvent event(QContextMenuEvent::Keyboard, {1, 1}, {1, 1});
+  QApplication::sendEvent(Root()->windowHandle(), &event);
+}
+
+// A change of the pattern that asks nothing.
+Until Changed() {
+  Pick(MenuAutodivergence);
+  return {[] { return !PointsAreKept() && Idle().ready(); }, "the change"};
+}
+
+// The program is to end from here on.
+Until TheEnd() {
+  return {[] { return false; }, "the end of the program"};
+}
+
+}  // namespace
+
+TEST(Edit, ThePictureIsCopiedAsBitmapAndSvg) {
+  RunOn("copy.xy", []() -> Script {
+    Press("Ctrl+Shift+C");
+    co_await Until{[] { return Root()->parts[2]->text() == "Picture copied"; }, "the copy"};
+    co_await Idle();
+    const QMimeData* data = QApplication::clipboard()->mimeData();
+    const QImage png = QImage::fromData(data->data("image/png"), "PNG");
+    EXPECT_EQ(png.convertToFormat(QImage::Format_RGB32),
+              Sheet().convertToFormat(QImage::Format_RGB32));
+    EXPECT_TRUE(QSvgRenderer(data->data("image/svg+xml")).isValid());
+    EXPECT_TRUE(data->data("image/svg+xml").contains("<title>copy</title>"));
+  });
+}
+
+TEST(Edit, PicturesAreSavedByName) {
+  RunOn("saved.xy", []() -> Script {
+    for (const int id : {MenuSavePng, MenuSaveSvg, MenuSavePdf}) {
+      const QString ending = QString(FindCommand(id)->item.text).mid(1);
+      for (const bool again : {false, true}) {
+        Pick(id);
+        co_await Shown("selector");
+        EXPECT_EQ(Find("selector")->findChild<QLineEdit*>("fileNameEdit")->text(),
+                  "saved" + ending);
+        QTimer::singleShot(0, qApp, [] { Press("Return"); });  // a question waits within it
+        if (again) {
+          co_await Until{
+              [] { return qobject_cast<QMessageBox*>(QApplication::activeModalWidget()); },
+              "the question before overwriting"};
+          qobject_cast<QMessageBox*>(QApplication::activeModalWidget())
+              ->button(QMessageBox::Yes)
+              ->click();
+        }
+        co_await Until{[] { return !Find("selector") && Idle().ready(); }, "the picture"};
+      }
+      QFile file(QString::fromStdString(Place()) + "/saved" + ending);
+      EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << file.fileName().toStdString();
+      const QByteArray content = file.readAll();
+      const bool sound =
+          id == MenuSavePng   ? QImage::fromData(content, "PNG").size() == Sheet().size()
+          : id == MenuSaveSvg ? QSvgRenderer(content).isValid()
+                              : content.startsWith("%PDF-") && content.endsWith("%%EOF\n");
+      EXPECT_TRUE(sound) << ending.toStdString();
+    }
+  });
+}
+
+TEST(ContextMenu, OffersItemsOfTheMenuByMouseAndKey) {
+  RunOn("context.xy", []() -> Script {
+    const QStringList offered{"Full pattern",    "Zoom back",    "Zoom forward",
+                              "x-axis",          "y-axis",       "Legend",
+                              "Fit single peak", "Copy picture", "Copy points in view"};
+    RightClickOnPlot(OnPlot(30, 500));
+    co_await Until{[] { return ContextMenu()->isVisible(); }, "the menu"};
+    EXPECT_EQ(TextsOf(ContextMenu()), offered);
+    EXPECT_EQ(ContextMenu()->pos(), Root()->canvas->mapToGlobal(OnPlot(30, 500)));
+    QAction* legend = Root()->findChild<QAction*>(QString("menu%1").arg(MenuLegend));
+    EXPECT_TRUE(ContextMenu()->actions().contains(legend) && legend->isChecked());
+    ContextMenu()->setActiveAction(legend);
+    Press("Return");
+    co_await Until{[] { return ws.legend == 0; }, "the legend switched off"};
+    co_await Idle();
+    EXPECT_FALSE(legend->isChecked());
+    MenuKey();
+    co_await Until{[] { return ContextMenu()->isVisible(); }, "the menu by its key"};
+    EXPECT_TRUE(
+        Root()->canvas->rect().contains(Root()->canvas->mapFromGlobal(ContextMenu()->pos())));
+    Press("Escape");
+    co_await Idle();
+    // Without a pattern what needs one is left out or disabled.
+    Press("Ctrl+Z");
+    co_await Idle();
+    Press("Ctrl+Z");
+    co_await Until{[] { return ws.npts(SlotInput) == 0; }, "the empty program"};
+    co_await Idle();
+    RightClickOnPlot(OnCanvas(0.5, 0.5));
+    co_await Until{[] { return ContextMenu()->isVisible(); }, "the menu"};
+    EXPECT_EQ(TextsOf(ContextMenu()).mid(2), (QStringList{"Copy picture", "Copy points in view"}));
+    EXPECT_FALSE(ContextMenu()->actions().back()->isEnabled());
+    EXPECT_EQ(ContextMenu()->actions().back()->toolTip(),
+              "Needs the pattern on show: Plot > Full pattern");
+    Press("Escape");
+  });
+}
+
+TEST(ContextMenu, ARightClickThatPicksOpensNone) {
+  RunOn("picks.xy", []() -> Script {
+    ws.npeaks = 1;
+    ws.peaks(ptth, 1) = 30;
+    Pick(MenuManualPeaks);
+    co_await Until{[] { return Find("dialog126") || !ReadyForCommands(); }, "the dialog"};
+    co_await Until{[] { return !Idle().ready() && QApplication::activeWindow() != nullptr; }};
+    RightClickOnPlot(OnPlot(30, 500));
+    co_await Until{[] { return ws.npeaks == 0; }, "the peak picked away"};
+    EXPECT_FALSE(ContextMenu()->isVisible());
+    QTest::keyClick(Root()->canvas, Qt::Key_Escape);
+    co_await Idle();
+  });
+}
+
+TEST(Leave, AsksWhatToDoWithAChange) {
+  RunOn("left.xy", []() -> Script {
+    co_await Changed();
+    Press("Ctrl+Q");
+    co_await Shown("unsaved");
+    EXPECT_EQ(FindA<QMessageBox>("unsaved")->text(), "left has been changed and is not saved.");
+    QStringList buttons;
+    for (const QAbstractButton* button : FindA<QMessageBox>("unsaved")->buttons())
+      buttons.append(button->text().remove('&'));
+    buttons.sort();
+    EXPECT_EQ(buttons, (QStringList{"Cancel", "Discard", "Save"}));
+    Press("Escape");
+    co_await Idle();
+    EXPECT_TRUE(Root() && Root()->isVisible());
+
+    // A save that is cancelled leaves nothing either, nor does that of another curve.
+    Root()->close();
+    co_await Shown("unsaved");
+    Press("Return");
+    co_await Shown("dialog123");
+    Press("Escape");
+    co_await Idle();
+    EXPECT_TRUE(Root() && Root()->isVisible());
+    ws.savecontent = 3;
+    for (const bool own : {false, true}) {
+      if (!own) Root()->close();
+      co_await Shown("unsaved");
+      Press("Return");
+      co_await Shown("dialog123");
+      if (own) FindA<QAbstractButton>("field1098")->click();
+      Press("Return");
+      co_await Shown("selector");
+      Type(own ? "own.xy" : "background.xy");
+      Press("Return");
+    }
+    co_await TheEnd();
+  });
+  EXPECT_TRUE(QFile::exists(QString::fromStdString(Place()) + "/own.xy"));
+}
+
+TEST(Leave, AsksNothingWhenTheChangeIsTakenBack) {
+  RunOn("same.xy", []() -> Script {
+    co_await Changed();
+    Press("Ctrl+Z");
+    co_await Until{[] { return PointsAreKept() && Idle().ready(); }, "the way back"};
+    Root()->close();
+    co_await TheEnd();
+  });
+  EXPECT_EQ(Root(), nullptr);
+}
+
+// Nobody is there to answer: with the question to come, with it on show, and within its save.
+class LeaveBySignal : public testing::TestWithParam<int> {};
+INSTANTIATE_TEST_SUITE_P(At, LeaveBySignal, testing::Values(0, 1, 2));
+TEST_P(LeaveBySignal, Discards) {
+  RunOn("signal.xy", []() -> Script {
+    co_await Changed();
+    if (GetParam() > 0) {
+      Root()->close();
+      co_await Shown("unsaved");
+    }
+    if (GetParam() > 1) {
+      Press("Return");
+      co_await Shown("dialog123");
+    }
+    std::raise(SIGTERM);
+    co_await TheEnd();
+  });
+  EXPECT_EQ(Root(), nullptr);
+}
