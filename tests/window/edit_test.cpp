@@ -1,5 +1,6 @@
 // Pictures for other programs, the menu on the plot, and leaving with work that is not saved.
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 #include <QClipboard>
 #include <QFile>
@@ -30,6 +31,13 @@ QStringList TextsOf(const QMenu* menu) {
   for (const QAction* action : menu->actions())
     if (!action->isSeparator()) texts.append(action->text().remove('&'));
   return texts;
+}
+
+QMessageBox* BoxInFront() { return qobject_cast<QMessageBox*>(QApplication::activeModalWidget()); }
+
+QByteArray ContentOf(const QString& name) {
+  QFile file(QString::fromStdString(Place()) + '/' + name);
+  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 // As the system brings it: press, release and the wish for a menu.
@@ -70,34 +78,43 @@ TEST(Edit, ThePictureIsCopiedAsBitmapAndSvg) {
   });
 }
 
+// As a new file, over it, and onto a full disk, which leaves it as it was.
 TEST(Edit, PicturesAreSavedByName) {
   RunOn("saved.xy", []() -> Script {
+    std::signal(SIGXFSZ, SIG_IGN);
+    rlimit room{};
+    getrlimit(RLIMIT_FSIZE, &room);
     for (const int id : {MenuSavePng, MenuSaveSvg, MenuSavePdf}) {
-      const QString ending = QString(FindCommand(id)->item.text).mid(1);
-      for (const bool again : {false, true}) {
+      const QString name = "saved" + QString(FindCommand(id)->item.text).mid(1);
+      QByteArray content;
+      for (const bool full : {false, false, true}) {
+        const rlimit little{1000, room.rlim_max};
+        if (full) setrlimit(RLIMIT_FSIZE, &little);
         Pick(id);
         co_await Shown("selector");
-        EXPECT_EQ(Find("selector")->findChild<QLineEdit*>("fileNameEdit")->text(),
-                  "saved" + ending);
+        EXPECT_EQ(Find("selector")->findChild<QLineEdit*>("fileNameEdit")->text(), name);
         QTimer::singleShot(0, qApp, [] { Press("Return"); });  // a question waits within it
-        if (again) {
-          co_await Until{
-              [] { return qobject_cast<QMessageBox*>(QApplication::activeModalWidget()); },
-              "the question before overwriting"};
-          qobject_cast<QMessageBox*>(QApplication::activeModalWidget())
-              ->button(QMessageBox::Yes)
-              ->click();
+        if (!content.isEmpty()) {
+          co_await Until{[] { return BoxInFront() != nullptr; }, "the question before overwriting"};
+          BoxInFront()->button(QMessageBox::Yes)->click();
+        }
+        if (full) {
+          co_await Shown("box");
+          const QString text = FindA<QMessageBox>("box")->text();
+          EXPECT_TRUE(text.contains(name + ": File too large")) << text.toStdString();
+          setrlimit(RLIMIT_FSIZE, &room);
+          Press("Return");
         }
         co_await Until{[] { return !Find("selector") && Idle().ready(); }, "the picture"};
+        const QByteArray now = ContentOf(name);
+        EXPECT_TRUE(!full || now == content);
+        content = now;
       }
-      QFile file(QString::fromStdString(Place()) + "/saved" + ending);
-      EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << file.fileName().toStdString();
-      const QByteArray content = file.readAll();
       const bool sound =
           id == MenuSavePng   ? QImage::fromData(content, "PNG").size() == Sheet().size()
           : id == MenuSaveSvg ? QSvgRenderer(content).isValid()
                               : content.startsWith("%PDF-") && content.endsWith("%%EOF\n");
-      EXPECT_TRUE(sound) << ending.toStdString();
+      EXPECT_TRUE(sound) << name.toStdString();
     }
   });
 }

@@ -195,7 +195,7 @@ SaveAnswer AskSave(const std::string& caption, const std::string& text) {
   box.setDefaultButton(QMessageBox::Save);
   box.button(QMessageBox::Discard)->setText("&Discard");
   const int answer = box.exec();
-  if (ending || answer == QMessageBox::Discard) return SaveAnswer::Discard;
+  if (answer == QMessageBox::Discard) return SaveAnswer::Discard;
   return answer == QMessageBox::Save ? SaveAnswer::Save : SaveAnswer::Cancel;
 }
 

@@ -9,13 +9,13 @@
 #include <QPrintDialog>
 #include <QPrinter>
 #include <QPrinterInfo>
-#include <QSaveFile>
 #include <memory>
 
 #include "toolkit/common.h"
 #include "toolkit/journal.h"
 #include "toolkit/qt/painter.h"
 #include "toolkit/qt/window.h"
+#include "toolkit/vectorpath.h"  // for WriteWholeFile
 
 namespace {
 
@@ -69,6 +69,15 @@ QImage PictureOf(const DisplayList& list) {
   return image;
 }
 
+// The bytes of a file; none for a format that there is not.
+QByteArray Encoded(const QImage& image, const QByteArray& format) {
+  QByteArray bytes;
+  QBuffer buffer(&bytes);
+  QImageWriter writer(&buffer, format);
+  if (format != "png") writer.setQuality(kJpegQuality);  // of a .png it would be the size
+  return writer.write(image) ? bytes : QByteArray();
+}
+
 }  // namespace
 
 namespace frontend {
@@ -106,27 +115,20 @@ bool Print(const DisplayList& list, const std::string& job) {
   return false;
 }
 
+// Written as all other files are: Qt's own would put half of one in its place on a full disk.
 bool SaveImage(const DisplayList& list, const std::string& path, const std::string& format) {
   if (!Root()) return false;
-  QSaveFile file(QFile::decodeName(path.c_str()));
-  file.setDirectWriteFallback(true);
-  const bool open = file.open(QIODevice::WriteOnly);
-  QImageWriter writer(&file, QByteArray::fromStdString(format).mid(1));
-  if (format != ".png") writer.setQuality(kJpegQuality);  // of a .png it would be the size
-  if (open && writer.write(PictureOf(list)) && file.commit()) return true;
-  KeepFileReason(file.errorString().toStdString());
-  return false;
+  const QByteArray bytes = Encoded(PictureOf(list), QByteArray::fromStdString(format).mid(1));
+  KeepFileReason("");
+  return !bytes.isEmpty() && WriteWholeFile(path, bytes.toStdString());
 }
 
 void CopyPicture(const DisplayList& list, const std::string& svg) {
   if (!Root()) return;
   const QImage image = PictureOf(list);
-  QByteArray png;
-  QBuffer buffer(&png);
-  image.save(&buffer, "PNG");
   auto* data = new QMimeData;
   data->setImageData(image);
-  data->setData("image/png", png);
+  data->setData("image/png", Encoded(image, "png"));
   data->setData("image/svg+xml", QByteArray::fromStdString(svg));
   QGuiApplication::clipboard()->setMimeData(data);
 }
