@@ -162,11 +162,10 @@ TEST(ContextMenu, ARightClickThatPicksOpensNone) {
     ws.npeaks = 1;
     ws.peaks(ptth, 1) = 30;
     Pick(MenuManualPeaks);
-    co_await Until{[] { return Find("dialog126") || !ReadyForCommands(); }, "the dialog"};
-    co_await Until{[] { return !Idle().ready() && QApplication::activeWindow() != nullptr; }};
+    co_await Shown("dialog130");
     RightClickOnPlot(OnPlot(30, 500));
     co_await Until{[] { return ws.npeaks == 0; }, "the peak picked away"};
-    EXPECT_FALSE(ContextMenu()->isVisible());
+    EXPECT_TRUE(ContextMenu()->actions().isEmpty()) << "never opened";
     QTest::keyClick(Root()->canvas, Qt::Key_Escape);
     co_await Idle();
   });
