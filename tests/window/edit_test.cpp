@@ -10,7 +10,9 @@
 #include <QSvgRenderer>
 #include <QTimer>
 #include <QWindow>
+#include <cerrno>
 #include <csignal>
+#include <cstring>
 
 #include "shell/shell.h"
 #include "shell/undo.h"
@@ -101,7 +103,7 @@ TEST(Edit, PicturesAreSavedByName) {
         if (full) {
           co_await Shown("box");
           const QString text = FindA<QMessageBox>("box")->text();
-          EXPECT_TRUE(text.contains(name + ": File too large")) << text.toStdString();
+          EXPECT_TRUE(text.contains(name + ": " + std::strerror(EFBIG))) << text.toStdString();
           setrlimit(RLIMIT_FSIZE, &room);
           Press("Return");
         }
