@@ -58,6 +58,8 @@ constexpr struct {
     {MenuSavePeaks, MenuSavePeaks, SavedTo},
     {MenuSaveFitted, MenuSaveFitted, SavedTo},
     {MenuSaveHistory, MenuSaveHistory, SavedTo},
+    {MenuSavePng, MenuSavePdf, SavedTo},
+    {MenuCopyPicture, MenuCopyPoints, Nothing},
     {MenuPeakSearch, MenuPeakSearch, PeaksFound},
     {MenuLoadPeaks, MenuLoadPeaks, PeaksInList},
     {MenuManualPeaks, MenuManualPeaks, PeaksInList},

@@ -372,6 +372,7 @@ int ActiveSlot();
 // Ends the fit of an overlay, if one stands: for all that changes its curves. Slot 4 is left empty,
 // on the points of slot 1.
 void EndOverlayFit();
+
 // The points of slot 1 are those of a file: they have been loaded, or saved. Whether they still
 // are.
 void NotePointsKept();

@@ -24,8 +24,6 @@
 
 namespace {
 
-constexpr int MenuManualPeaks = 40106;
-
 QMenu* ContextMenu() { return FindA<QMenu>("context"); }
 
 QStringList TextsOf(const QMenu* menu) {
