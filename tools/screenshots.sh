@@ -142,6 +142,8 @@ keys Return; await " - Quillagram"; picture autosubtract
 keys alt+e; picture menu-edit root; keys Escape Escape
 
 keys alt+p c; keys alt+p a; picture peak-search
+keys alt+a a; keys alt+p p; await "Peak table"; keys Down Down Down; picture peak-table root
+keys Escape; await " - Quillagram"; keys alt+p c; keys alt+p a
 keys alt+p m; await "Set manual peak"; activate "$main"
 click 1 336 400; click 1 436 400; click 3 620 400; picture peak-picking root
 activate "$(beside "Set manual peak")"; keys alt+o; await " - Quillagram"
@@ -150,7 +152,7 @@ keys F1; drag 325 100 350 880 peak-fit-band
 keys alt+a f; await "Single peak fit results"; picture peak-fit-results root
 keys Return; await " - Quillagram"; picture peak-fit
 keys F1 alt+p a
-for kind in "fwhm p" "shape t" "size a" "williamson-hall w"; do
+for kind in "fwhm p" "shape t" "size i" "williamson-hall w"; do
   keys alt+a ${kind#* }; picture "plot-${kind% *}"
 done
 
