@@ -1,6 +1,7 @@
 // Plots of the fitted peak list: FWHM, peak shape, particle size, Williamson-Hall.
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <functional>
 #include <numeric>
 #include <span>
@@ -11,6 +12,7 @@
 #include "crystal/matrix.h"  // for PolyFit
 #include "peaks/peaklist.h"  // for HasFittedProfile
 #include "plot/page.h"
+#include "plot/scales.h"
 #include "plot/views.h"
 #include "toolkit/toolkit.h"
 #include "workspace/record.h"
@@ -124,16 +126,42 @@ struct Model {
   std::string text;
 };
 
+// Writes a text in the upper left corner of the frame, or in the corner with the fewest points
+// under it.
+void DrawInCorner(const Frame& f, const Points& points, const std::string& text) {
+  const float h = f.page.textheight, height = 1.2f * h * WInfoGrReal(GraphicsGlyphY),
+              width = TextWidth(text, 1.2f * h) * WInfoGrReal(GraphicsGlyphX);
+  struct Corner {
+    bool right;
+    float x, top;  // of the text
+  } best{};
+  std::ptrdiff_t fewest = PTRDIFF_MAX;
+  for (const bool low : {false, true})
+    for (const bool right : {false, true}) {
+      const Corner corner{right, right ? ws.plotwidth - h - width : h,
+                          low ? h + height : ws.plotheight - h};
+      const Range x{corner.x - h / 2, corner.x + width + h / 2},
+          y{corner.top - height - h / 2, corner.top + h / 2};
+      std::ptrdiff_t under = 0;
+      for (int i = 0; i < points.n; ++i)
+        under += x.Holds(f.X(points.x[i])) && y.Holds(f.Y(points.y[i]));
+      if (under >= fewest) continue;
+      fewest = under;
+      best = corner;
+    }
+  DrawText(best.right ? ws.plotwidth - h : h, best.top, text, 1.2f * h, 0, best.right ? 5 : 7);
+}
+
 // The curve over the whole width, limited to the y range, and its parameters.
-void DrawModel(const Frame& f, const Model& model) {
-  const float step = (f.xhi - f.xlo) / (kCurvePoints - 1), h = f.page.textheight;
+void DrawModel(const Frame& f, const Points& points, const Model& model) {
+  const float step = (f.xhi - f.xlo) / (kCurvePoints - 1);
   SetPen(1, 1, colours::kBlack);
   for (int i = 0; i < kCurvePoints; ++i) {
     const float x = f.xlo + step * static_cast<float>(i), value = model.curve(x);
     const float y = std::max(f.ylo, std::min(f.yhi, value == value ? value : f.ylo));
     (i == 0 ? PenUp : PenDown)(f.X(x), f.Y(y));
   }
-  DrawText(h, ws.plotheight - h, model.text, 1.2f * h, 0, 7);
+  DrawInCorner(f, points, model.text);
 }
 
 // Least-squares polynomial; false if there is none.
@@ -210,7 +238,7 @@ ViewComplaint DrawWidthPlot() {
     return NoFit();
   DrawMarkers(frame, points, averages, points.rights, colours::kRed);
   DrawMarkers(frame, points, points.rights, points.n, colours::kGreen);
-  if (enough) DrawModel(frame, model);
+  if (enough) DrawModel(frame, points, model);
   return {};
 }
 
@@ -267,8 +295,9 @@ ViewComplaint DrawStrainLine(const Frame& frame, const Points& points) {
   if (points.n <= kLineTerms) return {};
   if (!Fit(points.Xs(), points.Ys(), line, kLineTerms)) return NoFit();
   const float strain = line[1], b = line[0], size = b > 0 ? ws.wavelen(1) / b : 0.0f;
-  DrawModel(frame, {[=](float x) { return strain * x + b; },
-                    WriteRecord<"('Size =',f8.1,' (A)  Strain =',f8.6)">(size, strain)});
+  DrawModel(frame, points,
+            {[=](float x) { return strain * x + b; },
+             WriteRecord<"('Size =',f8.1,' (A)  Strain =',f8.6)">(size, strain)});
   return {};
 }
 
