@@ -122,7 +122,7 @@ Outcome FlipDebug(const Arguments&) {
 // ---- Help ----
 
 constexpr Control kAboutControls[] = {
-    Label(1301, "Quillagram  Version 1.0  (2016-02-15)"),
+    Label(1301, "Quillagram  Version " QUILLAGRAM_VERSION "  (2016-02-15)"),
     Label(1302, "A workbench for X-ray powder diffraction patterns."),
     Label(1303, "Reads xy, gdf, txt, uxd, cif, dat, xrdml, udf and chi files."),
     Label(1304, "Copyright (c) 2026 the Quillagram developers, MIT licence."),

@@ -124,9 +124,11 @@ TEST(Transcript, HeldBoxesAreCollectedAndShown) {
 TEST(Transcript, CommandLine) {
   const TempDir work;
   EXPECT_EQ(RunReplay("", work.path(), {"--help"}).status, 0);
-  EXPECT_EQ(RunReplay("", work.path(), {"--version"}).lines, Lines{"quillagram-replay 1.0"});
-  EXPECT_EQ(RunReplay("", work.path(), {"other"}).status, 2);
-  EXPECT_EQ(RunReplay("", work.path(), {"--jump"}).status, 2);
+  EXPECT_EQ(RunReplay("", work.path(), {"--version"}).lines,
+            Lines{"quillagram-replay " QUILLAGRAM_VERSION});
+  for (const char* wrong : {"other", "--jump", "-x", "--settings"})
+    EXPECT_EQ(RunReplay("", work.path(), {wrong}).status, 2) << wrong;
+  EXPECT_EQ(RunReplay("get npeaks\n", work.path(), {"--settings", "none", "--"}).lines.size(), 1);
 }
 
 TEST(Events, TextsStayOnOneLineAndQueriesWait) {

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
+#include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <csignal>
@@ -42,6 +43,9 @@ TEST(Program, OptionsWorkWithoutADisplay) {
     EXPECT_NE(help.out.find("Usage: quillagram"), std::string::npos);
     EXPECT_EQ(version.status, 0);
     EXPECT_NE(version.out.find("1.0"), std::string::npos);
+    const Outcome incomplete = Start(program, {"-platform", "offscreen", "--style"});
+    EXPECT_EQ(incomplete.status, 2);
+    EXPECT_NE(incomplete.err.find("no value behind --style"), std::string::npos);
     const Outcome unknown = Start(program, {"--nosuch", "file.xy"});
     EXPECT_EQ(unknown.status, 2);
     EXPECT_NE(unknown.err.find("--nosuch"), std::string::npos);
@@ -56,13 +60,20 @@ TEST(Program, SaysThatThereIsNoDisplay) {
   EXPECT_EQ(Start(QUILLAGRAM_EDIT, {"new.txt"}).status, 1);
 }
 
-TEST(Program, EndsNormallyWhenAskedTo) {
+TEST(Program, TakesOptionsOfQtAndEndsNormallyWhenAskedTo) {
   QTemporaryDir home;
   QProcess process;
   QProcessEnvironment environment = Environment();
   environment.insert("QUILLAGRAM_HOME", home.path());
+  environment.remove("QT_QPA_PLATFORM");
   process.setProcessEnvironment(environment);
-  process.start(QUILLAGRAM_PROGRAM, QStringList());
+  process.setWorkingDirectory(home.path());
+  QFile pattern(home.filePath("-x.xy"));
+  ASSERT_TRUE(pattern.open(QIODevice::WriteOnly));
+  pattern.write("1 2\n2 3\n3 4\n");
+  pattern.close();
+  process.start(QUILLAGRAM_PROGRAM,
+                {"--platform=offscreen", "-style", "fusion", "-session", "1_2", "--", "-x.xy"});
   ASSERT_TRUE(process.waitForStarted());
   // The configuration file is written once the window stands.
   for (int i = 0; i < 500 && !QFile::exists(home.filePath("quillagram.ini")); ++i)
@@ -72,4 +83,7 @@ TEST(Program, EndsNormallyWhenAskedTo) {
   ASSERT_TRUE(process.waitForFinished());
   EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
   EXPECT_EQ(process.exitCode(), 0);
+  QFile settings(home.filePath("quillagram.ini"));
+  ASSERT_TRUE(settings.open(QIODevice::ReadOnly));
+  EXPECT_TRUE(settings.readAll().contains("/-x.xy\n"));
 }

@@ -24,7 +24,9 @@ const ProgramInfo kProgram = {
     "FILE is a pattern to open: xy, gdf, txt, uxd, cif, dat, xrdml, udf or chi.\n"
     "\n"
     "  --help     this text\n"
-    "  --version  the version\n",
+    "  --version  the version\n"
+    "  --         what follows is a file, even if it begins with -\n"
+    "Options of Qt, such as -style NAME and -platform NAME, are passed on.\n",
     "On a machine without one, quillagram-replay does the same work from a file of commands.",
 };
 

@@ -10,14 +10,17 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <string_view>
 #include <vector>
 
 namespace {
 
-// Options of the window system, each with one value; they are passed on to Qt.
+// Options of the window system, each with one value; they are passed on to Qt. A desktop that
+// takes up its last session starts programs with "-session".
 constexpr std::string_view SystemOptions[] = {
-    "-platform", "-style", "-stylesheet", "-display", "-geometry", "-qwindowgeometry",
+    "-platform", "-platformpluginpath", "-platformtheme",   "-style",   "-stylesheet",
+    "-display",  "-geometry",           "-qwindowgeometry", "-session",
 };
 
 const ProgramInfo* starting;
@@ -27,12 +30,19 @@ const ProgramInfo* starting;
   std::_Exit(status);
 }
 
-bool IsSystemOption(std::string_view option) {
-  return std::find(std::begin(SystemOptions), std::end(SystemOptions), option) !=
-         std::end(SystemOptions);
+[[noreturn]] void Refuse(const ProgramInfo& program, const char* reason, const char* option) {
+  std::fprintf(stderr, "%s: %s %s\nTry %s --help\n", program.name, reason, option, program.name);
+  Leave(2);
 }
 
-void TakeOption(std::string_view option, const ProgramInfo& program) {
+// With two dashes as well as one, and with a value behind "=" too.
+bool IsSystemOption(std::string_view option) {
+  if (option.starts_with("--")) option.remove_prefix(1);
+  return std::ranges::count(SystemOptions, option.substr(0, option.find('='))) > 0;
+}
+
+void TakeOption(const char* word, const ProgramInfo& program) {
+  const std::string_view option = word;
   if (option == "--help" || option == "-h") {
     std::fputs(program.usage, stdout);
     Leave(0);
@@ -41,9 +51,7 @@ void TakeOption(std::string_view option, const ProgramInfo& program) {
     std::printf("%s %s\n", program.name, QUILLAGRAM_VERSION);
     Leave(0);
   }
-  std::fprintf(stderr, "%s: unknown option %.*s\nTry %s --help\n", program.name,
-               static_cast<int>(option.size()), option.data(), program.name);
-  Leave(2);
+  Refuse(program, "unknown option", word);
 }
 
 // Parts the arguments into those of the window system and the files.
@@ -58,11 +66,14 @@ void SortArguments(int argc, char** argv, const ProgramInfo& program, std::vecto
       files.push_back(argv[i]);
     } else if (word == "--") {
       options = false;
-    } else if (IsSystemOption(word) && i + 1 < argc) {
+    } else if (IsSystemOption(word)) {
+      char* equals = std::strchr(argv[i], '=');
+      if (!equals && i + 1 == argc) Refuse(program, "there is no value behind", argv[i]);
       system.push_back(argv[i]);
-      system.push_back(argv[++i]);
+      system.push_back(equals ? equals + 1 : argv[++i]);
+      if (equals) *equals = 0;
     } else {
-      TakeOption(word, program);
+      TakeOption(argv[i], program);
     }
   }
 }

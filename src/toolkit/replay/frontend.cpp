@@ -23,14 +23,15 @@ using replay::Situation;
 namespace {
 
 constexpr const char* Usage =
-    "Usage: quillagram-replay [--strict] [--run-commands] [--settings none|read|write] [FILE]\n"
+    "Usage: quillagram-replay [OPTION...] [FILE]\n"
     "Does what the lines of FILE (or of standard input) say and prints what a user would see.\n"
+    "\n"
     "  --strict        end at the first command that fails\n"
     "  --run-commands  start child processes instead of only naming them\n"
-    "  --settings WHAT whether the configuration file is read (as it is by default) or written "
-    "too\n"
-    "  --help          show this text\n"
-    "  --version       show the version\n";
+    "  --settings WHAT of the configuration file: none, read (the default) or write\n"
+    "  --help          this text\n"
+    "  --version       the version\n"
+    "  --              what follows is a file, even if it begins with -\n";
 
 bool runcommands = false, strict = false;
 SettingsUse settings = SettingsUse::Read;
@@ -39,16 +40,38 @@ std::vector<DialogState*> beside;  // dialogs that stand beside the plot, the la
 bool closed = false;               // the window has been asked to close
 std::string printfile;
 
-[[noreturn]] void Leave(std::FILE* stream, const char* text, int status) {
-  std::fputs(text, stream);
-  std::exit(status);
+[[noreturn]] void Answer(const char* text) {
+  std::fputs(text, stdout);
+  std::exit(0);
+}
+
+[[noreturn]] void Refuse(const std::string& reason) {
+  std::fprintf(stderr, "quillagram-replay: %s\nTry quillagram-replay --help\n", reason.c_str());
+  std::exit(2);
 }
 
 SettingsUse SettingsOf(std::string_view word) {
   if (word == "none") return SettingsUse::None;
   if (word == "read") return SettingsUse::Read;
   if (word == "write") return SettingsUse::Write;
-  Leave(stderr, Usage, 2);
+  Refuse("--settings is one of none, read and write");
+}
+
+// Returns how many of the words behind it belong to the option; `next` is the first of them.
+int TakeOption(const std::string& option, const char* next) {
+  if (option == "--help" || option == "-h") Answer(Usage);
+  if (option == "--version") Answer("quillagram-replay " QUILLAGRAM_VERSION "\n");
+  if (option == "--settings") {
+    settings = SettingsOf(next ? next : "");
+    return 1;
+  }
+  if (option == "--run-commands")
+    runcommands = true;
+  else if (option == "--strict")
+    strict = true;
+  else
+    Refuse("unknown option " + option);
+  return 0;
 }
 
 // "1" for a control that takes input.
@@ -93,18 +116,15 @@ namespace frontend {
 void Initialise(int& argc, char** argv) {
   std::string transcript;
   int files = 0;
+  bool options = true;
   for (int i = 1; i < argc; ++i) {
     const std::string_view word = argv[i];
-    if (word == "--help") Leave(stdout, Usage, 0);
-    if (word == "--version") Leave(stdout, "quillagram-replay 1.0\n", 0);
-    if (word == "--run-commands")
-      runcommands = true;
-    else if (word == "--strict")
-      strict = true;
-    else if (word == "--settings" && i + 1 < argc)
-      settings = SettingsOf(argv[++i]);
-    else if (word.starts_with("--") || ++files > 1)
-      Leave(stderr, Usage, 2);
+    if (options && word == "--")
+      options = false;
+    else if (options && word.size() > 1 && word[0] == '-')
+      i += TakeOption(argv[i], i + 1 < argc ? argv[i + 1] : nullptr);
+    else if (++files > 1)
+      Refuse("one file at a time, please");
     else
       transcript = word;
   }

@@ -13,7 +13,9 @@ const ProgramInfo kProgram = {
     "Plain-text editor. Each FILE opens in a window; one that is not there yet is empty.\n"
     "\n"
     "  --help     this text\n"
-    "  --version  the version\n",
+    "  --version  the version\n"
+    "  --         what follows is a file, even if it begins with -\n"
+    "Options of Qt, such as -style NAME and -platform NAME, are passed on.\n",
     "The editor needs one.",
 };
 
