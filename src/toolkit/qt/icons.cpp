@@ -47,6 +47,18 @@ constexpr Picture kPictures[] = {
     {"index", "<path d='M4 8l8-4 8 4-8 4z'/><path d='M4 8v8l8 4V12'/><path d='M20 8v8l-8 4'/>"},
 };
 
+// A white sheet with three peaks on a line.
+constexpr const char* kProgramPicture =
+    "<svg xmlns='http://www.w3.org/2000/svg' width='128' height='128' viewBox='0 0 16 16'>\n"
+    " <rect x='.5' y='.5' width='15' height='15' rx='1.5' fill='#ffffff' stroke='#8c929b'\n"
+    "  stroke-width='.6'/>\n"
+    " <path d='M2 13C4.3 13 3.6 6 4.7 6s.4 6.5 1.7 6.5S7.4 2.5 8.5 2.5s.7 10.2 2.1 "
+    "10.2\n"
+    "  .4-4.2 1.3-4.2S12.3 13 14 13' fill='#cfe3f5' stroke='#005aa0' stroke-width='1.1'\n"
+    "  stroke-linecap='round' stroke-linejoin='round'/>\n"
+    "</svg>\n";
+constexpr int kProgramSizes[] = {16, 24, 32, 48, 64, 128, 256};
+
 // Draws the shapes anew at each size, in the palette's colour of the moment.
 class Engine : public QIconEngine {
  public:
@@ -76,4 +88,20 @@ QIcon ToolIcon(const QString& name) {
   const auto found = std::ranges::find_if(
       kPictures, [&](const Picture& picture) { return name == QLatin1String(picture.name); });
   return found == std::end(kPictures) ? QIcon() : QIcon(new Engine(found->shapes));
+}
+
+QByteArray ProgramPicture() { return kProgramPicture; }
+
+QPixmap ProgramPixmap(int size) {
+  QPixmap picture(size, size);
+  picture.fill(Qt::transparent);
+  QPainter painter(&picture);
+  QSvgRenderer(ProgramPicture()).render(&painter);
+  return picture;
+}
+
+QIcon ProgramIcon() {
+  QIcon icon;
+  for (const int size : kProgramSizes) icon.addPixmap(ProgramPixmap(size));
+  return icon;
 }

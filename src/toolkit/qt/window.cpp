@@ -4,13 +4,13 @@
 #include <QApplication>
 #include <QKeyEvent>
 #include <QMimeData>
-#include <QPainter>
 #include <QScreen>
 #include <QStatusBar>
 #include <algorithm>
 
 #include "toolkit/qt/dialogview.h"
 #include "toolkit/qt/events.h"
+#include "toolkit/qt/icons.h"
 
 namespace {
 
@@ -52,34 +52,6 @@ QString FileIn(const QMimeData* data) {
 void AcceptAsCopy(QDropEvent& event) {
   event.setDropAction(Qt::CopyAction);
   event.accept();
-}
-
-// A white sheet with three peaks, drawn here as a bare machine has no icons.
-QIcon ProgramIcon() {
-  QIcon icon;
-  for (const int size : {16, 24, 32, 48, 64, 128}) {
-    QPixmap picture(size, size);
-    picture.fill(Qt::white);
-    QPainter painter(&picture);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.scale(size / 16.0, size / 16.0);
-    painter.setPen(QPen(Qt::gray, 1));
-    painter.drawRect(QRectF(0.5, 0.5, 15, 15));
-    painter.setPen(QPen(QColor(0, 90, 160), 1.3, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-    painter.drawPolyline(QPolygonF({{2, 13},
-                                    {3.5, 13},
-                                    {4.5, 6},
-                                    {5.5, 13},
-                                    {7, 13},
-                                    {8, 2.5},
-                                    {9, 13},
-                                    {10.5, 13},
-                                    {11.5, 8.5},
-                                    {12.5, 13},
-                                    {14, 13}}));
-    icon.addPixmap(picture);
-  }
-  return icon;
 }
 
 }  // namespace
