@@ -47,11 +47,18 @@ bool MayReplace(const fs::path& path) {
   return MayWrite(target.parent_path() / ".") && (!fs::exists(target, failure) || MayWrite(target));
 }
 
+// A program among those of a system or a user, for which its neighbours tell, writes nothing there.
+bool IsInstalled(const std::string& startdir) {
+  std::error_code failure;
+  return fs::exists(startdir + "../share/doc/quillagram/copyright", failure);
+}
+
 }  // namespace
 
 InifilePlace FindInifile(const std::string& startdir) {
   const std::string beside = startdir + kName, folder = ConfigurationFolder();
-  if (!Variable("QUILLAGRAM_HOME").empty() || folder.empty() || MayReplace(beside))
+  if (!Variable("QUILLAGRAM_HOME").empty() || folder.empty() ||
+      (MayReplace(beside) && !IsInstalled(startdir)))
     return {beside, ""};
   return {folder + "/quillagram/" + kName, beside};
 }

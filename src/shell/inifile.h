@@ -9,8 +9,9 @@ struct InifilePlace {
   std::string start;  // the file that a new one begins with and that is read until then, or blank
 };
 
-// The place beside the program, `startdir`. Where nothing can be written there, and the environment
-// does not name the place either, it is the user's folder of configuration files.
+// The place beside the program, `startdir`. Where nothing can be written there, or the program is
+// installed, and the environment does not name the place either, it is the user's folder of
+// configuration files.
 InifilePlace FindInifile(const std::string& startdir);
 
 // Keeps other programs from changing the file until it goes away; waits while they do the same.

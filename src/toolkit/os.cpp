@@ -35,12 +35,16 @@ std::vector<std::string> SplitCommand(const std::string& text) {
   return words;
 }
 
-// A bare name is first looked for beside this program, then by the front end in the search path.
+// A bare name is first looked for beside this program, by the name it was started under and then
+// where that links to, and last by the front end in the search path.
 std::string FindProgram(const std::string& name) {
   if (name.find('/') != std::string::npos) return name;
-  const fs::path beside = fs::path(IOsFullPath(IOsArgument(0))).parent_path() / name;
   std::error_code failure;
-  return fs::is_regular_file(beside, failure) ? beside.string() : name;
+  const fs::path program = IOsFullPath(IOsArgument(0));
+  for (const fs::path& place : {program, fs::canonical(program, failure)})
+    if (const fs::path beside = place.parent_path() / name; fs::is_regular_file(beside, failure))
+      return beside.string();
+  return name;
 }
 
 void Start(std::vector<std::string> words, const std::string& shown) {

@@ -251,6 +251,14 @@ TEST_F(Configuration, TheUsersOwnPlace) {
   setenv("HOME", home.file("me").c_str(), 1);
   ReadConfiguration();
   EXPECT_TRUE(fs::exists(home.file("me/.config/quillagram/quillagram.ini")));
+
+  // An installed program leaves its folder alone even where it may write.
+  fs::create_directories(home.file("prefix/bin"));
+  fs::create_directories(home.file("prefix/share/doc/quillagram"));
+  ws.startdir = home.file("prefix/bin/");
+  EXPECT_EQ(FindInifile(ws.startdir).path, ws.startdir + "quillagram.ini");
+  WriteFile(home.file("prefix/share/doc/quillagram/copyright"), "");
+  EXPECT_EQ(FindInifile(ws.startdir).path, home.file("me/.config/quillagram/quillagram.ini"));
 }
 
 // Two programs at once change the file by turns and never see half of it.
