@@ -145,7 +145,7 @@ def is_well_defined(crystal, lines, reflections, grade):
 
 def random_volume(near, rng):
     if near is not None:
-        return near * rng.uniform(.6, 1.6)
+        return float(np.clip(near * rng.uniform(.6, 1.6), *VOLUMES))
     # Small cells of high symmetry often have too few lines: they are drawn more often.
     low, high = np.log(VOLUMES)
     return math.exp(low + (high - low) * rng.random() ** 1.5)

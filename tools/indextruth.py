@@ -114,7 +114,8 @@ def distances_to_nearest(angles, places):
 
 
 def has_all_lines(possible, q):
-    """Nine tenths will do: a fifth of cubic P misses 100, 200 and 400 alone."""
+    """Nine tenths will do: some cells of a fifth the size have all lines of cubic P but 100,
+    200 and 400."""
     return np.mean(distances_to_nearest(possible, q) < 1e-5 * possible) > .9
 
 
