@@ -22,10 +22,17 @@ const MenuItem* Find(int id) {
   return at == items.end() ? nullptr : &*at;
 }
 
+// The item itself or the outermost popup on the way to it that is disabled; null if it can be picked.
+const MenuItem* Barrier(const MenuItem& item) {
+  const MenuItem* popup = Find(item.row.parent);
+  const MenuItem* outer = popup ? Barrier(*popup) : nullptr;
+  return outer || item.enabled ? outer : &item;
+}
+
 // Whether the popups on the way to an item can be opened.
 bool CanBeReached(const MenuItem& item) {
   const MenuItem* popup = Find(item.row.parent);
-  return !popup || (popup->enabled && CanBeReached(*popup));
+  return !popup || !Barrier(*popup);
 }
 
 // A text that the program has put, such as a path; one of the table may hold a mark.
@@ -135,9 +142,14 @@ void Menus::UpdateTool(int id) {
   if (text.isEmpty()) text = QString::fromStdString(item->text).remove('&');
   const QList<QKeySequence> keys = ShortcutsOf(item->row);
   if (!keys.isEmpty()) text += " (" + keys.front().toString(QKeySequence::NativeText) + ")";
-  if (!item->hint.empty()) text += "\n" + QString::fromStdString(item->hint);
+  const MenuItem* barrier = Barrier(*item);
+  if (barrier && !barrier->hint.empty()) text += "\n" + QString::fromStdString(barrier->hint);
   found->second->setToolTip(text);
-  found->second->setEnabled(item->enabled);
+  found->second->setEnabled(!barrier);
+}
+
+void Menus::UpdateTools() {
+  for (const auto& [id, tool] : tools_) UpdateTool(id);
 }
 
 void Menus::Picked(int id) {
@@ -165,7 +177,10 @@ void Menus::Update(int id) {
   if (!item || found == actions_.end()) return;
   QAction* action = found->second;
   if (action->data().toString() != QString::fromStdString(item->text)) Label(item->row.parent);
-  UpdateTool(id);
+  if (item->row.popup)
+    UpdateTools();
+  else
+    UpdateTool(id);
   action->setToolTip(ToolTipOf(*item));
   action->setEnabled(item->enabled);
   if (item->checked) action->setCheckable(true);

@@ -25,6 +25,7 @@ class Menus : public QObject {
   void BuildMenu();
   void BuildTools();
   void UpdateTool(int id);
+  void UpdateTools();
   static QString ToolTipOf(const MenuItem& item);
   void Label(int parent);
   void Picked(int id);
