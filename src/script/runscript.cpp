@@ -85,8 +85,10 @@ bool WriteNext(Run& run, const std::string& name) {
     MessageBoxError("File Error", FileMessage("Error opening output file", run.path,
                                               "has an empty line in the output file list"));
   if (!name.empty() && AcceptPath(path) &&
-      RoutineOf(kWriters, ws.scriptoutfmt)(path, SlotInput) != 0)
+      RoutineOf(kWriters, ws.scriptoutfmt)(path, SlotInput) != 0) {
+    NotePointsKept(path);
     return true;
+  }
   run.report.Fail(name.empty() ? run.path : path, run.boxes->Take());
   return false;
 }
@@ -128,6 +130,7 @@ Step ReadFile(Run& run) {
     return Step::NextFile;
   }
   ws.patternpath = run.path;
+  NotePointsKept(run.path);
   ws.savestart = FirstTth(SlotInput);
   ws.savestop = LastTth(SlotInput);
   ws.savestep = FirstStepOf(SlotInput);
@@ -236,7 +239,6 @@ void ShowLastFile() {
   ws.axiswave = ws.wavelen(1);
   ws.viewmode = 1;
   ws.patternloaded = 1;
-  NotePointsKept();
 }
 
 }  // namespace

@@ -32,7 +32,7 @@ Outcome AskAnyFormat(Arguments& arguments) {
 // What the program does beside when a pattern has come in.
 Outcome AfterOpening(Outcome outcome) {
   if (outcome != Outcome::Done) return outcome;
-  NotePointsKept();
+  NotePointsKept(ws.patternpath);
   UpdateRecentFiles();
   ClearFitText();
   return outcome;
@@ -102,7 +102,7 @@ Outcome AskSave(Arguments& arguments) {
 Outcome Save(const Arguments& arguments) {
   const Outcome outcome = SavePattern(arguments.path);
   const bool pattern = ws.savecontent == kInputPattern || ws.savecontent == kAllPatterns;
-  if (outcome == Outcome::Done && pattern) NotePointsKept();
+  if (outcome == Outcome::Done && pattern) NotePointsKept(arguments.path);
   return outcome;
 }
 

@@ -1,6 +1,7 @@
 // The program-wide Workspace, its reset and its derived axes.
 #include "workspace/workspace.h"
 
+#include <algorithm>
 #include <bit>
 #include <cmath>
 #include <span>
@@ -59,8 +60,12 @@ std::uint64_t PointsDigest() {
 
 }  // namespace
 
-void NotePointsKept() { ws.keptpoints = PointsDigest(); }
-bool PointsAreKept() { return ws.keptpoints == PointsDigest(); }
+void NotePointsKept(const std::string& path) { ws.keptpoints[path] = PointsDigest(); }
+
+bool PointsAreKept() {
+  const auto holds = [now = PointsDigest()](const auto& file) { return file.second == now; };
+  return std::ranges::any_of(ws.keptpoints, holds);
+}
 
 int ActiveSlot() {
   if (ws.plotmask & PlotInput) return SlotInput;

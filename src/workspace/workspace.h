@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <string>
 
 #include "workspace/table.h"
@@ -184,6 +185,9 @@ struct Session {
   std::string fitfile, refineout;
   int fitrun = 0;
 
+  // By its path a digest of the points that a file has last given to slot 1, or taken from it
+  std::map<std::string, std::uint64_t> keptpoints;
+
   int toolbar = 1;    // 1 while it is shown
   int legend = 1;     // 1 while the plot names its curves
   int printflag = 0;  // 1 while a hardcopy is drawn
@@ -229,9 +233,8 @@ struct PatternData : PeakTables {
 
   // Check marks of the menu. Those of axes and grids follow their commands, not a load.
   int patternloaded = 0;
-  int loadcount = 0;             // patterns opened up to this one
-  std::uint64_t keptpoints = 0;  // digest of the points of slot 1 that a file holds
-  int plotmarks = 0;             // of the Plot menu, as plotmask
+  int loadcount = 0;  // patterns opened up to this one
+  int plotmarks = 0;  // of the Plot menu, as plotmask
   int xaxismark = 1, yaxismark = 1, xgridmark = 0, ygridmark = 0;
 
   // Names
@@ -373,9 +376,9 @@ int ActiveSlot();
 // on the points of slot 1.
 void EndOverlayFit();
 
-// The points of slot 1 are those of a file: they have been loaded, or saved. Whether they still
-// are.
-void NotePointsKept();
+// The points of slot 1 are those of a file: they have been loaded, or saved. Whether there is such
+// a file still, which another save may have replaced.
+void NotePointsKept(const std::string& path);
 bool PointsAreKept();
 
 // Empties the peak list and the refined curve and puts the fit's parameters to their defaults.

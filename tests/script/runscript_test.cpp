@@ -42,6 +42,7 @@ TEST_P(OneFile, AsTheMenuDoes) {
   test.Pattern("a.xy", 1000);
   EXPECT_EQ(test.Run("a.xy\n", "o.xy\n", "INFM    2\n" + std::string(GetParam().commands)),
             Boxes{kDone + "1, written: 0, skipped: 0"});
+  EXPECT_FALSE(PointsAreKept());
   const auto x = AnglesNow(), y = CountsNow(), background = CountsNow(SlotBackground),
              net = CountsNow(SlotNet);
   const float wavelength = ws.wavelen(1);
@@ -76,6 +77,7 @@ TEST(RunScript, BackgroundAndDifferenceGoToTheirSlots) {
                                  "written"});
   const auto background = CountsNow(SlotBackground), net = CountsNow(SlotNet);
   EXPECT_EQ(HeightOf(test.Read("o.xy")), 1100);
+  EXPECT_TRUE(PointsAreKept());
   EXPECT_NEAR(net[80], 1000, 30);
   OpenFile(test.file("a.xy"));
   RunMenu(40079, "set 1081 31\npress OK\n");

@@ -177,6 +177,12 @@ TEST_F(CopyText, ChangesAreKeptOrNot) {
   EXPECT_FALSE(PointsAreKept());
   RunMenu(MenuUndo);
   EXPECT_TRUE(PointsAreKept());
+  // What a save has put in the place of these points can be taken back, but not in the file.
+  RunMenu(40060, "set 1032 2\npress OK");
+  RunMenu(MenuSavePattern, "press OK\nfile " + dir.file("saved.xy"));
+  EXPECT_TRUE(PointsAreKept());
+  RunMenu(MenuUndo);
+  EXPECT_FALSE(PointsAreKept());
 }
 
 }  // namespace
