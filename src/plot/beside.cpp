@@ -59,7 +59,10 @@ int RunBeside(int dialog, const std::function<bool(const Message&)>& handler) {
         Zoom(message);
         break;
       case MessageMouseDown:
-        if (Zoom(message)) break;
+        if (Zoom(message)) {
+          beforeclick.reset();
+          break;
+        }
         [[fallthrough]];
       case MessageButton:
       case MessageFieldChanged:
