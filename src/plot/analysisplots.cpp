@@ -78,8 +78,10 @@ void BeginFrame(Frame& frame) {
   frame.page = BeginPage();
   const float line = frame.page.scale * TextUnits;
   MoveOrigin(ws.plotx0, ws.plotheight * 1.07f + ws.ploty0);
-  DrawName(ws.plotwidth * 0.5f, -2 * line, ws.stem20 + "     " + DateTimeStamp() + LeftOutText(),
-           frame.page.textheight, 0, 6);
+  const std::string title = ws.stem20 + "     " + DateTimeStamp() + LeftOutText();
+  const float room = ws.plotwidth / WInfoGrReal(GraphicsGlyphX);
+  DrawName(ws.plotwidth * 0.5f, -2 * line, title, FittingHeight(title, room, frame.page.textheight),
+           0, 6);
   MoveOrigin(0, -(ws.plotheight + 5 * line));
 }
 
@@ -129,8 +131,10 @@ struct Model {
 // Writes a text in the upper left corner of the frame, or in the corner with the fewest points
 // under it.
 void DrawInCorner(const Frame& f, const Points& points, const std::string& text) {
-  const float h = f.page.textheight, height = 1.2f * h * WInfoGrReal(GraphicsGlyphY),
-              width = TextWidth(text, 1.2f * h) * WInfoGrReal(GraphicsGlyphX);
+  const float h = f.page.textheight, glyph = WInfoGrReal(GraphicsGlyphX);
+  const float letters = FittingHeight(text, (ws.plotwidth - 2 * h) / glyph, 1.2f * h);
+  const float height = letters * WInfoGrReal(GraphicsGlyphY),
+              width = TextWidth(text, letters) * glyph;
   struct Corner {
     bool right;
     float x, top;  // of the text
@@ -149,7 +153,7 @@ void DrawInCorner(const Frame& f, const Points& points, const std::string& text)
       fewest = under;
       best = corner;
     }
-  DrawText(best.right ? ws.plotwidth - h : h, best.top, text, 1.2f * h, 0, best.right ? 5 : 7);
+  DrawText(best.right ? ws.plotwidth - h : h, best.top, text, letters, 0, best.right ? 5 : 7);
 }
 
 // The curve over the whole width, limited to the y range, and its parameters.

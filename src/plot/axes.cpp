@@ -35,12 +35,14 @@ struct AxisLine {
   void Tick(float along, float size) const {
     LineAt(X(along, 0), Y(along, 0), size, angle + Side() * 90);
   }
-  // Letters that are large for their axis have their title nearer, so that it stays in the margin.
+  // Letters that are large for their axis have their title nearer, so that it stays in the margin,
+  // and none where the labels need it all.
   void Title(std::string_view label, float away) const {
     const float across =
         sine * sine * WInfoGrReal(GraphicsGlyphX) + cosine * cosine * WInfoGrReal(GraphicsGlyphY);
     const float margin = (above ? 10 : 8) * tick;
     away = std::min(away, margin - 1.5f * textheight * across);
+    if (away < 2 * tick + textheight * across) return;
     DrawText(X(length / 2, away), Y(length / 2, away), label, 1.2f * textheight, angle,
              above ? 2 : 6);
   }
@@ -68,7 +70,8 @@ struct Extent {
   float begin, end;
 };
 
-// Where a label lies along its axis. It may stand out over the end of the axis by two letters.
+// Where a label lies along its axis. It may stand out over the end of the axis by two letters, as
+// far as the margin goes.
 Extent LabelExtent(const AxisLine& axis, const AxisLabel& label) {
   const float width = TextWidth(label.text, axis.textheight) * axis.glyph;
   const float shift = 0.25f * axis.textheight * axis.glyph;
@@ -76,7 +79,8 @@ Extent LabelExtent(const AxisLine& axis, const AxisLabel& label) {
   if (label.align == Align::Left) begin -= shift;
   if (label.align == Align::Centre) begin -= width / 2;
   if (label.align == Align::Right) begin += shift - width;
-  begin = std::min(begin, axis.length + 2 * axis.textheight * axis.glyph - width);
+  const float margin = std::min(2 * axis.textheight * axis.glyph, 5 * axis.tick);
+  begin = std::min(begin, axis.length + margin - width);
   return {begin, begin + width};
 }
 

@@ -34,10 +34,25 @@ std::vector<LegendRow> LegendRows() {
   return rows;
 }
 
+int Skyline::ColumnOf(float x) {
+  const float column = x / ws.plotwidth * kColumns;
+  return column >= 0 ? static_cast<int>(std::min(column, kColumns - 1.0f)) : 0;
+}
+
+void Skyline::Take(float x, float y) {
+  if (!(x >= 0 && x <= ws.plotwidth)) return;
+  float& top = top_[ColumnOf(x)];
+  top = std::max(top, y);
+}
+
+float Skyline::Over(float left, float right) const {
+  return *std::max_element(top_.begin() + ColumnOf(left), top_.begin() + ColumnOf(right) + 1);
+}
+
 Legend::Legend(const PageLayout& page, std::vector<LegendRow> rows)
     : page_(page),
       rows_(std::move(rows)),
-      height_(1.2f * page.textheight),
+      height_(std::max(page.textheight, 1.2f * TextUnits * page.scale)),
       glyphx_(WInfoGrReal(GraphicsGlyphX)),
       glyphy_(WInfoGrReal(GraphicsGlyphY)) {
   for (const LegendRow& row : rows_) width_ = std::max(width_, RowWidth(row));
@@ -46,15 +61,33 @@ Legend::Legend(const PageLayout& page, std::vector<LegendRow> rows)
 float Legend::RowWidth(const LegendRow& row) const {
   return page_.scale * 10 + (NameWidth(row.name, height_) + (kSample + kGap) * height_) * glyphx_;
 }
-void Legend::Draw(bool left) const {
+
+float Legend::RightPlace() const { return ws.plotwidth - width_; }
+
+// The corners come first, then what lies between them. All places where nothing is in the way are
+// as good.
+std::optional<float> Legend::Place(const Skyline& curves) const {
+  const float right = RightPlace(), step = ws.plotwidth / 50;
+  const float room = ws.plotheight - Depth(), highest = curves.Over(0, ws.plotwidth);
+  std::vector<float> places{right, 0};
+  for (float left = right - step; left > 0; left -= step) places.push_back(left);
+  const auto top = [&](float left) { return std::max(room, curves.Over(left, left + width_)); };
+  const float best = *std::ranges::min_element(places, {}, top);
+  if (right < 0 || (top(best) > room && top(best) >= highest)) return {};
+  return best;
+}
+
+void Legend::Draw(float left) const {
+  const bool atright = left >= RightPlace();
   const float edge = page_.scale * 10, sample = kSample * height_ * glyphx_,
               gap = kGap * height_ * glyphx_;
   for (int k = 1; k <= static_cast<int>(rows_.size()); ++k) {
     const LegendRow& row = rows_[k - 1];
     const float y = ws.plotheight - Top(k);
     SetPen(1, 1, row.colour);
-    LineAt(left ? edge : ws.plotwidth - RowWidth(row), y - 0.5f * height_ * glyphy_, sample, 0);
-    DrawName(left ? edge + sample + gap : ws.plotwidth - edge, y, row.name, height_, 0,
-             left ? 7 : 5);
+    LineAt(atright ? ws.plotwidth - RowWidth(row) : left + edge, y - 0.5f * height_ * glyphy_,
+           sample, 0);
+    DrawName(atright ? ws.plotwidth - edge : left + edge + sample + gap, y, row.name, height_, 0,
+             atright ? 5 : 7);
   }
 }

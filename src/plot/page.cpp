@@ -24,7 +24,7 @@ void LayPage() {
 namespace {
 
 constexpr float kLeastPixels = 9;  // height of letters that can still be read
-constexpr float kMostUnits = 24;   // and of those for which the margins have room
+constexpr float kMostUnits = 57;   // and of those for which the margins have room
 
 // In a small window the letters do not shrink with the frame.
 float TextHeight(float scale) {

@@ -208,23 +208,26 @@ void DrawCurves(const Plot& plot) {
   DrawManualPoints(plot, x);
 }
 
-// The highest place of the primary curve between two places of the frame.
-float TopBetween(const Plot& plot, float left, float right) {
-  const auto xs = ws.xval.row(ws.xaxismode, plot.primary), ys = ws.yval.row(plot.primary);
-  const Range between{left, right};
-  float top = 0;
-  for (int i = 0; i < ws.npts(plot.primary); ++i)
-    if (between.Holds(plot.X(xs[i]))) top = std::max(top, plot.Y(plot.y.Limit(ShownY(ys[i]))));
-  return top;
+Skyline SkylineOf(const Plot& plot) {
+  Skyline curves;
+  const auto take = [&](int slot, int n, float dx, float dy) {
+    const auto xs = ws.xval.row(ws.xaxismode, slot), ys = ws.yval.row(slot);
+    for (int i = 0; i < n; ++i) curves.Take(plot.X(xs[i] + dx), plot.Y(ShownY(ys[i] + dy)));
+  };
+  take(plot.primary, ws.npts(plot.primary), 0, 0);
+  if (ws.plotmask & PlotBackground) take(SlotBackground, ws.npts(SlotInput), 0, 0);
+  if (ws.fitshown == 1 || (ws.plotmask & PlotRefined))
+    take(SlotRefined, ws.npts(SlotRefined), 0, 0);
+  for (int k = 1; k <= ws.noverlay && ws.fitshown == 0; ++k)
+    take(SlotOverlay + k - 1, ws.npts(SlotOverlay + k - 1), ws.displacex * static_cast<float>(k),
+         ws.displacey * static_cast<float>(k));
+  return curves;
 }
 
-// On the right under the title, unless the pattern is in the way and leaves more room on the left.
 void DrawLegend(const Plot& plot) {
   const Legend legend(plot.page, LegendRows());
   if (legend.empty()) return;
-  const float right = TopBetween(plot, ws.plotwidth - legend.Width(), ws.plotwidth);
-  const bool free = right <= ws.plotheight - legend.Depth();
-  legend.Draw(!free && TopBetween(plot, 0, legend.Width()) < right);
+  if (const auto left = legend.Place(SkylineOf(plot))) legend.Draw(*left);
 }
 
 }  // namespace
@@ -240,6 +243,6 @@ void DrawPatternPlot() {
   DrawLegend(plot);
   SetPen(1, 1, colours::kBlack);
   DrawName(ws.plotwidth - plot.page.scale * 10, ws.plotheight - plot.page.scale * 20, ws.stem20,
-           1.4f * plot.page.textheight, 0, 5);
+           std::max(plot.page.textheight, 1.4f * TextUnits * plot.page.scale), 0, 5);
   if (OnPaper() && ws.epsflag == 0) DrawPlotHeader(plot.page);
 }

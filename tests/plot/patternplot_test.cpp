@@ -201,10 +201,48 @@ TEST_F(PatternPlot, LegendNamesTheCurvesBesideThePeak) {
   EXPECT_TRUE(names(55, 0).empty());
 }
 
-// Letters of axes are 15 units high, but never lower than 9 pixels, and stay within the window.
+// The highest peak may be an overlay's, or be cut off at the top of a zoomed frame.
+TEST_F(PatternPlot, LegendLeavesTheHighestPeakFree) {
+  ws.noverlay = 1;
+  ws.overlayname(1) = "/data/overlay.xy";
+  const auto place = [](std::initializer_list<float> peaks, float highest, float floor = 9) {
+    FillSlot(SlotInput, 401, [](float) { return 9.0f; });
+    FillSlot(SlotOverlay, 401, [&](float tth) {
+      if (std::abs(tth - highest) < 0.5f) return 1000.0f;
+      return std::ranges::any_of(peaks, [=](float at) { return std::abs(tth - at) < 0.5f; })
+                 ? 950.0f
+                 : floor;
+    });
+    ws.plotmask = PlotInput;
+    RedrawView(1);
+    const auto legend = [] {
+      const auto texts = ReadTexts(ScreenList(), 1.2f * 15, 0, 1);
+      const auto name = std::ranges::find(texts, "overlay", &ReadText::text);
+      return name == texts.end() ? Range{0, 0} : Range{name->begin.x, name->end.x};
+    };
+    const Range whole = legend();
+    Band(20, 60, 0, 500);
+    EXPECT_EQ(legend(), whole);
+    return whole;
+  };
+  const auto at = [](float tth) { return 100 + 850 * (tth - 20) / 40; };
+  EXPECT_NEAR(place({}, 30).hi, 940, 0.1f);
+  EXPECT_LT(place({}, 58).hi, at(30));
+  const Range between = place({22, 26, 52}, 58);
+  EXPECT_TRUE(between.lo > at(26) && between.hi < at(52));
+  EXPECT_TRUE(place({22, 26, 30, 34, 38, 42, 46, 50, 54}, 58).hi < at(57)) << "over lower ones";
+  // A plateau is as high everywhere.
+  EXPECT_EQ(place({}, 0, 1000).hi, 0);
+}
+
+// Letters of axes are 15 units high, but never lower than 9 pixels, and stay within the window;
+// where the labels need all room there is no title.
 TEST_F(PatternPlot, LettersOfSmallWindowsCanBeRead) {
-  for (const auto& [width, height, units] :
-       {std::array{1200.0f, 900.0f, 15.0f}, {640, 480, 9 / 0.48f}, {500, 400, 9 / 0.4f}}) {
+  for (const auto& [width, height, units] : {std::array{1200.0f, 900.0f, 15.0f},
+                                             {640, 480, 9 / 0.48f},
+                                             {500, 400, 9 / 0.4f},
+                                             {420, 300, 9 / 0.3f},
+                                             {240, 160, 9 / 0.16f}}) {
     OpenWindow(static_cast<int>(width), static_cast<int>(height));
     for (ws.viewmode = 1; ws.viewmode <= 4; ws.viewmode += 2) {
       ws.npeaks = 5;

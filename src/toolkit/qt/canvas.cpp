@@ -46,7 +46,7 @@ Canvas::Canvas(QWidget* parent) : QWidget(parent) {
   setAttribute(Qt::WA_OpaquePaintEvent);
   setMouseTracking(true);
   setFocusPolicy(Qt::StrongFocus);
-  setMinimumSize(160, 120);
+  setMinimumSize(240, 160);  // in which letters of a size to be read have room
 }
 
 void Canvas::ListChanged() {
