@@ -42,7 +42,7 @@ struct AxisLine {
         sine * sine * WInfoGrReal(GraphicsGlyphX) + cosine * cosine * WInfoGrReal(GraphicsGlyphY);
     const float margin = (above ? 10 : 8) * tick;
     away = std::min(away, margin - 1.5f * textheight * across);
-    if (away < 2 * tick + textheight * across) return;
+    if (away < 2 * tick + 1.15f * textheight * across) return;
     DrawText(X(length / 2, away), Y(length / 2, away), label, 1.2f * textheight, angle,
              above ? 2 : 6);
   }

@@ -209,6 +209,41 @@ TEST(Zoom, BesideBothDialogsThatPick) {
   });
 }
 
+// With the focus in the dialog its keys go to the plot, unless a field has use for them.
+TEST(Zoom, ByTheKeysOfADialogBeside) {
+  RunOn("keys.xy", []() -> Script {
+    const float full = Width();
+    Pick(MenuManualPeaks);
+    co_await Shown("dialog130");
+    const auto press = [](Qt::Key key) { QTest::keyClick(Find("dialog130")->focusWidget(), key); };
+    Turn(OnPlot(30, 500), 480);
+    co_await Until{[=] { return Width() < full; }, "the zoom"};
+    const float zoomed = Width(), left = ws.viewxmin;
+    press(Qt::Key_Backspace);
+    co_await Until{[=] { return Width() == full; }, "the way back"};
+    QTest::keyClick(Find("dialog130")->focusWidget(), Qt::Key_Backspace, Qt::ShiftModifier);
+    co_await Until{[=] { return Width() == zoomed; }, "the way forward"};
+
+    // The button that has the focus is not pressed by the blank of a pull.
+    const Drag pull{Qt::LeftButton, OnPlot(30, 500), OnPlot(27, 500)};
+    QTest::keyPress(Find("dialog130")->focusWidget(), Qt::Key_Space);
+    pull.Begin();
+    co_await Dragging();
+    pull.Move();
+    pull.End();
+    QTest::keyRelease(Root()->canvas, Qt::Key_Space);
+    co_await Beside("dialog130");
+    EXPECT_NEAR(ws.viewxmin, left + 3, 0.05f);
+    EXPECT_EQ(ws.npeaks, 0);
+    Find("dialog130")->activateWindow();
+    co_await Shown("dialog130");
+    press(Qt::Key_Home);
+    co_await Until{[=] { return Width() == full; }, "the full pattern"};
+    press(Qt::Key_Escape);
+    co_await Idle();
+  });
+}
+
 TEST(StatusParts, GiveEveryTextItsRoomAndCutTheLongest) {
   const std::vector<int> shares = {1000, 1000, 1500, 1000, 2500};
   const struct {

@@ -1,6 +1,7 @@
 // Painting, mouse, wheel and drags of the canvas.
 #include "toolkit/qt/canvas.h"
 
+#include <QApplication>
 #include <QPainter>
 #include <algorithm>
 #include <cmath>
@@ -46,6 +47,7 @@ Canvas::Canvas(QWidget* parent) : QWidget(parent) {
   setAttribute(Qt::WA_OpaquePaintEvent);
   setMouseTracking(true);
   setFocusPolicy(Qt::StrongFocus);
+  qApp->installEventFilter(this);
   setMinimumSize(240, 160);  // in which letters of a size to be read have room
 }
 
@@ -198,6 +200,18 @@ void Canvas::contextMenuEvent(QContextMenuEvent* event) {
 void Canvas::SetSpace(bool down) {
   space_ = down;
   setCursor(down ? Qt::OpenHandCursor : Qt::ArrowCursor);
+}
+
+// A dialog beside the plot has the focus until the mouse is pressed here. The key is its own, too:
+// a button that loses the focus meanwhile is not pressed.
+bool Canvas::eventFilter(QObject* receiver, QEvent* event) {
+  const bool down = event->type() == QEvent::KeyPress;
+  if (event->type() == QEvent::ApplicationDeactivate && space_) SetSpace(false);
+  if (!down && event->type() != QEvent::KeyRelease) return false;
+  const auto* key = static_cast<QKeyEvent*>(event);
+  const bool elsewhere = receiver != this && receiver->isWidgetType();
+  if (elsewhere && key->key() == Qt::Key_Space && !key->isAutoRepeat()) SetSpace(down);
+  return false;
 }
 
 void Canvas::keyPressEvent(QKeyEvent* event) {

@@ -28,6 +28,7 @@ class Canvas : public QWidget {
   bool Drags() const { return drag_; }
   bool HasLate() const { return move_ || wheel_ || resized_; }
   QSize sizeHint() const override { return {800, 500}; }
+  bool eventFilter(QObject* receiver, QEvent* event) override;
 
  protected:
   void paintEvent(QPaintEvent* event) override;

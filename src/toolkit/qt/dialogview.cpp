@@ -2,12 +2,15 @@
 #include "toolkit/qt/dialogview.h"
 
 #include <QAbstractButton>
+#include <QApplication>
+#include <QKeyEvent>
 #include <QShowEvent>
 #include <algorithm>
 
 #include "toolkit/qt/events.h"
 #include "toolkit/qt/fields.h"
 #include "toolkit/qt/gridfield.h"
+#include "toolkit/qt/window.h"
 
 int DialogView::IndexOf(int id) const {
   const auto controls = state_.resource->controls;
@@ -102,6 +105,15 @@ void DialogView::Press(int id) {
 void DialogView::reject() {
   unreported_ = -1;
   Press(EscapeButton(state_));
+}
+
+// What no field has use for goes through the zooms of the plot that the dialog stands beside.
+void DialogView::keyPressEvent(QKeyEvent* event) {
+  const bool zooms = event->key() == Qt::Key_Home || event->key() == Qt::Key_Backspace;
+  if (zooms && !state_.modal && Root())
+    QApplication::sendEvent(Root(), event);
+  else
+    QDialog::keyPressEvent(event);
 }
 
 void DialogView::showEvent(QShowEvent* event) {

@@ -21,6 +21,7 @@ class DialogView : public QDialog {
 
  protected:
   void showEvent(QShowEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   // The widgets of one control; those that it does not need are null.
