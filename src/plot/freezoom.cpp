@@ -13,7 +13,8 @@ namespace {
 constexpr float kNotch = 1.25f;       // a notch of the wheel
 constexpr float kMostNotches = 100;   // at once
 constexpr float kLeastSteps = 10;     // of the pattern, in the smallest view
-constexpr float kLeastCounts = 5;     // in height
+constexpr float kLeastCounts = 5;     // in height, or
+constexpr float kLeastShare = 0.01f;  // of the whole, for counts that are ratios
 constexpr float kResolution = 1e-5f;  // of a real, with places to spare within the frame
 
 float FactorOf(float notches) {
@@ -80,10 +81,11 @@ void ZoomX(DataPoint about, float notches) {
 void ZoomY(DataPoint about, float notches) {
   const auto full = FullFrame();
   if (!full) return;
-  const float least = std::max(LogarithmicY() ? 0.0f : kLeastCounts, kResolution * SizeOf(ViewY()));
+  const float counts = std::min(kLeastCounts, kLeastShare * HeightInCounts(full->y));
+  const float least = std::max(LogarithmicY() ? 0.0f : counts, kResolution * SizeOf(ViewY()));
   const Range y =
       ZoomedAbout(ViewY(), ViewY().Limit(about.y), FactorOf(notches), ReachOfY(full->y), least);
-  if (notches < 0 || HeightInCounts(y) >= kLeastCounts) Show(ViewX(), y);
+  if (notches < 0 || !LogarithmicY() || HeightInCounts(y) >= counts) Show(ViewX(), y);
 }
 
 void PanFrom(const Range& x, const Range& y, DataPoint by) {

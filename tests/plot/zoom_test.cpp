@@ -126,6 +126,19 @@ TEST_F(Zoom, EndsAtStepsAndCounts) {
     }
 }
 
+// Patterns whose highest peak is 1 or 100 have no five counts to look at.
+TEST_F(Zoom, ByWheelOfCountsThatAreRatios) {
+  for (const float height : {1.0f, 100.0f}) {
+    FillSlot(SlotInput, 401, [=](float tth) { return height * (tth > 30); });
+    RedrawView(1);
+    const Range full{ws.viewymin, ws.viewymax};
+    for (int k = 0; k < 40; ++k) Navigate(Wheel(50, 400, 1));
+    EXPECT_NEAR(ws.viewymax - ws.viewymin, 0.01f * (full.hi - full.lo), 1e-3f * height);
+    Navigate(Wheel(50, 400, -50));
+    EXPECT_GE(ws.viewymax - ws.viewymin, full.hi - full.lo);
+  }
+}
+
 // A gap in the pattern can be looked at, and nothing else breaks.
 TEST_F(Zoom, AViewWithoutPointsIsAnEmptyFrame) {
   for (int i = 201; i <= 401; ++i) ws.xval(AxisTth, SlotInput, i) += 20;
