@@ -22,7 +22,8 @@ const MenuItem* Find(int id) {
   return at == items.end() ? nullptr : &*at;
 }
 
-// The item itself or the outermost popup on the way to it that is disabled; null if it can be picked.
+// The item itself, or the outermost popup on the way to it, that is disabled; null if there is
+// none.
 const MenuItem* Barrier(const MenuItem& item) {
   const MenuItem* popup = Find(item.row.parent);
   const MenuItem* outer = popup ? Barrier(*popup) : nullptr;
