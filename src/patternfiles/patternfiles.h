@@ -49,6 +49,8 @@ int ReadXrdml(int slot, const std::string& path);
 std::string AskSaveName();
 // Writes by savecontent and saveformat, within savestart to savestop.
 Outcome SavePattern(const std::string& path);
+// Of the pattern that has been saved last.
+int PointsSaved();
 // Each writes a slot within the limits and on the step asked for and returns 1, or shows its
 // message and returns 0. savestep and savestop may change.
 int WriteGdf(const std::string& path, int slot);

@@ -9,6 +9,8 @@ namespace {
 
 enum SaveContent { SaveRefined = 2, SaveBackground = 3, SaveAll = 4 };
 
+int pointssaved;
+
 struct PatternWriter {
   const char* extension;
   int (*write)(const std::string& path, int slot);
@@ -34,6 +36,7 @@ int WriteTab(const std::string& path) {
     return 0;
   }
   bool good = true;
+  pointssaved = 0;
   // A fit of an overlay has no counts outside its range.
   const int before = PointsBeforeFit(),
             last = ws.fitshown ? before + ws.npts(SlotRefined) : MaxPoints;
@@ -45,6 +48,7 @@ int WriteTab(const std::string& path) {
     for (float y : {ws.yval(SlotInput, i), refined, ws.yval(SlotBackground, i)})
       line += IntField(nint(y), 9);
     good = out.Write(TrimRight(line));
+    ++pointssaved;
   }
   if (out.Close() && good) return 1;
   MessageBoxError("File Error", FileMessage("Error writing *.tab file", path, out.Reason()));
@@ -70,7 +74,12 @@ Outcome SavePattern(const std::string& path) {
   int slot = SlotInput;
   if (ws.savecontent == SaveRefined) slot = SlotRefined;
   if (ws.savecontent == SaveBackground) slot = SlotBackground;
-  if (writer->write(path, slot)) return Outcome::Done;
+  if (writer->write(path, slot)) {
+    pointssaved = PointsPrepared();
+    return Outcome::Done;
+  }
   MessageBoxError("Error", std::string("Error writing ") + writer->extension + " file");
   return Outcome::Failed;
 }
+
+int PointsSaved() { return pointssaved; }

@@ -44,6 +44,8 @@ const SaveGrid& PrepareSaveGrid(int slot, bool oddremainder) {
   return grid;
 }
 
+int PointsPrepared() { return grid.n; }
+
 int WriteFailure(const std::string& text, const LineWriter& out) {
   MessageBoxError("Error", FileMessage(text, out.Path(), out.Reason()));
   return 0;

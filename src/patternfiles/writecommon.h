@@ -18,6 +18,7 @@ struct SaveGrid {
 // data's, when savestep is fitted to the limits. `oddremainder` takes the remainder of binned data
 // against half the width of a bin. The grid stays valid until the next call.
 const SaveGrid& PrepareSaveGrid(int slot, bool oddremainder = false);
+int PointsPrepared();
 
 // Shows a box that names the file and what has failed, and returns 0, a writer's result.
 int WriteFailure(const std::string& text, const LineWriter& out);

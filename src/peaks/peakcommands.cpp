@@ -75,6 +75,7 @@ Outcome AskSave(Arguments& arguments) {
 
 Outcome Save(const Arguments& arguments) { return SavePeaks(arguments.path); }
 Outcome Load(const Arguments& arguments) { return LoadPeaks(arguments.path); }
+Outcome Table(const Arguments& arguments) { return ShowPeakTable(arguments.step); }
 Outcome Fit(const Arguments&) { return SinglePeakFit(AcceptPeakFit); }
 
 // OK of the options only stores them.
@@ -136,7 +137,7 @@ constexpr Command kCommands[] = {
      .undo = true},
     {.item = {MenuPeakTable, "Peak table", kPopup},
      .viewmode = 1,
-     .run = Plain<ShowPeakTable>,
+     .run = Table,
      .redraw = Redraw::Keep,
      .undo = true},
 

@@ -15,8 +15,8 @@ Outcome LoadPeaks(const std::string& path);
 Outcome EditPeaks();
 Outcome ClearPeaks();
 
-// The table of the list beside the plot, until it is closed.
-Outcome ShowPeakTable();
+// The table of the list beside the plot, until it is closed. Each deletion is an undo step.
+Outcome ShowPeakTable(const UndoStep& step = {});
 
 // Fits one split pseudo-Voigt peak on a sloping background to the visible part of slot 1. `accept`
 // is asked whether the result is wanted; without it, it is.

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "peaks/peaklist.h"
 #include "peaks/peaks.h"
@@ -41,8 +42,9 @@ constexpr DialogResource kDialog{DialogNumber, "Peak table", kControls, Grid};
 
 // The rows of the list as they stand in the table.
 struct View {
+  const UndoStep& step;
   int order = ColumnTth;  // the column by which they are sorted; negative: falling
-  std::vector<int> rows;
+  std::vector<int> rows{};
 };
 
 bool IsShown(int row) {
@@ -106,21 +108,29 @@ void ChooseTick(float x) {
   }
 }
 
-// The row that comes next in the table is chosen then.
+// The row that comes next in the table is chosen then; where it is taken back, none is.
 void Delete(View& view) {
   const auto at = std::ranges::find(view.rows, ws.peakchosen);
   if (at == view.rows.end()) return;
   const std::size_t place = at - view.rows.begin();
-  RemovePeak(ws.peakchosen, pmult);
+  const int row = std::exchange(ws.peakchosen, 0);
+  if (view.step) view.step("Delete peak");
+  RemovePeak(row, pmult);
   view.rows = PeaksBy(view.order);
   Choose(view.rows.empty() ? 0 : view.rows[std::min(place, view.rows.size() - 1)]);
   Fill(view);
+}
+
+// Rows told as "1 peak copied".
+std::string Peaks(std::size_t count, const char* done) {
+  return std::to_string(count) + (count == 1 ? " peak " : " peaks ") + done;
 }
 
 void Copy(const View& view) {
   std::string text;
   for (const std::string& line : PeakLines(view.rows, '\t')) text += line + "\n";
   WCopyText(text);
+  WTell(Peaks(view.rows.size(), "copied"));
 }
 
 void Save(const View& view) {
@@ -129,8 +139,10 @@ void Save(const View& view) {
   if (path.empty() || !AcceptPath(path)) return;
   LineWriter file(path);
   for (const std::string& line : PeakLines(view.rows, ',')) file.Write(line);
-  if (!file.Close())
+  const bool closed = file.Close();
+  if (!closed)
     MessageBoxError("File Error", FileMessage("Error writing peak table", path, file.Reason()));
+  WTell(closed ? Peaks(view.rows.size(), "saved") : OnOneLine(WLastComplaint()));
 }
 
 // False closes the table.
@@ -159,7 +171,7 @@ bool OnMessage(View& view, const Message& message) {
 
 }  // namespace
 
-Outcome ShowPeakTable() {
+Outcome ShowPeakTable(const UndoStep& step) {
   if (PeakRows() < 1) {
     MessageBoxError("Error", "No peaks in list");
     return Outcome::Failed;
@@ -173,7 +185,7 @@ Outcome ShowPeakTable() {
   WRegisterDialogs({&kDialog, 1});
   WDialogUndefined(0, 0, 0);
   WDialogLoad(DialogNumber);
-  View view;
+  View view{.step = step};
   Fill(view);
   RunBeside(DialogNumber, [&view](const Message& message) { return OnMessage(view, message); });
   WDialogUnload();

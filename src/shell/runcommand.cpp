@@ -76,7 +76,7 @@ void PutBack(const Snapshot& entered, const PatternData& before) {
 void Tell(const Command& command, const Arguments& arguments, Outcome outcome) {
   if (command.item.id == 0) return;
   if (outcome == Outcome::Done) return WTell(WhatIsDone(command, arguments));
-  WTell(outcome == Outcome::Failed ? OnOneLine(WLastComplaint()) : "");
+  WTell(outcome == Outcome::Failed ? OnOneLine(WLastComplaint()) : "", false);
 }
 
 }  // namespace
@@ -88,12 +88,20 @@ std::string CommandTitle(const Command& command) {
 }
 
 Outcome RunCommand(const Command& command, Arguments arguments) {
+  WCommandBegins();
   const bool picked = command.item.id != 0 && arguments.path.empty();
   if (!arguments.path.empty()) WJournal("open", arguments.path);
   const int viewmode = ws.viewmode;
   const ZoomHistory zooms = Zooms();
   Snapshot before = StateNow();
   const Indexing indexing = ws;
+  // Changes between two steps, such as zooms, belong to the first of them.
+  bool stepped = false;
+  arguments.step = [&](const std::string& title) {
+    Snapshot now = StateNow();
+    if (!std::exchange(stepped, true) && now != before) KeepForUndo(CommandTitle(command), before);
+    KeepForUndo(title, std::move(now));
+  };
   arguments.number = command.number;
   SetFields(command);
   Outcome outcome = Ask(command, arguments);
@@ -115,7 +123,7 @@ Outcome RunCommand(const Command& command, Arguments arguments) {
     PutZooms(zooms);
   else if (command.history)
     NoteZoom();
-  if (changed && command.undo) KeepForUndo(CommandTitle(command), std::move(before));
+  if (changed && command.undo && !stepped) KeepForUndo(CommandTitle(command), std::move(before));
   ShowMenuState();
   RefreshWavelength();
   Tell(command, arguments, outcome);

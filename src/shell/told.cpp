@@ -1,7 +1,9 @@
 // What the status bar tells of a command that is done.
 #include <algorithm>
 
+#include "patternfiles/patternfiles.h"
 #include "shell/shell.h"
+#include "shell/undo.h"
 #include "workspace/menuids.h"
 #include "workspace/slots.h"
 #include "workspace/text.h"
@@ -21,6 +23,10 @@ std::string Opened(const Arguments&) {
 }
 
 std::string SavedTo(const Arguments& arguments) { return "Saved " + NameOf(arguments.path); }
+
+std::string PatternSaved(const Arguments& arguments) {
+  return SavedTo(arguments) + ", " + Counted(PointsSaved(), "point");
+}
 
 std::string PeaksFound(const Arguments&) {
   return Counted(std::min(ws.npeaks, MaxPeaks), "peak") + " found";
@@ -42,6 +48,9 @@ std::string PointsLeft(const Arguments&) {
 
 std::string OverlaysOpen(const Arguments&) { return Counted(ws.noverlay, "overlay"); }
 
+std::string Undone(const Arguments&) { return "Undone: " + RedoTitle(); }
+std::string Redone(const Arguments&) { return "Done again: " + UndoTitle(); }
+
 // What stands in part 3 already.
 std::string Nothing(const Arguments&) { return ""; }
 
@@ -53,16 +62,19 @@ constexpr struct {
     {MenuRecent1, MenuRecent1 + MaxRecent - 1, Opened},
     {MenuPopupOverlays, MenuPopupOverlays, OverlaysOpen},
     {MenuPopupClosePattern, MenuPopupClosePattern, OverlaysOpen},
-    {MenuSavePattern, MenuSavePattern, SavedTo},
+    {MenuSavePattern, MenuSavePattern, PatternSaved},
     {MenuSaveBackground, MenuSaveBackground, SavedTo},
     {MenuSavePeaks, MenuSavePeaks, SavedTo},
     {MenuSaveFitted, MenuSaveFitted, SavedTo},
     {MenuSaveHistory, MenuSaveHistory, SavedTo},
     {MenuSavePng, MenuSavePdf, SavedTo},
+    {MenuUndo, MenuUndo, Undone},
+    {MenuRedo, MenuRedo, Redone},
     {MenuCopyPicture, MenuCopyPoints, Nothing},
     {MenuPeakSearch, MenuPeakSearch, PeaksFound},
     {MenuLoadPeaks, MenuLoadPeaks, PeaksInList},
     {MenuManualPeaks, MenuManualPeaks, PeaksInList},
+    {MenuPeakTable, MenuPeakTable, PeaksInList},
     {MenuAutosubtract, MenuAutosubtract, Estimated},
     {MenuTruncate, MenuConvert, PointsLeft},
     {MenuFitPattern, MenuFitPattern, Nothing},

@@ -46,7 +46,7 @@ void RememberDirectory(const std::string& path);
 
 // What a part of the status bar shows from now on.
 void ForgetComplaint();
-void KeepStatusText(int part, const std::string& text);
+void KeepStatusText(int part, const std::string& text, bool progress = false);
 
 // Why the file written last could not be written; blank when it was.
 void KeepFileReason(const std::string& reason);

@@ -84,7 +84,8 @@ int OpenChildWindow(int width, int height, const std::string& title);
 void CloseWindow(int handle);
 void SetStatusParts(const std::vector<int>& widths);
 void SetStatus(int part, const std::string& text);
-void Tell(const std::string& text);
+// A text that a transcript does not show.
+void Tell(int part, const std::string& text);
 void MenuChanged(int id);
 void ShowToolbar(bool shown);
 

@@ -89,7 +89,7 @@ bool WProgress(int part, const std::string& text, std::optional<float> done) {
     stopped = true;
     JournalStop(reports);
   }
-  KeepStatusText(part, text);
+  KeepStatusText(part, text, true);
   return !stopped;
 }
 

@@ -71,7 +71,8 @@ void WKeepAlive();
 // call often. False when the user wants to stop, from then on until the command ends; whoever hears
 // it gives up.
 bool WProgress(int part, const std::string& text, std::optional<float> done = {});
-// To be called when a command has ended; a failed one ends a strict transcript.
+// To be called when a command begins and when it has ended; a failed one ends a strict transcript.
+void WCommandBegins();
 void WCommandEnded(bool failed);
 
 // What the user has entered since the last call, as lines of a transcript that enter the same
@@ -99,9 +100,10 @@ void WindowClose();
 void WindowStatusBarParts(int n, std::span<const int> widths);
 // part counts from 1. Appears at once, in the middle of a calculation too.
 void WindowOutStatusBar(int part, const std::string& text);
-// Tells whoever sits in front of a window what the last command has done, or why it failed; a
-// transcript shows that otherwise.
-void WTell(const std::string& text);
+// Tells whoever sits in front of a window what the last command has done, or why it failed, and
+// takes away what an earlier one has left in the parts for that; a transcript shows it otherwise.
+// Progress that was not `done` to its end goes, too.
+void WTell(const std::string& text, bool done = true);
 // The text of the last error box since the last command has ended; blank if there was none.
 std::string WLastComplaint();
 // What a part shows.

@@ -8,8 +8,12 @@
 
 namespace {
 
+// Parts of the status bar for what commands tell on their way, and for what they have done.
+constexpr int kOnTheWay = 3, kDone = 4;
+
 std::map<int, std::string> statustexts;
-std::string complaint;      // the last one since a command has ended
+enum class Spoken { Nothing, Progress, Text } spoken;  // on its way by the command under way
+std::string complaint;                                 // the last one since a command has ended
 std::string lastdirectory;  // of the file selector; blank: where the program was started
 std::optional<std::vector<std::string>> heldtexts;  // of boxes, while they are held
 
@@ -79,7 +83,10 @@ void WindowStatusBarParts(int n, std::span<const int> widths) {
   frontend::SetStatusParts({used.begin(), used.end()});
 }
 
-void KeepStatusText(int part, const std::string& text) { statustexts[part] = text; }
+void KeepStatusText(int part, const std::string& text, bool progress) {
+  statustexts[part] = text;
+  if (part == kOnTheWay) spoken = progress ? Spoken::Progress : Spoken::Text;
+}
 
 void WindowOutStatusBar(int part, const std::string& text) {
   KeepStatusText(part, text);
@@ -88,7 +95,14 @@ void WindowOutStatusBar(int part, const std::string& text) {
 
 std::string WStatusText(int part) { return statustexts[part]; }
 
-void WTell(const std::string& text) { frontend::Tell(text); }
+void WCommandBegins() { spoken = Spoken::Nothing; }
+
+void WTell(const std::string& text, bool done) {
+  frontend::Tell(kDone, text);
+  if (spoken == Spoken::Nothing || (spoken == Spoken::Progress && !done))
+    frontend::Tell(kOnTheWay, "");
+}
+
 std::string WLastComplaint() { return complaint; }
 void ForgetComplaint() { complaint.clear(); }
 

@@ -29,12 +29,16 @@ enum class Redraw {
 
 struct ParameterDialog;
 
+// Called by a command before it changes something that is to be an undo step of its own.
+using UndoStep = std::function<void(const std::string& title)>;
+
 // What has been asked for a command.
 struct Arguments {
   int number = 0;         // of the row, for operations that stand in several
   int button = ButtonOk;  // that ended the row's dialog
   std::string path{};
   std::vector<std::string> paths{};  // where several files are asked for
+  UndoStep step{};                   // a batch run has none
 };
 
 // A question with the caption and text of a query box; true for OK. A batch run has none.

@@ -145,9 +145,28 @@ TEST(Menus, CommandsTellWhatTheyHaveDone) {
     co_await Idle();
     EXPECT_TRUE(told().startsWith("Error opening xy file"));
     EXPECT_TRUE(told().contains("none.xy"));
-    Pick(MenuFullPattern);
+    ws.npeaks = 1;
+    ws.peaks(ptth, 1) = 30;
+    Pick(MenuFitAllPeaks);
     co_await Idle();
-    EXPECT_EQ(told(), "Full pattern");
+    const auto onway = [] { return FindA<QLabel>("status3")->text(); };
+    EXPECT_EQ(onway(), "1 peak fitted");
+    EXPECT_EQ(told(), "");
+    Pick(MenuUndo);
+    co_await Idle();
+    EXPECT_EQ(told(), "Undone: Fit all peaks");
+    EXPECT_EQ(onway(), "");
+    Pick(MenuRedo);
+    co_await Idle();
+    EXPECT_EQ(told(), "Done again: Fit all peaks");
+    Pick(MenuSavePattern);
+    co_await Shown("dialog123");
+    Press("Return");
+    co_await Shown("selector");
+    Type("kept.xy");
+    Press("Return");
+    co_await Idle();
+    EXPECT_EQ(told(), "Saved kept.xy, 1000 points");
   });
 }
 

@@ -3,10 +3,12 @@
 
 #include <QClipboard>
 #include <QHeaderView>
+#include <QLabel>
 #include <QScreen>
 #include <QTableWidget>
 
 #include "peaks/peaklist.h"
+#include "shell/undo.h"
 #include "toolkit/qt/window.h"
 #include "user.h"
 #include "workspace/menuids.h"
@@ -45,6 +47,7 @@ TEST(PeakTable, IsWorkedByKeysAndMouse) {
     Press("Ctrl+C");
     co_await Until{[] { return QGuiApplication::clipboard()->text().contains("2theta"); }, "copy"};
     EXPECT_EQ(QGuiApplication::clipboard()->text().count('\n'), 1 + MaxPeaks);
+    EXPECT_EQ(FindA<QLabel>("status4")->text(), "200 peaks copied");
     Press("Del");
     co_await Until{[] { return ws.npeaks == MaxPeaks - 1; }, "one peak less"};
     co_await Until{[] { return Grid()->rowCount() == MaxPeaks - 1; }, "one row less"};
@@ -79,8 +82,12 @@ TEST(PeakTable, IsWorkedByKeysAndMouse) {
     co_await Idle();
     EXPECT_EQ(ws.peakchosen, 0);
     EXPECT_EQ(LastDeed(), "press 2");
-    Pick(MenuUndo);
-    co_await Idle();
-    EXPECT_EQ(ws.npeaks, MaxPeaks);
+    EXPECT_EQ(FindA<QLabel>("status4")->text(), "198 peaks in the list");
+    EXPECT_EQ(UndoTitle(), "Delete peak");
+    for (const int left : {MaxPeaks - 1, MaxPeaks}) {
+      Pick(MenuUndo);
+      co_await Idle();
+      EXPECT_EQ(ws.npeaks, left);
+    }
   });
 }

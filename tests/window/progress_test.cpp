@@ -133,3 +133,40 @@ TEST(Progress, TheBarShowsHowMuchIsDoneWhereThatIsKnown) {
       });
   EXPECT_EQ(seen, (std::vector<double>{-1, 0.25, 1, -1}));
 }
+
+// Progress stays behind a command that has come to its end, until the next one; what is told last
+// stays behind one that has failed, too.
+TEST(Progress, NothingStaleIsLeftInTheStatusBar) {
+  std::vector<std::string> seen;
+  RunWith(
+      []() -> Script {
+        Pick(kMenuAbout);
+        for (int box = 1; box <= 5; ++box) {
+          co_await Shown("box");
+          Press("Return");
+        }
+      },
+      {},
+      [&seen] {
+        const auto command = [&seen](const std::function<void()>& work, bool done) {
+          WCommandBegins();
+          work();
+          WTell("told", done);
+          MessageBoxInfo("Calculation", "The texts that came too soon to be seen are shown");
+          seen.push_back(FindA<QLabel>("status3")->text().toStdString());
+        };
+        const auto progress = [] { WProgress(3, "Report"); };
+        const auto text = [] { WindowOutStatusBar(3, "Text"); };
+        Message message;
+        while (WMessage(message) != MessageClose) {
+          if (message.type != MessageMenu) continue;
+          command(progress, true);
+          command([] {}, true);
+          command(progress, false);
+          command(text, false);
+          command([] {}, false);
+        }
+        WindowClose();
+      });
+  EXPECT_EQ(seen, (std::vector<std::string>{"Report", "", "", "Text", ""}));
+}

@@ -30,7 +30,6 @@ const ProgramInfo kProgram = {
     "On a machine without one, quillagram-replay does the same work from a file of commands.",
 };
 
-constexpr int kTold = 4;              // part of the status bar for what commands have done
 constexpr int kRepaintInterval = 50;  // milliseconds between repaints in a long calculation
 
 MainWindow* root;
@@ -160,8 +159,9 @@ void SetStatusParts(const std::vector<int>& widths) {
   if (root) root->status->SetShares(widths);
 }
 
-void Tell(const std::string& text) {
-  if (root) ShowText(kTold, text);
+void Tell(int part, const std::string& text) {
+  latetexts.erase(part);
+  if (root) ShowText(part, text);
 }
 
 void SetStatus(int part, const std::string& text) {

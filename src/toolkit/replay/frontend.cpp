@@ -159,7 +159,7 @@ void SetCursor(int) {}
 void Repaint() {}
 void DialogChanged(DialogState&, int) {}
 
-void Tell(const std::string&) {}
+void Tell(int, const std::string&) {}
 void SetStatus(int part, const std::string& text) { Emit({"status", std::to_string(part), text}); }
 
 // The same text once more says nothing.
