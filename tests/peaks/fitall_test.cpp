@@ -198,7 +198,7 @@ TEST_F(FitAll, RowsKeepTheirIndicesAndTheBadOnesAll) {
     for (int j = 1; j <= 3; ++j) ws.peaks(field, j) = static_cast<float>(10 * j + field);
   for (int j = 1; j <= 3; ++j) ws.peakorigin(j) = PeakPicked;
   ws.peakesd(1, 3) = 0.25f;
-  ws.xval(AxisD, SlotInput, 7) = 2;
+  ws.xval(AxisQ, SlotInput, 7) = 2;
   EXPECT_EQ(FitAllPeaks(), Outcome::Done);
   const float code[] = {27, 37, 17};
   for (int j = 1; j <= 3; ++j) {
@@ -214,7 +214,7 @@ TEST_F(FitAll, RowsKeepTheirIndicesAndTheBadOnesAll) {
   EXPECT_EQ(ws.peakesd(1, 2), 0.25f);
   EXPECT_EQ(ws.plotmask, 53);
   EXPECT_EQ(ws.npts(SlotRefined), 4001);
-  EXPECT_EQ(ws.xval(AxisD, SlotRefined, 7), 2);
+  EXPECT_EQ(ws.xval(AxisQ, SlotRefined, 7), 2);
   EXPECT_EQ(Events().back(), "status\t3\t2 of 3 peaks fitted, 1 did not converge");
 
   ws.npeaks = 1;
@@ -223,6 +223,56 @@ TEST_F(FitAll, RowsKeepTheirIndicesAndTheBadOnesAll) {
   ws.npeaks = 0;
   EXPECT_EQ(FitAllPeaks(), Outcome::Failed);
   EXPECT_EQ(Events(), std::vector<std::string>{"box\tError\tNo peaks in list"});
+}
+
+// Widths by the nearer side that falls to half of the height, heights by the top in reach.
+TEST_F(FitAll, BeginsWithWhatThePatternShows) {
+  const std::vector<float> background(12, 10);
+  std::vector<float> x;
+  for (int i = 0; i < 12; ++i) x.push_back(20 + 0.02f * static_cast<float>(i));
+  const struct {
+    const char* name;
+    std::vector<float> y;
+    float row;
+    double fwhm, height;
+  } table[] = {
+      {"left side", {10, 10, 10, 40, 60, 110, 100, 90, 80, 70, 60, 10}, 20.1f, 0.04, 100},
+      {"right side, at the end",
+       {70, 70, 70, 80, 80, 80, 90, 90, 100, 110, 90, 20},
+       20.18f,
+       0.08,
+       100},
+      {"flat top", {10, 10, 10, 10, 110, 110, 110, 10, 10, 10, 10, 10}, 20.1f, 0.08, 100},
+      {"two steps off", {10, 10, 10, 10, 50, 60, 110, 60, 50, 10, 10, 10}, 20.073f, 0.04, 100},
+      {"three steps off", {10, 10, 10, 10, 50, 60, 110, 60, 50, 10, 10, 10}, 20.065f, 0.08, 50},
+      {"a higher one out of reach",
+       {910, 10, 10, 10, 10, 60, 110, 60, 10, 10, 10, 10},
+       20.12f,
+       0.04,
+       100},
+      {"no side", {10, 10, 10, 10, 10, 10, 10, 10, 10, 10, 10, 10}, 20.1f, 0.1, std::sqrt(10)},
+  };
+  for (const auto& row : table) {
+    const auto peaks = StartPeaks({x, row.y, background}, std::vector{row.row});
+    ASSERT_EQ(peaks.size(), 1u) << row.name;
+    EXPECT_NEAR(peaks[0].peak.Fwhm(), row.fwhm, 1e-4) << row.name;
+    EXPECT_NEAR(peaks[0].peak.area * simulate::PseudoVoigt(0, row.fwhm, 0.5), row.height,
+                0.01 * row.height)
+        << row.name;
+  }
+}
+
+// One peak may reach over the next one to a third.
+TEST_F(FitAll, BroadPeaksJoinWhatLiesWithinThem) {
+  const auto peak = [](double position, double fwhm) {
+    ListedPeak one;
+    one.peak = {.area = 1, .position = position, .left = fwhm, .right = fwhm};
+    return one;
+  };
+  const std::vector<ListedPeak> peaks = {peak(30, 1), peak(31, 0.1), peak(32, 0.1), peak(33, 0.1)};
+  const auto groups = GroupPeaks(peaks, {});
+  ASSERT_EQ(groups.size(), 2u);
+  EXPECT_EQ(groups[0].peaks.size(), 3u);
 }
 
 // A doublet, a peak by itself, and nine in a row that are parted in their widest gap.
@@ -332,6 +382,8 @@ TEST_F(FitAll, BadListsAndPatternsEndWithMarks) {
       {"half a peak", {30, 50}, [] { ws.npts(SlotInput) = 2003; }, {0, 0}},
       {"where nothing is", {20, 30, 41, 77}, [] {}, {1, 0, 1, 1}},
       {"on the tail of a peak", {30, 30.4f}, [] {}, {0, 1}},
+      {"behind a peak that is not listed", {30.35f}, [] {}, {1}},
+      {"before it", {29.65f}, [] {}, {1}},
       {"not a number", {30, nan}, [] {}, {0, 1}},
       {"negative counts", {30, 50}, [&] { counts([](float y) { return y - 150; }); }, {0, 0}},
       {"no background",

@@ -41,6 +41,7 @@ TEST_F(PeakTable, TellsWhatIsKnownOfARow) {
       {PeakSearched, 0.2f, {"", "-80.0", "0.1500", "", "", "", "searched"}},
       {PeakPicked, 0.2f, {"", "", "", "", "", "", "picked"}},
       {PeakFitted, 0.2f, {"10.0", "47.6", "0.1500", "0.500", "1 0 -2", "6", "fitted"}},
+      {PeakFitted, 0.3f, {"10.0", "", "0.1500", "0.500", "1 0 -2", "6", "fitted"}},  // one side
       {PeakCalculated, 0.2f, {"10.0", "47.6", "0.1500", "0.500", "1 0 -2", "6", "calculated"}},
       {PeakLoaded, 0.2f, {"10.0", "47.6", "0.1500", "0.500", "1 0 -2", "6", "loaded"}},
       {PeakLoaded, 0, {"", "-80.0", "0.1500", "", "1 0 -2", "6", "loaded"}},
