@@ -15,6 +15,7 @@ void CopyRow(const PeakTables& from, int row, int to) {
   ws.peakorigin(to) = from.peakorigin(row);
   ws.peakfailed(to) = from.peakfailed(row);
   for (int k = 1; k <= 3; ++k) ws.peakesd(k, to) = from.peakesd(k, row);
+  ws.peakindexed(to) = from.peakindexed(row);
 }
 
 }  // namespace
@@ -30,7 +31,8 @@ int AppendPeak(PeakOrigin origin) {
     TellListFull();
     return 0;
   }
-  NotePeak(++ws.npeaks, origin);
+  ws.peakindexed(++ws.npeaks) = 0;
+  NotePeak(ws.npeaks, origin);
   return ws.npeaks;
 }
 
@@ -45,6 +47,7 @@ void NotePeak(int row, PeakOrigin origin, const PeakEsds& esds) {
   ws.peakesd(1, row) = esds.position;
   ws.peakesd(2, row) = esds.area;
   ws.peakesd(3, row) = esds.fwhm;
+  if (origin != PeakFitted) ws.peakindexed(row) = origin > PeakFitted;
 }
 
 // Nothing but a fit writes the width of one side.

@@ -18,7 +18,7 @@ struct PeakEsds {
 int AppendPeak(PeakOrigin origin);
 // The list is the first `rows` rows of `peaks` now, all of one origin.
 void RelistPeaks(int rows, PeakOrigin origin);
-// The fields of a row have been replaced.
+// The fields of a row have been replaced; a fit leaves its indices.
 void NotePeak(int row, PeakOrigin origin, const PeakEsds& esds = {});
 
 // Whether area, widths and shapes of a row have come from a fit, be it by a file.

@@ -139,10 +139,10 @@ void Save(const View& view) {
   if (path.empty() || !AcceptPath(path)) return;
   LineWriter file(path);
   for (const std::string& line : PeakLines(view.rows, ',')) file.Write(line);
-  const bool closed = file.Close();
-  if (!closed)
-    MessageBoxError("File Error", FileMessage("Error writing peak table", path, file.Reason()));
-  WTell(closed ? Peaks(view.rows.size(), "saved") : OnOneLine(WLastComplaint()));
+  if (file.Close()) return WTell(Peaks(view.rows.size(), "saved"));
+  const std::string failure = FileMessage("Error writing peak table", path, file.Reason());
+  MessageBoxError("File Error", failure);
+  WTell(OnOneLine(failure));
 }
 
 // False closes the table.

@@ -25,15 +25,14 @@ struct OriginRow {
   bool counts;   // the intensity is the counts at the top
   bool width;    // FWHM
   bool profile;  // area, FWHM and shape
-  bool indices;
 };
 constexpr OriginRow kOrigins[] = {
-    {"", false, false, false, false},          {"searched", true, true, false, false},
-    {"picked", false, false, false, false},    {"fitted", false, true, true, true},
-    {"calculated", false, true, true, true},   {"loaded", false, true, true, true},
-    {"calculated", false, false, false, true},  // a line of a cell
+    {"", false, false, false},           {"searched", true, true, false},
+    {"picked", false, false, false},     {"fitted", false, true, true},
+    {"calculated", false, true, true},   {"loaded", false, true, true},
+    {"calculated", false, false, false},  // a line of a cell
 };
-constexpr OriginRow kLoadedSearch{"loaded", true, true, false, true};
+constexpr OriginRow kLoadedSearch{"loaded", true, true, false};
 
 const OriginRow& OriginOf(int row) {
   const bool search = ws.peakorigin(row) == PeakLoaded && !HasFittedProfile(row);
@@ -76,7 +75,7 @@ float HeightOf(int row) {
 // Indices, where there are any: a line of a file without them has those of no reflection.
 bool HklOf(int row, Hkl& r) {
   const float code = ws.peaks(phkl, row);
-  if (!OriginOf(row).indices || !(code > 0 && code < 8e6f)) return false;
+  if (!ws.peakindexed(row) || !(code > 0 && code < 8e6f)) return false;
   r = UnpackHkl(nint(code));
   return r.h != 0 || r.k != 0 || r.l != 0;
 }

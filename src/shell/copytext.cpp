@@ -89,7 +89,7 @@ std::string PeaksAsText() {
     for (const float value :
          {tth, Spacing(tth), ws.peaks(pint, j), ws.peaks(pfwhm, j), ws.peaks(pshape, j)})
       cells.push_back(Digits(value));
-    AppendIndices(cells, nint(ws.peaks(phkl, j)));
+    AppendIndices(cells, ws.peakindexed(j) ? nint(ws.peaks(phkl, j)) : 0);
     text += Line(cells);
   }
   return text;

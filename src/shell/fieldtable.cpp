@@ -59,7 +59,7 @@ NamedField Named(const Table<T, N...>& field) {
   F(sampleid) F(infodepartment) F(infocompany) F(infoaddress) F(instrument) F(infoline) \
     F(scandate) F(gdfhead) F(overlayname) \
   F(wavelen) F(scanwave) F(axiswave) F(statedwave) F(peaks) F(npeaks) F(peakorigin) \
-    F(peakfailed) F(peakesd) F(peakchosen) F(manualbg) F(nmanualbg) \
+    F(peakfailed) F(peakesd) F(peakindexed) F(peakchosen) F(manualbg) F(nmanualbg) \
   F(nchild) F(childwin) \
   F(autosubwindow) F(autosubcycles) F(autosubscale) F(autosubdev) F(estimatescale) F(fullstart) F(fullstop) \
   F(manualbgmode) F(bgpath) F(bgscale) F(bgintstart) F(bgintend) F(cryststart) F(crystend) \

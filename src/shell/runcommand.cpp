@@ -76,7 +76,7 @@ void PutBack(const Snapshot& entered, const PatternData& before) {
 void Tell(const Command& command, const Arguments& arguments, Outcome outcome) {
   if (command.item.id == 0) return;
   if (outcome == Outcome::Done) return WTell(WhatIsDone(command, arguments));
-  WTell(outcome == Outcome::Failed ? OnOneLine(WLastComplaint()) : "", false);
+  WTell(outcome == Outcome::Failed ? OnOneLine(WFirstComplaint()) : "", false);
 }
 
 }  // namespace

@@ -104,8 +104,9 @@ void WindowOutStatusBar(int part, const std::string& text);
 // takes away what an earlier one has left in the parts for that; a transcript shows it otherwise.
 // Progress that was not `done` to its end goes, too.
 void WTell(const std::string& text, bool done = true);
-// The text of the last error box since the last command has ended; blank if there was none.
-std::string WLastComplaint();
+// The text of the first error box since the last command has ended, which names file and reason
+// where others tell what came of it; blank if there was none.
+std::string WFirstComplaint();
 // What a part shows.
 std::string WStatusText(int part);
 

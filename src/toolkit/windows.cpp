@@ -13,7 +13,7 @@ constexpr int kOnTheWay = 3, kDone = 4;
 
 std::map<int, std::string> statustexts;
 enum class Spoken { Nothing, Progress, Text } spoken;  // on its way by the command under way
-std::string complaint;                                 // the last one since a command has ended
+std::string complaint;                                 // the first one since a command has ended
 std::string lastdirectory;  // of the file selector; blank: where the program was started
 std::optional<std::vector<std::string>> heldtexts;  // of boxes, while they are held
 
@@ -103,11 +103,11 @@ void WTell(const std::string& text, bool done) {
     frontend::Tell(kOnTheWay, "");
 }
 
-std::string WLastComplaint() { return complaint; }
+std::string WFirstComplaint() { return complaint; }
 void ForgetComplaint() { complaint.clear(); }
 
 void MessageBoxError(const std::string& caption, const std::string& text) {
-  complaint = text;
+  if (complaint.empty()) complaint = text;
   Answer(frontend::BoxKind::Error, caption, text);
 }
 

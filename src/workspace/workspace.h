@@ -214,6 +214,7 @@ struct PeakTables {
   Table<int, MaxPeaks + 1> peakorigin;    // a PeakOrigin
   Table<int, MaxPeaks + 1> peakfailed;    // 1: its last fit has failed and left it as it was
   Table<float, 3, MaxPeaks + 1> peakesd;  // of position, area and FWHM; 0: none
+  Table<int, MaxPeaks + 1> peakindexed;   // 0: its indices are those of an earlier list, if any
   int peakchosen = 0;                     // the row chosen in the peak table; 0: none
 
   bool operator==(const PeakTables&) const = default;

@@ -19,14 +19,15 @@ struct PeakTable : testing::Test {
     simulate::Load({.points = 401, .background = 100});
     ws.yval.row(SlotBackground)[200] = 90;  // at 14 degrees
   }
-  // A row whose right side is a Lorentzian of 0.2 degrees and whose left one a Gaussian of 0.1: of
-  // an area of 10 it has the height 20 l r / (l + r) = 47.6, with l = 9.394 and r = 3.183, the
-  // heights of the two of an area of 1.
+  // A row with indices whose right side is a Lorentzian of 0.2 degrees and whose left one a
+  // Gaussian of 0.1: of an area of 10 it has the height 20 l r / (l + r) = 47.6, with l = 9.394 and
+  // r = 3.183, the heights of the two of an area of 1.
   static void AddRow(float tth, PeakOrigin origin, float side = 0.2f, float sideshape = 1) {
     const float fields[] = {
         tth, 10, 0.15f, 0.5f, side, sideshape, static_cast<float>(PackHkl({1, 0, -2})), 6};
     ++ws.npeaks;
     for (int field = ptth; field <= pmult; ++field) ws.peaks(field, ws.npeaks) = fields[field - 1];
+    NotePeak(ws.npeaks, PeakLoaded);
     NotePeak(ws.npeaks, origin);
   }
 };
@@ -59,6 +60,10 @@ TEST_F(PeakTable, TellsWhatIsKnownOfARow) {
   ws.npeaks = 0;
   AddRow(14, PeakFitted, 0.1f, 0);
   EXPECT_EQ(PeakCells(1)[ColumnHeight - 1], "47.6");
+  // A fit adds no indices to a row that had none of its own.
+  RelistPeaks(1, PeakSearched);
+  NotePeak(1, PeakFitted);
+  EXPECT_EQ(PeakCells(1)[ColumnHkl - 1] + PeakCells(1)[ColumnMultiplicity - 1], "");
 }
 
 TEST_F(PeakTable, GivesErrorsAndNothingForWhatIsNoNumber) {

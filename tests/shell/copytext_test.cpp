@@ -67,6 +67,7 @@ TEST_F(CopyText, PeaksHaveAllDigitsAndTheirIndices) {
     ws.peaks(pint, j) = 1e7f / 3;
     ws.peaks(pfwhm, j) = 0.1f;
     ws.peaks(phkl, j) = rows[j - 1].code;
+    ws.peakindexed(j) = 1;
   }
   const auto table = Table(PeaksAsText());
   ASSERT_EQ(table.size(), 4u);

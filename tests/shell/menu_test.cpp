@@ -100,4 +100,15 @@ TEST_F(Menu, FieldsByName) {
     EXPECT_FALSE(FieldText(wrong)) << wrong;
 }
 
+// Of several boxes the first one names file and reason; those of the command before do not count.
+TEST_F(Menu, TheFirstBoxTellsWhyACommandFailed) {
+  MessageBoxError("Error", "of before");
+  WCommandEnded(true);
+  EXPECT_EQ(WFirstComplaint(), "");
+  MessageBoxError("Error", "Error writing xy file\na.xy: full");
+  MessageBoxError("Error", "Error writing xy file");
+  EXPECT_EQ(WFirstComplaint(), "Error writing xy file\na.xy: full");
+  WCommandEnded(false);
+}
+
 }  // namespace
