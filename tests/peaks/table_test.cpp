@@ -43,6 +43,7 @@ TEST_F(PeakTable, TellsWhatIsKnownOfARow) {
       {PeakPicked, 0.2f, {"", "", "", "", "", "", "picked"}},
       {PeakFitted, 0.2f, {"10.0", "47.6", "0.1500", "0.500", "1 0 -2", "6", "fitted"}},
       {PeakFitted, 0.3f, {"10.0", "", "0.1500", "0.500", "1 0 -2", "6", "fitted"}},  // one side
+      {PeakFitted, 0, {"10.0", "", "0.1500", "0.500", "1 0 -2", "6", "fitted"}},
       {PeakCalculated, 0.2f, {"10.0", "47.6", "0.1500", "0.500", "1 0 -2", "6", "calculated"}},
       {PeakLoaded, 0.2f, {"10.0", "47.6", "0.1500", "0.500", "1 0 -2", "6", "loaded"}},
       {PeakLoaded, 0, {"", "-80.0", "0.1500", "", "1 0 -2", "6", "loaded"}},
