@@ -11,6 +11,7 @@
 namespace {
 
 constexpr float kNotch = 1.25f;       // a notch of the wheel
+constexpr float kScroll = 0.1f;       // share of the view, by a notch across
 constexpr float kMostNotches = 100;   // at once
 constexpr float kLeastSteps = 10;     // of the pattern, in the smallest view
 constexpr float kLeastCounts = 5;     // in height, or
@@ -86,6 +87,10 @@ void ZoomY(DataPoint about, float notches) {
   const Range y =
       ZoomedAbout(ViewY(), ViewY().Limit(about.y), FactorOf(notches), ReachOfY(full->y), least);
   if (notches < 0 || !LogarithmicY() || HeightInCounts(y) >= counts) Show(ViewX(), y);
+}
+
+void ScrollX(float notches) {
+  PanFrom(ViewX(), ViewY(), {-notches * kScroll * (ws.viewxmax - ws.viewxmin), 0});
 }
 
 void PanFrom(const Range& x, const Range& y, DataPoint by) {

@@ -13,5 +13,7 @@ Range Shifted(const Range& range, float by, const Range& ends);
 // Zooms the view about a position by notches of a wheel, in for positive ones.
 void ZoomX(DataPoint about, float notches);
 void ZoomY(DataPoint about, float notches);
+// Moves the view along x by notches of a wheel, to lower x for positive ones.
+void ScrollX(float notches);
 // Sets the view to ranges moved by this much in data units.
 void PanFrom(const Range& x, const Range& y, DataPoint by);

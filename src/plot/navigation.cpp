@@ -31,11 +31,15 @@ void TakeBand(DataPoint from, DataPoint to) {
   ws.plotxmax = ws.bandx2;
 }
 
-// Left of the frame is the y axis.
+// Left of the frame is the y axis. With Shift a turn towards the user goes on to the right.
 void Turn(const Message& wheel) {
   const DataPoint at = ToData(wheel.x, wheel.y);
+  const float notches = static_cast<float>(wheel.value1) / WheelNotch;
   const bool vertical = (wheel.modifiers & ModifierControl) || wheel.x < ws.plotx0;
-  (vertical ? ZoomY : ZoomX)(at, static_cast<float>(wheel.value1) / WheelNotch);
+  if (wheel.modifiers & ModifierShift)
+    ScrollX(notches);
+  else
+    (vertical ? ZoomY : ZoomX)(at, notches);
   RefreshView();
   NoteZoom(true);
 }

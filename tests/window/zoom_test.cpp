@@ -16,11 +16,14 @@ namespace {
 
 constexpr int MenuManualBackground = 40088;
 
-void Turn(QPoint at, int delta, Qt::KeyboardModifiers held = {}) {
+void Turn(QPoint at, QPoint delta, Qt::KeyboardModifiers held = {}) {
   QWidget* canvas = Root()->canvas;
-  QWheelEvent event(at, canvas->mapToGlobal(at), {}, {0, delta}, Qt::NoButton, held,
-                    Qt::NoScrollPhase, false);
+  QWheelEvent event(at, canvas->mapToGlobal(at), {}, delta, Qt::NoButton, held, Qt::NoScrollPhase,
+                    false);
   QApplication::sendEvent(canvas, &event);
+}
+void Turn(QPoint at, int delta, Qt::KeyboardModifiers held = {}) {
+  Turn(at, QPoint(0, delta), held);
 }
 
 void KeyOnPlot(Qt::Key key, Qt::KeyboardModifiers held = {}) {
@@ -73,6 +76,14 @@ TEST(Zoom, ByWheelAndBackByKeys) {
     co_await Until{[] { return ws.viewymin <= 1; }, "the zoom out over the axis"};
     EXPECT_NEAR(Width(), full * 0.64f, 1e-3f);
     co_await Idle();
+    // Two turns across are one, too; the wheel to the right shows what is there.
+    const float left = ws.viewxmin;
+    for (const int delta : {-60, -180}) Turn(at, QPoint(delta, 30));
+    co_await Until{[=] { return ws.viewxmin != left; }, "the move to the right"};
+    EXPECT_NEAR(ws.viewxmin - left, 0.2f * Width(), 1e-3f);
+    EXPECT_NEAR(Width(), full * 0.64f, 1e-3f);
+    co_await Idle();
+    EXPECT_TRUE(LastDeed().ends_with(" -2 shift")) << LastDeed();
     EXPECT_TRUE(Root()->findChild<QAction*>(QString("menu%1").arg(MenuZoomBack))->isEnabled());
     Press("Backspace");
     co_await Until{[=] { return Width() == full; }, "the way back"};

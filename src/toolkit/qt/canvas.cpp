@@ -181,11 +181,15 @@ void Canvas::mouseMoveEvent(QMouseEvent* event) {
   EndDrag(MessageMouseUp);
 }
 
-// Turns that the program has not got to yet are one turn, at the place of the last.
+// Turns that the program has not got to yet are one turn, at the place of the last. One across is
+// what others turn with Shift held.
 void Canvas::wheelEvent(QWheelEvent* event) {
   event->accept();
-  if (drag_ || event->angleDelta().y() == 0) return;
-  Message turn = MouseMessage(MessageWheel, event->angleDelta().y(), *event);
+  const QPoint delta = event->angleDelta();
+  if (drag_ || delta.isNull()) return;
+  const bool across = std::abs(delta.x()) > std::abs(delta.y());
+  Message turn = MouseMessage(MessageWheel, across ? delta.x() : delta.y(), *event);
+  if (across) turn.modifiers = ModifierShift;
   if (wheel_ && wheel_->modifiers != turn.modifiers) PostLate();
   if (wheel_) turn.value1 += wheel_->value1;
   wheel_ = turn;
