@@ -103,6 +103,7 @@ void RejectBeside() {
 namespace frontend {
 
 bool ShowBox(BoxKind kind, const std::string& caption, const std::string& text) {
+  if (kind == BoxKind::Info && Root() && Root()->closing) return true;
   QMessageBox box(FrontWindow());
   box.setObjectName("box");
   box.setWindowTitle(QString::fromStdString(caption));

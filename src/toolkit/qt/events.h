@@ -10,3 +10,5 @@ void PostDropped(const std::string& path);
 void WakeUp();
 // Whether the program waits for a command: nothing runs and no dialog stands.
 bool ReadyForCommands();
+// Whether a command runs and asks nothing.
+bool AtWork();

@@ -104,6 +104,8 @@ void WakeUp() {
 
 bool ReadyForCommands() { return waiting && root && !root->menus.Locked(); }
 
+bool AtWork() { return busy; }
+
 namespace frontend {
 
 void Initialise(int& argc, char** argv) {
@@ -181,11 +183,14 @@ bool Progress(int part, const std::string& text, std::optional<float> done) {
     root->progress->ShowDone(done);
     root->progress->TakeStop();
   }
-  return !root->progress->Stopped();
+  return !root->closing && !root->progress->Stopped();
 }
 
 // The session has gone on after all.
-void CommandEnded(bool) { agreed = false; }
+void CommandEnded(bool) {
+  agreed = false;
+  if (root) root->closing = false;
+}
 
 SaveAnswer AskSave(const std::string& caption, const std::string& text) {
   if (ending || agreed) return SaveAnswer::Discard;

@@ -70,6 +70,7 @@ MainWindow::MainWindow()
   toolbar->setMovable(false);
   toolbar->setContextMenuPolicy(Qt::PreventContextMenu);
   setContextMenuPolicy(Qt::NoContextMenu);
+  setAttribute(Qt::WA_AlwaysShowToolTips);  // also beside a dialog, which has the focus
   menus.Build(menuBar(), toolbar);
   statusBar()->setContentsMargins(6, 0, 0, 0);
   statusBar()->addWidget(status, 1);
@@ -91,6 +92,7 @@ void MainWindow::Place(QRect wanted) {
 void MainWindow::closeEvent(QCloseEvent* event) {
   event->ignore();  // the program closes it
   canvas->EndDrag(MessageClose);
+  closing = AtWork();
   Post({.type = MessageClose, .window = RootWindow});
 }
 

@@ -19,6 +19,8 @@ class MainWindow : public QMainWindow {
   StatusParts* status;
   const std::vector<StatusPart*>& parts = status->parts;
   ProgressBar* progress;
+  // Closed while a command is at work: it is to stop, and has nobody to tell its result.
+  bool closing = false;
 
  protected:
   void closeEvent(QCloseEvent* event) override;
