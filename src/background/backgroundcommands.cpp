@@ -17,7 +17,8 @@ enum SpecialButtons { ButtonSubtract = 1091, ButtonFit = 1110 };
 
 constexpr const char* kScaling = "Scaling";
 constexpr Control kAutosubtractControls[] = {
-    Spin(1081, "Smoothing window", &ws.autosubwindow, 3, 501, "points"),
+    Tip(Spin(1081, "Smoothing window", &ws.autosubwindow, 3, 501, "points"),
+        "Wider than any peak, narrower than the humps of the background"),
     Spin(1082, "Smoothing cycles", &ws.autosubcycles, 1, 50),
     Choice(1085, "Minimum", kScaling, &ws.autosubscale),
     Choice(1086, "Scaled with maximum deviation", kScaling),

@@ -23,9 +23,11 @@ std::optional<std::vector<float>> LinesFor(const IndexingEngine& engine) {
   constexpr const char* kCannotOpen = "Error opening peak file";
   LineReader file(ws.peakfilename);
   if (!file.IsOpen()) {
-    MessageBoxError("File Error", ws.peakfilename.empty()
-                                      ? std::string(kCannotOpen) + "\nNo file is named"
-                                      : FileMessage(kCannotOpen, ws.peakfilename, file.Reason()));
+    MessageBoxError("File Error",
+                    ws.peakfilename.empty()
+                        ? std::string(kCannotOpen) +
+                              "\nNo file is named: save the peaks first, Peak search > Save peaks"
+                        : FileMessage(kCannotOpen, ws.peakfilename, file.Reason()));
     return {};
   }
   std::vector<float> lines = ReadPeakLines(file, engine.leasttth);

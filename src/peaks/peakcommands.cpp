@@ -14,10 +14,15 @@ using namespace controls;
 enum SpecialButtons { ButtonFit = 1132, ButtonSearch = 1145 };
 
 constexpr Control kSearchControls[] = {
-    Spin(1141, "Smoothing factor", &ws.pksmooth, 3, MostPoints, "points"),
-    Number(1142, "Min FWHM", &ws.pkminfwhm, "(f7.3)", "deg."),
-    Number(1143, "Max FWHM", &ws.pkmaxfwhm, "(f7.3)", "deg."),
-    Number(1144, "Sigma factor", &ws.pksigma, "(f6.3)"),
+    Tip(Spin(1141, "Smoothing factor", &ws.pksmooth, 3, MostPoints, "points"),
+        "About the points across the narrowest peak; more passes over noise, fewer part "
+        "neighbours"),
+    Tip(Number(1142, "Min FWHM", &ws.pkminfwhm, "(f7.3)", "deg."),
+        "What is narrower is taken for noise"),
+    Tip(Number(1143, "Max FWHM", &ws.pkmaxfwhm, "(f7.3)", "deg."),
+        "What is broader is taken for background"),
+    Tip(Number(1144, "Sigma factor", &ws.pksigma, "(f6.3)"),
+        "Least height, in standard deviations of the background; 5 to 10 where noise is found"),
     Ok,
     Cancel,
     Press(ButtonSearch, "Search"),
@@ -108,7 +113,7 @@ constexpr Command kCommands[] = {
      .run = Plain<OnPeakSearch>,
      .redraw = Redraw::Full,
      .undo = true},
-    {.item = {40111, "Search options", kPopup},
+    {.item = {MenuSearchOptions, "Search options", kPopup},
      .title = "Peak search options",
      .dialog = &kSearch,
      .run = AfterSearchOptions,

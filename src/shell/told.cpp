@@ -29,16 +29,27 @@ std::string PatternSaved(const Arguments& arguments) {
 }
 
 std::string PeaksFound(const Arguments&) {
-  return Counted(std::min(ws.npeaks, MaxPeaks), "peak") + " found";
+  const int count = std::min(ws.npeaks, MaxPeaks);
+  return Counted(count, "peak") + " found" + (count > 0 ? "; Fit all peaks refines them" : "");
 }
+
+std::string SavedPeaks(const Arguments& arguments) { return SavedTo(arguments) + ", for Index"; }
+
+std::string PeaksFitted(const Arguments&) { return "Save peaks keeps them for Index"; }
 
 std::string PeaksInList(const Arguments&) {
   return Counted(std::min(ws.npeaks, MaxPeaks), "peak") + " in the list";
 }
 
+// OK of the options only stores them.
+std::string SearchOptions(const Arguments& arguments) {
+  return arguments.button == ButtonOk ? "Peak search options kept" : PeaksFound(arguments);
+}
+
 std::string Estimated(const Arguments&) {
   return "Autosubtract: scale " + Short(ws.estimatescale, 3) + ", " +
-         Counted(ws.autosubcycles, "cycle");
+         Counted(ws.autosubcycles, "cycle") +
+         (ws.viewmode == 1 && ws.plotmask & PlotNet ? "" : ", not subtracted");
 }
 
 std::string PointsLeft(const Arguments&) {
@@ -64,7 +75,7 @@ constexpr struct {
     {MenuPopupClosePattern, MenuPopupClosePattern, OverlaysOpen},
     {MenuSavePattern, MenuSavePattern, PatternSaved},
     {MenuSaveBackground, MenuSaveBackground, SavedTo},
-    {MenuSavePeaks, MenuSavePeaks, SavedTo},
+    {MenuSavePeaks, MenuSavePeaks, SavedPeaks},
     {MenuSaveFitted, MenuSaveFitted, SavedTo},
     {MenuSaveHistory, MenuSaveHistory, SavedTo},
     {MenuSavePng, MenuSavePdf, SavedTo},
@@ -72,14 +83,16 @@ constexpr struct {
     {MenuRedo, MenuRedo, Redone},
     {MenuCopyPicture, MenuCopyPoints, Nothing},
     {MenuPeakSearch, MenuPeakSearch, PeaksFound},
+    {MenuSearchOptions, MenuSearchOptions, SearchOptions},
     {MenuLoadPeaks, MenuLoadPeaks, PeaksInList},
+    {MenuPeakTable, MenuPeakTable, PeaksInList},
     {MenuManualPeaks, MenuManualPeaks, PeaksInList},
     {MenuPeakTable, MenuPeakTable, PeaksInList},
     {MenuAutosubtract, MenuAutosubtract, Estimated},
     {MenuTruncate, MenuConvert, PointsLeft},
     {MenuFitPattern, MenuFitPattern, Nothing},
     {MenuFitPatterns, MenuFitPatterns, Nothing},
-    {MenuFitAllPeaks, MenuFitAllPeaks, Nothing},
+    {MenuFitAllPeaks, MenuFitAllPeaks, PeaksFitted},
     {MenuAddSum, MenuAddSum, Nothing},
 };
 

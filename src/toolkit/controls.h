@@ -65,6 +65,12 @@ constexpr Control Fresh(Control control, const char* initial = "") {
   return control;
 }
 
+// A control with a word of advice.
+constexpr Control Tip(Control control, const char* tip) {
+  control.tip = tip;
+  return control;
+}
+
 // A control in the row of the one before.
 constexpr Control Beside(Control control) {
   control.beside = true;

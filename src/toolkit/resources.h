@@ -64,6 +64,7 @@ struct Control {
   int indent = 0;        // places left free in front of it, at the start of a row
   bool heads = false;    // of a Grid: its heads can be picked too, as cells of row 0
   const char* key = "";  // of a Button: presses it too, "Ctrl+C"
+  const char* tip = "";  // what an entry means, shown while it has the focus or the mouse
 };
 
 // Buttons that end a modal dialog by themselves; any other Button does so too.

@@ -67,6 +67,7 @@ enum MenuId {
   MenuLoadPeaks = 40103,
   MenuPeakSearch = 40105,
   MenuManualPeaks,
+  MenuSearchOptions = 40111,
   MenuPopupIndex = 40118,
   MenuTreor = 40119,
   MenuPopupXAxis = 40125,

@@ -94,6 +94,26 @@ TEST(Dialogs, WrongNumbersStayOpenAndMarked) {
   });
 }
 
+// The advice is that of the entry with the focus, and gives way to a complaint.
+TEST(Dialogs, EntriesTellWhatTheyMean) {
+  RunOn("tips.xy", []() -> Script {
+    Pick(MenuSearchOptions);
+    co_await Shown("dialog132");
+    EXPECT_TRUE(Complaint().contains("narrowest peak")) << Complaint().toStdString();
+    EXPECT_EQ(Find("field1141")->toolTip(), Complaint());
+    Press("1");
+    EXPECT_TRUE(Complaint().contains("Allowed: ")) << Complaint().toStdString();
+    Type("5");
+    Press("Tab");
+    EXPECT_EQ(Complaint(), Find("field1142")->toolTip());
+    EXPECT_TRUE(Complaint().contains("noise"));
+    Find("button1")->setFocus();
+    EXPECT_EQ(Complaint(), "");
+    Press("Escape");
+    co_await Idle();
+  });
+}
+
 TEST(Dialogs, CellsOfAGridArePickedByMouseAndKeys) {
   constexpr int grid = 9001;
   static constexpr Control controls[] = {{grid, ControlKind::Grid, "a|b"},

@@ -1,6 +1,7 @@
 // Solutions of an indexing run, chosen with keys and mouse.
 #include <gtest/gtest.h>
 
+#include <QPushButton>
 #include <QScreen>
 #include <QTableWidget>
 #include <fstream>
@@ -75,6 +76,18 @@ TEST(Indexing, InputIsEnteredBesideThePlot) {
     co_await Shown("selector");
     Press("Escape");
     co_await Until{[] { return !QApplication::activeModalWidget(); }, "the dialog"};
+    // Return presses the button that has the focus, and the default one from a field.
+    Find("dialog129")->activateWindow();
+    co_await Shown("dialog129");
+    Find("button1702")->setFocus();
+    Press("Return");
+    co_await Shown("selector");
+    Press("Escape");
+    co_await Until{[] { return !QApplication::activeModalWidget(); }, "the dialog"};
+    Find("dialog129")->activateWindow();
+    co_await Shown("dialog129");
+    Find("field1701")->setFocus();
+    EXPECT_TRUE(FindA<QPushButton>("button1")->isDefault());
     QTest::mouseClick(Find("button2"), Qt::LeftButton);
     co_await Idle();
     EXPECT_EQ(ws.itomaxlines, 30);

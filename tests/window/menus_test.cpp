@@ -127,7 +127,19 @@ TEST(Menus, WhatIsDisabledTellsWhatItNeeds) {
     EXPECT_EQ(tip(MenuPopupModify), "Needs a pattern: open one first");
     EXPECT_EQ(Action(MenuAddSum)->toolTip(), "Needs a summary file: File > Open sum file");
     EXPECT_EQ(Action(MenuOpenAny)->toolTip(), "Any format");
-    co_return;
+    // A button waits for the popup of its item.
+    const auto* search = Root()->findChild<QAction*>(QString("tool%1").arg(MenuPeakSearch));
+    EXPECT_FALSE(search->isEnabled());
+    EXPECT_TRUE(search->toolTip().endsWith("\nNeeds a pattern: open one first"));
+    PostDropped(MakePattern("tip.xy"));
+    co_await Until{[] { return ws.patternloaded == 1; }, "the pattern"};
+    co_await Idle();
+    EXPECT_TRUE(search->isEnabled());
+    Pick(MenuManualPeaks);
+    co_await Shown("dialog130");
+    EXPECT_EQ(tip(MenuPopupModify), "Close the dialog beside the plot first");
+    Press("Escape");
+    co_await Idle();
   });
 }
 
@@ -138,7 +150,21 @@ TEST(Menus, CommandsTellWhatTheyHaveDone) {
     EXPECT_EQ(told(), "told.xy: 1000 points");
     Pick(MenuPeakSearch);
     co_await Idle();
-    EXPECT_EQ(told(), QString("%1 peaks found").arg(ws.npeaks).replace("1 peaks", "1 peak"));
+    EXPECT_EQ(told(), "0 peaks found");
+    for (const bool search : {false, true}) {
+      Pick(MenuSearchOptions);
+      co_await Shown("dialog132");
+      Press(search ? "Alt+S" : "Return");
+      co_await Idle();
+      EXPECT_EQ(told().contains("found"), search) << told().toStdString();
+    }
+    for (const bool subtract : {false, true}) {
+      Pick(MenuAutosubtract);
+      co_await Shown("box");
+      Press(subtract ? "Return" : "Escape");
+      co_await Idle();
+      EXPECT_EQ(told().endsWith(", not subtracted"), !subtract) << told().toStdString();
+    }
     PostDropped(Place() + "/none.xy");
     co_await Shown("box");
     Press("Return");

@@ -164,7 +164,6 @@ void DialogView::MakeRow(int index) {
     connect(button, &QAbstractButton::toggled, this, [this, index](bool on) { Chosen(index, on); });
   } else if (control.kind == Button) {
     auto* button = new QPushButton(label);
-    button->setAutoDefault(false);
     row.field = button;
     connect(button, &QPushButton::clicked, this, [this, id = control.id] { Press(id); });
     if (*control.key) AddKey(button, control.key);
@@ -200,11 +199,13 @@ void DialogView::MakeRow(int index) {
             [this, index](const QString& text) { Entered(index, text); });
   row.field->setObjectName(
       QString(control.kind == Button ? "button%1" : "field%1").arg(control.id));
+  row.field->installEventFilter(this);
   row.field->setAccessibleName(QString::fromUtf8(control.label));
   const bool tells = *control.unit || !state_.fields[index].text.empty();
   if (*control.label && (IsEntry(control) || (control.kind == Text && tells))) {
     row.label = new QLabel(labels_[index]);
     if (row.line) row.label->setBuddy(row.field);
+    row.label->setToolTip(QString::fromUtf8(control.tip));
   }
   // Before the sections are measured.
   if (control.kind == Grid) GridAt(index)->ShowCells(state_.fields[index].grid);
@@ -299,7 +300,7 @@ QWidget* DialogView::ArrangeSections() {
 }
 
 QWidget* DialogView::MakeButtons() {
-  auto* bar = new QWidget;
+  auto* bar = new QWidget(this);  // a default button is asked for its dialog
   auto* row = new QHBoxLayout(bar);
   row->setContentsMargins(0, 0, 0, 0);
   row->addStretch(1);

@@ -38,8 +38,7 @@ void DialogView::Update(int index) {
   if (row.line) {
     if (row.line->text() != text) row.line->setText(text);
     if (!field.touched) complaints_[index].clear();
-    MarkWrong(row.field, row.line, complaints_[index]);
-    ShowComplaint();
+    ShowComplaint(index);
   } else if (auto* button = qobject_cast<QAbstractButton*>(row.field)) {
     if (button->isCheckable() && button->isChecked() != (field.text == "on"))
       button->setChecked(field.text == "on");
@@ -58,8 +57,7 @@ void DialogView::Update(int index) {
 
 void DialogView::Entered(int index, const QString& text) {
   complaints_[index] = QString::fromStdString(DialogEnter(state_, index, text.toStdString()));
-  MarkWrong(rows_[index].field, rows_[index].line, complaints_[index]);
-  ShowComplaint();
+  ShowComplaint(index);
   unreported_ = index;
 }
 
@@ -80,13 +78,29 @@ void DialogView::Finished(int index) {
     changed_(ControlAt(index).id);
 }
 
-void DialogView::ShowComplaint() {
+void DialogView::ShowComplaint(int index) {
+  const Row& row = rows_[index];
+  const QString& complaint = complaints_[index];
+  MarkWrong(row.field, row.line, complaint);
+  row.field->setToolTip(complaint.isEmpty() ? QString::fromUtf8(ControlAt(index).tip) : complaint);
+  ShowMessage();
+}
+
+bool DialogView::eventFilter(QObject* field, QEvent* event) {
+  if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) ShowMessage();
+  return QDialog::eventFilter(field, event);
+}
+
+// What is wrong, or else what the entry with the focus means.
+void DialogView::ShowMessage() {
   if (!message_) return;
-  QString text;
-  for (int i = 0; i < Count() && text.isEmpty(); ++i)
+  QString text, tip;
+  for (int i = 0; i < Count() && text.isEmpty(); ++i) {
     if (!complaints_[i].isEmpty())
       text = QString::fromUtf8(ControlAt(i).label) + ": " + complaints_[i];
-  message_->setText(text);
+    if (rows_[i].line && rows_[i].field->hasFocus()) tip = QString::fromUtf8(ControlAt(i).tip);
+  }
+  message_->setText(text.isEmpty() ? tip : text);
 }
 
 void DialogView::Press(int id) {

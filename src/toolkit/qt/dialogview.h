@@ -22,6 +22,7 @@ class DialogView : public QDialog {
  protected:
   void showEvent(QShowEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
+  bool eventFilter(QObject* field, QEvent* event) override;
 
  private:
   // The widgets of one control; those that it does not need are null.
@@ -55,7 +56,8 @@ class DialogView : public QDialog {
   void Chosen(int index, bool on);
   void Finished(int index);
   void Press(int id);
-  void ShowComplaint();
+  void ShowComplaint(int index);
+  void ShowMessage();
 
   DialogState& state_;
   std::function<void(int)> changed_;

@@ -74,7 +74,6 @@ QSize LineField::sizeHint() const {
 }
 
 void MarkWrong(QWidget* field, QLineEdit* line, const QString& complaint) {
-  field->setToolTip(complaint);
   line->setProperty("wrong", !complaint.isEmpty());
   // Red mixed into the field's own colour leaves its text readable, on light desktops and dark.
   QPalette palette;
