@@ -15,14 +15,13 @@ enum SpecialButtons { ButtonFit = 1132, ButtonSearch = 1145 };
 
 constexpr Control kSearchControls[] = {
     Tip(Spin(1141, "Smoothing factor", &ws.pksmooth, 3, MostPoints, "points"),
-        "About the points across the narrowest peak; more passes over noise, fewer part "
-        "neighbours"),
+        "About the points across a narrow peak; more pass over noise"),
     Tip(Number(1142, "Min FWHM", &ws.pkminfwhm, "(f7.3)", "deg."),
         "What is narrower is taken for noise"),
     Tip(Number(1143, "Max FWHM", &ws.pkmaxfwhm, "(f7.3)", "deg."),
         "What is broader is taken for background"),
     Tip(Number(1144, "Sigma factor", &ws.pksigma, "(f6.3)"),
-        "Least height, in standard deviations of the background; 5 to 10 where noise is found"),
+        "Least height in sigmas of the background; 5 to 10 pass over noise"),
     Ok,
     Cancel,
     Press(ButtonSearch, "Search"),

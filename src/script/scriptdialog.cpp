@@ -77,7 +77,7 @@ constexpr Control kControls[] = {
     Beside(Fine(1264, "New", &ws.newwavelength, kAngstrom)),
     Below(Fine(FieldConvertStart, "Start", &ws.convstart, kDeg)),
     Beside(Fine(FieldConvertStop, "Stop", &ws.convstop, kDeg)),
-    Beside(Fine(FieldConvertStep, "Step", &ws.convstep, kDeg)),
+    Below(Fine(FieldConvertStep, "Step", &ws.convstep, kDeg)),
     Box(1017, "Background subtraction:", &ws.scriptusebkgr),
     Beside(Spin(1268, "Smoothing factor", &ws.autosubwindow, 1, MostPoints)),
     Box(1018, "Skip lines:", &ws.scriptuseskip),

@@ -30,12 +30,10 @@ std::string PatternSaved(const Arguments& arguments) {
 
 std::string PeaksFound(const Arguments&) {
   const int count = std::min(ws.npeaks, MaxPeaks);
-  return Counted(count, "peak") + " found" + (count > 0 ? "; Fit all peaks refines them" : "");
+  return Counted(count, "peak") + " found" + (count > 0 ? "; next: Fit all peaks" : "");
 }
 
 std::string SavedPeaks(const Arguments& arguments) { return SavedTo(arguments) + ", for Index"; }
-
-std::string PeaksFitted(const Arguments&) { return "Save peaks keeps them for Index"; }
 
 std::string PeaksInList(const Arguments&) {
   return Counted(std::min(ws.npeaks, MaxPeaks), "peak") + " in the list";
@@ -92,7 +90,7 @@ constexpr struct {
     {MenuTruncate, MenuConvert, PointsLeft},
     {MenuFitPattern, MenuFitPattern, Nothing},
     {MenuFitPatterns, MenuFitPatterns, Nothing},
-    {MenuFitAllPeaks, MenuFitAllPeaks, PeaksFitted},
+    {MenuFitAllPeaks, MenuFitAllPeaks, Nothing},
     {MenuAddSum, MenuAddSum, Nothing},
 };
 

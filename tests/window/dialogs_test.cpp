@@ -99,7 +99,7 @@ TEST(Dialogs, EntriesTellWhatTheyMean) {
   RunOn("tips.xy", []() -> Script {
     Pick(MenuSearchOptions);
     co_await Shown("dialog132");
-    EXPECT_TRUE(Complaint().contains("narrowest peak")) << Complaint().toStdString();
+    EXPECT_TRUE(Complaint().contains("narrow peak")) << Complaint().toStdString();
     EXPECT_EQ(Find("field1141")->toolTip(), Complaint());
     Press("1");
     EXPECT_TRUE(Complaint().contains("Allowed: ")) << Complaint().toStdString();
