@@ -138,8 +138,10 @@ TEST(Menus, WhatIsDisabledTellsWhatItNeeds) {
     Pick(MenuManualPeaks);
     co_await Shown("dialog130");
     EXPECT_EQ(tip(MenuPopupModify), "Close the dialog beside the plot first");
+    EXPECT_TRUE(search->toolTip().endsWith("\nClose the dialog beside the plot first"));
     Press("Escape");
     co_await Idle();
+    EXPECT_FALSE(search->toolTip().contains("first"));
   });
 }
 

@@ -13,6 +13,7 @@
 
 namespace {
 
+constexpr const char* kLocked = "Close the dialog beside the plot first";
 constexpr int kLongestText = 60;  // letters of average width; longer texts are paths
 
 const MenuItem* Find(int id) {
@@ -129,8 +130,9 @@ bool Menus::eventFilter(QObject* object, QEvent* event) {
   if (event->type() != QEvent::ToolTip) return QObject::eventFilter(object, event);
   const auto* help = static_cast<QHelpEvent*>(event);
   const QAction* action = bar_->actionAt(help->pos());
-  const bool waits = action && !action->isEnabled();
-  QToolTip::showText(help->globalPos(), waits ? action->toolTip() : QString(), bar_);
+  QString tip = action && !action->isEnabled() ? action->toolTip() : QString();
+  if (locked_) tip = kLocked;
+  QToolTip::showText(help->globalPos(), tip, bar_);
   return true;
 }
 
@@ -144,7 +146,8 @@ void Menus::UpdateTool(int id) {
   const QList<QKeySequence> keys = ShortcutsOf(item->row);
   if (!keys.isEmpty()) text += " (" + keys.front().toString(QKeySequence::NativeText) + ")";
   const MenuItem* barrier = Barrier(*item);
-  if (barrier && !barrier->hint.empty()) text += "\n" + QString::fromStdString(barrier->hint);
+  const std::string hint = locked_ ? kLocked : barrier ? barrier->hint : "";
+  if (!hint.empty()) text += "\n" + QString::fromStdString(hint);
   found->second->setToolTip(text);
   found->second->setEnabled(!barrier);
 }
@@ -178,10 +181,7 @@ void Menus::Update(int id) {
   if (!item || found == actions_.end()) return;
   QAction* action = found->second;
   if (action->data().toString() != QString::fromStdString(item->text)) Label(item->row.parent);
-  if (item->row.popup)
-    UpdateTools();
-  else
-    UpdateTool(id);
+  item->row.popup ? UpdateTools() : UpdateTool(id);
   action->setToolTip(ToolTipOf(*item));
   action->setEnabled(item->enabled);
   if (item->checked) action->setCheckable(true);
@@ -190,6 +190,7 @@ void Menus::Update(int id) {
 
 void Menus::SetLocked(bool locked) {
   locked_ = locked;
+  UpdateTools();
   bar_->setEnabled(!locked);
   toolbar_->setEnabled(!locked);
 }
