@@ -32,6 +32,7 @@ TEST(Scripts, TheDialogFitsASmallScreenAndEnablesWhatIsTicked) {
     const QWidget* dialog = Find("dialog137");
     EXPECT_TRUE(dialog->screen()->availableGeometry().contains(dialog->frameGeometry()));
     EXPECT_EQ(dialog->findChildren<QScrollArea*>().size(), 0);
+    EXPECT_LT(dialog->width(), 760) << "for a screen of 800 pixels";
     // A button to browse beside each of the three names, and fields in columns.
     for (int k = 0; k < 3; ++k) {
       const QRect name = OnScreen(Find(QString("field%1").arg(1252 + k)));
