@@ -1,25 +1,15 @@
 // Lattices of ITO: combination of zones, third cross constant, standard form, refinement.
 #include <gtest/gtest.h>
 
-#include <random>
-
 #include "index/ito/latticefit.h"
 #include "index/ito/latticestage.h"
-#include "index/itoproblems.h"
+#include "index/simulate.h"
 
 namespace {
 
 const Lattice kOrthogonal{.a = 83, .b = 117, .c = 151};
 const Lattice kTriclinic{.a = 83, .b = 117, .c = 151, .d = 21, .e = 33, .f = 44};
 constexpr float kNan = std::numeric_limits<float>::quiet_NaN();
-
-using Constants = std::array<float, 6>;
-Constants ConstantsOf(const Lattice& x) { return {x.a, x.b, x.c, x.d, x.e, x.f}; }
-
-double Determinant(const Lattice& x) {
-  return x.a * x.b * x.c +
-         (x.d * x.e * x.f - x.a * x.d * x.d - x.b * x.e * x.e - x.c * x.f * x.f) / 4.0;
-}
 
 TEST(ItoLattices, ZonesMeetInTheLengthThatTheyShare) {
   // The lengths of a zone are a, b, a + b + f, a + b - f.
@@ -36,10 +26,9 @@ TEST(ItoLattices, ZonesMeetInTheLengthThatTheyShare) {
       const Lattice& x = found[0];
       EXPECT_NEAR(x.a, length + 0.4, 1e-3);
       EXPECT_EQ(x.d, 0);
-      const Lattice nets[] = {{.a = first.a, .b = first.b, .f = first.f},
-                              {.a = second.a, .b = second.b, .f = second.f}};
-      EXPECT_TRUE(Indexes({.a = length, .b = x.b, .f = x.f}, AllQ(nets[0], 3, 0), 0.01, 9, 0));
-      EXPECT_TRUE(Indexes({.a = shared, .b = x.c, .f = x.e}, AllQ(nets[1], 3, 0), 0.01, 9, 0));
+      const auto lines = [](const Zone& z) { return Values({z.a, z.b, 0, 0, 0, z.f}, 3, 0, 0.3); };
+      EXPECT_TRUE(Indexes({.a = length, .b = x.b, .f = x.f}, lines(first), 0.01, 9, 0));
+      EXPECT_TRUE(Indexes({.a = shared, .b = x.c, .f = x.e}, lines(second), 0.01, 9, 0));
     }
   }
   EXPECT_TRUE(CombineZones(first, {.a = 411, .b = 533, .f = 17}, false).empty());
@@ -64,7 +53,7 @@ TEST(ItoLattices, TheThirdCrossConstantIsFound) {
                                       }))
           << d << ' ' << e << ' ' << f;
       for (const Lattice& each : found) {
-        EXPECT_GT(Determinant(each), 0);
+        EXPECT_GT(Determinant(FormOf(each)), 0);
         EXPECT_LE(each.lines, found[0].lines);
         EXPECT_GT(each.lines, std::max(problem.lines.size() / 10 + 4.0, found[0].lines - 5.0));
       }
@@ -84,56 +73,31 @@ TEST(ItoLattices, AThirdRectangleCountsTwice) {
       for (int l = 1; l <= 2; ++l)
         for (const ItoLine& line : problem.lines)
           // Three bins, of which the first begins half a bin below 0.
-          count += std::abs(line.q - QOf(kOrthogonal, h, k, l)) / (k * l) < 2.5 * 4.5 / 6;
+          count += std::abs(line.q - At(FormOf(kOrthogonal), h, k, l)) / (k * l) < 2.5 * 4.5 / 6;
   const auto found = Threed(kOrthogonal, problem);
   ASSERT_FALSE(found.empty());
   EXPECT_EQ(found[0].d, 0);
   EXPECT_EQ(found[0].lines, 2 * count);
 }
 
-using Axes = std::array<Hkl, 3>;
-
-Lattice Rebased(const Lattice& x, const Axes& axes) {
-  const auto q = [&](int i, int j) {
-    const Hkl &u = axes[i], v = i == j ? Hkl{} : axes[j];
-    return static_cast<float>(QOf(x, u.h + v.h, u.k + v.k, u.l + v.l));
-  };
-  const float a = q(0, 0), b = q(1, 1), c = q(2, 2);
-  return {a, b, c, q(1, 2) - b - c, q(2, 0) - c - a, q(0, 1) - a - b};
-}
-
-// Other axes of the same lattice: to one of them others are added.
-Lattice Disguised(const Lattice& x, std::mt19937& random) {
-  Axes axes{Hkl{1, 0, 0}, {0, 1, 0}, {0, 0, 1}};
-  for (int step = 0; step < 4; ++step) {
-    const std::size_t i = random() % 3, j = (i + 1 + random() % 2) % 3;
-    const int sign = random() % 2 ? 1 : -1;
-    axes[i].h += sign * axes[j].h, axes[i].k += sign * axes[j].k, axes[i].l += sign * axes[j].l;
-  }
-  return Rebased(x, axes);
-}
-
+// The standard form: axes by their length, the same lattice, and the same whatever the axes were.
 TEST(ItoLattices, TheStandardFormIsTheSameLattice) {
   std::mt19937 random(11);
-  std::uniform_real_distribution<float> edge(80, 200), cross(5, 60);
+  std::uniform_real_distribution<double> edge(80, 200), cross(5, 60);
   ItoProblem problem = ProblemAt({85}, 1);
   problem.eqtol = 1e-3f;  // no net is rhombic by chance
   for (int n = 0; n < 200; ++n) {
-    Lattice given{edge(random), edge(random), edge(random), cross(random), cross(random)};
-    given.f = cross(random) * (n % 2 ? -1.0f : 1.0f);
-    Lattice x = Disguised(given, random), twin = given;
+    Quadratic given{edge(random), edge(random), edge(random), cross(random), cross(random)};
+    given[5] = cross(random) * (n % 2 ? -1 : 1);
+    Lattice x = LatticeOf(OtherAxes(given, random)), twin = LatticeOf(given);
     ASSERT_TRUE(Norm3(x, problem, nullptr) && Norm3(twin, problem, nullptr)) << n;
     EXPECT_TRUE(x.a <= x.b && x.b <= x.c) << n;
-    EXPECT_TRUE(Indexes(x, AllQ(given, 2, 2), 0.1)) << n;
-    EXPECT_NEAR(Determinant(given) / Determinant(x), 1, 1e-3) << n;
+    EXPECT_TRUE(Indexes(x, Values(given, 2, 2, 0.3), 0.1)) << n;
+    EXPECT_NEAR(Determinant(given) / Determinant(FormOf(x)), 1, 1e-3) << n;
     EXPECT_NEAR(std::abs(x.a - twin.a) + std::abs(x.b - twin.b) + std::abs(x.c - twin.c), 0, 0.03);
   }
-}
-
-TEST(ItoLattices, CentredLatticesComeToOrthogonalAxes) {
-  std::mt19937 random(12);
-  const ItoProblem problem = ProblemAt({85}, 1);
-  const Lattice p{.a = 31, .b = 47, .c = 71};
+  problem.eqtol = 0.5f;
+  const Quadratic p{31, 47, 71};
   // Of the points that each centering leaves: three that make all of them.
   const Axes bases[] = {{{{1, 0, 0}, {0, 1, 1}, {0, -1, 1}}},
                         {{{0, 1, 0}, {1, 0, 1}, {-1, 0, 1}}},
@@ -141,9 +105,9 @@ TEST(ItoLattices, CentredLatticesComeToOrthogonalAxes) {
                         {{{0, 1, 1}, {1, 0, 1}, {1, 1, 0}}},
                         {{{-1, 1, 1}, {1, -1, 1}, {1, 1, -1}}}};
   for (int n = 0; n < 100; ++n) {
-    Lattice x = Disguised(Rebased(p, bases[n % 5]), random);
+    Lattice x = LatticeOf(OtherAxes(Rebased(p, bases[n % 5]), random));
     ASSERT_TRUE(Norm3(x, problem, nullptr)) << n;
-    EXPECT_LT(Difference(x, p), 0.15) << n;
+    EXPECT_LT(Difference(x, LatticeOf(p)), 0.15) << n;
   }
 }
 
@@ -174,7 +138,7 @@ TEST(ItoLattices, WhatIsNoLatticeIsDiscarded) {
   }
   Lattice least{100, 150, 20};
   EXPECT_TRUE(Norm3(least, problem, nullptr));
-  EXPECT_EQ(ConstantsOf(least), (Constants{20, 100, 150}));
+  EXPECT_EQ(FormOf(least), (Quadratic{20, 100, 150}));
 }
 
 // One of all indices that have the same q by the symmetry of the constants.
@@ -192,7 +156,7 @@ void ExpectCycle(const Lattice& start, const ItoProblem& problem, double width, 
   const std::size_t nlines = which == FitLines::All ? problem.lines.size() : 20;
   Lattice x = start;
   const LatticeFit fit = Refpar(x, problem, 1, which, nullptr);
-  const Constants before = ConstantsOf(start), after = ConstantsOf(x);
+  const Quadratic before = FormOf(start), after = FormOf(x);
   std::vector<std::size_t> refined;
   for (std::size_t i = 0; i < 6; ++i)
     if (before[i] != 0) refined.push_back(i);
@@ -206,11 +170,12 @@ void ExpectCycle(const Lattice& start, const ItoProblem& problem, double width, 
   for (int h = -9; h <= 9; ++h)
     for (int k = -9; k <= 9; ++k)
       for (int l = -9; l <= 9; ++l)
-        if (const double q = QOf(start, h, k, l); q > 1 && q < problem.lines[nlines - 1].high + 1)
+        if (const double q = At(FormOf(start), h, k, l);
+            q > 1 && q < problem.lines[nlines - 1].high + 1)
           if (IsFirstOfMates({h, k, l}, start) &&
               TypeAllows(static_cast<int>(start.type), {h, k, l}))
             calculated.push_back({h, k, l});
-  const auto q = [&](const Hkl& r) { return QOf(start, r.h, r.k, r.l); };
+  const auto q = [&](const Hkl& r) { return At(before, r.h, r.k, r.l); };
 
   LeastSquares squares(refined.size());
   double misses = 0, sum = 0, weights = 0;
@@ -242,7 +207,8 @@ void ExpectCycle(const Lattice& start, const ItoProblem& problem, double width, 
   EXPECT_EQ(x.lines, lines);
   EXPECT_EQ(x.type, start.type);
   EXPECT_NEAR(x.merit / (problem.lines[last].q * lines / (misses * 2 * ncalc)), 1, 1e-3);
-  Constants expected = before, esd{};
+  squares.Solve();
+  Quadratic expected = before, esd{};
   for (std::size_t j = 0; j < refined.size(); ++j) {
     expected[refined[j]] += squares.Shift(j);
     esd[refined[j]] = std::sqrt(sum / (weights - refined.size()) * squares.InverseDiagonal(j));
@@ -314,7 +280,7 @@ TEST(ItoLattices, LinesThatDoNotFixTheConstantsLeaveThem) {
   EXPECT_TRUE(fit.singular);
   // All are indexed with one calculated line.
   for (std::size_t i = 0; i < 20; ++i) EXPECT_EQ(fit.candidates.at(i).at(0).used, i > 0);
-  EXPECT_EQ(ConstantsOf(x), ConstantsOf(given));
+  EXPECT_EQ(FormOf(x), FormOf(given));
   problem.trials = {given};
   const std::string text = ListingOf([&](Listing& listing) {
     EngineRun run;
@@ -323,15 +289,15 @@ TEST(ItoLattices, LinesThatDoNotFixTheConstantsLeaveThem) {
   EXPECT_NE(text.find("matrix is singular"), std::string::npos);
 }
 
-struct Stage {
-  std::vector<Lattice> accepted;
+struct Accepted {
+  std::vector<Lattice> lattices;
   std::string listing;
 };
-Stage RunStage(const ItoProblem& problem, const std::vector<Zone>& zones = {}) {
-  Stage stage;
+Accepted RunStage(const ItoProblem& problem, const std::vector<Zone>& zones = {}) {
+  Accepted stage;
   EngineRun run;
   stage.listing = ListingOf(
-      [&](Listing& listing) { stage.accepted = LatticeStage(problem, zones, listing, run); });
+      [&](Listing& listing) { stage.lattices = LatticeStage(problem, zones, listing, run); });
   return stage;
 }
 
@@ -341,12 +307,12 @@ TEST(ItoLattices, TheListingTellsWhatBecomesOfEach) {
   Lattice start = kTriclinic;
   start.a += 0.1f;
   problem.trials = {start, {150, 217, 333}, {100, 100, 100, -190, 190, 190}};
-  Stage stage = RunStage(problem);
-  ASSERT_EQ(stage.accepted.size(), 1u);
-  EXPECT_LT(Difference(stage.accepted[0], kTriclinic), 0.1);
+  Accepted stage = RunStage(problem);
+  ASSERT_EQ(stage.lattices.size(), 1u);
+  EXPECT_LT(Difference(stage.lattices[0], kTriclinic), 0.1);
   for (const char* text : {"lattice accepted.", "not enough lines indexed", "discarded by norm3"})
     EXPECT_EQ(Count(stage.listing, text), 1) << text;
-  problem.cards.prntmr = stage.accepted[0].merit * 2;
+  problem.cards.prntmr = stage.lattices[0].merit * 2;
   stage = RunStage(problem);
   EXPECT_EQ(Count(stage.listing, "figure of merit is too low."), 1);
   EXPECT_EQ(Count(stage.listing, "not one acceptable lattice has been found for this"), 1);

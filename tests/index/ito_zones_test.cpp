@@ -2,18 +2,17 @@
 #include <gtest/gtest.h>
 
 #include <map>
-#include <random>
 
 #include "index/ito/zonelist.h"
-#include "index/itoproblems.h"
+#include "index/simulate.h"
 
 namespace {
 
-Lattice NetOf(const Zone& z) { return {.a = z.a, .b = z.b, .f = z.f}; }
+Quadratic FormOf(const Zone& z) { return {z.a, z.b, 0, 0, 0, z.f}; }
 
 // All lines of a zone up to a q.
 std::vector<double> LinesUpTo(const Zone& z, double qmax) {
-  auto q = AllQ(NetOf(z), 9, 0);
+  auto q = Values(FormOf(z), 9, 0, 0.3);
   std::erase_if(q, [&](double each) { return each > qmax; });
   return q;
 }
@@ -91,7 +90,7 @@ TEST(ItoZones, FitIsOneStepOfLeastSquares) {
     LineSet lines;
     for (int h = -8; h <= 8; ++h)
       for (int k = 0; k <= 8; ++k) {
-        const double each = QOf(NetOf(used), h, k, 0);
+        const double each = At(FormOf(used), h, k, 0);
         const bool own = (k > 0 || h > 0) && (f > 0 || h >= 0);
         if (!own || each > qmax || h * h * used.a > qmax || k * k * used.b > qmax) {
           EXPECT_EQ(hits.table(h, k), 0) << h << ' ' << k;
@@ -105,6 +104,7 @@ TEST(ItoZones, FitIsOneStepOfLeastSquares) {
         lines.set(static_cast<std::size_t>(at - q.begin()));
         squares.Add({1.0 * h * h, 1.0 * k * k, 1.0 * h * k}, *at - each);
       }
+    squares.Solve();
     EXPECT_EQ(hits.lines, lines);
     EXPECT_GT(std::abs(squares.Shift(0)), 0.01);
     EXPECT_NEAR(zone.a - used.a, squares.Shift(0), 1e-4);
@@ -210,7 +210,7 @@ TEST(ItoZones, ARectangleCountsTwice) {
     for (int h = 1; h <= hmost; ++h)
       for (int k = 1; k <= kmost; ++k)
         for (const double line : q)
-          count += std::abs(line - QOf({.a = a, .b = b}, h, k, 0)) / (h * k) < 0.75;
+          count += std::abs(line - (h * h * a + k * k * b)) / (h * k) < 0.75;
     const auto found = Finzon(a, b, problem, nullptr);
     ASSERT_FALSE(found.empty());
     EXPECT_EQ(found[0].count, 2 * count) << a << ' ' << qmax;
@@ -271,7 +271,8 @@ TEST(ItoZones, TheListHoldsTheZonesOfALatticeEachOnce) {
 }
 
 TEST(ItoZones, TheStoreIsLimitedAndTheZonesGivenByHandStand) {
-  ItoProblem problem = ReadOne(kParameters + "\n\n" + LineCards(LinesOf({83, 117, 151}))).problem;
+  ItoProblem problem =
+      ReadOne(kParameters + "\n\n" + LineCards(LinesOf(Lattice{83, 117, 151}))).problem;
   for (const std::size_t n : {200u, 201u}) {
     problem.combinations.assign(n, {.q1 = 83, .q2 = 117, .cross = 0.08f, .quality = 7});
     std::string text;

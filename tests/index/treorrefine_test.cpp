@@ -3,16 +3,14 @@
 
 #include <gtest/gtest.h>
 
+#include "index/simulate.h"
 #include "index/treor/accept.h"
 #include "index/treor/cell.h"
 #include "index/treor/merit.h"
-#include "index/treorsimulate.h"
 
 namespace {
 
-using treor::DataSet, treor::kCells, treor::TrueCell;
-
-const auto kWave = static_cast<float>(treor::kWave);
+constexpr auto kWavelength = static_cast<float>(kWave);
 
 TEST(TreorEquations, InverseOfAMatrixThatNeedsItsPivots) {
   // Zeros on the diagonal, elements of very different size.
@@ -31,32 +29,29 @@ TEST(TreorEquations, InverseOfAMatrixThatNeedsItsPivots) {
 
 TEST(TreorCell, OfEachSystem) {
   for (const TrueCell& truth : kCells) {
-    const auto found = CellOf(truth.system, treor::ConstantsOf(truth.cell), kWave);
+    const auto found = CellOf(truth.system, ConstantsOf(truth.cell), kWavelength);
     ASSERT_TRUE(found);
     for (int i = 1; i <= 6; ++i)
       EXPECT_NEAR(found->cell(i), truth.cell[static_cast<std::size_t>(i - 1)], 1e-3f) << i;
   }
-  const auto cube = CellOf(CrystalSystem::Cubic, treor::ConstantsOf({4, 4, 4, 90, 90, 90}), kWave);
+  const auto cube = CellOf(CrystalSystem::Cubic, ConstantsOf({4, 4, 4, 90, 90, 90}), kWavelength);
   EXPECT_NEAR(cube->volume, 64, 1e-3f);
   const auto prism =
-      CellOf(CrystalSystem::Monoclinic, treor::ConstantsOf({4, 5, 6, 90, 150, 90}), kWave);
+      CellOf(CrystalSystem::Monoclinic, ConstantsOf({4, 5, 6, 90, 150, 90}), kWavelength);
   EXPECT_NEAR(prism->volume, 60, 1e-3f) << "half of a b c";
-}
-
-TEST(TreorCell, OfConstantsThatAreNone) {
-  EXPECT_FALSE(CellOf(CrystalSystem::Cubic, {}, kWave));
-  EXPECT_FALSE(CellOf(CrystalSystem::Orthorhombic, {0.01f, -0.01f, 0.01f}, kWave));
-  EXPECT_FALSE(CellOf(CrystalSystem::Monoclinic, {0.01f, 0.01f, 0.01f, 0.021f}, kWave));
-  EXPECT_FALSE(
-      CellOf(CrystalSystem::Triclinic, {0.01f, 0.01f, 0.01f, 0.015f, -0.015f, 0.015f}, kWave));
+  EXPECT_FALSE(CellOf(CrystalSystem::Cubic, {}, kWavelength));
+  EXPECT_FALSE(CellOf(CrystalSystem::Orthorhombic, {0.01f, -0.01f, 0.01f}, kWavelength));
+  EXPECT_FALSE(CellOf(CrystalSystem::Monoclinic, {0.01f, 0.01f, 0.01f, 0.021f}, kWavelength));
+  EXPECT_FALSE(CellOf(CrystalSystem::Triclinic, {0.01f, 0.01f, 0.01f, 0.015f, -0.015f, 0.015f},
+                      kWavelength));
   EXPECT_FALSE(CellOf(CrystalSystem::Cubic, {0.01f, 0.01f, 0.01f}, 0));
 }
 
 TEST(TreorForms, LinesAreThoseOfTheCell) {
   for (const TrueCell& truth : kCells) {
     const float smax = 0.3f;
-    const auto lines = CalculatedLines(truth.system, treor::ConstantsOf(truth.cell), smax);
-    const auto expected = treor::TrueLines(truth.cell, smax);
+    const auto lines = CalculatedLines(truth.system, ConstantsOf(truth.cell), smax);
+    const auto expected = TrueLines(truth.cell, smax);
     // Equal s of different forms are one line there.
     std::size_t i = 0;
     for (const double s : expected) {
@@ -89,7 +84,7 @@ TEST(TreorForms, LinesAreThoseOfTheCell) {
     }
   }
   // 333 and 511 are of one form, 300 and 221 likewise: 1 to 14 without 7 are 13 sums of squares.
-  const Constants cube = treor::ConstantsOf({9, 9, 9, 90, 90, 90});
+  const Constants cube = ConstantsOf({9, 9, 9, 90, 90, 90});
   EXPECT_EQ(CalculatedLines(CrystalSystem::Cubic, cube, 14.5f * cube.a).size(), 13u);
   EXPECT_EQ(CalculatedLines(CrystalSystem::Triclinic, {1e-4f, 1e-4f, 1e-4f}, 0.3f).size(), 270u);
   for (const Constants& none : {Constants{-0.01f, 0.01f, 0.01f}, Constants{0.01f, 0, 0.01f},
@@ -107,13 +102,13 @@ TEST(TreorRefinement, FindsTheCellWithinItsDeviations) {
     int n = 0;
     for (int run = 1; run <= 40; ++run) {
       DataSet data;
-      auto lines = treor::LinesOf(treor::Pattern(truth.cell, 24, 0));
+      auto lines = TreorLinesAt(Pattern(truth.cell, 24, 0));
       for (TreorLine& line : lines) line.s += static_cast<float>(error(generator));
-      TrialCell trial{truth.system, treor::ConstantsOf(truth.cell, 1.002)};
+      TrialCell trial{truth.system, ConstantsOf(truth.cell, 1.002)};
       RefineCell(trial, lines, data.search.options, data.listing);
-      const auto found = CellOf(truth.system, trial.constants, kWave);
+      const auto found = CellOf(truth.system, trial.constants, kWavelength);
       ASSERT_TRUE(found);
-      const UnitCell deviation = CellDeviations(trial, kWave);
+      const UnitCell deviation = CellDeviations(trial, kWavelength);
       for (int i = 1; i <= 6; ++i) {
         const double off = found->cell(i) - truth.cell[static_cast<std::size_t>(i - 1)];
         EXPECT_NEAR(off, 0, i > 3 ? 0.2 : 0.01);
@@ -129,10 +124,10 @@ TEST(TreorRefinement, FindsTheCellWithinItsDeviations) {
 }
 
 TEST(TreorRefinement, FewLinesOrARunawayCellEndIt) {
-  const Constants truth = treor::ConstantsOf(kCells[3].cell);
+  const Constants truth = ConstantsOf(kCells[3].cell);
   DataSet data;
   TrialCell trial{CrystalSystem::Orthorhombic, truth};
-  const auto two = treor::LinesOf(treor::Pattern(kCells[3].cell, 2, 0));
+  const auto two = TreorLinesAt(Pattern(kCells[3].cell, 2, 0));
   RefineCell(trial, two, data.search.options, data.listing);
   EXPECT_EQ(trial.constants.a, truth.a);
   EXPECT_EQ(trial.singles, 2);
@@ -153,18 +148,18 @@ struct Reference {
   int calculated;
 };
 Reference ReferenceOf(const TrueCell& truth, const std::vector<double>& twotheta, std::size_t n) {
-  const auto squared = [](double at) { return std::pow(std::sin(at * treor::kRad / 2), 2); };
+  const auto squared = [](double at) { return std::pow(std::sin(at * kDegree / 2), 2); };
   const double last = squared(twotheta[n - 1]);
-  const auto all = treor::TrueLines(truth.cell, last);
-  const auto more = treor::TrueLines(truth.cell, last + 0.01);
+  const auto all = TrueLines(truth.cell, last);
+  const auto more = TrueLines(truth.cell, last + 0.01);
   double epsilon = 0, delta = 0;
   for (std::size_t i = 0; i < n; ++i) {
     const double s = squared(twotheta[i]);
     const double near =
         *std::ranges::min_element(more, {}, [&](double each) { return std::fabs(each - s); });
     epsilon += std::fabs(near - s) / static_cast<double>(n);
-    delta += std::fabs(2 * std::asin(std::sqrt(near)) / treor::kRad - twotheta[i]) /
-             static_cast<double>(n);
+    delta +=
+        std::fabs(2 * std::asin(std::sqrt(near)) / kDegree - twotheta[i]) / static_cast<double>(n);
   }
   const auto calculated = static_cast<double>(all.size());
   return {last / (2 * epsilon * calculated), static_cast<double>(n) / (delta * calculated),
@@ -173,11 +168,10 @@ Reference ReferenceOf(const TrueCell& truth, const std::vector<double>& twotheta
 
 TEST(TreorMerit, FiguresByTheirDefinition) {
   for (const TrueCell& truth : kCells) {
-    const auto twotheta = treor::Pattern(truth.cell, 32, 0.012);
+    const auto twotheta = Pattern(truth.cell, 32, 0.012);
     if (truth.system == CrystalSystem::Cubic) continue;  // different forms of equal s
-    const auto lines = treor::LinesOf(twotheta);
-    const LineTest test =
-        TestLines(truth.system, treor::ConstantsOf(truth.cell), lines, TreorOptions{});
+    const auto lines = TreorLinesAt(twotheta);
+    const LineTest test = TestLines(truth.system, ConstantsOf(truth.cell), lines, TreorOptions{});
     ASSERT_EQ(test.figures.size(), 3u);
     EXPECT_EQ(test.unindexed, 0);
     EXPECT_EQ(test.m, test.figures[0].m);
@@ -196,11 +190,11 @@ TEST(TreorMerit, FiguresByTheirDefinition) {
 
 TEST(TreorMerit, LinesLeftOver) {
   const TrueCell& truth = kCells[3];
-  auto twotheta = treor::Pattern(truth.cell, 18, 0.005);
-  const Constants constants = treor::ConstantsOf(truth.cell);
+  auto twotheta = Pattern(truth.cell, 18, 0.005);
+  const Constants constants = ConstantsOf(truth.cell);
   const auto test = [&] {
     std::ranges::sort(twotheta);
-    return TestLines(truth.system, constants, treor::LinesOf(twotheta), TreorOptions{});
+    return TestLines(truth.system, constants, TreorLinesAt(twotheta), TreorOptions{});
   };
   EXPECT_EQ(test().figures.size(), 1u);
   EXPECT_EQ(test().m, test().figures[0].m) << "of all 18 lines";
@@ -210,7 +204,7 @@ TEST(TreorMerit, LinesLeftOver) {
   EXPECT_EQ(test().unindexed, 2);
   EXPECT_EQ(test().unindexedintest, 2) << "20 lines";
   EXPECT_NEAR(test().m, clean, 0.2 * clean) << "the mean is that of the lines that fit";
-  twotheta = treor::Pattern(truth.cell, 24, 0.005);
+  twotheta = Pattern(truth.cell, 24, 0.005);
   twotheta.push_back((twotheta[22] + twotheta[23]) / 2);
   EXPECT_EQ(test().unindexed, 1);
   EXPECT_EQ(test().unindexedintest, 0) << "not among the first 20";
