@@ -2,55 +2,14 @@
 // gradient of 1/d against differences, both in double precision.
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cmath>
 #include <limits>
-#include <random>
 
-#include "crystal/cellmetric.h"
 #include "crystal/laue.h"
+#include "support/lattices.h"
 
 namespace {
 
-using Cell = std::array<double, 6>;
-
-// Metric tensor 11, 22, 33, 12, 13, 23 of a lattice by its edges and angles.
-Cell Tensor(const Cell& c) {
-  const double degree = std::acos(-1.0) / 180;
-  return {c[0] * c[0],
-          c[1] * c[1],
-          c[2] * c[2],
-          c[0] * c[1] * std::cos(c[5] * degree),
-          c[0] * c[2] * std::cos(c[4] * degree),
-          c[1] * c[2] * std::cos(c[3] * degree)};
-}
-
-double Determinant(const Cell& t) {
-  return t[0] * t[1] * t[2] + 2 * t[3] * t[4] * t[5] - t[0] * t[5] * t[5] - t[1] * t[4] * t[4] -
-         t[2] * t[3] * t[3];
-}
-
-// Edges and angles of the reciprocal lattice.
-Cell Reciprocal(const Cell& c) {
-  const double degree = std::acos(-1.0) / 180;
-  const Cell t = Tensor(c);
-  const double v2 = Determinant(t);
-  const double a = std::sqrt((t[1] * t[2] - t[5] * t[5]) / v2),
-               b = std::sqrt((t[0] * t[2] - t[4] * t[4]) / v2),
-               g = std::sqrt((t[0] * t[1] - t[3] * t[3]) / v2);
-  return {a,
-          b,
-          g,
-          std::acos((t[3] * t[4] - t[0] * t[5]) / v2 / (b * g)) / degree,
-          std::acos((t[3] * t[5] - t[1] * t[4]) / v2 / (a * g)) / degree,
-          std::acos((t[4] * t[5] - t[2] * t[3]) / v2 / (a * b)) / degree};
-}
-
-double Length(const Cell& reciprocal, const Hkl& r) {
-  const Cell t = Tensor(reciprocal);
-  return std::sqrt(r.h * r.h * t[0] + r.k * r.k * t[1] + r.l * r.l * t[2] +
-                   2 * (r.h * r.k * t[3] + r.h * r.l * t[4] + r.k * r.l * t[5]));
-}
+double Length(const Form& q, const Hkl& r) { return std::sqrt(At(q, r.h, r.k, r.l)); }
 
 class Cells {
  public:
@@ -72,20 +31,13 @@ class Cells {
   std::mt19937 random_{17};
 };
 
-Cell AsDouble(const UnitCell& cell) {
-  Cell result;
-  for (int k = 0; k < 6; ++k) result[k] = cell(k + 1);
-  return result;
-}
-
 TEST(Cell, VolumeAndLengthsAreThoseOfTheMetricTensor) {
   Cells cells;
   for (int laueclass = 1; laueclass <= kLaueClasses; ++laueclass)
     for (int n = 0; n < 20; ++n) {
       const UnitCell cell = cells.Next(laueclass);
       const Hkl r = cells.Indices();
-      const double volume = std::sqrt(Determinant(Tensor(AsDouble(cell))));
-      EXPECT_NEAR(CellVolume(cell) / volume, 1, 1e-5);
+      EXPECT_NEAR(CellVolume(cell) / VolumeOf(AsDouble(cell)), 1, 1e-5);
       const double length = Length(Reciprocal(AsDouble(cell)), r);
       EXPECT_NEAR(InverseD(ReciprocalMetric(cell), r) / length, 1, 1e-5);
       const auto quarter = SineMetric(cell);
@@ -130,10 +82,10 @@ double Difference(const Cell& cell, const Hkl& r, int k, int first, int last) {
   for (int side : {0, 1}) {
     Cell moved = cell;
     moved[k] += side == 0 ? -step : step;
-    moved = Reciprocal(moved);
-    Cell reciprocal = Reciprocal(cell);
+    moved = CellOfForm(Reciprocal(moved));
+    Cell reciprocal = CellOfForm(Reciprocal(cell));
     std::copy(&moved[first], &moved[last] + 1, &reciprocal[first]);
-    length[side] = Length(reciprocal, r);
+    length[side] = Length(Direct(reciprocal), r);
   }
   return (length[1] - length[0]) / (2 * step);
 }
@@ -147,14 +99,13 @@ TEST(CellGradient, AgainstDifferences) {
   for (int laueclass = 1; laueclass <= kLaueClasses; ++laueclass)
     for (int n = 0; n < 50; ++n) {
       const UnitCell cell = cells.Next(laueclass);
-      const Cell exact = AsDouble(cell), reciprocal = Reciprocal(exact);
+      const Cell exact = AsDouble(cell), reciprocal = CellOfForm(Reciprocal(exact));
       const Hkl r = cells.Indices();
       const auto g = CellGradient(laueclass, PackHkl(r), cell);
       for (int k = 0; k < 6; ++k) {
         double expected = Difference(exact, r, k, 0, 2);
         for (int angle = 3; angle < 6; ++angle)
-          expected -= std::sin(reciprocal[angle] * std::acos(-1.0) / 180) *
-                      Difference(exact, r, k, angle, angle);
+          expected -= std::sin(reciprocal[angle] * kDegree) * Difference(exact, r, k, angle, angle);
         if (k >= 3 && !anglefree[laueclass - 1]) expected = 0;
         EXPECT_NEAR(g[k], expected, 2e-6 + 1e-4 * std::fabs(expected))
             << "class " << laueclass << ", constant " << k + 1 << ": " << r.h << " " << r.k << " "

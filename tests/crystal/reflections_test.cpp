@@ -1,17 +1,15 @@
-// Reflections of a range: all members of the Laue group by brute force, the plain loop over all
-// indices, and well-known patterns.
+// Reflections of a range: the plain loop over all indices, and well-known patterns.
 #include "crystal/reflections.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cmath>
 #include <limits>
+#include <map>
 #include <random>
 #include <string>
 
 #include "crystal/laue.h"
-#include "laueorbits.h"
 #include "workspace/text.h"
 #include "workspace/workspace.h"
 
@@ -35,11 +33,6 @@ class Cells {
   std::mt19937 random_{5};
 };
 
-struct Group {
-  double tth;
-  int members = 0;
-};
-
 bool Allows(int centering, const Hkl& r) {
   switch (centering) {
     case 2:
@@ -57,63 +50,6 @@ bool Allows(int centering, const Hkl& r) {
     default:
       return true;
   }
-}
-
-// 1/d by the metric tensor of the cell, in double precision.
-double InverseDOf(const UnitCell& cell, const Hkl& r) {
-  double cosine[3];
-  for (int k = 0; k < 3; ++k) cosine[k] = std::cos(cell(k + 4) * std::acos(-1.0) / 180);
-  const auto [ca, cb, cg] = cosine;
-  const double h = r.h / double(cell(1)), k = r.k / double(cell(2)), l = r.l / double(cell(3));
-  return std::sqrt((h * h * (1 - ca * ca) + k * k * (1 - cb * cb) + l * l * (1 - cg * cg) +
-                    2 * h * k * (ca * cb - cg) + 2 * h * l * (ca * cg - cb) +
-                    2 * k * l * (cb * cg - ca)) /
-                   (1 - ca * ca - cb * cb - cg * cg + 2 * ca * cb * cg));
-}
-
-// The families of the Laue group in the range, by the smallest code of each.
-std::map<int, Group> BruteForce(const UnitCell& cell, int laueclass, int centering,
-                                const TthRange& range) {
-  constexpr int most = 14;
-  std::map<int, Group> groups;
-  for (int h = -most; h <= most; ++h)
-    for (int k = -most; k <= most; ++k)
-      for (int l = -most; l <= most; ++l) {
-        const double sine = 0.5 * kCu * InverseDOf(cell, {h, k, l});
-        const double tth = 2 * std::asin(std::min(sine, 1.0)) * 180 / std::acos(-1.0);
-        if (tth < range.low || tth > range.high || !Allows(centering, {h, k, l})) continue;
-        Group& group = groups[*Orbit({h, k, l}, laueclass).begin()];
-        group.tth = tth;
-        ++group.members;
-      }
-  return groups;
-}
-
-TEST(AssignReflections, HasAllFamiliesOfTheLaueGroup) {
-  Cells cells;
-  for (int laueclass = 1; laueclass <= kLaueClasses; ++laueclass)
-    for (int wanted = 1; wanted <= kCenterings; ++wanted) {
-      SCOPED_TRACE(std::to_string(laueclass) + ", centering " + std::to_string(wanted));
-      UnitCell cell = cells.Next(4.2f, 6.5f, 70, 110);
-      const TthRange range{15, 66};
-      int centering = wanted;
-      float wavelength = kCu;
-      const auto list = AssignReflections(cell, laueclass, centering, range, wavelength);
-      ASSERT_TRUE(list);
-      ASSERT_LT(list->size(), 200u);
-      const auto groups = BruteForce(cell, laueclass, centering, range);
-      ASSERT_EQ(list->size(), groups.size());
-      std::set<int> met;
-      double before = 0;
-      for (const Reflection& r : *list) {
-        const int group = *Orbit(r.hkl, laueclass).begin();
-        ASSERT_TRUE(groups.contains(group) && met.insert(group).second) << group;
-        EXPECT_NEAR(r.tth, groups.at(group).tth, 2e-4);
-        EXPECT_EQ(r.multiplicity, groups.at(group).members) << r.tth;
-        EXPECT_LE(before, r.tth);
-        before = r.tth;
-      }
-    }
 }
 
 // The codes of all members in range, an index at a time, with the limits that the cell gives.

@@ -147,7 +147,7 @@ TEST(FitDerivatives, FollowTheCellOfEveryClass) {
     const Derived d(t);
     const auto& master = LaueClassOf(laueclass).master;
     const auto gradient = CellGradient(laueclass, PackHkl(t.hkl[0]), cell);
-    const double theta = PositionOf(t, 0) / 2 * kRad;
+    const double theta = PositionOf(t, 0) / 2 * kDegree;
     for (int k = 0; k < 6; ++k) {
       const int number = d.numbers.profparam(CellNumbers + k);
       if (master[k] != k) {
@@ -160,7 +160,7 @@ TEST(FitDerivatives, FollowTheCellOfEveryClass) {
                       for (int l = 0; l < 3; ++l)
                         if (master[l] == k) s.cell[l] += h;
                       // A zero that falls is a peak that moves up.
-                      s.zero -= h * sum * Lambda1 / std::cos(theta) / kRad;
+                      s.zero -= h * sum * Lambda1 / std::cos(theta) / kDegree;
                     }};
       EXPECT_LT(d.Departure(m), 3e-4) << laueclass << " " << k;
     }

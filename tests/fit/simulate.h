@@ -6,7 +6,6 @@
 #include <array>
 #include <cmath>
 #include <memory>
-#include <numbers>
 #include <random>
 #include <vector>
 
@@ -18,6 +17,7 @@
 #include "fit/parameters.h"
 #include "fit/profiles.h"
 #include "peaks/simulate.h"  // for Split
+#include "support/lattices.h"
 
 namespace simulate {
 
@@ -40,7 +40,7 @@ using Triple = std::array<double, 3>;
 
 struct Truth {
   int laueclass = 1;
-  std::array<double, 6> cell{10, 10, 10, 90, 90, 90};
+  Cell cell{10, 10, 10, 90, 90, 90};
   double zero = 0;
   Triple left{0.01, -0.005, 0.02}, right{0.01, -0.005, 0.02};  // U, V, W
   Triple leftshape{0.5, 0, 0}, rightshape{0.5, 0, 0};
@@ -57,45 +57,31 @@ struct Truth {
   int Rows() const { return static_cast<int>(area.size()); }
 };
 
-constexpr double kRad = std::numbers::pi / 180;
+inline double Parabola(const Triple& p, double u) { return p[0] + p[1] * u + p[2] * u * u; }
 
-inline double Quadratic(const Triple& p, double u) { return p[0] + p[1] * u + p[2] * u * u; }
-
-// 1/d from the inverse of the metric tensor.
-inline double InverseD(const std::array<double, 6>& cell, const Hkl& r) {
-  double g[3][3];
-  for (int i = 0; i < 3; ++i)
-    for (int j = 0; j < 3; ++j)
-      g[i][j] = cell[i] * cell[j] * (i == j ? 1 : std::cos(cell[6 - i - j] * kRad));
-  const double v[] = {1.0 * r.h, 1.0 * r.k, 1.0 * r.l};
-  double sum = 0, det = 0;
-  for (int i = 0; i < 3; ++i)
-    for (int j = 0; j < 3; ++j) {
-      const int a = (i + 1) % 3, b = (i + 2) % 3, c = (j + 1) % 3, d = (j + 2) % 3;
-      const double cofactor = g[a][c] * g[b][d] - g[a][d] * g[b][c];
-      sum += v[i] * v[j] * cofactor;
-      if (i == 0) det += g[0][j] * cofactor;
-    }
-  return std::sqrt(sum / det);
+// Two-theta of a reflection.
+inline double PositionIn(const Cell& cell, const Hkl& r) {
+  const double inversed = std::sqrt(At(Reciprocal(cell), r.h, r.k, r.l));
+  return 2 / kDegree * std::asin(0.5 * Lambda1 * inversed);
 }
 
 inline double PositionOf(const Truth& t, int j) {
   if (!t.position.empty()) return t.position[j];
-  return 2 / kRad * std::asin(0.5 * Lambda1 * InverseD(t.cell, t.hkl[j]));
+  return PositionIn(t.cell, t.hkl[j]);
 }
 
 // A peak with the width and shape that the laws give at a position.
 inline Peak PeakAt(const Truth& t, double tth, double area) {
-  const double tangent = std::tan(tth / 2 * kRad);
+  const double tangent = std::tan(tth / 2 * kDegree);
   const auto width = [&](const Triple& p) {
-    return std::sqrt(Quadratic({p[2], p[1], p[0]}, tangent));
+    return std::sqrt(Parabola({p[2], p[1], p[0]}, tangent));
   };
   return {tth,
           area,
           width(t.left),
-          Quadratic(t.leftshape, tth),
+          Parabola(t.leftshape, tth),
           width(t.right),
-          Quadratic(t.rightshape, tth)};
+          Parabola(t.rightshape, tth)};
 }
 
 inline Peak PeakOf(const Truth& t, int j) { return PeakAt(t, PositionOf(t, j), t.area[j]); }
@@ -133,8 +119,7 @@ inline std::vector<float> Counts(const Truth& t, unsigned seed) {
 // The rows of a cell in the range, with areas that go up and down; those that lie together, and
 // will be refined as one, have the same.
 inline void FillRows(Truth& t, int centering, double mean) {
-  UnitCell cell;
-  for (int k = 0; k < 6; ++k) cell(k + 1) = static_cast<float>(t.cell[k]);
+  UnitCell cell = AsFloat(t.cell);
   float wavelength = static_cast<float>(Lambda1);
   const TthRange range{static_cast<float>(t.start + 0.5), static_cast<float>(t.Last() - 0.5)};
   const auto list = AssignReflections(cell, t.laueclass, centering, range, wavelength).value();
@@ -187,11 +172,9 @@ inline FitData MakeFit(const Truth& t, unsigned seed = 0) {
 
 // Puts the rows where the model's cell has them.
 inline void MoveToCell(FitData& data) {
-  std::array<double, 6> cell;
-  std::ranges::copy(data.fit.cell.cells, cell.begin());
   for (int j = 1; j <= data.npeaks; ++j) {
-    const double d = InverseD(cell, UnpackHkl(static_cast<int>(data.peaks(phkl, j))));
-    data.peaks(ptth, j) = static_cast<float>(2 / kRad * std::asin(0.5 * Lambda1 * d));
+    const Hkl r = UnpackHkl(static_cast<int>(data.peaks(phkl, j)));
+    data.peaks(ptth, j) = static_cast<float>(PositionIn(AsDouble(data.fit.cell), r));
   }
 }
 
@@ -199,7 +182,7 @@ inline void MoveToCell(FitData& data) {
 struct CrystalSystem {
   const char* name;
   int laueclass, centering;
-  std::array<double, 6> cell;
+  Cell cell;
 };
 inline constexpr CrystalSystem kSystems[] = {
     {"triclinic", 1, 1, {5.1, 6.2, 7.3, 94, 101, 107}},

@@ -174,7 +174,7 @@ TEST(ItoCards, TrialLattices) {
                             "     100.0       5.0      60.0\n"
                             "     100.0      81.5      60.0     150.0\n");
   ASSERT_EQ(read.problem.trials.size(), 1u);
-  EXPECT_EQ(FormOf(read.problem.trials[0]), (Quadratic{100, 81.5, 60, 10, 20, 30}));
+  EXPECT_EQ(FormOf(read.problem.trials[0]), (Form{100, 81.5, 60, 10, 20, 30}));
   EXPECT_EQ(read.reading, ItoReading::Run);
   EXPECT_EQ(ReadOne(start + "\n\n\n").reading, ItoReading::Skip);
 }

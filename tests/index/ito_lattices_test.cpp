@@ -87,7 +87,7 @@ TEST(ItoLattices, TheStandardFormIsTheSameLattice) {
   ItoProblem problem = ProblemAt({85}, 1);
   problem.eqtol = 1e-3f;  // no net is rhombic by chance
   for (int n = 0; n < 200; ++n) {
-    Quadratic given{edge(random), edge(random), edge(random), cross(random), cross(random)};
+    Form given{edge(random), edge(random), edge(random), cross(random), cross(random)};
     given[5] = cross(random) * (n % 2 ? -1 : 1);
     Lattice x = LatticeOf(OtherAxes(given, random)), twin = LatticeOf(given);
     ASSERT_TRUE(Norm3(x, problem, nullptr) && Norm3(twin, problem, nullptr)) << n;
@@ -97,7 +97,7 @@ TEST(ItoLattices, TheStandardFormIsTheSameLattice) {
     EXPECT_NEAR(std::abs(x.a - twin.a) + std::abs(x.b - twin.b) + std::abs(x.c - twin.c), 0, 0.03);
   }
   problem.eqtol = 0.5f;
-  const Quadratic p{31, 47, 71};
+  const Form p{31, 47, 71};
   // Of the points that each centering leaves: three that make all of them.
   const Axes bases[] = {{{{1, 0, 0}, {0, 1, 1}, {0, -1, 1}}},
                         {{{0, 1, 0}, {1, 0, 1}, {-1, 0, 1}}},
@@ -138,7 +138,7 @@ TEST(ItoLattices, WhatIsNoLatticeIsDiscarded) {
   }
   Lattice least{100, 150, 20};
   EXPECT_TRUE(Norm3(least, problem, nullptr));
-  EXPECT_EQ(FormOf(least), (Quadratic{20, 100, 150}));
+  EXPECT_EQ(FormOf(least), (Form{20, 100, 150}));
 }
 
 // One of all indices that have the same q by the symmetry of the constants.
@@ -156,7 +156,7 @@ void ExpectCycle(const Lattice& start, const ItoProblem& problem, double width, 
   const std::size_t nlines = which == FitLines::All ? problem.lines.size() : 20;
   Lattice x = start;
   const LatticeFit fit = Refpar(x, problem, 1, which, nullptr);
-  const Quadratic before = FormOf(start), after = FormOf(x);
+  const Form before = FormOf(start), after = FormOf(x);
   std::vector<std::size_t> refined;
   for (std::size_t i = 0; i < 6; ++i)
     if (before[i] != 0) refined.push_back(i);
@@ -208,7 +208,7 @@ void ExpectCycle(const Lattice& start, const ItoProblem& problem, double width, 
   EXPECT_EQ(x.type, start.type);
   EXPECT_NEAR(x.merit / (problem.lines[last].q * lines / (misses * 2 * ncalc)), 1, 1e-3);
   squares.Solve();
-  Quadratic expected = before, esd{};
+  Form expected = before, esd{};
   for (std::size_t j = 0; j < refined.size(); ++j) {
     expected[refined[j]] += squares.Shift(j);
     esd[refined[j]] = std::sqrt(sum / (weights - refined.size()) * squares.InverseDiagonal(j));

@@ -8,7 +8,7 @@
 
 namespace {
 
-Quadratic FormOf(const Zone& z) { return {z.a, z.b, 0, 0, 0, z.f}; }
+Form FormOf(const Zone& z) { return {z.a, z.b, 0, 0, 0, z.f}; }
 
 // All lines of a zone up to a q.
 std::vector<double> LinesUpTo(const Zone& z, double qmax) {

@@ -1,5 +1,4 @@
-// Lines of known cells for the tests of the engines, all in double precision and by a road of its
-// own: the direct metric, whose inverse gives 1/d^2. Then what either engine reads and writes.
+// Known cells and their lines for the tests of the engines, and what these read and write.
 #pragma once
 
 #include <algorithm>
@@ -12,6 +11,8 @@
 #include "index/ito/problem.h"
 #include "index/treor/lines.h"
 #include "index/treor/run.h"
+#include "support/lattices.h"
+#include "support/leastsquares.h"
 #include "support/support.h"
 
 inline bool Holds(const std::string& text, const std::string& part) {
@@ -36,11 +37,7 @@ std::string ListingOf(Write write) {
 
 // ---- Cells and their lines ----
 
-inline constexpr double kWave = 1.540598, kDegree = 0.017453292519943295;
-
-using Cell = std::array<double, 6>;       // angstrom, degrees
-using Quadratic = std::array<double, 6>;  // of hh, kk, ll, kl, lh, hk
-using Axes = std::array<std::array<double, 3>, 3>;
+inline constexpr double kWave = 1.540598;
 
 struct TrueCell {
   CrystalSystem system;
@@ -57,102 +54,6 @@ inline const TrueCell kCells[] = {
     {CrystalSystem::Triclinic, {4.795, 5.108, 6.83, 95.8, 97.6, 103.1}},
 };
 
-inline double At(const Quadratic& q, double h, double k, double l) {
-  return q[0] * h * h + q[1] * k * k + q[2] * l * l + q[3] * k * l + q[4] * l * h + q[5] * h * k;
-}
-
-inline double Determinant(const Quadratic& q) {
-  return q[0] * q[1] * q[2] +
-         (q[3] * q[4] * q[5] - q[0] * q[3] * q[3] - q[1] * q[4] * q[4] - q[2] * q[5] * q[5]) / 4;
-}
-
-inline Quadratic Direct(const Cell& c) {
-  return {c[0] * c[0],
-          c[1] * c[1],
-          c[2] * c[2],
-          2 * c[1] * c[2] * std::cos(c[3] * kDegree),
-          2 * c[2] * c[0] * std::cos(c[4] * kDegree),
-          2 * c[0] * c[1] * std::cos(c[5] * kDegree)};
-}
-
-inline double VolumeOf(const Cell& cell) { return std::sqrt(Determinant(Direct(cell))); }
-
-// 1/d^2.
-inline Quadratic Reciprocal(const Cell& cell) {
-  const auto [a, b, c, d, e, f] = Direct(cell);
-  Quadratic q{b * c - d * d / 4, c * a - e * e / 4, a * b - f * f / 4,
-              e * f / 2 - a * d, f * d / 2 - b * e, d * e / 2 - c * f};
-  for (double& each : q) each /= Determinant(Direct(cell));
-  return q;
-}
-
-// The same form by other axes.
-inline Quadratic Rebased(const Quadratic& q, const Axes& axes) {
-  const auto square = [&](int i, int j) {
-    const auto &u = axes[i], &v = axes[j];
-    return At(q, u[0] + v[0], u[1] + v[1], u[2] + v[2]);
-  };
-  const double a = square(0, 0) / 4, b = square(1, 1) / 4, c = square(2, 2) / 4;
-  return {a, b, c, square(1, 2) - b - c, square(2, 0) - c - a, square(0, 1) - a - b};
-}
-
-// To one of the axes others are added.
-inline Quadratic OtherAxes(const Quadratic& q, std::mt19937& random) {
-  Axes axes{{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}};
-  for (int step = 0; step < 4; ++step) {
-    const std::size_t i = random() % 3, j = (i + 1 + random() % 2) % 3;
-    const int sign = random() % 2 ? 1 : -1;
-    for (std::size_t k = 0; k < 3; ++k) axes[i][k] += sign * axes[j][k];
-  }
-  return Rebased(q, axes);
-}
-
-// The rising values at all indices up to `most`, and up to `lmost` in l, that a test of them
-// allows; those closer than `apart` come once.
-template <class Allows>
-std::vector<double> Values(const Quadratic& q, int most, int lmost, double apart, Allows allows) {
-  std::vector<double> values;
-  for (int h = 0; h <= most; ++h)
-    for (int k = -most; k <= most; ++k)
-      for (int l = -lmost; l <= lmost; ++l)
-        if ((h != 0 || k != 0 || l != 0) && allows(Hkl{h, k, l})) values.push_back(At(q, h, k, l));
-  std::ranges::sort(values);
-  const auto close = [&](double one, double other) { return other - one < apart; };
-  values.erase(std::unique(values.begin(), values.end(), close), values.end());
-  return values;
-}
-inline std::vector<double> Values(const Quadratic& q, int most, int lmost, double apart) {
-  return Values(q, most, lmost, apart, [](const Hkl&) { return true; });
-}
-
-// Weighted least squares, by elimination in the equations with the unit matrix beside them.
-class LeastSquares {
- public:
-  explicit LeastSquares(std::size_t n) : rows_(n, std::vector<double>(2 * n + 1)) {}
-  void Add(const std::vector<double>& row, double miss, double weight = 1) {
-    const std::size_t n = rows_.size();
-    for (std::size_t i = 0; i < n; ++i) {
-      for (std::size_t j = 0; j < n; ++j) rows_[i][j] += weight * row[i] * row[j];
-      rows_[i][2 * n] += weight * row[i] * miss;
-      rows_[i][n + i] = 1;
-    }
-  }
-  void Solve() {
-    for (std::size_t p = 0; p < rows_.size(); ++p) {
-      const double pivot = rows_[p][p];
-      for (double& each : rows_[p]) each /= pivot;
-      for (auto& row : rows_)
-        if (&row != &rows_[p])
-          for (std::size_t j = row.size(); j-- > p;) row[j] -= row[p] * rows_[p][j];
-    }
-  }
-  double Shift(std::size_t i) const { return rows_[i].back(); }
-  double InverseDiagonal(std::size_t i) const { return rows_[i][rows_.size() + i]; }
-
- private:
-  std::vector<std::vector<double>> rows_;
-};
-
 // One value to a card, in its first ten columns, and a blank one.
 inline std::string LineCards(const std::vector<double>& values) {
   std::string cards;
@@ -167,8 +68,8 @@ inline double QAt(double twotheta) {
   return std::pow(200 / kWave * std::sin(twotheta * kDegree / 2), 2);
 }
 
-inline Quadratic FormOf(const Lattice& x) { return {x.a, x.b, x.c, x.d, x.e, x.f}; }
-inline Lattice LatticeOf(const Quadratic& q, double factor = 1) {
+inline Form FormOf(const Lattice& x) { return {x.a, x.b, x.c, x.d, x.e, x.f}; }
+inline Lattice LatticeOf(const Form& q, double factor = 1) {
   std::array<float, 6> c;
   for (std::size_t i = 0; i < 6; ++i) c[i] = static_cast<float>(factor * q[i]);
   return {c[0], c[1], c[2], c[3], c[4], c[5]};

@@ -9,6 +9,7 @@
 #include "multi/overlayfit.h"
 #include "multi/putoverlay.h"
 #include "shell/shell.h"
+#include "support/leastsquares.h"
 #include "support/smallfiles.h"
 #include "toolkit/toolkit.h"
 #include "workspace/menuids.h"
@@ -29,30 +30,17 @@ void PutBoth(const Curve& pattern, const Curve& overlay) {
   PutOverlay(1, "a", 20, kStep, kPoints, overlay);
 }
 
-// Gauss's elimination; the matrix has the right side as its last column.
-std::vector<double> Solve(std::vector<std::vector<double>> m) {
-  const std::size_t n = m.size();
-  for (std::size_t k = 0; k < n; ++k)
-    for (std::size_t i = 0; i < n; ++i)
-      for (std::size_t j = n + 1; i != k && j-- > k;) m[i][j] -= m[k][j] * m[i][k] / m[k][k];
-  std::vector<double> x(n);
-  for (std::size_t k = 0; k < n; ++k) x[k] = m[k][n] / m[k][k];
-  return x;
-}
-
 // The terms of the background and the scale that fit slot 1 best.
-std::vector<double> BestFit(int terms) {
-  std::vector<std::vector<double>> equations(terms + 1, std::vector<double>(terms + 2));
+LeastSquares BestFit(int terms) {
+  LeastSquares best(terms + 1);
   for (int i = 1; i <= kPoints; ++i) {
-    const double y = ws.yval(1, i), w = y > 0.01 ? 1 / y : 1;
-    std::vector<double> d(terms + 1, ws.yval(5, i));
-    for (int k = 0; k < terms; ++k) d[k] = std::cos(k * std::acos((i - 641) / 640.0));
-    for (int k = 0; k <= terms; ++k) {
-      for (int l = 0; l <= terms; ++l) equations[k][l] += w * d[k] * d[l];
-      equations[k][terms + 1] += w * d[k] * y;
-    }
+    const double y = ws.yval(1, i);
+    std::vector<double> row(terms + 1, ws.yval(5, i));
+    for (int k = 0; k < terms; ++k) row[k] = std::cos(k * std::acos((i - 641) / 640.0));
+    best.Add(row, y, y > 0.01 ? 1 / y : 1);
   }
-  return Solve(equations);
+  best.Solve();
+  return best;
 }
 
 // With a grain that no fit takes out; without a background it takes counts below 0.
@@ -66,11 +54,11 @@ TEST(FitPatterns, IsTheLeastSquaresFit) {
     RunMenu(MenuFitPatterns, "set \"" + std::to_string(terms) +
                                  "\" on\nset \"Scale factor\" 0.3\nset 1217 on\npress OK");
     EXPECT_EQ(Boxes(), Lines{});
-    const std::vector<double> best = BestFit(terms);
-    EXPECT_NEAR(ws.fitscale, best[terms], 2e-4) << terms;
-    for (int k = 1; k <= terms; ++k) EXPECT_NEAR(ws.bgcoef(k), best[k - 1], 0.05) << k;
-    double middle = best[terms] * ws.yval(5, 641), residual = 0, total = 0;
-    for (int k = 0; k < terms; k += 2) middle += best[k] * (k % 4 == 0 ? 1 : -1);
+    const LeastSquares best = BestFit(terms);
+    EXPECT_NEAR(ws.fitscale, best.Shift(terms), 2e-4) << terms;
+    for (int k = 1; k <= terms; ++k) EXPECT_NEAR(ws.bgcoef(k), best.Shift(k - 1), 0.05) << k;
+    double middle = best.Shift(terms) * ws.yval(5, 641), residual = 0, total = 0;
+    for (int k = 0; k < terms; k += 2) middle += best.Shift(k) * (k % 4 == 0 ? 1 : -1);
     EXPECT_NEAR(ws.yval(4, 641), middle, 0.05);
     for (int i = 1; i <= kPoints; ++i) {
       residual += std::fabs(ws.yval(1, i) - ws.yval(4, i));
