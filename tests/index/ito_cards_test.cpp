@@ -81,6 +81,7 @@ TEST(ItoCards, SeveralLinesToACard) {
     ASSERT_EQ(read.problem.lines.size(), n);
     for (std::size_t i = 0; i < n; ++i) EXPECT_EQ(read.problem.lines[i].q, q[i]);
     EXPECT_EQ(read.problem.lines[2].label, label);
+    for (const char* number : {"\n    1 ", "\n   20 "}) EXPECT_TRUE(Holds(read.listing, number));
   }
 }
 

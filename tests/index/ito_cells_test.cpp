@@ -143,6 +143,11 @@ TEST(ItoZeroCheck, FindsTheShiftOfTheZero) {
     const auto column = static_cast<std::size_t>(10 + std::lround(-100 * shift));
     EXPECT_NEAR(std::stod(text.substr(means + 14 + 5 * column, 5)), 0, 0.02) << text;
   }
+  ItoProblem none = ProblemAt(EvenQ(20, 1000, 10), 1);
+  none.cards.wavel = static_cast<float>(kWave);
+  none.cards.tolg = 0.02f;
+  EXPECT_FALSE(
+      Holds(ListingOf([&](Listing& listing) { ZeroCheck(none, listing); }), "zero correction"));
 }
 
 }  // namespace

@@ -137,6 +137,7 @@ TEST(ItoEngine, CrystalSystemsArePreferred) {
         oblique += result.solutions(row, angle) != 90;
       EXPECT_TRUE(allowed[std::min(oblique, 2)]) << wishes;
     }
+    EXPECT_EQ(Count(result.listing, "not wanted"), std::ranges::count(std::string(wishes), '-'));
   }
   for (const double off : {-1.5, 2.5})
     for (const char* wish : {" 0", " 1"}) {

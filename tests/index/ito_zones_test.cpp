@@ -273,7 +273,7 @@ TEST(ItoZones, TheListHoldsTheZonesOfALatticeEachOnce) {
 TEST(ItoZones, TheStoreIsLimitedAndTheZonesGivenByHandStand) {
   ItoProblem problem =
       ReadOne(kParameters + "\n\n" + LineCards(LinesOf(Lattice{83, 117, 151}))).problem;
-  for (const std::size_t n : {200u, 201u}) {
+  for (const std::size_t n : {200u, 203u}) {
     problem.combinations.assign(n, {.q1 = 83, .q2 = 117, .cross = 0.08f, .quality = 7});
     std::string text;
     const std::vector<Zone> zones = ZonesOf(problem, text);

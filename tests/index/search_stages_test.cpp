@@ -9,12 +9,17 @@
 
 namespace {
 
+using Absences = bool (*)(const Hkl&);
+constexpr Absences kNone = [](const Hkl&) { return true; },
+                   kScrew = [](const Hkl&r) { return r.h != 0 || r.l != 0 || r.k % 2 == 0; },
+                   kZeros = [](const Hkl&r) { return r.h * r.k * r.l != 0; };
+
 struct Search {
   const char* name;
   void (*run)(TreorSearch&);
   CrystalSystem system;
   Cell cell;
-  bool screw = false;  // 0 1 0 is absent, so that 0 2 0 is no higher order
+  Absences allows = kNone;
 };
 
 constexpr CrystalSystem kTriclinic = CrystalSystem::Triclinic,
@@ -22,10 +27,16 @@ constexpr CrystalSystem kTriclinic = CrystalSystem::Triclinic,
                         kOrthorhombic = CrystalSystem::Orthorhombic;
 
 // The zones of the dominant zone tests have a short axis at right angles to them, the other
-// searches need lines of all kinds among the first.
+// searches need lines of all kinds among the first. Where 0 1 0 is absent 0 2 0 is no higher order.
 const Search kSearches[] = {
     {"cubic", SearchCubic, CrystalSystem::Cubic, {6.649, 6.649, 6.649, 90, 90, 90}},
     {"tetragonal", SearchTetragonal, CrystalSystem::Tetragonal, {5.21, 5.21, 7.93, 90, 90, 90}},
+    {"cubic without hk0", SearchCubic, CrystalSystem::Cubic, {9, 9, 9, 90, 90, 90}, kZeros},
+    {"tetragonal without hk0, h0l",
+     SearchTetragonal,
+     CrystalSystem::Tetragonal,
+     {5.21, 5.21, 7.93, 90, 90, 90},
+     kZeros},
     {"hexagonal", SearchHexagonal, CrystalSystem::Hexagonal, {5.852, 5.852, 3.953, 90, 90, 120}},
     {"hexagonal, long",
      SearchHexagonal,
@@ -33,7 +44,7 @@ const Search kSearches[] = {
      {3.77, 3.77, 12.16, 90, 90, 120}},
     {"orthorhombic", SearchOrthorhombic, kOrthorhombic, {4.44, 5.39, 7.37, 90, 90, 90}},
     {"orthorhombic zone", SearchOrthorhombicZone, kOrthorhombic, {13.4, 9.13, 3.31, 90, 90, 90}},
-    {"(020)", SearchMonoclinic020, kMonoclinic, {5.12, 10.78, 6.44, 90, 99.2, 90}, true},
+    {"(020)", SearchMonoclinic020, kMonoclinic, {5.12, 10.78, 6.44, 90, 99.2, 90}, kScrew},
     {"monoclinic zone", SearchMonoclinicZone, kMonoclinic, {12.3, 3.27, 9.13, 90, 104.3, 90}},
     {"monoclinic", SearchMonoclinic, kMonoclinic, {5.43, 4.83, 8.14, 90, 107.58, 90}},
     {"triclinic zone", SearchTriclinicZone, kTriclinic, {10.1, 3.71, 8.93, 95.2, 101.3, 97.4}},
@@ -45,10 +56,7 @@ void Prepare(TreorSearch& search, const Search& one, float volume) {
   search.options.monoset = 7;
   search.options.vol = volume;
   search.options.wave = static_cast<float>(kWave);
-  search.all = TreorLinesAt(Pattern(one.cell, 25, 0));
-  const float absent = ConstantsOf(one.cell).b;
-  if (one.screw)
-    std::erase_if(search.all, [&](const auto& line) { return std::abs(line.s - absent) < 1e-5f; });
+  search.all = TreorLinesAt(Pattern(one.cell, 25, 0, 0.15, one.allows));
   PrepareLines(search);
   SetLimits(search);
 }

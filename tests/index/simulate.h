@@ -86,14 +86,11 @@ inline std::vector<double> EvenQ(int n, double first = 100, double step = 40) {
 inline constexpr std::size_t kLinesOfTests = 30;
 
 // The first lines of a lattice.
-template <class Allows>
-std::vector<double> LinesOf(const Lattice& x, Allows allows) {
+template <class Allows = Everything>
+std::vector<double> LinesOf(const Lattice& x, Allows allows = {}) {
   auto q = Values(FormOf(x), 9, 9, 0.3, allows);
   q.resize(kLinesOfTests);
   return q;
-}
-inline std::vector<double> LinesOf(const Lattice& x) {
-  return LinesOf(x, [](const Hkl&) { return true; });
 }
 
 // Whether each q is one of the lattice's.
@@ -175,8 +172,9 @@ inline Constants ConstantsOf(const Cell& cell, double factor = 1) {
 }
 
 // The s of all reflections up to smax, rising, equal ones once.
-inline std::vector<double> TrueLines(const Cell& cell, double smax) {
-  auto s = Values(Reciprocal(cell), 20, 20, 1e-9);
+template <class Allows = Everything>
+std::vector<double> TrueLines(const Cell& cell, double smax, Allows allows = {}) {
+  auto s = Values(Reciprocal(cell), 20, 20, 1e-9, allows);
   for (double& each : s) each *= kWave * kWave / 4;
   std::erase_if(s, [&](double each) { return each > smax; });
   return s;
@@ -184,12 +182,13 @@ inline std::vector<double> TrueLines(const Cell& cell, double smax) {
 
 // The first n lines that are so far apart from others, in degrees two-theta, with an error of
 // sigma.
-inline std::vector<double> Pattern(const Cell& cell, std::size_t n, double sigma,
-                                   double apart = 0.15) {
+template <class Allows = Everything>
+std::vector<double> Pattern(const Cell& cell, std::size_t n, double sigma, double apart = 0.15,
+                            Allows allows = {}) {
   std::mt19937 generator(1);
   std::normal_distribution<double> error(0, 1);
   std::vector<double> all, twotheta;
-  for (const double s : TrueLines(cell, 0.8)) all.push_back(TwoThetaOf(s));
+  for (const double s : TrueLines(cell, 0.8, allows)) all.push_back(TwoThetaOf(s));
   for (std::size_t i = 0; i + 1 < all.size() && twotheta.size() < n; ++i)
     if (all[i + 1] - all[i] > apart && (i == 0 || all[i] - all[i - 1] > apart))
       twotheta.push_back(all[i] + sigma * error(generator));

@@ -108,6 +108,22 @@ TEST_F(Accept, AcuteBetaIsTheSameLattice) {
   EXPECT_NEAR(found(5), 107.58, 0.1);
 }
 
+// An edge may be too long, or the volume too large.
+TEST(AcceptLimits, OfATriclinicCell) {
+  for (const auto& [cem, vol, accepted] :
+       {std::tuple(7.0f, 200.0f, true), {6.5f, 200.0f, false}, {7.0f, 150.0f, false}}) {
+    DataSet data;
+    data.search.options.wave = static_cast<float>(kWave);
+    data.search.options.cem = cem;
+    data.search.options.vol = vol;
+    data.search.all = TreorLinesAt(Pattern(kCells[5].cell, 25, 0.006));
+    PrepareLines(data.search);
+    EXPECT_EQ(AcceptCandidate(data.search, {CrystalSystem::Triclinic, ConstantsOf(kCells[5].cell)}),
+              accepted)
+        << cem << ' ' << vol;
+  }
+}
+
 // At the limits: M as large as asked for passes, and lines left over up to NIX.
 TEST(AcceptLimits, MeritAndLinesLeftOver) {
   const auto solved = [](int merit, int nix) {

@@ -1,6 +1,7 @@
 // The engine TREOR90 as a whole: files, data sets, stages, stops and bad cards.
 #include <gtest/gtest.h>
 
+#include "index/driver.h"
 #include "index/simulate.h"
 #include "support/smallfiles.h"
 
@@ -66,6 +67,11 @@ TEST_F(Engine, StagesFollowTheVolumeAndTheKeywords) {
         {"NO SOLUTION ACCEPTED.....THINK!", 1}}},
       {"OMIT=1,VOL=300,",
        {{"CUBIC TEST", 0},
+        {"TETRAGONAL TEST", 0},
+        {"HEXAGONAL TEST", 0},
+        {"ORTHORHOMBIC TEST", 1}}},
+      {"THS=0,VOL=300,",
+       {{" ** CUBIC TEST", 1},
         {"TETRAGONAL TEST", 0},
         {"HEXAGONAL TEST", 0},
         {"ORTHORHOMBIC TEST", 1}}},
@@ -226,6 +232,18 @@ TEST_F(Engine, CardsWithoutSense) {
       EXPECT_EQ(run.nlines, std::min<int>(static_cast<int>(lines.size()), 99));
       EXPECT_LE(run.solutions.size(), 100u);
     }
+}
+
+// A run that is stopped needs no advice.
+TEST_F(Engine, FewLinesAreTold) {
+  for (const auto& [n, goon, told] : {std::tuple(9, true, 1u), {9, false, 0u}, {10, true, 0u}}) {
+    WriteFile(dir.file("in"), Cards({kForeign.begin(), kForeign.begin() + n}, "MERIT=99,VOL=300,"));
+    const EngineEnd end =
+        EngineOf(EngineTreor)
+            .start(dir.file("in"), dir.file("out"), [go = goon](const std::string&) { return go; });
+    EXPECT_EQ(end.run.stopped, !goon);
+    EXPECT_EQ(end.run.complaints.size(), told) << n << goon;
+  }
 }
 
 }  // namespace

@@ -67,10 +67,14 @@ inline Form OtherAxes(const Form& q, std::mt19937& random) {
   return Rebased(q, axes);
 }
 
+struct Everything {
+  bool operator()(const Hkl&) const { return true; }
+};
+
 // The rising values at all indices up to `most`, and up to `lmost` in l, that a test of them
 // allows; those closer than `apart` come once.
-template <class Allows>
-std::vector<double> Values(const Form& q, int most, int lmost, double apart, Allows allows) {
+template <class Allows = Everything>
+std::vector<double> Values(const Form& q, int most, int lmost, double apart, Allows allows = {}) {
   std::vector<double> values;
   for (int h = 0; h <= most; ++h)
     for (int k = -most; k <= most; ++k)
@@ -80,9 +84,6 @@ std::vector<double> Values(const Form& q, int most, int lmost, double apart, All
   const auto close = [&](double one, double other) { return other - one < apart; };
   values.erase(std::unique(values.begin(), values.end(), close), values.end());
   return values;
-}
-inline std::vector<double> Values(const Form& q, int most, int lmost, double apart) {
-  return Values(q, most, lmost, apart, [](const Hkl&) { return true; });
 }
 
 // Edges and angles of the axes that give a form.
