@@ -34,22 +34,11 @@ class Cells {
 };
 
 bool Allows(int centering, const Hkl& r) {
-  switch (centering) {
-    case 2:
-      return (r.k + r.l) % 2 == 0;
-    case 3:
-      return (r.h + r.l) % 2 == 0;
-    case 4:
-      return (r.h + r.k) % 2 == 0;
-    case 5:
-      return (r.h + r.k + r.l) % 2 == 0;
-    case 6:
-      return (r.h + r.k) % 2 == 0 && (r.h + r.l) % 2 == 0 && (r.k + r.l) % 2 == 0;
-    case 7:
-      return (r.l + r.k - r.h) % 3 == 0;
-    default:
-      return true;
-  }
+  const auto [h, k, l] = r;
+  const bool even[] = {true, (k + l) % 2 == 0, (h + l) % 2 == 0, (h + k) % 2 == 0,
+                       (h + k + l) % 2 == 0};
+  if (centering == 6) return even[1] && even[2] && even[3];
+  return centering == 7 ? (l + k - h) % 3 == 0 : even[centering - 1];
 }
 
 // The codes of all members in range, an index at a time, with the limits that the cell gives.
@@ -164,29 +153,17 @@ void ExpectLines(UnitCell cell, int laueclass, int centering, float high,
 
 TEST(AssignReflections, OfKnownSubstances) {
   // Silicon, with 200 and 222 that only its glide planes forbid.
-  ExpectLines({{5.4309f, 1, 1, 1, 1, 1}}, 16, 6, 60,
-              {{3.1355, 8}, {2.7155, 6}, {1.9201, 12}, {1.6375, 24}, {1.5678, 8}});
-  // Corundum: 003, 101, 012, 104, 110, 015, 006, 113.
-  ExpectLines({{4.7588f, 0, 12.993f, 0, 0, 0}}, 8, 7, 44,
-              {{4.331, 2},
-               {3.9283, 6},
-               {3.480, 6},
-               {2.551, 6},
-               {2.3794, 6},
-               {2.1977, 6},
-               {2.1655, 2},
-               {2.0854, 12}});
-  // Quartz, where 101 and 011, 102 and 012 lie together and are two families: 001, 100, 101, 011,
-  // 002, 110, 102, 012.
-  ExpectLines({{4.9134f, 0, 5.4052f, 0, 0, 0}}, 8, 1, 40,
-              {{5.405, 2},
-               {4.255, 6},
-               {3.343, 6},
-               {3.343, 6},
-               {2.703, 2},
-               {2.457, 6},
-               {2.282, 6},
-               {2.282, 6}});
+  const std::vector<Line> silicon{
+      {3.1355, 8}, {2.7155, 6}, {1.9201, 12}, {1.6375, 24}, {1.5678, 8}};
+  ExpectLines({{5.4309f, 1, 1, 1, 1, 1}}, 16, 6, 60, silicon);
+  // 003, 101, 012, 104, 110, 015, 006, 113.
+  const std::vector<Line> corundum{{4.331, 2},  {3.9283, 6}, {3.480, 6},  {2.551, 6},
+                                   {2.3794, 6}, {2.1977, 6}, {2.1655, 2}, {2.0854, 12}};
+  ExpectLines({{4.7588f, 0, 12.993f, 0, 0, 0}}, 8, 7, 44, corundum);
+  // 001, 100, 101, 011, 002, 110, 102, 012: of two families at one place both are there.
+  const std::vector<Line> quartz{{5.405, 2}, {4.255, 6}, {3.343, 6}, {3.343, 6},
+                                 {2.703, 2}, {2.457, 6}, {2.282, 6}, {2.282, 6}};
+  ExpectLines({{4.9134f, 0, 5.4052f, 0, 0, 0}}, 8, 1, 40, quartz);
 }
 
 TEST(AssignReflections, ForcesCellCenteringAndWavelength) {

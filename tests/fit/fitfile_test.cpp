@@ -206,10 +206,8 @@ TEST_F(FitFile, NumbersInFreeForm) {
       "REFL      (2 2 0) 55.5; 47.3; .1; .5; .1; .5; 12 Si\n"
       "REFL      3,1,1,30\n");
   EXPECT_EQ(f.p.cell, (Table<float, 6>{{5.4307123456789f, 5.43071f, 5, 90, 90, 120}}));
-  EXPECT_EQ(f.p.ncycles, 10000);
-  EXPECT_EQ(f.p.nbkgcycles, 20000);
-  EXPECT_EQ(f.p.everynth, 30000);
-  EXPECT_EQ(f.p.fitfwhmmode, 1);
+  EXPECT_EQ((std::array{f.p.ncycles, f.p.nbkgcycles, f.p.everynth, f.p.fitfwhmmode}),
+            (std::array{10000, 20000, 30000, 1}));
   ASSERT_EQ(f.npeaks, 3);
   EXPECT_EQ(f.peaks(pint, 1), 1234567890.5f);
   EXPECT_EQ(f.peaks(pmult, 1), 8);
@@ -251,17 +249,14 @@ TEST_F(FitFile, DefaultsSectionBySection) {
     if (changed[k + 1].starts_with("BKGR")) continue;  // of others, the next would take its place
     EXPECT_EQ(Read(Joined(changed)), without) << lines[k];
   }
-}
-
-TEST_F(FitFile, AtABadReflectionTheListEnds) {
-  std::vector<std::string> lines = Lines(kText);
-  const std::string last = lines.back();
-  lines.push_back(last);
+  // At a bad reflection the list ends.
+  std::vector<std::string> changed = lines;
+  changed.push_back(lines.back());
   Fit one = Loaded();
   DropRows(one, 2);
-  for (const std::string& bad : Damaged(last)) {
-    lines[lines.size() - 2] = bad;
-    EXPECT_EQ(Read(Joined(lines)), one) << bad;
+  for (const std::string& bad : Damaged(lines.back())) {
+    changed[lines.size() - 1] = bad;
+    EXPECT_EQ(Read(Joined(changed)), one) << bad;
   }
 }
 
@@ -295,18 +290,14 @@ TEST_F(FitFile, ChoicesThatDoNotExist) {
     }
     const Fit f = Read(text);
     const FitParameters& p = f.p;
-    EXPECT_EQ(p.laueclass, 1);
-    EXPECT_EQ(p.centering, 1);
-    EXPECT_EQ(p.fitposmode, 2);
-    EXPECT_EQ(p.fitfwhmmode, 2);
-    EXPECT_EQ(p.bgorder, number[0] == '-' || number[0] == '0' ? 0 : 15);
-    const int on = number != std::string("0");
-    EXPECT_EQ(p.cellrefine, (Table<int, 6>{{on, on, on, on, on, on}}));
-    EXPECT_EQ(p.fwhmrefine, p.cellrefine);
-    EXPECT_EQ(p.shaperefine, p.cellrefine);
-    EXPECT_EQ(p.fwhmtie, (Table<int, 3>{{on, on, on}}));
-    EXPECT_EQ(p.shapetie, p.fwhmtie);
-    EXPECT_EQ(p.tthzerorefine, on);
+    const int on = number != std::string("0"), terms = number[0] == '-' || !on ? 0 : 15;
+    EXPECT_EQ((std::array{p.laueclass, p.centering, p.fitposmode, p.fitfwhmmode, p.bgorder,
+                          p.tthzerorefine}),
+              (std::array{1, 1, 2, 2, terms, on}));
+    for (const auto& boxes : {p.cellrefine, p.fwhmrefine, p.shaperefine})
+      EXPECT_EQ(boxes, (Table<int, 6>{{on, on, on, on, on, on}}));
+    for (const auto& boxes : {p.fwhmtie, p.shapetie})
+      EXPECT_EQ(boxes, (Table<int, 3>{{on, on, on}}));
     const Hkl r = UnpackHkl(nint(f.peaks(phkl, 1)));
     EXPECT_TRUE(std::abs(r.h) <= 100 && std::abs(r.k) <= 100 && std::abs(r.l) <= 100);
   }
