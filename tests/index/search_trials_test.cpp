@@ -218,12 +218,9 @@ struct OneCell : testing::Test {
 // Volumes by the direct cell; the limit of hexagonal cells is narrower by the root of 4/3.
 TEST_F(OneCell, IsACandidateWithinItsLimits) {
   for (const auto& [system, cell] : kCells) {
-    Cell edges = cell;
-    UnitCell direct;
-    for (int k = 0; k < 6; ++k) direct(k + 1) = static_cast<float>(edges[k]);
-    const float volume = CellVolume(direct) * (system == CrystalSystem::Hexagonal ? 1.1547f : 1);
-    for (const float allowed : {0.99f, 1.01f}) {
-      Prepare({system, cell}, allowed * volume);
+    const double volume = VolumeOf(cell) * (system == CrystalSystem::Hexagonal ? 1.1547 : 1);
+    for (const double allowed : {0.99, 1.01}) {
+      Prepare({system, cell}, static_cast<float>(allowed * volume));
       data.search.options.list = 1;
       Trials trials(data.search, Stage::Cubic, system);
       EXPECT_EQ(trials.Test(ConstantsOf(cell)), allowed < 1 ? 0 : data.search.options.use);

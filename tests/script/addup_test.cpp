@@ -10,8 +10,8 @@ namespace {
 
 constexpr const char* kAddUp = "INFM    2\nUTFM    5\n";
 
-std::vector<std::string> LinesOf(const std::string& text) {
-  std::vector<std::string> lines;
+Lines LinesOf(const std::string& text) {
+  Lines lines;
   for (std::size_t at = 0; at < text.size(); at = text.find('\n', at) + 1)
     lines.push_back(text.substr(at, text.find('\n', at) - at));
   return lines;
@@ -41,11 +41,11 @@ TEST(AddUp, AHundredFilesAndTenThousandRows) {
   std::string inputs = "long.xy\nlong.xy\n";
   for (int i = 0; i < 99; ++i) inputs += "short.xy\n";
   const auto boxes = test.Run(inputs, "", kAddUp);
-  EXPECT_EQ(boxes,
-            (std::vector<std::string>{
-                "Pattern Error\tMore than 10000 data points",
-                "Script\tScript done\\nFiles read: 101, written: 1, skipped: 0\\nMore than 10000 "
-                "data points\\nthe table holds 100 files: 1 more is not in it"}));
+  EXPECT_EQ(
+      boxes,
+      (Lines{"Pattern Error\tMore than 10000 data points",
+             "Script\tScript done\\nFiles read: 101, written: 1, skipped: 0\\nMore than 10000 "
+             "data points\\nthe table holds 100 files: 1 more is not in it"}));
   const auto lines = LinesOf(test.Read("out.mlt"));
   ASSERT_EQ(lines.size(), 10001u);
   EXPECT_EQ(lines[0].size(), 8u + 101 * 9);
@@ -82,16 +82,14 @@ TEST(AddUp, ATableThatCannotBeWrittenIsTold) {
   EXPECT_EQ(test.Read("out.mlt"), "old");
   std::filesystem::remove(test.file("out.mlt"));
   std::filesystem::create_directory(test.file("out.mlt"));
-  EXPECT_EQ(test.RunFile("a.scp"),
-            (std::vector<std::string>{
-                "File Error\tError opening sum file\\n" + test.file("out.mlt") + ": Is a directory",
-                done + "Error opening sum file: Is a directory"}));
+  EXPECT_EQ(test.RunFile("a.scp"), (Lines{"File Error\tError opening sum file\\n" +
+                                              test.file("out.mlt") + ": Is a directory",
+                                          done + "Error opening sum file: Is a directory"}));
   // The list and the script are no places for it.
   for (const std::string name : {"in.mlt", "a.scp"}) {
     test.Write("a.scp", "in.mlt\n" + name + "\n" + kAddUp);
-    EXPECT_EQ(test.RunFile("a.scp"),
-              std::vector<std::string>{"File Error\tError opening sum file\\n" + test.file(name) +
-                                       ": is read by the script"});
+    EXPECT_EQ(test.RunFile("a.scp"), Lines{"File Error\tError opening sum file\\n" +
+                                           test.file(name) + ": is read by the script"});
   }
   EXPECT_EQ(test.Read("in.mlt"), "a.xy\n");
 }

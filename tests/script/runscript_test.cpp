@@ -9,7 +9,7 @@
 
 namespace {
 
-using Boxes = std::vector<std::string>;
+using Boxes = Lines;
 using std::filesystem::exists;
 
 const std::string kDone = "Script\tScript done\\nFiles read: ";

@@ -1,6 +1,7 @@
 // The script file and its dialog.
 #include <gtest/gtest.h>
 
+#include <array>
 #include <filesystem>
 
 #include "scripts.h"
@@ -27,7 +28,7 @@ TEST(ScriptFile, AllCommandsAreReadAndWrittenAgain) {
   test.Write("a.scp", script);
   RunMenu(MenuOpenScript,
           "file " + test.file("a.scp") + "\nset 1252 " + test.file("b.scp") + "\npress OK\n");
-  EXPECT_EQ(ScriptTest::Boxes(), std::vector<std::string>());
+  EXPECT_EQ(ScriptTest::Boxes(), Lines());
   EXPECT_EQ(test.Read("b.scp"), script);
   EXPECT_EQ(test.Read("a.scp"), script);
 }
@@ -40,19 +41,14 @@ TEST(ScriptFile, OpenTakesWhatTheFileHoldsAndNoMore) {
              "\xEF\xBB\xBFin.mlt   \r\nout.mlt\r\n\r\nsmoo9\r\n# a word that is none\r\n"
              "Scal  1.25,    1\r\nsmoo   11\r\nutfm    5\r\nSAG     5\r\n");
   RunMenu(MenuOpenScript, "file " + test.file("a.scp") + "\npress Cancel\n");
-  EXPECT_EQ(ScriptTest::Boxes(), std::vector<std::string>());
-  EXPECT_EQ(ws.scriptinlist, "in.mlt");
-  EXPECT_EQ(ws.scriptoutlist, "out.mlt");
-  EXPECT_EQ(ws.smoothwindow, 11);
+  EXPECT_EQ(ScriptTest::Boxes(), Lines());
+  EXPECT_EQ(ws.scriptinlist + ' ' + ws.scriptoutlist, "in.mlt out.mlt");
   EXPECT_EQ(ws.scalefactor, 1.25f);
-  EXPECT_EQ(ws.scaletype, 1);
-  EXPECT_EQ(ws.scaleto, 0);
-  EXPECT_EQ(ws.sgwindow, 5);
-  EXPECT_EQ(ws.scriptoutfmt, 5);
-  EXPECT_EQ(ws.scriptusesmoo + ws.scriptusescal, 2);
-  EXPECT_EQ(ws.scriptusezero + ws.scriptusetrun + ws.scriptusesago + ws.scriptuseconv +
-                ws.scriptusebkgr + ws.scriptuseskip,
-            0);
+  EXPECT_EQ((std::array{ws.smoothwindow, ws.scaletype, ws.scaleto, ws.sgwindow, ws.scriptoutfmt}),
+            (std::array{11, 1, 0, 5, 5}));
+  EXPECT_EQ((std::array{ws.scriptusesmoo, ws.scriptusescal, ws.scriptusezero, ws.scriptusetrun,
+                        ws.scriptusesago, ws.scriptuseconv, ws.scriptusebkgr, ws.scriptuseskip}),
+            (std::array{1, 1, 0, 0, 0, 0, 0, 0}));
 }
 
 // All lines are shown before the first is looked at.
@@ -61,7 +57,7 @@ TEST(ScriptFile, DebugShowsTheLines) {
   ws.debugmode = 1;
   EXPECT_EQ(
       test.Run("", "", "smoo    5\n\nany thing\nZERO x\n"),
-      (std::vector<std::string>{
+      (Lines{
           "Script buffer:\tsmoo    5", "Script buffer:\tany thing", "Script buffer:\tZERO x",
           "Read Error\tError reading ZERO command\\n" + test.file("a.scp") + ": line 6: ZERO x"}));
 }
@@ -73,13 +69,13 @@ TEST(ScriptFile, ABadCommandEndsARunBeforeTheFirstFile) {
        {"INFM", "ZERO", "SCAL", "SMOO", "SAGO", "CONV", "BKGR", "SKIP", "UTFM"}) {
     const std::string line = word + "   1x0";
     EXPECT_EQ(test.Run("a.xy\n", "o.xy\n", "INFM    2\n\nUTFM    2\n" + line + "\n"),
-              std::vector<std::string>{"Read Error\tError reading " + word + " command\\n" +
-                                       test.file("a.scp") + ": line 6: " + line});
+              Lines{"Read Error\tError reading " + word + " command\\n" + test.file("a.scp") +
+                    ": line 6: " + line});
   }
   test.Run("a.xy\n", "o.xy\n", "TRUN   10.0      abc\nINFM    2\nUTFM    2\n");
   Events();
   RunMenu(MenuRunScript);
-  EXPECT_EQ(Events(), std::vector<std::string>{"status\t3\tError in line 3: TRUN   10.0      abc"});
+  EXPECT_EQ(Events(), Lines{"status\t3\tError in line 3: TRUN   10.0      abc"});
   EXPECT_FALSE(std::filesystem::exists(test.file("o.xy")));
   EXPECT_EQ(ws.npts(1), 0);
   EXPECT_EQ(ws.savestart, 0) << "nothing is left of a run that has not begun";
@@ -103,17 +99,14 @@ TEST(ScriptFile, WhatIsMissingIsTold) {
   const ScriptTest test;
   const std::string cannot = "Read Error\tError reading script file\\n", a = test.file("a.scp");
   const std::string gone = ": No such file or directory";
-  EXPECT_EQ(test.RunFile("a.scp"),
-            std::vector<std::string>{"File error\tError opening script file\\n" + a + gone});
+  EXPECT_EQ(test.RunFile("a.scp"), Lines{"File error\tError opening script file\\n" + a + gone});
   for (const char* text : {"", "in.mlt\n"}) {
     test.Write("a.scp", text);
-    EXPECT_EQ(test.RunFile("a.scp"),
-              std::vector<std::string>{cannot + a + ": the names of the lists are not in it"});
+    EXPECT_EQ(test.RunFile("a.scp"), Lines{cannot + a + ": the names of the lists are not in it"});
   }
   const std::string longname(257, 'x');
   test.Write("a.scp", longname + "\nout.mlt\n");
-  EXPECT_EQ(test.RunFile("a.scp"),
-            std::vector<std::string>{"Error\t" + longname + " is longer than 256 characters"});
+  EXPECT_EQ(test.RunFile("a.scp"), Lines{"Error\t" + longname + " is longer than 256 characters"});
   const std::string unnamed = " file\\n" + a + ": has no name for it";
   const struct {
     const char *script, *file;
@@ -122,17 +115,14 @@ TEST(ScriptFile, WhatIsMissingIsTold) {
                      {"in.mlt\n\nUTFM    5\n", "sum"}};
   for (const auto& row : withoutname) {
     test.Write("a.scp", row.script);
-    EXPECT_EQ(test.RunFile("a.scp"),
-              std::vector<std::string>{"File Error\tError opening " + (row.file + unnamed)});
+    EXPECT_EQ(test.RunFile("a.scp"), Lines{"File Error\tError opening " + (row.file + unnamed)});
   }
   test.Write("a.scp", "in.mlt\nout.mlt\nUTFM    1\n");
-  EXPECT_EQ(test.RunFile("a.scp"),
-            std::vector<std::string>{"File Error\tError opening input file list file\\n" +
-                                     test.file("in.mlt") + gone});
+  EXPECT_EQ(test.RunFile("a.scp"), Lines{"File Error\tError opening input file list file\\n" +
+                                         test.file("in.mlt") + gone});
   test.Write("in.mlt", "");
-  EXPECT_EQ(test.RunFile("a.scp"),
-            std::vector<std::string>{"File Error\tError opening output file list file\\n" +
-                                     test.file("out.mlt") + gone});
+  EXPECT_EQ(test.RunFile("a.scp"), Lines{"File Error\tError opening output file list file\\n" +
+                                         test.file("out.mlt") + gone});
 }
 
 TEST(ScriptFile, AFileThatCannotBeWrittenIsToldAndTheOldOneStays) {
@@ -143,19 +133,17 @@ TEST(ScriptFile, AFileThatCannotBeWrittenIsToldAndTheOldOneStays) {
     const SmallFiles full(4);
     RunMenu(MenuCreateScript, name + "press OK\n");
   }
-  EXPECT_EQ(ScriptTest::Boxes(),
-            std::vector<std::string>{"File Error\tError writing script file\\n" +
-                                     test.file("a.scp") + ": File too large"});
+  EXPECT_EQ(ScriptTest::Boxes(), Lines{"File Error\tError writing script file\\n" +
+                                       test.file("a.scp") + ": File too large"});
   ws.scalefactor = 1e6;  // 1000000.0000 has twelve digits
   RunMenu(MenuCreateScript, name + "set 1016 on\npress OK\n");
   EXPECT_EQ(ScriptTest::Boxes(),
-            std::vector<std::string>{"File Error\tError writing script file\\n" +
-                                     test.file("a.scp") + ": a number of SCAL is too long for it"});
+            Lines{"File Error\tError writing script file\\n" + test.file("a.scp") +
+                  ": a number of SCAL is too long for it"});
   EXPECT_EQ(test.Read("a.scp"), "old");
   RunMenu(MenuCreateScript, "set 1252 /nowhere/a.scp\nset 1016 off\npress OK\n");
-  EXPECT_EQ(ScriptTest::Boxes(),
-            std::vector<std::string>{"File Error\tError opening script file\\n/nowhere/a.scp: No "
-                                     "such file or directory"});
+  EXPECT_EQ(ScriptTest::Boxes(), Lines{"File Error\tError opening script file\\n/nowhere/a.scp: No "
+                                       "such file or directory"});
 }
 
 // ---- The dialog ----
@@ -230,9 +218,8 @@ TEST(ScriptDialog, ProposesThePatternAndAsksForAName) {
                                 "\npress 1256\nfile\npress 1256\nfile /" + std::string(256, 'x') +
                                 "\npress OK\n");
   EXPECT_EQ(ScriptTest::Boxes(),
-            (std::vector<std::string>{
-                "File Error\tThe script file needs a name",
-                "Error\t/" + std::string(256, 'x') + " is longer than 256 characters"}));
+            (Lines{"File Error\tThe script file needs a name",
+                   "Error\t/" + std::string(256, 'x') + " is longer than 256 characters"}));
   EXPECT_EQ(test.Read("b.scp"), test.file("in.mlt") +
                                     "\n\nINFM    1\nTRUN   10.0000   22.4375\n"
                                     "CONV   1.54056   1.54056  10.00000  22.43750    .06250\n"
@@ -248,8 +235,7 @@ TEST(ScriptDialog, ViewAndRunAskForAScript) {
   ws.editorpath = "edit";
   test.Write("my script.scp", "in.mlt\nout.mlt\n");
   RunMenu(MenuRunScript, "file\n");
-  EXPECT_EQ(Events(),
-            std::vector<std::string>{"select\tOpen script file\tScript file *.scp|\t*.scp"});
+  EXPECT_EQ(Events(), Lines{"select\tOpen script file\tScript file *.scp|\t*.scp"});
   RunMenu(MenuViewScript,
           "file "
           "\"" +

@@ -10,6 +10,8 @@
 #include "workspace/slots.h"
 #include "workspace/workspace.h"
 
+using Lines = std::vector<std::string>;
+
 enum { MenuCreateScript = 40133, MenuOpenScript, MenuViewScript, MenuRunScript };
 
 class ScriptTest {
@@ -36,22 +38,22 @@ class ScriptTest {
   }
 
   // Writes the script with its lists and runs it from the menu; gives the boxes.
-  std::vector<std::string> Run(const std::string& inputs, const std::string& outputs,
-                               const std::string& commands) const {
+  Lines Run(const std::string& inputs, const std::string& outputs,
+            const std::string& commands) const {
     Write("in.mlt", inputs);
     Write("out.mlt", outputs);
     Write("a.scp", "in.mlt\nout.mlt\n" + commands);
     return RunFile("a.scp");
   }
-  std::vector<std::string> RunFile(const std::string& name) const {
+  Lines RunFile(const std::string& name) const {
     ws.scriptpath = file(name);
     Events();
     RunMenu(MenuRunScript);
     return Boxes();
   }
 
-  static std::vector<std::string> Boxes() {
-    std::vector<std::string> boxes;
+  static Lines Boxes() {
+    Lines boxes;
     for (const std::string& event : Events())
       if (event.starts_with("box\t")) boxes.push_back(event.substr(4));
     return boxes;
