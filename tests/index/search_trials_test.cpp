@@ -222,6 +222,7 @@ TEST_F(OneCell, IsACandidateWithinItsLimits) {
     for (const double allowed : {0.99, 1.01}) {
       Prepare({system, cell}, static_cast<float>(allowed * volume));
       data.search.options.list = 1;
+      data.search.options.iq = data.search.options.use;  // no more than there are
       Trials trials(data.search, Stage::Cubic, system);
       EXPECT_EQ(trials.Test(ConstantsOf(cell)), allowed < 1 ? 0 : data.search.options.use);
     }
