@@ -49,8 +49,9 @@ TEST(Packaging, TypesOfPatternFiles) {
         << format.extension;
     const QDir examples(kSource + "/examples");
     const QString example = examples.filePath(examples.entryList({"*." + extension}).value(0));
-    if (bycontent.contains(extension))
+    if (bycontent.contains(extension)) {
       EXPECT_TRUE(offered.contains(ofcontent(ReadAll(example)))) << format.extension;
+    }
     EXPECT_EQ(offered.contains(ofname("pattern." + extension)), byname.contains(extension))
         << format.extension;
   }
