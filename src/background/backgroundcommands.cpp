@@ -152,15 +152,15 @@ constexpr Command kCommands[] = {
      .undo = true},
     Curve(40072, "Scale background", Plain<ScaleBackground>, &kScale),
     Curve(40073, "Scale to interval", Plain<ScaleToInterval>, &kInterval),
-    Curve(40074, "Subtract background", Subtract),
+    Curve(MenuSubtract, "Subtract background", Subtract),
     Curve(40075, "Crystallinity", Plain<Crystallinity>, &kCrystallinity, "", TellCrystallinity),
     {.item = {MenuSaveBackground, "Save background", kPopup},
      .ask = AskSave,
      .run = Save,
      .redraw = Redraw::Full},
     Curve(40077, "Clear background", Plain<ClearBackground>),
-    Curve(40078, "Autosubtract", Estimate),
-    Curve(40079, "Options", AfterOptions, &kAutosubtract, "Autosubtract options"),
+    Curve(MenuAutosubtract, "Autosubtract", Estimate),
+    Curve(MenuAutosubtractOptions, "Options", AfterOptions, &kAutosubtract, "Autosubtract options"),
 };
 
 }  // namespace

@@ -29,7 +29,10 @@ Outcome Save(const Arguments& arguments) {
   if (!AcceptPath(arguments.path)) return Outcome::Failed;
   ws.fitfile = arguments.path;
   const std::string reason = WriteFit(ws.fitfile, ws, ws.peaks, ws.npeaks, ws.scanwave);
-  if (reason.empty()) return Outcome::Done;
+  if (reason.empty()) {
+    NotePeaksKept(ws.fitfile);
+    return Outcome::Done;
+  }
   MessageBoxError("File Error", FileMessage("Error opening fit result file", ws.fitfile, reason));
   return Outcome::Failed;
 }
@@ -96,7 +99,10 @@ constexpr Command kCommands[] = {
      .run = Run,
      .redraw = Redraw::Keep,
      .undo = true},
-    {.item = {40108, "Save peak fit", kPopup}, .ask = AskSave, .run = Save, .redraw = Redraw::Keep},
+    {.item = {MenuSaveFit, "Save peak fit", kPopup},
+     .ask = AskSave,
+     .run = Save,
+     .redraw = Redraw::Keep},
     {.item = {40109, "Load peak fit", kPopup},
      .ask = AskLoad,
      .run = Run,

@@ -146,11 +146,11 @@ constexpr Command kCommands[] = {
      .undo = true},
 
     {.item = {kFitPopup, "Peak fit", 0, true}},
-    {.item = {40020, "Fit single peak", kFitPopup},
+    {.item = {MenuFitPeak, "Fit single peak", kFitPopup},
      .run = Fit,
      .redraw = Redraw::Keep,
      .undo = true},
-    {.item = {40093, "Options", kFitPopup},
+    {.item = {MenuFitPeakOptions, "Options", kFitPopup},
      .title = "Single peak fit options",
      .dialog = &kFit,
      .run = AfterFitOptions,

@@ -75,7 +75,10 @@ Outcome SavePeaks(const std::string& path) {
     MessageBoxError("File Error", FileMessage("Error opening peak file", path, file.Reason()));
     return Outcome::Failed;
   }
-  if (WritePeakFile(file)) return Outcome::Done;
+  if (WritePeakFile(file)) {
+    NotePeaksKept(ws.peakfilename);
+    return Outcome::Done;
+  }
   MessageBoxError("Error", FileMessage("Error writing peak file", path, file.Reason()));
   return Outcome::Failed;
 }

@@ -139,7 +139,10 @@ void Save(const View& view) {
   if (path.empty() || !AcceptPath(path)) return;
   LineWriter file(path);
   for (const std::string& line : PeakLines(view.rows, ',')) file.Write(line);
-  if (file.Close()) return WTell(Peaks(view.rows.size(), "saved"));
+  if (file.Close()) {
+    NotePeaksKept(path);
+    return WTell(Peaks(view.rows.size(), "saved"));
+  }
   const std::string failure = FileMessage("Error writing peak table", path, file.Reason());
   MessageBoxError("File Error", failure);
   WTell(OnOneLine(failure));

@@ -32,16 +32,34 @@ void OnClose(int window, int& quitflag) {
     CloseChild(window);
 }
 
-// What is not the pattern, a background say, may have been saved in between.
+// What would be lost, and the command that saves it; of both the pattern is saved first.
+struct Unsaved {
+  std::string text;  // blank: nothing
+  int command = 0;
+};
+
+Unsaved FindUnsaved() {
+  const bool fit = ws.fitpoints > 0;
+  const std::string work = fit ? "peaks and fit" : "peaks";
+  if (ws.patternloaded == 0) return {};
+  if (PointsAreKept() && PeaksAreKept()) return {};
+  if (PointsAreKept())
+    return {"The " + work + " of " + ws.patternstem + " are not saved.",
+            fit ? MenuSaveFit : MenuSavePeaks};
+  const std::string changed = ws.patternstem + " has been changed and is not saved";
+  return {changed + (PeaksAreKept() ? "." : ", nor are its " + work + "."), MenuSavePattern};
+}
+
+// What is saved may be something else, a background say.
 bool MayLeave() {
-  while (ws.patternloaded && !PointsAreKept()) {
-    const std::string text = ws.patternstem + " has been changed and is not saved.";
+  for (;;) {
+    const auto [text, command] = FindUnsaved();
+    if (text.empty()) return true;
     const SaveAnswer answer = MessageBoxSave("Leave " + std::string(ProgramTitle), text);
     if (answer == SaveAnswer::Discard) return true;
     if (answer == SaveAnswer::Cancel) return false;
-    if (RunCommand(*FindCommand(MenuSavePattern)) != Outcome::Done) return false;
+    if (RunCommand(*FindCommand(command)) != Outcome::Done) return false;
   }
-  return true;
 }
 
 }  // namespace

@@ -39,15 +39,32 @@ std::string PeaksInList(const Arguments&) {
   return Counted(std::min(ws.npeaks, MaxPeaks), "peak") + " in the list";
 }
 
-// OK of the options only stores them.
-std::string SearchOptions(const Arguments& arguments) {
-  return arguments.button == ButtonOk ? "Peak search options kept" : PeaksFound(arguments);
+// Cancel of the results takes the difference off the plot with the peak.
+std::string PeakKept(const Arguments&) {
+  if (!(ws.plotmask & PlotResidual)) return "The fitted peak is not kept";
+  return "Fitted peak at " + Short(ws.spposition, 3) + " kept in the list";
+}
+
+bool IsSubtracted() { return ws.viewmode == 1 && ws.plotmask & PlotNet; }
+
+std::string Subtracted(const Arguments&) {
+  return IsSubtracted() ? "Background subtracted" : "Background not subtracted";
 }
 
 std::string Estimated(const Arguments&) {
   return "Autosubtract: scale " + Short(ws.estimatescale, 3) + ", " +
-         Counted(ws.autosubcycles, "cycle") +
-         (ws.viewmode == 1 && ws.plotmask & PlotNet ? "" : ", not subtracted");
+         Counted(ws.autosubcycles, "cycle") + (IsSubtracted() ? "" : ", not subtracted");
+}
+
+// OK of the options only stores them.
+std::string SearchOptions(const Arguments& arguments) {
+  return arguments.button == ButtonOk ? "Peak search options kept" : PeaksFound(arguments);
+}
+std::string PeakFitOptions(const Arguments& arguments) {
+  return arguments.button == ButtonOk ? "Peak fit options kept" : PeakKept(arguments);
+}
+std::string AutosubtractOptions(const Arguments& arguments) {
+  return arguments.button == ButtonOk ? "Autosubtract options kept" : Estimated(arguments);
 }
 
 std::string PointsLeft(const Arguments&) {
@@ -75,6 +92,7 @@ constexpr struct {
     {MenuSaveBackground, MenuSaveBackground, SavedTo},
     {MenuSavePeaks, MenuSavePeaks, SavedPeaks},
     {MenuSaveFitted, MenuSaveFitted, SavedTo},
+    {MenuSaveFit, MenuSaveFit, SavedTo},
     {MenuSaveHistory, MenuSaveHistory, SavedTo},
     {MenuSavePng, MenuSavePdf, SavedTo},
     {MenuUndo, MenuUndo, Undone},
@@ -85,8 +103,11 @@ constexpr struct {
     {MenuLoadPeaks, MenuLoadPeaks, PeaksInList},
     {MenuPeakTable, MenuPeakTable, PeaksInList},
     {MenuManualPeaks, MenuManualPeaks, PeaksInList},
-    {MenuPeakTable, MenuPeakTable, PeaksInList},
+    {MenuFitPeak, MenuFitPeak, PeakKept},
+    {MenuFitPeakOptions, MenuFitPeakOptions, PeakFitOptions},
+    {MenuSubtract, MenuSubtract, Subtracted},
     {MenuAutosubtract, MenuAutosubtract, Estimated},
+    {MenuAutosubtractOptions, MenuAutosubtractOptions, AutosubtractOptions},
     {MenuTruncate, MenuConvert, PointsLeft},
     {MenuFitPattern, MenuFitPattern, Nothing},
     {MenuFitPatterns, MenuFitPatterns, Nothing},

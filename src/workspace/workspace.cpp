@@ -49,22 +49,45 @@ void ComputeXAxes() {
 
 namespace {
 
-// Of two-theta and counts, bit for bit, by the method of Fowler, Noll and Vo.
+// Bit for bit, by the method of Fowler, Noll and Vo.
+constexpr std::uint64_t kEmpty = 0xcbf29ce484222325;
+std::uint64_t Digest(std::uint64_t before, float value) {
+  return (before ^ std::bit_cast<std::uint32_t>(value)) * 0x100000001b3;
+}
+
+// Of two-theta and counts.
 std::uint64_t PointsDigest() {
-  std::uint64_t digest = 0xcbf29ce484222325;
+  std::uint64_t digest = kEmpty;
   for (const std::span<float> row : {ws.xval.row(AxisTth, SlotInput), ws.yval.row(SlotInput)})
-    for (const float value : row.first(ws.npts(SlotInput)))
-      digest = (digest ^ std::bit_cast<std::uint32_t>(value)) * 0x100000001b3;
+    for (const float value : row.first(ws.npts(SlotInput))) digest = Digest(digest, value);
   return digest;
+}
+
+// Of the rows in any order.
+std::uint64_t PeaksDigest() {
+  std::uint64_t sum = 0;
+  for (int row = 1; row <= std::min(ws.npeaks, MaxPeaks); ++row) {
+    std::uint64_t digest = kEmpty;
+    for (int field = ptth; field <= pshaper; ++field) digest = Digest(digest, ws.peaks(field, row));
+    sum += digest;
+  }
+  return sum;
+}
+
+bool IsKept(std::uint64_t digest) {
+  return std::ranges::any_of(ws.kept, [=](const auto& file) { return file.second == digest; });
 }
 
 }  // namespace
 
-void NotePointsKept(const std::string& path) { ws.keptpoints[path] = PointsDigest(); }
+void NotePointsKept(const std::string& path) { ws.kept[path] = PointsDigest(); }
+bool PointsAreKept() { return IsKept(PointsDigest()); }
 
-bool PointsAreKept() {
-  const auto holds = [now = PointsDigest()](const auto& file) { return file.second == now; };
-  return std::ranges::any_of(ws.keptpoints, holds);
+void NotePeaksKept(const std::string& path) { ws.kept[path] = PeaksDigest(); }
+bool PeaksAreKept() {
+  const auto origins = std::span(ws.peakorigin.cells).first(std::clamp(ws.npeaks, 0, MaxPeaks));
+  const auto made = [](int origin) { return origin == PeakPicked || origin == PeakFitted; };
+  return std::ranges::none_of(origins, made) || IsKept(PeaksDigest());
 }
 
 int ActiveSlot() {

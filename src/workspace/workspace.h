@@ -185,8 +185,8 @@ struct Session {
   std::string fitfile, refineout;
   int fitrun = 0;
 
-  // By its path a digest of the points that a file has last given to slot 1, or taken from it
-  std::map<std::string, std::uint64_t> keptpoints;
+  // By its path a digest of what a file has last given or taken: the points of slot 1, or the peaks
+  std::map<std::string, std::uint64_t> kept;
 
   int toolbar = 1;    // 1 while it is shown
   int legend = 1;     // 1 while the plot names its curves
@@ -381,6 +381,10 @@ void EndOverlayFit();
 // a file still, which another save may have replaced.
 void NotePointsKept(const std::string& path);
 bool PointsAreKept();
+// The same of the peak list when it has been saved. What has not been picked or fitted can be had
+// again, and needs no file.
+void NotePeaksKept(const std::string& path);
+bool PeaksAreKept();
 
 // Empties the peak list and the refined curve and puts the fit's parameters to their defaults.
 void ClearPeakFit();

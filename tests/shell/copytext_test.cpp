@@ -6,6 +6,7 @@
 #include <sstream>
 
 #include "crystal/hklcode.h"
+#include "peaks/peaklist.h"
 #include "shell/copytext.h"
 #include "shell/shell.h"
 #include "support/support.h"
@@ -184,6 +185,31 @@ TEST_F(CopyText, ChangesAreKeptOrNot) {
   EXPECT_TRUE(PointsAreKept());
   RunMenu(MenuUndo);
   EXPECT_FALSE(PointsAreKept());
+}
+
+// Peaks that were made by hand or by a fit want a file, others can be had again.
+TEST_F(CopyText, PeaksAreKeptOrNot) {
+  Load();
+  RelistPeaks(2, PeakSearched);
+  EXPECT_TRUE(PeaksAreKept());
+  NotePeak(2, PeakFitted);
+  EXPECT_FALSE(PeaksAreKept());
+  RunMenu(MenuSavePeaks, "file /nowhere/a.pks");
+  EXPECT_FALSE(PeaksAreKept());
+  const std::pair<int, std::string> saves[] = {
+      {MenuSavePeaks, "file " + dir.file("a.pks")},
+      {MenuSaveFit, "file " + dir.file("a.fit")},
+      {MenuPeakTable, "press Save...\nfile " + dir.file("a.csv") + "\npress Close"}};
+  for (const auto& [id, lines] : saves) {
+    ws.peaks(ptth, AppendPeak(PeakPicked)) = static_cast<float>(id);
+    EXPECT_FALSE(PeaksAreKept()) << id;
+    RunMenu(id, lines);
+    EXPECT_TRUE(PeaksAreKept()) << id;
+  }
+  std::swap(ws.peaks(ptth, 2), ws.peaks(ptth, 3));
+  EXPECT_TRUE(PeaksAreKept()) << "sorted otherwise";
+  ws.peaks(pfwhm, 2) += 0.01f;
+  EXPECT_FALSE(PeaksAreKept());
 }
 
 }  // namespace

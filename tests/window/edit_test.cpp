@@ -14,6 +14,7 @@
 #include <csignal>
 #include <cstring>
 
+#include "peaks/peaklist.h"
 #include "shell/shell.h"
 #include "shell/undo.h"
 #include "toolkit/qt/events.h"
@@ -209,6 +210,37 @@ TEST(Leave, AsksWhatToDoWithAChange) {
     co_await TheEnd();
   });
   EXPECT_TRUE(QFile::exists(QString::fromStdString(Place()) + "/own.xy"));
+}
+
+TEST(Leave, AsksAboutPeaksThatAreNotSaved) {
+  RunOn("peaks.xy", []() -> Script {
+    const auto question = [] { return FindA<QMessageBox>("unsaved")->text(); };
+    ws.peaks(ptth, AppendPeak(PeakPicked)) = 30;
+    ws.fitpoints = 1000;
+    Root()->close();
+    co_await Shown("unsaved");
+    EXPECT_EQ(question(), "The peaks and fit of peaks are not saved.");
+    Press("Escape");
+    co_await Idle();
+    ws.fitpoints = 0;
+    co_await Changed();
+    Root()->close();
+    co_await Shown("unsaved");
+    EXPECT_EQ(question(), "peaks has been changed and is not saved, nor are its peaks.");
+    Press("Escape");
+    co_await Idle();
+    Pick(MenuUndo);
+    co_await Until{[] { return PointsAreKept() && Idle().ready(); }, "the way back"};
+    Root()->close();
+    co_await Shown("unsaved");
+    EXPECT_EQ(question(), "The peaks of peaks are not saved.");
+    Press("Return");
+    co_await Shown("selector");
+    Press("Return");
+    co_await TheEnd();
+  });
+  EXPECT_EQ(Root(), nullptr);
+  EXPECT_TRUE(QFile::exists(QString::fromStdString(Place()) + "/peaks.pks"));
 }
 
 TEST(Leave, AsksNothingWhenTheChangeIsTakenBack) {

@@ -167,6 +167,29 @@ TEST(Menus, CommandsTellWhatTheyHaveDone) {
       co_await Idle();
       EXPECT_EQ(told().endsWith(", not subtracted"), !subtract) << told().toStdString();
     }
+    for (const bool subtract : {false, true}) {
+      Pick(MenuSubtract);
+      co_await Shown("box");
+      Press(subtract ? "Return" : "Escape");
+      co_await Idle();
+      EXPECT_EQ(told(), subtract ? "Background subtracted" : "Background not subtracted");
+    }
+    for (const bool keep : {false, true}) {
+      Pick(MenuFitPeak);
+      co_await Shown("dialog126");
+      Press(keep ? "Return" : "Escape");
+      co_await Idle();
+      EXPECT_EQ(told(),
+                keep ? "Fitted peak at 30.000 kept in the list" : "The fitted peak is not kept");
+    }
+    for (const auto& [options, name] :
+         {std::pair(MenuFitPeakOptions, "dialog127"), {MenuAutosubtractOptions, "dialog119"}}) {
+      Pick(options);
+      co_await Shown(name);
+      Press("Return");
+      co_await Idle();
+      EXPECT_TRUE(told().endsWith(" options kept")) << told().toStdString();
+    }
     PostDropped(Place() + "/none.xy");
     co_await Shown("box");
     Press("Return");
