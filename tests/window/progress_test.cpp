@@ -43,6 +43,11 @@ double Full() {
   return bar->maximum() > 0 ? static_cast<double>(bar->value()) / bar->maximum() : -1;
 }
 
+QString BarText() {
+  const auto* bar = FindA<QProgressBar>("bar");
+  return bar->isTextVisible() ? bar->text() : QString();
+}
+
 // Reports long enough for the bar to be painted again.
 void CalculateFor(int milliseconds, std::optional<float> done) {
   QElapsedTimer time;
@@ -108,6 +113,7 @@ TEST(Progress, StopAndEscapeEndACalculationAndNothingElseIsTaken) {
 
 TEST(Progress, TheBarShowsHowMuchIsDoneWhereThatIsKnown) {
   std::vector<double> seen;
+  QStringList told;
   RunWith(
       []() -> Script {
         Pick(kMenuAbout);
@@ -115,19 +121,21 @@ TEST(Progress, TheBarShowsHowMuchIsDoneWhereThatIsKnown) {
         Press("Return");
       },
       {},
-      [&seen] {
+      [&seen, &told] {
         Message message;
         while (WMessage(message) != MessageClose) {
           if (message.type != MessageMenu) continue;
-          for (const std::optional<float> done : {std::optional<float>{}, {0.25f}, {1.0f}, {}}) {
+          for (const std::optional<float> done : {std::optional<float>{}, {0.03f}, {1.0f}, {}}) {
             CalculateFor(120, done);
             seen.push_back(Full());
+            if (done) told.append(BarText());
           }
           MessageBoxInfo("Calculation", "Done");
         }
         WindowClose();
       });
-  EXPECT_EQ(seen, (std::vector<double>{-1, 0.25, 1, -1}));
+  EXPECT_EQ(seen, (std::vector<double>{-1, 0.03, 1, -1}));
+  EXPECT_EQ(told, (QStringList{"3 %", "100 %"}));
 }
 
 // Progress stays behind a command that has come to its end, until the next one; what is told last

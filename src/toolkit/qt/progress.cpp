@@ -21,7 +21,7 @@ ProgressBar::ProgressBar(QStatusBar* status)
   stop_->setFocusPolicy(Qt::NoFocus);
   connect(stop_, &QPushButton::clicked, this, [this] { stopped_ = true; });
   bar_->setObjectName("bar");
-  bar_->setTextVisible(false);
+  bar_->setFormat("%p %");  // the first per cent of the bar are too narrow to be seen
   bar_->setFixedWidth(kBarLetters * fontMetrics().averageCharWidth());
   auto* row = new QHBoxLayout(this);
   row->setContentsMargins(0, 0, 0, 0);
