@@ -23,6 +23,7 @@ mkfifo "$home/display"
 Xvfb -displayfd 3 -screen 0 "${size}x24" 3>"$home/display" >/dev/null 2>&1 & started+=($!)
 read -r number <"$home/display"
 export DISPLAY=:$number QT_QPA_PLATFORM=xcb QUILLAGRAM_HOME=$home
+export XDG_CONFIG_HOME=$home  # the window manager as it is, not as its user has set it up
 openbox >/dev/null 2>&1 & started+=($!)
 # A window that comes before the window manager gets no focus.
 until xdotool get_num_desktops >/dev/null 2>&1; do sleep 0.1; done
