@@ -33,6 +33,12 @@ std::string PeaksFound(const Arguments&) {
   return Counted(count, "peak") + " found" + (count > 0 ? "; next: Fit all peaks" : "");
 }
 
+// Images are not asked a name for.
+std::string JpegSaved(const Arguments&) { return "Saved " + ws.patternstem + ".jpg"; }
+std::string BitmapSaved(const Arguments&) { return "Saved " + ws.patternstem + ".bmp"; }
+std::string EpsSaved(const Arguments&) { return "EPS file saved"; }
+std::string Printed(const Arguments&) { return "Printed " + ws.patternstem; }
+
 std::string SavedPeaks(const Arguments& arguments) { return SavedTo(arguments) + ", for Index"; }
 
 std::string PeaksInList(const Arguments&) {
@@ -95,6 +101,11 @@ constexpr struct {
     {MenuSaveFit, MenuSaveFit, SavedTo},
     {MenuSaveHistory, MenuSaveHistory, SavedTo},
     {MenuSavePng, MenuSavePdf, SavedTo},
+    {MenuSaveJpeg, MenuSaveJpeg, JpegSaved},
+    {MenuSaveBitmap, MenuSaveBitmap, BitmapSaved},
+    {MenuSaveEps, MenuSaveEps, EpsSaved},
+    {MenuPrintGraphics, MenuPrintGraphics, Printed},
+    {MenuPrintReport, MenuPrintReport, Printed},
     {MenuUndo, MenuUndo, Undone},
     {MenuRedo, MenuRedo, Redone},
     {MenuCopyPicture, MenuCopyPoints, Nothing},

@@ -135,6 +135,9 @@ TEST(Commands, TheWindowCanBeClosedBesideADialog) {
     Click(30, 500);
     co_await PointCount(ws.npeaks, 1);
     Root()->close();
+    co_await Shown("unsaved");
+    Press("Alt+D");
+    co_await Until{[] { return false; }, "the end of the program"};
   });
   EXPECT_EQ(Root(), nullptr);
   EXPECT_EQ(ws.npeaks, 1);

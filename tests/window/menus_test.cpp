@@ -210,6 +210,9 @@ TEST(Menus, CommandsTellWhatTheyHaveDone) {
     Pick(MenuRedo);
     co_await Idle();
     EXPECT_EQ(told(), "Done again: Fit all peaks");
+    Pick(MenuSaveBitmap);
+    co_await Idle();
+    EXPECT_EQ(told(), "Saved told.bmp");
     Pick(MenuSavePattern);
     co_await Shown("dialog123");
     Press("Return");
