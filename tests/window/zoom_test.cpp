@@ -226,6 +226,7 @@ TEST(Zoom, ByTheKeysOfADialogBeside) {
     const float full = Width();
     Pick(MenuManualPeaks);
     co_await Shown("dialog130");
+    EXPECT_EQ(Find("dialog130")->focusWidget()->objectName(), "button1") << "OK";
     const auto press = [](Qt::Key key) { QTest::keyClick(Find("dialog130")->focusWidget(), key); };
     Turn(OnPlot(30, 500), 480);
     co_await Until{[=] { return Width() < full; }, "the zoom"};

@@ -329,9 +329,10 @@ void DialogView::SetFirstFocus() {
   for (int i = 0; i < Count() && first < 0; ++i) {
     const ControlKind kind = ControlAt(i).kind;
     const bool chosen = kind != Radio || state_.fields[i].text == "on";
-    if (kind != Text && chosen && rows_[i].field->isEnabled() && rows_[i].field->isVisible())
-      first = i;
+    const bool takes = kind != Text && kind != Button && chosen;
+    if (takes && rows_[i].field->isEnabled() && rows_[i].field->isVisible()) first = i;
   }
+  if (first < 0) first = IndexOf(ButtonOk);  // Return is to end the dialog, not to page
   if (first < 0) return;
   rows_[first].field->setFocus();
   if (rows_[first].line) rows_[first].line->selectAll();
