@@ -11,6 +11,9 @@
 #include "crystal/cellmetric.h"
 #include "crystal/hklcode.h"
 
+// A namespace of its own, as the code under test has functions of the same names.
+namespace lattices {
+
 inline constexpr double kDegree = 0.017453292519943295;
 
 using Cell = std::array<double, 6>;  // angstrom, degrees
@@ -103,3 +106,7 @@ inline UnitCell AsFloat(const Cell& c) {
   for (int k = 0; k < 6; ++k) cell(k + 1) = static_cast<float>(c[k]);
   return cell;
 }
+
+}  // namespace lattices
+
+using namespace lattices;
