@@ -214,7 +214,7 @@ struct Tally {
 void Run(const IndexingEngine& engine, const std::vector<float>& lines, const Basis& truth,
          Tally& tally) {
   LineWriter input(engine.input);
-  for (const std::string& record : engine.records(lines)) input.Write(record);
+  for (const std::string& record : engine.records(lines, ws)) input.Write(record);
   input.Close();
   const auto began = std::chrono::steady_clock::now();
   engine.start(engine.input, engine.output, {});
@@ -253,7 +253,7 @@ int main(int argc, char** argv) {
   const int cells = argc > 1 ? std::atoi(argv[1]) : 200;
   for (const EngineNumber number : {EngineIto, EngineTreor}) {
     const IndexingEngine& engine = EngineOf(number);
-    engine.putdefaults();
+    engine.putdefaults(ws);
     ws.*engine.wavelength = CuKalpha1;
     std::printf("%s%*s cells   first rank   any rank  median s longest s\n", engine.name,
                 15 - static_cast<int>(std::string(engine.name).size()), "");

@@ -42,7 +42,7 @@ std::optional<std::vector<float>> LinesFor(const IndexingEngine& engine) {
 bool WriteInput(const IndexingEngine& engine, std::span<const float> lines) {
   LineWriter file(engine.input);
   const bool begun = file.IsOpen();
-  for (const std::string& record : engine.records(lines)) WritePadded(file, record);
+  for (const std::string& record : engine.records(lines, ws)) WritePadded(file, record);
   if (file.Close()) return true;
   if (begun) IOsDeleteFile(engine.input);  // what a full disk has left of it
   MessageBoxError("File Error", FileMessage(engine.cannotwrite, engine.input, file.Reason()));

@@ -25,14 +25,17 @@ struct IndexingEngine {
   const char *input, *output;              // its files in the current directory
   const char *cannotwrite, *cannotdelete;  // the input file
   float leasttth;                          // a peak that is not above ends the list
-  int Workspace::*mostlines;               // handed to the engine; null: all
+  int Indexing::*mostlines;                // handed to the engine; null: all
   bool onlycounts;                         // with Debug on: tells the number of lines and ends
-  float Workspace::*wavelength;            // of the run
+  float Indexing::*wavelength;             // of the run
   bool bestfirst;                          // in the listing; else trial cells come as they are met
-  std::vector<std::string> (*records)(std::span<const float> lines);    // of the input file
+  // Of the input file, with the parameters of the run.
+  std::vector<std::string> (*records)(std::span<const float> lines, const Indexing& parameters);
   int (*readsolutions)(LineReader& listing, SolutionTable& solutions);  // from the listing
+  // The centerings of the solutions, as letters in small type; null: the listing has none.
+  std::string (*readcenterings)(LineReader& listing);
   const DialogResource& dialog;
-  void (*putdefaults)();  // into fields that hold nothing to begin with
+  void (*putdefaults)(Indexing& parameters);  // into what holds nothing to begin with
   EngineEnd (*start)(const std::string& input, const std::string& output,
                      const EngineReport& report);
 };

@@ -1,5 +1,6 @@
 // The menu "Index".
 #include "index/driver.h"
+#include "index/findcommand.h"
 #include "index/index.h"
 #include "toolkit/toolkit.h"
 #include "workspace/menuids.h"
@@ -34,6 +35,13 @@ constexpr Command PlotRow(int id, const char* text, EngineNumber engine) {
 
 constexpr Command kCommands[] = {
     {.item = {kPopup, "Index", 0, true}},
+    {.item = {MenuFindCell, "Find cell...", kPopup},
+     .title = "Find cell",
+     .viewmode = 1,
+     .ask = AskFoundCell,
+     .run = Plain<ApplyFoundCell>,
+     .redraw = Redraw::Keep,
+     .undo = true},
     RunRow(40119, "TREOR90", EngineTreor),
     RunRow(40120, "ITO", EngineIto),
     {.item = {40121, "View output", kPopup}, .ask = AskView, .run = View},

@@ -98,29 +98,29 @@ bool AcceptEntry() {
 constexpr DialogResource kItoDialog{129, "ITO Input", kItoControls, FieldPeakFile};
 constexpr DialogResource kTreorDialog{131, "TREOR90 Input", kTreorControls, FieldPeakFile};
 
-void PutItoDefaults() {
-  Default(ws.itoform, 4);
-  Default(ws.itowave, float{ws.wavelen(1)});
-  Default(ws.itomaxlines, 30);
-  Default(ws.itotol1, 3.0f);
-  Default(ws.itotol2, 4.5f);
-  Default(ws.itofom, 4);
-  Default(ws.itolines, 14);
+void PutItoDefaults(Indexing& p) {
+  Default(p.itoform, 4);
+  Default(p.itowave, float{ws.wavelen(1)});
+  Default(p.itomaxlines, 30);
+  Default(p.itotol1, 3.0f);
+  Default(p.itotol2, 4.5f);
+  Default(p.itofom, 4);
+  Default(p.itolines, 14);
 }
 
-void PutTreorDefaults() {
-  Default(ws.treform, 4);
-  Default(ws.trewave, CuKalpha1);
-  if (ws.trevol == 0) ws.trevol = -2000;
-  Default(ws.treedge, 100.0f);
-  Default(ws.tred1, 0.0002f);
-  Default(ws.tred2, 0.0004f);
-  Default(ws.tremerit, 10);
-  if (ws.trenix < 0) ws.trenix = 1;
+void PutTreorDefaults(Indexing& p) {
+  Default(p.treform, 4);
+  Default(p.trewave, CuKalpha1);
+  if (p.trevol == 0) p.trevol = -2000;
+  Default(p.treedge, 100.0f);
+  Default(p.tred1, 0.0002f);
+  Default(p.tred2, 0.0004f);
+  Default(p.tremerit, 10);
+  if (p.trenix < 0) p.trenix = 1;
 }
 
 Outcome AskEngineInput(const IndexingEngine& engine) {
-  engine.putdefaults();
+  engine.putdefaults(ws);
   ProposePeakFile();
   WRegisterDialogs({&engine.dialog, 1});
   WDialogUndefined(0, 0, 0);

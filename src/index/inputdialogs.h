@@ -2,8 +2,9 @@
 #pragma once
 
 #include "toolkit/resources.h"
+#include "workspace/workspace.h"
 
 extern const DialogResource kItoDialog, kTreorDialog;
 
-void PutItoDefaults();
-void PutTreorDefaults();
+void PutItoDefaults(Indexing& parameters);
+void PutTreorDefaults(Indexing& parameters);

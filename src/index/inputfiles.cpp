@@ -4,16 +4,15 @@
 #include "index/ito/cards.h"
 #include "workspace/record.h"
 #include "workspace/text.h"
-#include "workspace/workspace.h"
 
 namespace {
 
 constexpr float kMostTth = 180;
 
 // The title, a record for each line, and the blank one that ends them.
-std::vector<std::string> TitleAndLines(std::span<const float> lines,
+std::vector<std::string> TitleAndLines(const std::string& title, std::span<const float> lines,
                                        std::span<const std::string> cards) {
-  std::vector<std::string> records{OnOneLine(ws.peakfilename)};
+  std::vector<std::string> records{OnOneLine(title)};
   records.insert(records.end(), cards.begin(), cards.end());
   for (float line : lines) records.push_back(WriteRecord<"(f10.4)">(line));
   records.emplace_back();
@@ -42,28 +41,28 @@ std::vector<float> ReadPeakLines(LineReader& file, float least) {
 //    27.3700
 //
 // end
-std::vector<std::string> ItoInput(std::span<const float> lines) {
+std::vector<std::string> ItoInput(std::span<const float> lines, const Indexing& p) {
   const std::string cards[] = {
-      WriteRecord<"('9004 0 0 0',2f5.2,f10.5)">(ws.itotol1, ws.itotol2, ws.itowave),
-      WriteRecord<"(f10.4,i10,i10)">(ws.itozero, ws.itofom, ws.itolines),
+      WriteRecord<"('9004 0 0 0',2f5.2,f10.5)">(p.itotol1, p.itotol2, p.itowave),
+      WriteRecord<"(f10.4,i10,i10)">(p.itozero, p.itofom, p.itolines),
   };
-  std::vector<std::string> records = TitleAndLines(lines, cards);
+  std::vector<std::string> records = TitleAndLines(p.peakfilename, lines, cards);
   if (EndsTheRun(records.front())) records.front().insert(0, "./");
   records.push_back("end");
   return records;
 }
 
 // The largest cell edge is always the engine's own.
-std::vector<std::string> TreorInput(std::span<const float> lines) {
-  std::vector<std::string> records = TitleAndLines(lines, {});
+std::vector<std::string> TreorInput(std::span<const float> lines, const Indexing& p) {
+  std::vector<std::string> records = TitleAndLines(p.peakfilename, lines, {});
   for (const std::string& keyword : {
-           WriteRecord<"('CHOICE=',i1,',')">(ws.treform - 1),
-           WriteRecord<"('WAVE=',f8.5,',')">(ws.trewave),
-           WriteRecord<"('VOL=',i5,',')">(nint(ws.trevol)),
-           WriteRecord<"('NIX=',I2,',')">(ws.trenix),
-           WriteRecord<"('MERIT=',I3,',')">(ws.tremerit),
-           WriteRecord<"('D1=',f8.5,',')">(ws.tred1),
-           WriteRecord<"('D2=',f8.5,',')">(ws.tred2),
+           WriteRecord<"('CHOICE=',i1,',')">(p.treform - 1),
+           WriteRecord<"('WAVE=',f8.5,',')">(p.trewave),
+           WriteRecord<"('VOL=',i5,',')">(nint(p.trevol)),
+           WriteRecord<"('NIX=',I2,',')">(p.trenix),
+           WriteRecord<"('MERIT=',I3,',')">(p.tremerit),
+           WriteRecord<"('D1=',f8.5,',')">(p.tred1),
+           WriteRecord<"('D2=',f8.5,',')">(p.tred2),
        })
     records.push_back(SqueezeBlanks(keyword));
   records.push_back("END*");

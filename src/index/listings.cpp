@@ -57,6 +57,15 @@ int ReadItoSolutions(LineReader& listing, SolutionTable& s) {
   return n;
 }
 
+std::string ReadItoCenterings(LineReader& listing) {
+  constexpr std::size_t kColumn = 90;
+  std::string line, letters;
+  if (!FindLine(listing, line, Holds("q(a)"))) return letters;
+  while (letters.size() < MaxSolutions && NextItoRow(listing, line))
+    letters += line.size() > kColumn ? line[kColumn] : ' ';
+  return letters;
+}
+
 // ---- TREOR90 ----
 //
 //    A =  5.640200  0.000300 A   ALFA = 90.000000  0.000000 DEG

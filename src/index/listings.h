@@ -9,3 +9,7 @@
 // a number of lines stay then as they are in the table.
 int ReadItoSolutions(LineReader& listing, SolutionTable& solutions);
 int ReadTreorSolutions(LineReader& listing, SolutionTable& solutions);
+
+// The letters of the lattices of ITO's solutions, in their order: p, a, b, c, i, f; blank where
+// there is none.
+std::string ReadItoCenterings(LineReader& listing);

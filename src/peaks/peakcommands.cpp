@@ -49,20 +49,15 @@ constexpr Control kFitControls[] = {
 constexpr ParameterDialog kFit{.resource = {127, "Single peak fit options", kFitControls},
                                .special = ButtonFit};
 
-bool AskPeakFile(Arguments& arguments, const char* filter, const std::string& name) {
+bool AskFor(Arguments& arguments, const char* filter, const std::string& name) {
   std::string& path = arguments.path = name;
   WSelectFile(filter, FileMustExist, path, "Open peak file");
   return !path.empty() && path.front() != '*';
 }
 
-Outcome AskLoad(Arguments& arguments) {
-  return Answered(AskPeakFile(arguments, "Peaks file|*.pks|",
-                              ws.peakfilename.empty() ? "*.pks" : ws.peakfilename));
-}
-
 Outcome AskEdit(Arguments& arguments) {
   if (!ws.peakfilename.empty()) return Outcome::Done;
-  if (!AskPeakFile(arguments, "Peak file|*.pks|", "*.pks")) return Outcome::Cancelled;
+  if (!AskFor(arguments, "Peak file|*.pks|", "*.pks")) return Outcome::Cancelled;
   ws.peakfilename = Field(arguments.path);
   return Outcome::Done;
 }
@@ -127,7 +122,7 @@ constexpr Command kCommands[] = {
      .run = Save,
      .redraw = Redraw::Full},
     {.item = {MenuLoadPeaks, "Load peaks", kPopup},
-     .ask = AskLoad,
+     .ask = AskPeakFile,
      .run = Load,
      .redraw = Redraw::Full,
      .undo = true},
@@ -170,6 +165,11 @@ constexpr Command kAnalysisCommands[] = {
 };
 
 }  // namespace
+
+Outcome AskPeakFile(Arguments& arguments) {
+  return Answered(
+      AskFor(arguments, "Peaks file|*.pks|", ws.peakfilename.empty() ? "*.pks" : ws.peakfilename));
+}
 
 std::span<const Command> PeakCommands() { return kCommands; }
 std::span<const Command> AnalysisCommands() { return kAnalysisCommands; }

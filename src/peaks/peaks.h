@@ -10,6 +10,8 @@
 Outcome OnPeakSearch();
 Outcome ManualPeakSearch();
 Outcome SavePeaks(const std::string& path);
+// Asks for the one to load.
+Outcome AskPeakFile(Arguments& arguments);
 Outcome LoadPeaks(const std::string& path);
 // Starts the editor on `peakfilename`.
 Outcome EditPeaks();

@@ -178,6 +178,15 @@ void DrawPeakTicks(const Plot& plot, const Range& x) {
   draw(ws.peakchosen);
 }
 
+// Below the frame alone, over the ends of the peaks' ticks: what hides none belongs to no peak.
+void DrawCellLines(const Plot& plot, const Range& x) {
+  const float strip = 2 * plot.page.tick;
+  SetPen(1, 2, colours::kBlue);
+  for (int j = 1; j <= std::min(ws.ncelllines, MaxPeaks); ++j)
+    if (const float place = ShownX(ws.celllines(j)); place > 0 && x.Holds(place))
+      LineAt(plot.X(place), -strip, strip, 90);
+}
+
 void DrawManualPoints(const Plot& plot, const Range& x) {
   SetPen(1, 1, colours::kOrange);
   for (int j = 1; j <= std::min(ws.nmanualbg, MaxManualPoints); ++j) {
@@ -205,6 +214,7 @@ void DrawCurves(const Plot& plot) {
     }
   }
   if (ws.plotmask & PlotPeaks) DrawPeakTicks(plot, x);
+  DrawCellLines(plot, x);
   DrawManualPoints(plot, x);
 }
 

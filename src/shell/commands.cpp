@@ -28,7 +28,7 @@ constexpr ToolRow kTools[] = {
     {MenuPeakSearch, "search"},
     {MenuFitPeak, "peak"},
     {MenuFitPattern, "pattern", "Fit whole pattern"},
-    {MenuTreor, "index", "Index with TREOR90"},
+    {MenuFindCell, "index"},
 };
 
 constexpr int kContextItems[] = {MenuFullPattern, MenuZoomBack,

@@ -51,7 +51,7 @@ NamedField Named(const Table<T, N...>& field) {
   F(viewxmin) F(viewxmax) F(viewymin) F(viewymax) F(viewexact) \
   F(bandx1) F(bandx2) F(bandy1) F(bandy2) \
   F(plotxmin) F(plotxmax) F(plotx0) F(ploty0) F(plotwidth) F(plotheight) F(xperunit) F(yperunit) \
-    F(plotscalex) F(plotscaley) F(curvexmin) F(curvexmax) \
+    F(plotscalex) F(plotscaley) F(curvexmin) F(curvexmax) F(celllines) F(ncelllines) \
   F(toolbar) F(legend) F(printflag) F(epsflag) \
   F(patternpath) F(patternstem) F(stem20) F(filetype) F(peakfilename) \
   F(editorpath) F(startdir) F(inipath) F(recentfiles) F(recentpending) F(caglmin) F(shapemin) \
@@ -90,6 +90,7 @@ NamedField Named(const Table<T, N...>& field) {
   F(indexoutfile) F(itoform) F(itowave) F(itozero) F(itomaxlines) F(itotol1) F(itotol2) F(itofom) \
     F(itolines) F(treform) F(trewave) F(trevol) F(treedge) F(tred1) F(tred2) F(tremerit) F(trenix) \
     F(solutions) F(nsolutions) F(selsolution) \
+    F(findcell) F(findlattice) F(findorigin) F(findunexplained) F(nfindcell) F(selfindcell) \
   F(sumfile) F(sumopen) F(sumcount) \
   F(scriptpath) F(scriptinlist) F(scriptoutlist) F(scriptinfmt) F(scriptoutfmt) \
     F(scriptusezero) F(scriptusetrun) F(scriptusescal) F(scriptusesmoo) F(scriptusesago) \

@@ -82,6 +82,10 @@ std::string OverlaysOpen(const Arguments&) { return Counted(ws.noverlay, "overla
 
 std::string Undone(const Arguments&) { return "Undone: " + RedoTitle(); }
 std::string Redone(const Arguments&) { return "Done again: " + UndoTitle(); }
+std::string CellTaken(const Arguments&) {
+  return "Cell " + std::to_string(ws.selfindcell) + " of " + std::to_string(ws.nfindcell) +
+         " goes to Peak fit: " + ws.findlattice(ws.selfindcell);
+}
 
 // What stands in part 3 already.
 std::string Nothing(const Arguments&) { return ""; }
@@ -124,6 +128,7 @@ constexpr struct {
     {MenuFitPatterns, MenuFitPatterns, Nothing},
     {MenuFitAllPeaks, MenuFitAllPeaks, Nothing},
     {MenuAddSum, MenuAddSum, Nothing},
+    {MenuFindCell, MenuFindCell, CellTaken},
 };
 
 }  // namespace

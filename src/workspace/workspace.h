@@ -17,6 +17,7 @@ inline constexpr int MaxManualPoints = 100;  // manual background points
 inline constexpr int MaxOverlays = 4;
 inline constexpr int MaxRecent = 4;
 inline constexpr int MaxSolutions = 100;  // cells of an indexing run
+inline constexpr int MaxFoundCells = 20;  // in the table of "Find cell"
 inline constexpr int MaxChildWindows = 50;
 inline constexpr int MaxChebyshev = 15;  // coefficients of a background polynomial
 inline constexpr int TextLength = 256;   // characters of a text field
@@ -61,6 +62,29 @@ enum PeakOrigin {
 // merit, and the lines that ITO has indexed or TREOR90 has not.
 enum SolutionField { sola = 1, solb, solc, solalpha, solbeta, solgamma, solvolume, solfom, solnix };
 using SolutionTable = Table<float, MaxSolutions, solnix>;
+
+// Fields of a row of `findcell`: the cell as above, the zero that is added to every measured
+// two-theta, and their e.s.d.s; figures of merit; lines indexed and all lines; the logarithm of the
+// odds against lines that lie anywhere; the row that it is a relative of, or 0; 1 for a tie with
+// the row before; numbers of Laue class and centering.
+enum FoundField {
+  founda = 1,
+  foundgamma = 6,
+  foundvolume,
+  foundzero,
+  foundesda,
+  foundesdgamma = 14,
+  foundesdzero,
+  foundm20,
+  foundf20,
+  foundindexed,
+  foundlines,
+  foundodds,
+  foundrelative,
+  foundtie,
+  foundclass,
+  foundcentering,
+};
 
 // Angle conversion of the whole program: degrees = radians * RadToDeg, and twice that for the
 // two-theta that belongs to an arcsine.
@@ -232,6 +256,10 @@ struct PatternData : PeakTables {
   float plotscalex = 1, plotscaley = 1;
   float curvexmin = 0, curvexmax = 0;  // x range of the primary curve's points, before rounding
 
+  // Two-theta of the lines of the cell that is chosen beside the plot, drawn below the frame.
+  Table<float, MaxPeaks> celllines;
+  int ncelllines = 0;
+
   // Check marks of the menu. Those of axes and grids follow their commands, not a load.
   int patternloaded = 0;
   int loadcount = 0;  // patterns opened up to this one
@@ -332,6 +360,13 @@ struct Indexing {
   SolutionTable solutions;  // read last from a listing
   int nsolutions = 0;
   int selsolution = 0;  // the row chosen, 0 for none
+
+  // The cells found last, best first; of each its lattice as "orthorhombic P", who has found it and
+  // the numbers of the lines that it leaves.
+  Table<float, MaxFoundCells, foundcentering> findcell;
+  Table<std::string, MaxFoundCells> findlattice, findorigin, findunexplained;
+  int nfindcell = 0;
+  int selfindcell = 0;  // the row chosen, 0 for none
 
   bool operator==(const Indexing&) const = default;
 };

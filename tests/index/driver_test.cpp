@@ -67,7 +67,7 @@ class Driver : public testing::Test {
     return Run(number, start);
   }
   Outcome Run(int number, decltype(&Start) start = Start) {
-    EngineOf(number).putdefaults();
+    EngineOf(number).putdefaults(ws);
     IndexingEngine engine = EngineOf(number);
     engine.start = start;
     return RunEngine(engine);
@@ -261,7 +261,7 @@ TEST_F(Driver, TheDialogOfTreorHasItsOwnValues) {
       "set 1735 on\nset 1736 2\nset 1737 500\nset 1738 30\nset 1739 .001\nset 1740 .002\n"
       "set 1741 12\nset 1742 0\npress \"Run TREOR90\"");
   EXPECT_EQ(AskEngineInput(treor), Outcome::Done);
-  treor.putdefaults();
+  treor.putdefaults(ws);
   EXPECT_EQ(fields(), std::tuple(5, 2.0f, 500.0f, 30.0f, 0.001f, 0.002f, 12, 0));
   ResetWorkspace();
   EXPECT_EQ(fields(), std::tuple(4, 0.0f, 0.0f, 0.0f, 0.0f, 0.0f, 0, -1));

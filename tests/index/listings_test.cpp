@@ -27,6 +27,7 @@ class Listings : public testing::Test {
     LineReader file(dir_.file("listing"));
     return reader(file, s);
   }
+  std::string Place(const std::string& name) const { return dir_.file(name); }
   // A row that the listing says nothing about.
   void SetUp() override { s.fill(-7); }
   SolutionTable s;
@@ -48,6 +49,21 @@ Row TreorRow(int k) {
   row[solfom - 1] = static_cast<float>(50 - k);
   row[solnix - 1] = static_cast<float>(k);
   return row;
+}
+
+// Of a listing that is damaged too there is a letter for each solution.
+TEST_F(Listings, TellTheCenteringsOfIto) {
+  std::string text = listings::Ito(3);
+  text.replace(text.find("       p\n", text.find("       p\n") + 1), 9, "       i\n");
+  const auto letters = [&](const std::string& listing) {
+    WriteFile(Place("letters"), listing);
+    LineReader file(Place("letters"));
+    return ReadItoCenterings(file);
+  };
+  EXPECT_EQ(letters(text), "pip");
+  EXPECT_EQ(letters(text.replace(text.find("       p\n"), 9, "\n")), " ip");
+  EXPECT_EQ(letters(listings::Ito(101)), std::string(100, 'p'));
+  EXPECT_EQ(letters(listings::Treor(2)), "");
 }
 
 TEST_F(Listings, GiveTheirSolutionsUpToAHundred) {

@@ -139,8 +139,8 @@ TEST_P(Transcript, ShowsWhatItSays) {
 INSTANTIATE_TEST_SUITE_P(Tour, Transcript,
                          testing::Values("corrections", "modify", "background", "peaks",
                                          "peaktable", "peakfit", "fit", "overlays", "summary",
-                                         "indexing", "scripts", "commands", "dialogs", "views",
-                                         "zoom"),
+                                         "indexing", "findcell", "scripts", "commands", "dialogs",
+                                         "views", "zoom"),
                          [](const auto& name) { return name.param; });
 
 }  // namespace

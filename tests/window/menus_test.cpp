@@ -100,7 +100,7 @@ TEST(Menus, ToolbarFollowsTheMenu) {
     EXPECT_TRUE(tool(MenuRedo)->isEnabled());
     // What stands in a popup that cannot be opened cannot be picked here either.
     for (const int id : {MenuSavePattern, MenuFullPattern, MenuAutosubtract, MenuPeakSearch,
-                         MenuFitPeak, MenuFitPattern, MenuTreor}) {
+                         MenuFitPeak, MenuFitPattern, MenuFindCell}) {
       EXPECT_FALSE(tool(id)->isEnabled()) << id;
       EXPECT_TRUE(tool(id)->toolTip().endsWith("\nNeeds a pattern: open one first")) << id;
     }

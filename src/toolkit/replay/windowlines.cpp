@@ -53,7 +53,8 @@ std::string ItemPath(const MenuItem& item) {
 const MenuItem& ItemOf(const Word& word) {
   if (const MenuItem* item = ItemById(Number(word))) return *item;
   for (const MenuItem& item : MenuItems())
-    if (ItemPath(item) == word.text || ItemPath(item) == Shown(word.text)) return item;
+    for (const std::string& path : {word.text, Shown(word.text), word.text + "..."})
+      if (ItemPath(item) == path) return item;
   Fail("no menu item " + word.text);
 }
 
