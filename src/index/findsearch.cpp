@@ -1,6 +1,7 @@
 // The search for the cell of the peak list.
 #include "index/findsearch.h"
 
+#include "index/alphatwo.h"
 #include "index/cellsources.h"
 #include "peaks/peaklist.h"
 #include "toolkit/toolkit.h"
@@ -8,13 +9,22 @@
 
 namespace {
 
-// A place that was picked has nothing but that; what the program has calculated is no observation.
-bool IsMeasured(int row) {
+// What the program has calculated is no observation; and where enough peaks have been fitted, what
+// a search took for a peak and no fit bears out is noise.
+bool IsMeasured(int row, bool arefitted) {
   const int origin = ws.peakorigin(row);
   const float tth = ws.peaks(ptth, row);
-  return origin != PeakCalculated && origin != PeakIndexed && tth > 0 && tth < 180;
+  return origin != PeakCalculated && origin != PeakIndexed && tth > 0 && tth < 180 &&
+         !(arefitted && origin == PeakSearched);
 }
 
+bool AreFitted() {
+  std::size_t fitted = 0;
+  for (int row = 1; row <= PeakRows(); ++row) fitted += ws.peakorigin(row) == PeakFitted;
+  return fitted >= kAdvisedLines;
+}
+
+// A place that was picked has nothing but that.
 PeakOfList PeakOfRow(int row) {
   if (ws.peakorigin(row) == PeakPicked) return {ws.peaks(ptth, row), 0, 0};
   return {ws.peaks(ptth, row), ws.peaks(pint, row), ws.peaks(pfwhm, row), ws.peakesd(1, row)};
@@ -68,12 +78,31 @@ Outcome TellNothingFound(std::size_t lines, const Findings& findings) {
   return Outcome::Failed;
 }
 
-std::string Summary(std::size_t lines, const Findings& findings) {
+// How many there were.
+int LeaveOutAlpha2(std::vector<PeakOfList>& peaks, std::vector<int>& rows) {
+  const std::vector<bool> seconds = AreAlpha2(peaks, WavelengthInUse(), ws.wavelen(2));
+  std::size_t kept = 0;
+  for (std::size_t i = 0; i < peaks.size(); ++i) {
+    if (seconds[i]) continue;
+    peaks[kept] = peaks[i];
+    rows[kept++] = rows[i];
+  }
+  const int left = static_cast<int>(peaks.size() - kept);
+  peaks.resize(kept);
+  rows.resize(kept);
+  return left;
+}
+
+std::string Summary(const LineList& list, const Findings& findings) {
+  const std::size_t lines = list.lines.size();
   const auto& [found, trouble] = findings;
   return (found.end == FindCellEnd::Stopped ? "Stopped: " : "") +
          Count(found.cells.size(), "cell") + " found" +
          (found.cells.front().likelihood < 0 ? ", none better than chance" : "") +
          (lines < kAdvisedLines ? ", by few lines" : "") +
+         (list.alpha2 > 0
+              ? ", without " + Count(static_cast<std::size_t>(list.alpha2), "alpha2 line")
+              : "") +
          (trouble.empty() ? "" : "; " + OnOneLine(trouble));
 }
 
@@ -85,11 +114,13 @@ LineList MeasuredLines() {
   LineList list;
   std::vector<PeakOfList> peaks;
   std::vector<int> rows;
+  const bool arefitted = AreFitted();
   for (int row = 1; row <= PeakRows(); ++row) {
-    if (!IsMeasured(row)) continue;
+    if (!IsMeasured(row, arefitted)) continue;
     rows.push_back(row);
     peaks.push_back(PeakOfRow(row));
   }
+  list.alpha2 = LeaveOutAlpha2(peaks, rows);
   list.lines = ObservedLines(peaks, WavelengthInUse());
   // Of equal positions there is one line.
   std::size_t peak = 0;
@@ -113,7 +144,7 @@ LineList UnexplainedLines(const FoundTable& table, std::size_t row) {
 Outcome SearchFor(const LineList& list, FoundTable& table) {
   Findings findings = Search(list);
   if (findings.found.cells.empty()) return TellNothingFound(list.lines.size(), findings);
-  const std::string summary = Summary(list.lines.size(), findings);
+  const std::string summary = Summary(list, findings);
   table = {std::move(findings.found.cells), list.lines, list.numbers, summary};
   return Outcome::Done;
 }

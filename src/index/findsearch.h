@@ -8,6 +8,7 @@
 struct LineList {
   std::vector<ObservedLine> lines;
   std::vector<int> numbers;  // of their rows in the peak list
+  int alpha2 = 0;            // peaks that have been left out as the alpha2 lines of others
 };
 
 float WavelengthInUse();

@@ -162,6 +162,37 @@ TEST_F(FindCellCommand, CopiesAndSavesTheTable) {
   EXPECT_EQ(std::ranges::count(csv, ','), commas * (1 + ws.nfindcell));
 }
 
+// A search takes noise and alpha2 lines for peaks; neither is to count as a line.
+TEST_F(FindCellCommand, LeavesOutAlpha2AndWhatNoFitHasBorneOut) {
+  const std::vector<double> lines = LinesOf(kCrystal, 24);
+  std::vector<double> all = lines;
+  const auto second = [](double tth) {
+    return 2 * std::asin(std::sin(tth * kRad / 2) * CuKalpha2 / kWave) / kRad;
+  };
+  for (const double tth : lines)
+    if (second(tth) - tth > 0.09) all.push_back(second(tth));
+  ASSERT_GT(all.size(), 28u);
+  List(all, PeakSearched);
+  for (int j = 2; j <= ws.npeaks; ++j)
+    if (std::abs(ws.peaks(ptth, j) - second(ws.peaks(ptth, j - 1))) < 0.001)
+      ws.peaks(pint, j) = 500;
+  ws.peaks(pint, 1) = 20;
+  RunMenu(MenuFindCell, "press Cancel");
+  EXPECT_EQ(ws.findcell(1, foundlines), 24);
+  EXPECT_EQ(ws.findcell(1, foundindexed), 24);
+
+  all = lines;
+  for (int noise = 0; noise < 12; ++noise) all.push_back(11.37 + 2.51 * noise);
+  List(all, PeakSearched);
+  for (int j = 1; j <= ws.npeaks; ++j) {
+    const auto is = [&](double tth) { return std::abs(ws.peaks(ptth, j) - tth) < 1e-4; };
+    if (std::ranges::any_of(lines, is)) ws.peakorigin(j) = PeakFitted;
+  }
+  RunMenu(MenuFindCell, "press Cancel");
+  EXPECT_EQ(ws.findlattice(1), "orthorhombic I");
+  EXPECT_EQ(ws.findcell(1, foundlines), 24);
+}
+
 TEST_F(FindCellCommand, FindsASecondPhaseAmongTheLinesLeft) {
   std::vector<double> lines = LinesOf(kCubic, 14);
   const auto others = LinesOf(kOther, 9);
