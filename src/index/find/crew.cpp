@@ -36,11 +36,13 @@ void Crew::Each(std::size_t n, const std::function<void(std::size_t)>& work) {
       const std::scoped_lock lock(mutex_);
       if (--atwork == 0) ended_.notify_one();
     });
-  for (std::unique_lock lock(mutex_); atwork > 0;) {
+  std::unique_lock lock(mutex_);
+  while (atwork > 0) {
     ended_.wait_for(lock, kTell);
     lock.unlock();
     if (tell_ && !stopped_ && !tell_()) stopped_ = true;
     lock.lock();
   }
+  lock.unlock();
   for (std::thread& thread : threads) thread.join();
 }

@@ -48,10 +48,10 @@ std::vector<ObservedLine> ObservedLines(std::span<const PeakOfList> peaks, doubl
         {peak.tth, peak.fwhm, peak.esd, peak.intensity, QOfTwoTheta(peak.tth, wavelength), slope});
   }
   std::ranges::stable_sort(lines, {}, &ObservedLine::tth);
-  const auto twice = std::ranges::unique(lines, [](const ObservedLine& a, const ObservedLine& b) {
+  const auto same = [](const ObservedLine& a, const ObservedLine& b) {
     return b.tth - a.tth < kSamePosition;
-  });
-  lines.erase(twice.begin(), twice.end());
+  };
+  lines.erase(std::unique(lines.begin(), lines.end(), same), lines.end());
   MendWidths(lines);
   for (ObservedLine& line : lines) line.error = ErrorOf(line.error, line.width);
   return lines;
