@@ -144,7 +144,9 @@ keys alt+e; picture menu-edit root; keys Escape Escape
 
 keys alt+p c; keys alt+p a; picture peak-search
 keys alt+a a; keys alt+p p; await "Peak table"; keys Down Down Down; picture peak-table root
-keys Escape; await " - Quillagram"; keys alt+p c; keys alt+p a
+keys Escape; await " - Quillagram"
+keys alt+i Return; await "Cells found"; picture find-cell root; keys Escape; await " - Quillagram"
+keys alt+p c; keys alt+p a
 keys alt+p m; await "Set manual peak"; activate "$main"
 click 1 336 400; click 1 436 400; click 3 620 400; picture peak-picking root
 activate "$(beside "Set manual peak")"; keys alt+o; await " - Quillagram"
