@@ -16,7 +16,8 @@
 namespace {
 
 constexpr const char* kOwnName = "Search";
-constexpr double kTie = 3;  // of likelihoods: a difference of less decides nothing
+constexpr double kTie = 3;            // of likelihoods: a difference of less decides nothing
+constexpr double kSameOrigin = 0.02;  // lattices that differ by less have been found as one
 
 // Zero shifts, degrees, that are searched at in turn until a lattice convinces.
 constexpr double kShifts[] = {0.05, 0.1};
@@ -27,7 +28,6 @@ bool Convinces(const Assessment& a, std::size_t lines) {
   const double n = static_cast<double>(lines);
   return a.likelihood > 10 || (a.hits >= n - 2 && a.positions < 2 * n);
 }
-constexpr double kSameOrigin = 0.02;
 
 using Search = void (*)(const SearchLines& lines, TrialList& list);
 // The longest ones first, so that no thread is left with one at the end.

@@ -64,48 +64,48 @@ class Uniaxial {
   TrialList& list_;
   std::vector<HkForm> forms_;
 
-  bool PassesFirst(double a, double c) const {
-    const float most = lines_.first.Most(), fa = static_cast<float>(a), fc = static_cast<float>(c);
-    std::uint32_t hit = 0;
-    int positions = -1, last = -1;  // 000 is none
+  // Calls see(q, form, l) for each position up to `most` until it returns false. Of equal forms the
+  // first is enough: 5 0 and 4 3 have the same parities and remainders as far as a centering asks.
+  template <typename See>
+  void ForPositions(double a, double c, float most, const See& see) const {
+    const float fa = static_cast<float>(a), fc = static_cast<float>(c);
+    int last = -1;
     for (const HkForm& form : forms_) {
       const float hk = fa * static_cast<float>(form.value);
-      if (hk > most) break;
+      if (hk > most) return;
       if (form.value == last) continue;
       last = form.value;
-      for (int l = 0;; ++l) {
+      for (int l = form.value == 0 ? 1 : 0;; ++l) {
         const float q = hk + fc * static_cast<float>(l * l);
         if (q > most) break;
-        hit |= lines_.first.At(q);
-        ++positions;
+        if (!see(q, form, l)) return;
       }
-      if (positions > kMostOfFirst) return false;
     }
-    return std::popcount(hit) >= std::min(kLeastHitsOfFirst, lines_.first.Lines());
+  }
+
+  bool PassesFirst(double a, double c) const {
+    std::uint32_t hit = 0;
+    int positions = 0;
+    ForPositions(a, c, lines_.first.Most(), [&](float q, const HkForm&, int) {
+      hit |= lines_.first.At(q);
+      return ++positions <= kMostOfFirst;
+    });
+    return positions <= kMostOfFirst &&
+           std::popcount(hit) >= std::min(kLeastHitsOfFirst, lines_.first.Lines());
   }
 
   void Try(double a, double c) const {
-    const float most = lines_.second.Most(), fa = static_cast<float>(a), fc = static_cast<float>(c);
+    constexpr int kMost = 3 * kMostPositions;  // of which R has a third
     ParityCounts counts;
     ParityCounts obverse;  // all of R in one class
-    int total = 0, last = -1;
-    for (const HkForm& form : forms_) {
-      const float hk = fa * static_cast<float>(form.value);
-      if (hk > most) break;
-      // 3 0 and 5 0 have equals in 4 3: one of them is enough for the counts of P; the centred
-      // ones see the same parities and remainders.
-      if (form.value == last) continue;
-      last = form.value;
-      for (int l = 0;; ++l) {
-        const float q = hk + fc * static_cast<float>(l * l);
-        if (q > most) break;
-        if (form.value == 0 && l == 0) continue;
-        if (++total > 3 * kMostPositions) return;
-        const std::uint32_t line = lines_.second.At(q);
-        counts.Add(static_cast<unsigned>((form.h & 1) << 2 | (form.k & 1) << 1 | (l & 1)), line);
-        if ((form.h - form.k + l) % 3 == 0 || (form.k - form.h + l) % 3 == 0) obverse.Add(0, line);
-      }
-    }
+    int total = 0;
+    ForPositions(a, c, lines_.second.Most(), [&](float q, const HkForm& form, int l) {
+      const std::uint32_t line = lines_.second.At(q);
+      counts.Add(static_cast<unsigned>((form.h & 1) << 2 | (form.k & 1) << 1 | (l & 1)), line);
+      if ((form.h - form.k + l) % 3 == 0 || (form.k - form.h + l) % 3 == 0) obverse.Add(0, line);
+      return ++total <= kMost;
+    });
+    if (total > kMost) return;
     if (!hexagonal_) {
       AddCentered(lines_, {a, a, c, 0, 0, 0}, counts, std::array{kP, kI}, list_);
       return;
