@@ -15,6 +15,8 @@ constexpr double kAtPlace = 0.35;   // of the width
 constexpr double kToldApart = 0.8;  // of the width: how far from the alpha1 line
 constexpr double kStrong = 3;       // times the weakest peak: the alpha2 line would have been found
 
+constexpr int kLeastPairs = 3;  // fewer come about by chance
+
 bool IsAlpha2Of(const PeakOfList& peak, const PeakOfList& other, double place) {
   return std::abs(peak.tth - place) < kAtPlace * other.fwhm &&
          peak.intensity > kLeastRatio * other.intensity &&
@@ -39,6 +41,6 @@ std::vector<bool> AreAlpha2(std::span<const PeakOfList> peaks, double alpha1, do
     ++strong;
     paired += found;
   }
-  if (paired == 0 || 2 * paired < strong) seconds.assign(peaks.size(), false);
+  if (paired < kLeastPairs || 2 * paired < strong) seconds.assign(peaks.size(), false);
   return seconds;
 }
