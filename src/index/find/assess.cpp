@@ -25,7 +25,10 @@ using Row = Equations::Row;
 
 // The errors of a list are those expected times a scale about 1, which is worth three lines.
 constexpr double kErrorFreedom = 3;
-constexpr double kForeign = 0.01;  // share of foreign lines
+// One line in a hundred is foreign; but one list in twenty is that of several phases, of which
+// this one has any share.
+constexpr double kForeign = 0.01;
+constexpr double kOfMixtures = 0.05;
 
 // The zero shift: small as a rule, but any up to a tenth of a degree in one list of five.
 constexpr double kZeroSigma = 0.02;
@@ -131,6 +134,12 @@ double LogVisibilityOf(const MatchedPositions& matched, const SymmetricLattice& 
   return LogVisibility(positions, lattice);
 }
 
+double LogForeign(double foreign, double hits) {
+  const double anyshare =
+      std::exp(LogGamma(hits + 1) + LogGamma(foreign + 1) - LogGamma(hits + foreign + 2));
+  return std::log((1 - kOfMixtures) * std::pow(kForeign, foreign) + kOfMixtures * anyshare);
+}
+
 // False for a lattice with fewer lines than unknowns.
 bool Judge(std::span<const ObservedLine> lines, Assessment& a) {
   const std::size_t p = a.lattice.parameters.size();
@@ -151,7 +160,7 @@ bool Judge(std::span<const ObservedLine> lines, Assessment& a) {
   a.hits = matched.hits;
   a.positions = static_cast<int>(matched.positions.size());
   a.likelihood = LogVisibilityOf(matched, a.lattice) +
-                 (static_cast<double>(lines.size()) - hits) * std::log(kForeign) - e.logdensity -
+                 LogForeign(static_cast<double>(lines.size()) - hits, hits) - e.logdensity -
                  freedom / 2 * std::log(2 * std::numbers::pi) - *logroot +
                  LogGamma((nu + freedom) / 2) - LogGamma(nu / 2) + nu / 2 * std::log(nu / 2) -
                  (nu + freedom) / 2 * std::log((nu + e.squares) / 2) -
@@ -176,7 +185,7 @@ std::optional<Assessment> Assess(std::span<const ObservedLine> lines,
     const auto hits = Cycle(some, zero, a);
     if (!hits) return std::nullopt;
     // Once the first lines have moved it to its place, what explains few lines is dropped.
-    const auto least = most < kLinesOfSecondCheck ? 0 : kLeastShareOfSecond;
+    const auto least = most < kLinesOfSecondCheck ? 0 : kLeastShareJudged;
     if (*hits < least * static_cast<double>(some.size())) return std::nullopt;
   }
   if (!Judge(lines, a)) return std::nullopt;

@@ -23,12 +23,6 @@ constexpr double kSameOrigin = 0.02;  // lattices that differ by less have been 
 constexpr double kShifts[] = {0.05, 0.1};
 constexpr double kBorne = 0.4;  // of a line's width: a shift that the windows of the search bear
 
-// Whether nothing asks for another search.
-bool Convinces(const Assessment& a, std::size_t lines) {
-  const double n = static_cast<double>(lines);
-  return a.likelihood > 10 || (a.hits >= n - 2 && a.positions < 2 * n);
-}
-
 using Search = void (*)(const SearchLines& lines, TrialList& list);
 // The longest ones first, so that no thread is left with one at the end.
 constexpr Search kSearches[] = {SearchForTriclinic,  SearchForMonoclinic, SearchForOrthorhombic,
@@ -88,11 +82,11 @@ class Run {
 
   FoundCells Find() {
     if (lines_.size() < kLeastLines) return {FindCellEnd::TooFewLines, {}};
-    SearchAt(std::array{0.0}, true);
+    SearchAt(std::array{0.0}, true, kOnePhase);
     for (double shift : kShifts)
-      if (shift > kBorne * lines_[lines_.size() / 2].width &&
-          !(best_ && Convinces(*best_, lines_.size())))
-        SearchAt(std::array{shift, -shift}, false);
+      if (shift > kBorne * lines_[lines_.size() / 2].width && !IsConvinced())
+        SearchAt(std::array{shift, -shift}, false, kOnePhase);
+    if (!IsConvinced() && MayBeMixture()) SearchAt(std::array{0.0}, false, kMixture);
     Ranking ranking = Distinct(TakeAll());
     if (!crew_.Stopped())
       ranking = WithRelatives(lines_, std::move(ranking),
@@ -128,6 +122,18 @@ class Run {
     return report(crew_.Done(), &cell);
   }
 
+  // Nothing asks for another search.
+  bool IsConvinced() const {
+    const double n = static_cast<double>(lines_.size());
+    return best_ && (best_->likelihood > 10 || (best_->hits >= n - 2 && best_->positions < 2 * n));
+  }
+
+  // What explains most lines by chance is rather a large cell whose lines are poor.
+  bool MayBeMixture() const {
+    constexpr double kMost = 0.8;
+    return !best_ || best_->hits <= kMost * static_cast<double>(lines_.size());
+  }
+
   double Best() const { return best_ ? best_->likelihood : -1e9; }
 
   void Take(Catch& taken, const std::vector<Form>& lattices, double zero) {
@@ -141,7 +147,7 @@ class Run {
     if (best->likelihood > Best()) best_ = *best;
   }
 
-  void SearchAt(std::span<const double> shifts, bool withsources) {
+  void SearchAt(std::span<const double> shifts, bool withsources, const LeastHits& least) {
     struct Piece {
       const CellSource* source;
       Search search;
@@ -149,7 +155,7 @@ class Run {
       const SearchLines* lines;
     };
     std::vector<SearchLines> lines;
-    for (double zero : shifts) lines.emplace_back(lines_, -zero);
+    for (double zero : shifts) lines.emplace_back(lines_, -zero, least);
     std::vector<Piece> pieces;
     if (withsources)
       for (const CellSource& source : task_.sources)

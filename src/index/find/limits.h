@@ -7,14 +7,20 @@
 // and the zero shift is left out of the search.
 inline constexpr double kSearchWindow = 0.6;
 
-// First check: six of the first eight lines, so that two may be foreign or misread.
-inline constexpr std::size_t kLinesOfFirstCheck = 8;
-inline constexpr int kLeastHitsOfFirst = 6;
-
-// Second check: twelve of the first twenty lines; more positions than six a line say nothing.
-inline constexpr std::size_t kLinesOfSecondCheck = 20;
-inline constexpr double kLeastShareOfSecond = 0.6;
+// The lines that a metric is checked on, first and second; more positions than six a line of the
+// second check say nothing.
+inline constexpr std::size_t kLinesOfFirstCheck = 8, kLinesOfSecondCheck = 20;
 inline constexpr int kMostPositions = 117;
+
+// What it must hit. Six of the first eight lines, so that two may be foreign or misread, and twelve
+// of the first twenty; of the lines of two phases the half.
+struct LeastHits {
+  int offirst;
+  double shareofsecond;
+};
+inline constexpr LeastHits kOnePhase{6, 0.6}, kMixture{4, 0.5};
+// What a refined lattice must explain, which may have lost what it hit by chance.
+inline constexpr double kLeastShareJudged = 0.4;
 
 // What a search hands on to the refinement.
 inline constexpr std::size_t kMostCandidates = 150;

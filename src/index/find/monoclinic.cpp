@@ -179,7 +179,7 @@ bool PassesFirst(const MonoclinicForm& form, const SearchLines& lines) {
     if (!inside) break;
     if (positions > kMostOfFirst) return false;
   }
-  return std::popcount(hit) >= std::min(kLeastHitsOfFirst, lines.first.Lines());
+  return std::popcount(hit) >= lines.leastoffirst;
 }
 
 void Try(const MonoclinicForm& form, const SearchLines& lines, TrialList& list) {

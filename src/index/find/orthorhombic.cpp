@@ -72,7 +72,7 @@ class Orthorhombic {
         if (positions > kMostOfFirst) return false;
       }
     }
-    return std::popcount(hit) >= std::min(kLeastHitsOfFirst, lines_.first.Lines());
+    return std::popcount(hit) >= lines_.leastoffirst;
   }
 
   void Try(double a, double b, double c) const {

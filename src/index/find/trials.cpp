@@ -37,12 +37,13 @@ ChanceTable::ChanceTable(const HitTable& table) {
           table.Lines(), hits, 1 - std::exp(-positions * table.Covered() / table.Lines()));
 }
 
-SearchLines::SearchLines(std::span<const ObservedLine> lines, double shift)
+SearchLines::SearchLines(std::span<const ObservedLine> lines, double shift, const LeastHits& least)
     : q(Shifted(lines, shift)),
       first(lines, kLinesOfFirstCheck, shift, kSearchWindow),
       second(lines, kLinesOfSecondCheck, shift, kSearchWindow),
       chance(second),
-      leasthits(static_cast<int>(std::ceil(kLeastShareOfSecond * second.Lines()))) {}
+      leastoffirst(std::min(least.offirst, first.Lines())),
+      leastofsecond(static_cast<int>(std::ceil(least.shareofsecond * second.Lines()))) {}
 
 void TrialList::Add(const TrialLattice& candidate) {
   const bool full = all_.size() == kMostCandidates;
@@ -72,7 +73,7 @@ void AddCentered(const SearchLines& lines, const Form& reciprocal, const ParityC
       positions += counts.positions[parity];
     }
     const int hits = std::popcount(hit);
-    if (hits < lines.leasthits || positions > kMostPositions) continue;
+    if (hits < lines.leastofsecond || positions > kMostPositions) continue;
     list.Add({reciprocal, letter, hits, positions, lines.chance.Score(hits, positions)});
   }
 }

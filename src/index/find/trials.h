@@ -34,12 +34,12 @@ class ChanceTable {
 
 // What a search reads.
 struct SearchLines {
-  SearchLines(std::span<const ObservedLine> lines, double shift);
+  SearchLines(std::span<const ObservedLine> lines, double shift, const LeastHits& least);
 
   std::vector<double> q;  // of all lines, shifted
   HitTable first, second;
   ChanceTable chance;
-  int leasthits;  // in the second check
+  int leastoffirst, leastofsecond;  // hits in the checks
 };
 
 // The best candidates that differ from each other.

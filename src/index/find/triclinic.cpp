@@ -133,7 +133,7 @@ class Layers {
       ++positions;
     });
     const int hits = std::popcount(hit);
-    if (few && hits >= lines_.leasthits)
+    if (few && hits >= lines_.leastofsecond)
       list_.Add({f, 'P', hits, positions, lines_.chance.Score(hits, positions)});
   }
 };

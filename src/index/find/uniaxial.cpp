@@ -90,8 +90,7 @@ class Uniaxial {
       hit |= lines_.first.At(q);
       return ++positions <= kMostOfFirst;
     });
-    return positions <= kMostOfFirst &&
-           std::popcount(hit) >= std::min(kLeastHitsOfFirst, lines_.first.Lines());
+    return positions <= kMostOfFirst && std::popcount(hit) >= lines_.leastoffirst;
   }
 
   void Try(double a, double c) const {
