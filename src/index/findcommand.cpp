@@ -179,7 +179,9 @@ Outcome AskFoundCell(Arguments& arguments) {
   SortPeaks();
   const LineList list = MeasuredLines();
   if (list.lines.empty()) {
-    MessageBoxError("Find cell", "The peaks are lines of a cell or of a fit: none is measured");
+    MessageBoxError("Find cell",
+                    "No peak to search with: lines of a cell or of a fit are not measured, "
+                    "and others have to lie below 180 degrees");
     return Outcome::Failed;
   }
   FoundTable table;

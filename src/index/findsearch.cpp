@@ -9,15 +9,14 @@
 
 namespace {
 
-// What the program has calculated is no observation; and where enough peaks have been fitted, what
-// a search took for a peak and no fit bears out is noise.
-bool IsMeasured(int row, bool arefitted) {
+// What the program has calculated is no observation.
+bool IsMeasured(int row) {
   const int origin = ws.peakorigin(row);
   const float tth = ws.peaks(ptth, row);
-  return origin != PeakCalculated && origin != PeakIndexed && tth > 0 && tth < 180 &&
-         !(arefitted && origin == PeakSearched);
+  return origin != PeakCalculated && origin != PeakIndexed && tth > 0 && tth < 180;
 }
 
+// Then what a search took for a peak and no fit bears out is noise.
 bool AreFitted() {
   std::size_t fitted = 0;
   for (int row = 1; row <= PeakRows(); ++row) fitted += ws.peakorigin(row) == PeakFitted;
@@ -58,8 +57,19 @@ std::string Count(std::size_t n, const char* what) {
   return std::to_string(n) + " " + what + (n == 1 ? "" : "s");
 }
 
+// Of the list; blank if it has all peaks.
+std::string LeftOut(const LineList& list) {
+  std::string text;
+  if (list.alpha2 > 0) text = "without " + Count(list.alpha2, "alpha2 line");
+  if (list.noise > 0)
+    text += (text.empty() ? "without " : " and ") + Count(list.noise, "peak") +
+            " that no fit bears out";
+  return text;
+}
+
 // Why there is no table.
-Outcome TellNothingFound(std::size_t lines, const Findings& findings) {
+Outcome TellNothingFound(const LineList& list, const Findings& findings) {
+  const std::size_t lines = list.lines.size();
   const FindCellEnd end = findings.found.end;
   if (end == FindCellEnd::Stopped) {
     WindowOutStatusBar(3, "Stopped before a cell was found");
@@ -73,13 +83,14 @@ Outcome TellNothingFound(std::size_t lines, const Findings& findings) {
     text += "\nCells of low symmetry need " + std::to_string(kAdvisedLines);
   else
     text += "\nLines of several phases have none, nor those of another wavelength";
-  if (!findings.trouble.empty()) text += "\n" + findings.trouble;
+  for (const std::string& more : {LeftOut(list), findings.trouble})
+    if (!more.empty()) text += "\n" + more;
   MessageBoxError("Find cell", text);
   return Outcome::Failed;
 }
 
 // How many there were.
-int LeaveOutAlpha2(std::vector<PeakOfList>& peaks, std::vector<int>& rows) {
+std::size_t LeaveOutAlpha2(std::vector<PeakOfList>& peaks, std::vector<int>& rows) {
   const std::vector<bool> seconds = AreAlpha2(peaks, WavelengthInUse(), ws.wavelen(2));
   std::size_t kept = 0;
   for (std::size_t i = 0; i < peaks.size(); ++i) {
@@ -87,7 +98,7 @@ int LeaveOutAlpha2(std::vector<PeakOfList>& peaks, std::vector<int>& rows) {
     peaks[kept] = peaks[i];
     rows[kept++] = rows[i];
   }
-  const int left = static_cast<int>(peaks.size() - kept);
+  const std::size_t left = peaks.size() - kept;
   peaks.resize(kept);
   rows.resize(kept);
   return left;
@@ -96,13 +107,11 @@ int LeaveOutAlpha2(std::vector<PeakOfList>& peaks, std::vector<int>& rows) {
 std::string Summary(const LineList& list, const Findings& findings) {
   const std::size_t lines = list.lines.size();
   const auto& [found, trouble] = findings;
+  const std::string leftout = LeftOut(list);
   return (found.end == FindCellEnd::Stopped ? "Stopped: " : "") +
          Count(found.cells.size(), "cell") + " found" +
          (found.cells.front().likelihood < 0 ? ", none better than chance" : "") +
-         (lines < kAdvisedLines ? ", by few lines" : "") +
-         (list.alpha2 > 0
-              ? ", without " + Count(static_cast<std::size_t>(list.alpha2), "alpha2 line")
-              : "") +
+         (lines < kAdvisedLines ? ", by few lines" : "") + (leftout.empty() ? "" : ", " + leftout) +
          (trouble.empty() ? "" : "; " + OnOneLine(trouble));
 }
 
@@ -116,7 +125,11 @@ LineList MeasuredLines() {
   std::vector<int> rows;
   const bool arefitted = AreFitted();
   for (int row = 1; row <= PeakRows(); ++row) {
-    if (!IsMeasured(row, arefitted)) continue;
+    if (!IsMeasured(row)) continue;
+    if (arefitted && ws.peakorigin(row) == PeakSearched) {
+      ++list.noise;
+      continue;
+    }
     rows.push_back(row);
     peaks.push_back(PeakOfRow(row));
   }
@@ -143,7 +156,7 @@ LineList UnexplainedLines(const FoundTable& table, std::size_t row) {
 
 Outcome SearchFor(const LineList& list, FoundTable& table) {
   Findings findings = Search(list);
-  if (findings.found.cells.empty()) return TellNothingFound(list.lines.size(), findings);
+  if (findings.found.cells.empty()) return TellNothingFound(list, findings);
   const std::string summary = Summary(list, findings);
   table = {std::move(findings.found.cells), list.lines, list.numbers, summary};
   return Outcome::Done;

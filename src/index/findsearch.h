@@ -8,7 +8,8 @@
 struct LineList {
   std::vector<ObservedLine> lines;
   std::vector<int> numbers;  // of their rows in the peak list
-  int alpha2 = 0;            // peaks that have been left out as the alpha2 lines of others
+  // Peaks that have been left out: the alpha2 lines of others, and what no fit bears out.
+  std::size_t alpha2 = 0, noise = 0;
 };
 
 float WavelengthInUse();

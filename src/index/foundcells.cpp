@@ -53,9 +53,10 @@ std::string RelationText(const FoundTable& table, const FoundCell& cell) {
          std::to_string(cell.relativeof + 1);
 }
 
+// Angles that the system fixes are whole degrees.
 std::string ConstantText(const FoundCell& cell, std::size_t k) {
-  return cell.esd[k] > 0 ? WithEsd(cell.cell[k], cell.esd[k], DigitsOf(k))
-                         : Fixed(cell.cell[k], k < 3 ? kLengthDigits : 0);
+  const bool fixed = k >= 3 && RowOf(cell).free.find(kConstants[k]) == std::string_view::npos;
+  return WithEsd(cell.cell[k], cell.esd[k], fixed ? 0 : DigitsOf(k));
 }
 
 double OddsOf(const FoundTable& table, const FoundCell& cell) {

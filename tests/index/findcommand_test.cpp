@@ -71,6 +71,13 @@ Lines EventsOf(const std::string& kinds) {
   return found;
 }
 
+// Whether the search has ended with these words in the status bar.
+bool TellsOfSearch(const std::string& end) {
+  return std::ranges::any_of(EventsOf("status"), [&](const std::string& told) {
+    return told.starts_with("status\t3\t") && told.ends_with(end);
+  });
+}
+
 class FindCellCommand : public testing::Test {
  protected:
   void SetUp() override {
@@ -180,6 +187,8 @@ TEST_F(FindCellCommand, LeavesOutAlpha2AndWhatNoFitHasBorneOut) {
   RunMenu(MenuFindCell, "press Cancel");
   EXPECT_EQ(ws.findcell(1, foundlines), 24);
   EXPECT_EQ(ws.findcell(1, foundindexed), 24);
+  const std::string count = std::to_string(all.size() - lines.size());
+  EXPECT_TRUE(TellsOfSearch("found, without " + count + " alpha2 lines"));
 
   all = lines;
   for (int noise = 0; noise < 12; ++noise) all.push_back(11.37 + 2.51 * noise);
@@ -191,6 +200,20 @@ TEST_F(FindCellCommand, LeavesOutAlpha2AndWhatNoFitHasBorneOut) {
   RunMenu(MenuFindCell, "press Cancel");
   EXPECT_EQ(ws.findlattice(1), "orthorhombic I");
   EXPECT_EQ(ws.findcell(1, foundlines), 24);
+  EXPECT_TRUE(TellsOfSearch("found, without 12 peaks that no fit bears out"));
+}
+
+// Every other line is off by as much as its e.s.d. tells; without e.s.d.s the zero would take half
+// of it.
+TEST_F(FindCellCommand, WeighsLinesByTheirErrors) {
+  std::vector<double> lines = LinesOf(kCubic, 14);
+  for (std::size_t i = 0; i < lines.size(); i += 2) lines[i] += 0.02;
+  List(lines, PeakFitted);
+  for (int j = 1; j <= ws.npeaks; ++j) ws.peakesd(1, j) = j % 2 == 0 ? 0.0005f : 0.02f;
+  RunMenu(MenuFindCell, "press Cancel");
+  EXPECT_EQ(ws.findlattice(1), "cubic P");
+  EXPECT_NEAR(ws.findcell(1, foundzero), 0, 0.003);
+  EXPECT_NEAR(ws.findcell(1, 1), 4.1, 0.0003);
 }
 
 TEST_F(FindCellCommand, FindsASecondPhaseAmongTheLinesLeft) {
@@ -258,16 +281,19 @@ TEST_F(FindCellCommand, SaysWhyThereIsNoCell) {
   }
   List({11.875, 12.9, 13.493, 13.622, 17.542, 26.192, 28.284, 31.682, 35.372, 36.794, 42.547});
   RunMenu(MenuFindCell, "press Cancel");
-  const Lines told = EventsOf("status");
-  EXPECT_TRUE(std::ranges::any_of(told, [](const auto& t) {
-    return t.ends_with("found, none better than chance, by few lines");
-  }));
-  for (const PeakOrigin origin : {PeakCalculated, PeakIndexed}) {
-    List(LinesOf(kCubic, 14), origin);
+  EXPECT_TRUE(TellsOfSearch("found, none better than chance, by few lines"));
+  const auto tellsnone = [] {
     RunMenu(MenuFindCell);
     EXPECT_EQ(EventsOf("box"),
-              Lines{"box\tFind cell\tThe peaks are lines of a cell or of a fit: none is measured"});
+              Lines{"box\tFind cell\tNo peak to search with: lines of a cell or of a fit are not "
+                    "measured, and others have to lie below 180 degrees"});
+  };
+  for (const PeakOrigin origin : {PeakCalculated, PeakIndexed}) {
+    List(LinesOf(kCubic, 14), origin);
+    tellsnone();
   }
+  List({180, 190, 1e30});
+  tellsnone();
 }
 
 // ---- Engines as sources ----
@@ -386,6 +412,7 @@ TEST(FoundCellTexts, TellConstantsRelationAndLinesLeft) {
   EXPECT_EQ(second[13], "-1.5");
   EXPECT_EQ(second[15], "1/2 of 1");
   EXPECT_EQ(third[15], "3 times 1");
+  EXPECT_EQ(second[6], "101.500") << "free, but not told by the lines";
   EXPECT_EQ(ShortText(best), "monoclinic C 9.50 5.25 7.12 101.5, M20 35");
   EXPECT_EQ(ShortText(large), "rhombohedral R 9.50 10.00, M20 0");
   EXPECT_EQ(UnexplainedText(table, 0), "lines 14, 24 at 70.04, 120.06");

@@ -117,7 +117,7 @@ Rotation MonoclinicAxes(const SymmetricLattice& lattice) {
   const Form& f = lattice.direct;
   const Vector b = AxisOf(OfOrder(lattice, 2).front());
   const auto across = Across(f, b);
-  // The shortest ones; of equal ones those that leave an obtuse angle.
+  // The two shortest ones, turned so that their angle is obtuse.
   Vector a = across.front();
   Vector c = *std::ranges::find_if(across, [&](const Vector& v) {
     return Determinant(Rotation{a, b, v}) != 0;
