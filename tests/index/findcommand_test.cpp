@@ -203,6 +203,16 @@ TEST_F(FindCellCommand, LeavesOutAlpha2AndWhatNoFitHasBorneOut) {
   EXPECT_TRUE(TellsOfSearch("found, without 12 peaks that no fit bears out"));
 }
 
+// The superlattices of a cubic lattice have constants that no line tells by itself.
+TEST_F(FindCellCommand, GivesNoErrorsToWhatTheLinesDoNotTell) {
+  List(LinesOf(kOther, 9));
+  RunMenu(MenuFindCell, "press Cancel");
+  ASSERT_GT(ws.nfindcell, 0);
+  for (int row = 1; row <= ws.nfindcell; ++row)
+    for (int k = 1; k <= 3; ++k)
+      EXPECT_LT(ws.findcell(row, foundesda + k - 1), 0.1 * ws.findcell(row, k)) << row;
+}
+
 // Every other line is off by as much as its e.s.d. tells; without e.s.d.s the zero would take half
 // of it.
 TEST_F(FindCellCommand, WeighsLinesByTheirErrors) {

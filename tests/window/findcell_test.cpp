@@ -26,6 +26,15 @@ int BlueStrokes() {
   }));
 }
 
+void List(std::vector<double> lines) {
+  std::ranges::sort(lines);
+  const int n = static_cast<int>(lines.size());
+  RelistPeaks(n, PeakPicked);
+  for (int j = 1; j <= n; ++j)
+    ws.peaks(ptth, j) = static_cast<float>(lines[static_cast<std::size_t>(j - 1)]);
+  ws.plotmask = PlotInput + PlotPeaks;
+}
+
 // Lines of a body-centred orthorhombic cell of 6.21, 8.13 and 10.35 angstrom.
 void ListPeaks() {
   std::vector<double> lines;
@@ -36,10 +45,8 @@ void ListPeaks() {
             (h + k + l) % 2 == 0 && h + k + l > 0 && sine < 0.45)
           lines.push_back(2 * std::asin(sine) / kRad);
   std::ranges::sort(lines);
-  RelistPeaks(20, PeakPicked);
-  for (int j = 1; j <= 20; ++j)
-    ws.peaks(ptth, j) = static_cast<float>(lines[static_cast<std::size_t>(j - 1)]);
-  ws.plotmask = PlotInput + PlotPeaks;
+  lines.resize(20);
+  List(lines);
 }
 
 }  // namespace
@@ -81,6 +88,31 @@ TEST(FindCell, IsChosenByKeysAndTakenByReturn) {
     co_await Idle();
     EXPECT_EQ(ws.cell(3), 10);
     EXPECT_EQ(BlueStrokes(), 0);
+  });
+}
+
+// The second phase leaves no lines, so that its button goes out of use under the user's hand: the
+// next Return is to take the cell.
+TEST(FindCell, GoesBackToTheTableAfterASecondPhase) {
+  RunOn("cell.xy", []() -> Script {
+    std::vector<double> lines;
+    const auto add = [&](double a, std::initializer_list<int> squares) {
+      for (const int n : squares) lines.push_back(2 * std::asin(0.77028 * std::sqrt(n) / a) / kRad);
+    };
+    add(4.1, {1, 2, 3, 4, 5, 6, 8, 9, 10, 11, 12, 13, 14, 16});
+    add(5.43, {3, 8, 11, 12, 16, 19, 20, 24});
+    List(lines);
+    Pick(MenuFindCell);
+    co_await Shown("dialog146");
+    EXPECT_EQ(Grid()->item(0, 1)->text(), "cubic P");
+    Find("button1816")->setFocus();
+    Press("Space");
+    co_await Until{[] { return !Find("button1816")->isEnabled(); }, "the second phase"};
+    EXPECT_EQ(Grid()->item(0, 1)->text(), "cubic F");
+    EXPECT_TRUE(Grid()->hasFocus());
+    Press("Return");
+    co_await Idle();
+    EXPECT_NEAR(ws.cell(1), 5.43, 0.01);
   });
 }
 

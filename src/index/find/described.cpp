@@ -39,6 +39,14 @@ Assessment WithItsSymmetry(const Assessment& assessment) {
   return a;
 }
 
+// An e.s.d. above this share of a constant, or this many radians of an angle, says that the lines
+// do not tell it.
+constexpr double kTold = 0.1;
+
+double MostEsdOf(const FoundCell& cell, std::size_t constant) {
+  return kTold * (constant < 3 ? cell.cell[constant] : 180 / std::numbers::pi);
+}
+
 // By the change of the cell with each constant.
 void PutErrors(std::span<const ObservedLine> lines, const Assessment& a, const Axes& axes,
                FoundCell& cell) {
@@ -62,7 +70,8 @@ void PutErrors(std::span<const ObservedLine> lines, const Assessment& a, const A
     for (std::size_t k = 0; k < gradients.size(); ++k)
       for (std::size_t j = 0; j < gradients.size(); ++j)
         variance += gradients[k][i] * covariance[k][j] * gradients[j][i];
-    cell.esd[i] = std::sqrt(std::max(0.0, variance));
+    const double esd = std::sqrt(std::max(0.0, variance));
+    if (esd < MostEsdOf(cell, i)) cell.esd[i] = esd;
   }
 }
 

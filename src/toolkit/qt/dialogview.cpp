@@ -47,12 +47,16 @@ void DialogView::Update(int index) {
   } else if (auto* label = qobject_cast<QLabel*>(row.field)) {
     label->setText(ShownText(index));
   }
+  // A button that goes out of use would hand the focus to its neighbour, as often as not Cancel.
+  const bool losesfocus =
+      !field.enabled && state_.resource->focus != 0 && focusWidget() == row.field;
   for (QWidget* widget :
        {static_cast<QWidget*>(row.label), row.field, static_cast<QWidget*>(row.unit)}) {
     if (!widget) continue;
     widget->setEnabled(field.enabled);
     widget->setVisible(field.visible);
   }
+  if (losesfocus) SetFirstFocus();
 }
 
 void DialogView::Entered(int index, const QString& text) {
