@@ -213,6 +213,20 @@ TEST_F(FindCellCommand, GivesNoErrorsToWhatTheLinesDoNotTell) {
       EXPECT_LT(ws.findcell(row, foundesda + k - 1), 0.1 * ws.findcell(row, k)) << row;
 }
 
+// Four times the lines, errors alike: half the e.s.d.s at most, as they reach further, too.
+TEST_F(FindCellCommand, RefinesOnAllLines) {
+  const auto esd = [](std::size_t n) {
+    std::vector<double> lines = LinesOf(kCrystal, n);
+    for (std::size_t i = 0; i < n; ++i) lines[i] += 0.08 + (i % 3 == 0 ? 0.01 : -0.005);
+    List(lines);
+    RunMenu(MenuFindCell, "press Cancel");
+    EXPECT_EQ(ws.findlattice(1), "orthorhombic I");
+    EXPECT_NEAR(ws.findcell(1, foundzero), -0.08, 2 * ws.findcell(1, foundesdzero));
+    return ws.findcell(1, foundesda);
+  };
+  EXPECT_LT(esd(120), esd(30) / 2);
+}
+
 // Every other line is off by as much as its e.s.d. tells; without e.s.d.s the zero would take half
 // of it.
 TEST_F(FindCellCommand, WeighsLinesByTheirErrors) {

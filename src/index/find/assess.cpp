@@ -105,6 +105,15 @@ MatchedPositions Matched(std::span<const ObservedLine> lines, const Assessment& 
   return MatchLines(lines, a.reciprocal, a.zero, kMostOfRotation * rotations);
 }
 
+// Of p constants and the zero shift.
+void HoldUnused(std::size_t p, Equations& equations) {
+  for (std::size_t i = p + 1; i < kUnknowns; ++i) {
+    Row row{};
+    row[i] = 1;
+    equations.Add(row, 0, 1);
+  }
+}
+
 // One cycle; the number of lines that lie on positions before it, none if it leads nowhere.
 std::optional<int> Cycle(std::span<const ObservedLine> lines, double zero, Assessment& a) {
   const std::size_t p = a.lattice.parameters.size();
@@ -192,6 +201,22 @@ std::optional<Assessment> Assess(std::span<const ObservedLine> lines,
   return a;
 }
 
+Assessment RefinedOnAll(std::span<const ObservedLine> lines, const Assessment& assessment) {
+  constexpr int kCycles = 3;
+  const std::size_t p = assessment.lattice.parameters.size();
+  Assessment a = assessment;
+  for (int cycle = 0; cycle < kCycles; ++cycle) {
+    const MatchedPositions matched = MatchLines(lines, a.reciprocal, a.zero);
+    if (matched.hits < static_cast<int>(p) + 2) return assessment;
+    Equations equations = EvidenceOf(lines, matched, a.lattice, a.zero).equations;
+    HoldUnused(p, equations);
+    const auto shift = equations.Solve();
+    if (!shift || !Move(a, *shift) || std::abs(a.zero - assessment.zero) > kZeroReach)
+      return assessment;
+  }
+  return a;
+}
+
 std::vector<std::vector<double>> CovarianceOf(std::span<const ObservedLine> lines,
                                               const Assessment& assessment) {
   const std::size_t p = assessment.lattice.parameters.size();
@@ -199,11 +224,7 @@ std::vector<std::vector<double>> CovarianceOf(std::span<const ObservedLine> line
   Evidence e = EvidenceOf(lines, matched, assessment.lattice, assessment.zero);
   const double freedom = matched.hits - static_cast<double>(p) - 1;
   if (freedom < 1) return {};
-  for (std::size_t i = p + 1; i < kUnknowns; ++i) {
-    Row row{};
-    row[i] = 1;
-    e.equations.Add(row, 0, 1);
-  }
+  HoldUnused(p, e.equations);
   std::vector<std::vector<double>> covariance(p + 1);
   for (std::size_t i = 0; i <= p; ++i) {
     Row unit{};

@@ -26,6 +26,10 @@ std::optional<Assessment> Assess(std::span<const ObservedLine> lines,
                                  const SymmetricLattice& lattice, RefinementStart start,
                                  double zero);
 
+// By least squares on all lines, with neither of the limits that hold a search: what the table
+// shows. As it was where the lines do not fix it. The likelihood stays that of the judged lines.
+Assessment RefinedOnAll(std::span<const ObservedLine> lines, const Assessment& assessment);
+
 // The e.s.d.s of what has been refined: the covariances of the sums of `lattice.parameters`, the
 // zero shift last, from the scatter of the lines. Empty if the lines do not fix them.
 std::vector<std::vector<double>> CovarianceOf(std::span<const ObservedLine> lines,

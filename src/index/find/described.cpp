@@ -89,7 +89,7 @@ void PutIndexed(std::span<const ObservedLine> lines, const Assessment& a, FoundC
 }  // namespace
 
 FoundCell Described(std::span<const ObservedLine> lines, const Assessment& assessment) {
-  const Assessment a = WithItsSymmetry(assessment);
+  const Assessment a = RefinedOnAll(lines, WithItsSymmetry(assessment));
   const auto judged = lines.first(std::min(kLinesJudged, lines.size()));
   const auto [centering, rotation] = Conventional(a.lattice);
   const Axes axes = AxesOf(rotation);
@@ -102,7 +102,7 @@ FoundCell Described(std::span<const ObservedLine> lines, const Assessment& asses
   cell.zero = a.zero;
   cell.likelihood = a.likelihood;
   cell.relativeof = -1;
-  PutErrors(judged, a, axes, cell);
+  PutErrors(lines, a, axes, cell);
   const FiguresOfMerit merit = MeritOf(judged, a);
   cell.m20 = merit.m20;
   cell.f20 = merit.f20;
