@@ -33,6 +33,7 @@ constexpr double kOfMixtures = 0.05;
 // The zero shift: small as a rule, but any up to a tenth of a degree in one list of five.
 constexpr double kZeroSigma = 0.02;
 constexpr double kAnyZero = 0.2, kAnyZeroRange = 0.24;
+constexpr double kMostZero = kAnyZeroRange / 2;
 constexpr double kZeroReach = 0.03;  // of one refinement
 
 constexpr double kRidge = 0.02;  // of Q of the eighth line: how far a cycle may move the metric
@@ -149,13 +150,13 @@ double LogForeign(double foreign, double hits) {
   return std::log((1 - kOfMixtures) * std::pow(kForeign, foreign) + kOfMixtures * anyshare);
 }
 
-// False for a lattice with fewer lines than unknowns.
+// False for a lattice with fewer lines than unknowns, or a zero shift that no instrument has.
 bool Judge(std::span<const ObservedLine> lines, Assessment& a) {
   const std::size_t p = a.lattice.parameters.size();
   const MatchedPositions matched = Matched(lines, a);
   Evidence e = EvidenceOf(lines, matched, a.lattice, a.zero);
   const double hits = matched.hits, freedom = hits - static_cast<double>(p) - 1;
-  if (freedom < 1) return false;
+  if (freedom < 1 || std::abs(a.zero) > kMostZero) return false;
   // A constant that the lines do not tell costs nothing; its range is Q of the eighth line.
   const double range = std::sqrt(2 * std::numbers::pi) / Q8(lines);
   for (std::size_t i = 0; i < kUnknowns; ++i) {

@@ -47,11 +47,11 @@ double MostEsdOf(const FoundCell& cell, std::size_t constant) {
   return kTold * (constant < 3 ? cell.cell[constant] : 180 / std::numbers::pi);
 }
 
-// By the change of the cell with each constant.
-void PutErrors(std::span<const ObservedLine> lines, const Assessment& a, const Axes& axes,
+// By the change of the cell with each constant; false if the lines do not tell all of them.
+bool PutErrors(std::span<const ObservedLine> lines, const Assessment& a, const Axes& axes,
                FoundCell& cell) {
   const auto covariance = CovarianceOf(lines, a);
-  if (covariance.empty()) return;
+  if (covariance.empty()) return false;
   const auto& parameters = a.lattice.parameters;
   cell.zeroesd = std::sqrt(covariance.back().back());
   std::vector<std::array<double, 6>> gradients;
@@ -70,9 +70,10 @@ void PutErrors(std::span<const ObservedLine> lines, const Assessment& a, const A
     for (std::size_t k = 0; k < gradients.size(); ++k)
       for (std::size_t j = 0; j < gradients.size(); ++j)
         variance += gradients[k][i] * covariance[k][j] * gradients[j][i];
-    const double esd = std::sqrt(std::max(0.0, variance));
-    if (esd < MostEsdOf(cell, i)) cell.esd[i] = esd;
+    cell.esd[i] = std::sqrt(std::max(0.0, variance));
+    if (!(cell.esd[i] < MostEsdOf(cell, i))) return false;
   }
+  return true;
 }
 
 void PutIndexed(std::span<const ObservedLine> lines, const Assessment& a, FoundCell& cell) {
@@ -88,7 +89,8 @@ void PutIndexed(std::span<const ObservedLine> lines, const Assessment& a, FoundC
 
 }  // namespace
 
-FoundCell Described(std::span<const ObservedLine> lines, const Assessment& assessment) {
+std::optional<FoundCell> Described(std::span<const ObservedLine> lines,
+                                   const Assessment& assessment) {
   const Assessment a = RefinedOnAll(lines, WithItsSymmetry(assessment));
   const auto judged = lines.first(std::min(kLinesJudged, lines.size()));
   const auto [centering, rotation] = Conventional(a.lattice);
@@ -102,7 +104,7 @@ FoundCell Described(std::span<const ObservedLine> lines, const Assessment& asses
   cell.zero = a.zero;
   cell.likelihood = a.likelihood;
   cell.relativeof = -1;
-  PutErrors(lines, a, axes, cell);
+  if (!PutErrors(lines, a, axes, cell)) return std::nullopt;
   const FiguresOfMerit merit = MeritOf(judged, a);
   cell.m20 = merit.m20;
   cell.f20 = merit.f20;

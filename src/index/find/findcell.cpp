@@ -118,8 +118,8 @@ class Run {
       best = best_;
     }
     if (!best) return report(crew_.Done(), nullptr);
-    const FoundCell cell = Described(task_.lines, *best);
-    return report(crew_.Done(), &cell);
+    const auto cell = Described(task_.lines, *best);
+    return report(crew_.Done(), cell ? &*cell : nullptr);
   }
 
   // Nothing asks for another search.
@@ -128,10 +128,10 @@ class Run {
     return best_ && (best_->likelihood > 10 || (best_->hits >= n - 2 && best_->positions < 2 * n));
   }
 
-  // What explains most lines by chance is rather a large cell whose lines are poor.
+  // What explains most lines, and better than chance, is rather a large cell whose lines are poor.
   bool MayBeMixture() const {
     constexpr double kMost = 0.8;
-    return !best_ || best_->hits <= kMost * static_cast<double>(lines_.size());
+    return Best() < 0 || best_->hits <= kMost * static_cast<double>(lines_.size());
   }
 
   double Best() const { return best_ ? best_->likelihood : -1e9; }
@@ -197,16 +197,23 @@ class Run {
     return origins;
   }
 
+  // Without lattices of which the lines do not tell a constant.
   std::vector<FoundCell> Table(const Ranking& ranking) const {
     std::vector<FoundCell> cells;
-    for (std::size_t i = 0; i < std::min(kMostFound, ranking.size()); ++i) {
-      FoundCell cell = Described(task_.lines, ranking[i]);
-      cell.origins = OriginsOf(ranking[i]);
-      for (std::size_t j = 0; j < i && cell.relativeof < 0; ++j)
-        if (AreRelatives(ranking[i].lattice.direct, ranking[j].lattice.direct))
-          cell.relativeof = static_cast<int>(j);
-      cell.tie = i > 0 && std::abs(ranking[i - 1].likelihood - cell.likelihood) < kTie;
-      cells.push_back(std::move(cell));
+    std::vector<const Assessment*> above;
+    for (const Assessment& a : ranking) {
+      if (cells.size() == kMostFound) break;
+      auto cell = Described(task_.lines, a);
+      if (!cell) continue;
+      cell->origins = OriginsOf(a);
+      const auto better = std::ranges::find_if(above, [&](const Assessment* other) {
+        return AreRelatives(a.lattice.direct, other->lattice.direct);
+      });
+      if (better != above.end()) cell->relativeof = static_cast<int>(better - above.begin());
+      // One that its symmetry has put first may be the less likely of the two.
+      cell->tie = !above.empty() && above.back()->likelihood - a.likelihood < kTie;
+      cells.push_back(std::move(*cell));
+      above.push_back(&a);
     }
     return cells;
   }

@@ -29,7 +29,7 @@ struct FoundCell {
   LatticeSystem system;
   char centering;
   std::array<double, 6> cell;  // conventional, angstrom and degrees
-  std::array<double, 6> esd;   // 0 for what the system fixes or the lines do not tell
+  std::array<double, 6> esd;   // 0 for what the system fixes
   double volume;               // of it, cubic angstrom
   double zero, zeroesd;        // degrees: the lines lie at calculated positions + zero
   double likelihood;           // natural logarithm of the odds against lines that lie anywhere

@@ -67,6 +67,7 @@ void ExpectSound(const FoundCells& found, const FindCellTask& task) {
       EXPECT_TRUE(std::isfinite(x)) << i;
     for (double x : c.esd) EXPECT_TRUE(std::isfinite(x) && x >= 0) << i;
     EXPECT_GT(c.volume, 0);
+    EXPECT_LT(std::abs(c.zero), 0.15);
     EXPECT_NEAR(c.volume / std::sqrt(Determinant(DirectOf(c.cell))), 1, 1e-6);
     EXPECT_LE(c.indexed, c.positions);
     EXPECT_EQ(c.unindexed.size() + static_cast<std::size_t>(c.indexed), task.lines.size());
@@ -214,6 +215,21 @@ TEST(FindCells, SourcesAreNamedWhereTheyAreRightAndRubbishDoesNoHarm) {
   ASSERT_FALSE(found.cells.empty());
   EXPECT_TRUE(IsCell(found.cells.front(), s, phase)) << TextOf(found);
   EXPECT_EQ(found.cells.front().origins, (std::vector<std::string>{"Right", "Search"}));
+}
+
+// Lines of a layered crystal that tell the height of its layers and nothing else.
+TEST(FindCells, ConstantsThatNoLineTellsMakeNoCell) {
+  Random random(60);
+  std::vector<double> at;
+  for (int l = 1; l <= 30; ++l) at.push_back(2 * std::asin(kWave * l / 2 / 60) / kRad);
+  AddErrors(at, 0.005, 0, random);
+  at.push_back(23.456);
+  const FindCellTask task{LinesAt(at), kWave, {}, 2};
+  const FoundCells found = FindCells(task);
+  ExpectSound(found, task);
+  for (const FoundCell& cell : found.cells)
+    for (std::size_t i = 0; i < 3; ++i)
+      EXPECT_TRUE(cell.esd[i] > 0 && cell.esd[i] < cell.cell[i] / 10) << TextOf(found);
 }
 
 TEST(FindCells, OfOddListsHasASoundTableOrNone) {
