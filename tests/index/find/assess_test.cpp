@@ -106,7 +106,7 @@ TEST(Assess, LinesOfLargerErrorsCountLess) {
   EXPECT_LT(std::abs(EdgeOf(*weighted) - 6), std::abs(EdgeOf(*alike) - 6) / 5);
 }
 
-TEST(Assess, TheRightLatticeIsLikelierThanItsRelativesAndThanNone) {
+TEST(Assess, TheRightLatticeIsLikelierThanNone) {
   Random random(42);
   const Cell cell = {5.1, 6.3, 8.7, 90, 90, 90};
   auto at = Positions(cell, 'P', 30);
@@ -115,15 +115,6 @@ TEST(Assess, TheRightLatticeIsLikelierThanItsRelativesAndThanNone) {
   const auto right = Assessed(lines, cell, 'P');
   ASSERT_TRUE(right);
   EXPECT_GT(right->likelihood, 10);
-  for (const auto& [other, centering] : {std::pair{Cell{10.2, 6.3, 8.7, 90, 90, 90}, 'P'},
-                                         {Cell{5.1, 12.6, 8.7, 90, 90, 90}, 'P'},
-                                         {Cell{5.1, 6.3, 17.4, 90, 90, 90}, 'I'},
-                                         {Cell{5.1, 6.3, 8.7, 90, 90, 90}, 'C'},
-                                         {Cell{5.1, 6.3, 4.35, 90, 90, 90}, 'P'},
-                                         {Cell{5.6, 6.9, 8.0, 90, 90, 90}, 'P'}}) {
-    const auto a = Assessed(lines, other, centering);
-    EXPECT_TRUE(!a || right->likelihood > a->likelihood + 5) << other[0] << centering;
-  }
   // A foreign line costs its own chance of 1 in 100, and as all lines are denser 1 in 30 for each.
   auto more = at;
   more.push_back(at[20] + 0.5 * (at[21] - at[20]));
