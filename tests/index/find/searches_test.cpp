@@ -83,6 +83,7 @@ TEST_P(OfSystem, TheSearchFindsItsLattices) {
       auto at = LonePositions(cell, kind.centering, 24);
       AddErrors(at, 0.01, 0, random);
       at.push_back(at[4] + 0.5 * (at[5] - at[4]));
+      if (kind.system >= Tetragonal) at.push_back(at[2] + 0.5 * (at[3] - at[2]));
       const auto lines = LinesAt(at);
       TrialList list;
       GetParam().search(SearchLines(lines, 0), list);
