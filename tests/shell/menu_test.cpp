@@ -2,11 +2,13 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <fstream>
 
 #include "patternfiles/patternfiles.h"
 #include "shell/shell.h"
 #include "support/support.h"
+#include "workspace/menuids.h"
 #include "workspace/workspace.h"
 
 namespace {
@@ -73,6 +75,42 @@ TEST_F(Menu, FitTextsAndFailedCommands) {
   const ReplayRun strict = RunReplay(lines, dir.path(), {"--strict"});
   EXPECT_EQ(strict.status, 1);
   EXPECT_EQ(strict.lines.back(), "error\t4\tthe command failed");
+}
+
+// By the row of its item, and by what has been answered to it.
+TEST_F(Menu, CommandsTellWhatTheyHaveDone) {
+  std::ofstream file(dir.file("peak.xy"));
+  for (int i = 0; i <= 1000; ++i)
+    file << 20 + 0.02 * i << " " << 50 + 1000 * std::exp(-std::pow((i - 500) / 6.0, 2)) << "\n";
+  file.close();
+  OpenFile(dir.file("peak.xy"));
+  const struct {
+    int item, button;
+    std::string told;
+  } rows[] = {
+      {MenuPeakSearch, 0, "1 peak found; next: Fit all peaks"},
+      {MenuSearchOptions, ButtonOk, "Peak search options kept"},
+      {MenuAutosubtract, ButtonCancel, "Autosubtract: scale 1.000, 25 cycles, not subtracted"},
+      {MenuAutosubtract, ButtonOk, "Autosubtract: scale 1.000, 25 cycles"},
+      {MenuAutosubtractOptions, ButtonOk, "Autosubtract options kept"},
+      {MenuSubtract, ButtonCancel, "Background not subtracted"},
+      {MenuSubtract, ButtonOk, "Background subtracted"},
+      {MenuFitPeak, ButtonCancel, "The fitted peak is not kept"},
+      {MenuFitPeak, ButtonOk, "Fitted peak at 30.000 kept in the list"},
+      {MenuFitPeakOptions, ButtonOk, "Peak fit options kept"},
+      {MenuTruncate, ButtonOk, "1001 points, 20.00 to 40.00 degrees"},
+      {MenuAxisLog, 0, "y-axis"},
+      {MenuFitAllPeaks, 0, ""},
+  };
+  for (const auto& [item, button, told] : rows) {
+    RunMenu(item, button ? "press " + std::to_string(button) : "");
+    EXPECT_EQ(WhatIsDone(*FindCommand(item), {.button = button}), told) << item;
+  }
+  RunMenu(MenuUndo);
+  EXPECT_EQ(WhatIsDone(*FindCommand(MenuUndo), {}), "Undone: Fit all peaks");
+  RunMenu(MenuRedo);
+  EXPECT_EQ(WhatIsDone(*FindCommand(MenuRedo), {}), "Done again: Fit all peaks");
+  EXPECT_EQ(WhatIsDone(*FindCommand(MenuSavePng), {.path = "/a/b c.png"}), "Saved b c.png");
 }
 
 TEST_F(Menu, WavelengthsOfOverlaysNeedTheirOverlay) {

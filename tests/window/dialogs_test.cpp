@@ -10,7 +10,6 @@
 #include <QPushButton>
 #include <QScreen>
 #include <QStatusBar>
-#include <QTableWidget>
 #include <clocale>
 
 #include "shell/shell.h"
@@ -111,37 +110,6 @@ TEST(Dialogs, EntriesTellWhatTheyMean) {
     EXPECT_EQ(Complaint(), "");
     Press("Escape");
     co_await Idle();
-  });
-}
-
-TEST(Dialogs, CellsOfAGridArePickedByMouseAndKeys) {
-  constexpr int grid = 9001;
-  static constexpr Control controls[] = {{grid, ControlKind::Grid, "a|b"},
-                                         {ButtonOk, ControlKind::Button, "OK"}};
-  static constexpr DialogResource resource[] = {{900, "Grid", controls}};
-  RunWith([]() -> Script {
-    WRegisterDialogs(resource);
-    WDialogLoad(900);
-    for (int row = 1; row <= 3; ++row) {
-      WGridPutCellReal(grid, 1, row, 1.25f * row, "(f8.2)");
-      WGridPutCellInteger(grid, 2, row, row);
-    }
-    WDialogShow(-1, -1, 0, SemiModeless);
-    co_await Shown("dialog900");
-    auto* table = FindA<QTableWidget>("field9001");
-    EXPECT_EQ(table->item(1, 0)->text(), "2.50");
-    QTest::mouseClick(table->viewport(), Qt::LeftButton, {},
-                      table->visualItemRect(table->item(1, 0)).center());
-    int column = 0, row = 0;
-    WGridPos(grid, column, row);
-    EXPECT_EQ(std::pair(column, row), std::pair(1, 2));
-    WGridColourRow(grid, 2, 0xffffff, 0xff0000);  // white on blue
-    EXPECT_EQ(table->item(1, 1)->background().color(), QColor(Qt::blue));
-    QTest::keyClick(table, Qt::Key_Down);
-    WGridPos(grid, column, row);
-    EXPECT_EQ(std::pair(column, row), std::pair(1, 3));
-    co_await Until{[] { return LastDeed() == "set 9001 \"1,3\""; }, "both picks"};
-    WDialogUnload();
   });
 }
 

@@ -127,13 +127,10 @@ TEST(Menus, WhatIsDisabledTellsWhatItNeeds) {
     EXPECT_EQ(tip(MenuPopupModify), "Needs a pattern: open one first");
     EXPECT_EQ(Action(MenuAddSum)->toolTip(), "Needs a summary file: File > Open sum file");
     EXPECT_EQ(Action(MenuOpenAny)->toolTip(), "Any format");
-    // A button waits for the popup of its item.
-    const auto* search = Root()->findChild<QAction*>(QString("tool%1").arg(MenuPeakSearch));
-    EXPECT_FALSE(search->isEnabled());
-    EXPECT_TRUE(search->toolTip().endsWith("\nNeeds a pattern: open one first"));
     PostDropped(MakePattern("tip.xy"));
     co_await Until{[] { return ws.patternloaded == 1; }, "the pattern"};
     co_await Idle();
+    const auto* search = Root()->findChild<QAction*>(QString("tool%1").arg(MenuPeakSearch));
     EXPECT_TRUE(search->isEnabled());
     Pick(MenuManualPeaks);
     co_await Shown("dialog130");
@@ -149,78 +146,23 @@ TEST(Menus, WhatIsDisabledTellsWhatItNeeds) {
 TEST(Menus, CommandsTellWhatTheyHaveDone) {
   RunOn("told.xy", []() -> Script {
     const auto told = [] { return FindA<QLabel>("status4")->text(); };
+    const auto onway = [] { return FindA<QLabel>("status3")->text(); };
     EXPECT_EQ(told(), "told.xy: 1000 points");
-    Pick(MenuPeakSearch);
-    co_await Idle();
-    EXPECT_EQ(told(), "0 peaks found");
-    for (const bool search : {false, true}) {
-      Pick(MenuSearchOptions);
-      co_await Shown("dialog132");
-      Press(search ? "Alt+S" : "Return");
-      co_await Idle();
-      EXPECT_EQ(told().contains("found"), search) << told().toStdString();
-    }
-    for (const bool subtract : {false, true}) {
-      Pick(MenuAutosubtract);
-      co_await Shown("box");
-      Press(subtract ? "Return" : "Escape");
-      co_await Idle();
-      EXPECT_EQ(told().endsWith(", not subtracted"), !subtract) << told().toStdString();
-    }
-    for (const bool subtract : {false, true}) {
-      Pick(MenuSubtract);
-      co_await Shown("box");
-      Press(subtract ? "Return" : "Escape");
-      co_await Idle();
-      EXPECT_EQ(told(), subtract ? "Background subtracted" : "Background not subtracted");
-    }
-    for (const bool keep : {false, true}) {
-      Pick(MenuFitPeak);
-      co_await Shown("dialog126");
-      Press(keep ? "Return" : "Escape");
-      co_await Idle();
-      EXPECT_EQ(told(),
-                keep ? "Fitted peak at 30.000 kept in the list" : "The fitted peak is not kept");
-    }
-    for (const auto& [options, name] :
-         {std::pair(MenuFitPeakOptions, "dialog127"), {MenuAutosubtractOptions, "dialog119"}}) {
-      Pick(options);
-      co_await Shown(name);
-      Press("Return");
-      co_await Idle();
-      EXPECT_TRUE(told().endsWith(" options kept")) << told().toStdString();
-    }
     PostDropped(Place() + "/none.xy");
     co_await Shown("box");
     Press("Return");
     co_await Idle();
-    EXPECT_TRUE(told().startsWith("Error opening xy file"));
-    EXPECT_TRUE(told().contains("none.xy"));
+    EXPECT_TRUE(told().startsWith("Error opening xy file") && told().contains("none.xy"));
     ws.npeaks = 1;
     ws.peaks(ptth, 1) = 30;
     Pick(MenuFitAllPeaks);
     co_await Idle();
-    const auto onway = [] { return FindA<QLabel>("status3")->text(); };
     EXPECT_EQ(onway(), "1 peak fitted");
     EXPECT_EQ(told(), "");
     Pick(MenuUndo);
     co_await Idle();
-    EXPECT_EQ(told(), "Undone: Fit all peaks");
     EXPECT_EQ(onway(), "");
-    Pick(MenuRedo);
-    co_await Idle();
-    EXPECT_EQ(told(), "Done again: Fit all peaks");
-    Pick(MenuSaveBitmap);
-    co_await Idle();
-    EXPECT_EQ(told(), "Saved told.bmp");
-    Pick(MenuSavePattern);
-    co_await Shown("dialog123");
-    Press("Return");
-    co_await Shown("selector");
-    Type("kept.xy");
-    Press("Return");
-    co_await Idle();
-    EXPECT_EQ(told(), "Saved kept.xy, 1000 points");
+    EXPECT_EQ(told(), "Undone: Fit all peaks");
   });
 }
 
@@ -266,5 +208,12 @@ TEST(Menus, ByKeyboard) {
     Action(MenuAxisQ)->trigger();
     co_await Idle();
     EXPECT_TRUE(Action(MenuAxisQ)->isChecked());
+    const QImage sheet = Sheet();
+    for (const char* keys : {"Ctrl+Z", "Ctrl+Shift+Z"}) {
+      Press(keys);
+      co_await Until{[] { return Idle().ready() && Root()->isActiveWindow(); }, keys};
+      EXPECT_EQ(Sheet() == sheet, ws.xaxismode == AxisQ) << keys;
+    }
+    EXPECT_EQ(ws.xaxismode, AxisQ);
   });
 }

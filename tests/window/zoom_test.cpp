@@ -146,21 +146,6 @@ TEST(Zoom, PansWithTheMiddleButtonOrSpace) {
   });
 }
 
-TEST(Zoom, ReadOutsFollowTheBand) {
-  RunOn("follow.xy", []() -> Script {
-    const Drag band{Qt::LeftButton, OnPlot(20, 200), OnPlot(40, 800)};
-    band.Begin();
-    co_await Dragging();
-    band.Move();
-    EXPECT_TRUE(ReadOut().starts_with("TwoTh  40") || ReadOut().starts_with("TwoTh  39"))
-        << ReadOut();
-    EXPECT_TRUE(Root()->parts[4]->text().endsWith(QString::fromUtf8("1.54056 Å (assumed)")));
-    band.End();
-    co_await Idle();
-    EXPECT_EQ(ws.viewxmin, 20);
-  });
-}
-
 // Beside a dialog that takes picks a drag is a zoom and the wheel one too; a click picks, and a
 // double click does not. Escape on the plot is that of the dialog.
 TEST(Zoom, BesideBothDialogsThatPick) {
