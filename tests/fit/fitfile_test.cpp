@@ -260,25 +260,6 @@ TEST_F(FitFile, DefaultsSectionBySection) {
   }
 }
 
-TEST_F(FitFile, CutAnywhere) {
-  const std::vector<std::string> lines = Lines(kText);
-  for (std::size_t kept = 1; kept < lines.size(); ++kept) {
-    Fit expected = Loaded();
-    for (std::size_t k = kept; k < kSections; ++k) kLosses[k].apply(expected);
-    DropRows(expected, kept == lines.size() - 1 ? 2 : 1);
-    EXPECT_EQ(Read(Joined({lines.begin(), lines.begin() + static_cast<std::ptrdiff_t>(kept)})),
-              expected)
-        << kept;
-  }
-  // Within a line, numbers are cut as well.
-  const std::string text = kText;
-  for (std::size_t size = 4; size < text.size(); ++size) {
-    const Fit f = Read(text.substr(0, size));
-    EXPECT_TRUE(f.p.laueclass == 1 || f.p.laueclass == 16) << size;
-    EXPECT_TRUE(f.npeaks == 200 || f.npeaks <= 2) << size;
-  }
-}
-
 TEST_F(FitFile, ChoicesThatDoNotExist) {
   for (const char* number : {"-2147483648", "-1", "0", "17", "2147483647"}) {
     SCOPED_TRACE(number);

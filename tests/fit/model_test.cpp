@@ -39,12 +39,12 @@ using Reach = std::pair<int, int>;
 TEST_F(FitStages, PrepareTheRowsOfIndividualPositions) {
   PutRows({0.5f, 0.8f, 30, 20, 20.2f, 20.3f, 50, 60, 175, 40, 171});
   for (int j = 1; j <= data.npeaks; ++j) data.peaks(pint, j) = static_cast<float>(100 + j);
-  data.peaks(pint, 7) = 0.99f;
+  data.peaks(pint, 3) = 0.99f;
   fit.fitposmode = 1;
   fit.fitmin2th = 0, fit.fitmax2th = 55;
   EXPECT_TRUE(PreparePeaks(model));
   ASSERT_EQ(data.npeaks, 5);
-  const float rows[][2] = {{0.8f, 102}, {20, 104}, {20.3f, 106}, {30, 103}, {40, 110}};
+  const float rows[][2] = {{0.8f, 102}, {20, 104}, {20.3f, 106}, {40, 110}, {50, 107}};
   for (int j = 1; j <= 5; ++j) {
     EXPECT_EQ(data.peaks(ptth, j), rows[j - 1][0]);
     EXPECT_EQ(data.peaks(pint, j), rows[j - 1][1]);
@@ -66,6 +66,7 @@ TEST_F(FitStages, AssignWidthsShapesAndReach) {
   PutRows({90, 90.1f, 90.4f});
   AssignProfiles(model);
   EXPECT_NEAR(data.peaks(pfwhm, 1), 0.11, 1e-6);
+  EXPECT_NEAR(data.peaks(pfwhm, 3), (0.1 + 0.1 * std::tan(45.2 * kDegree) + 0.02) / 2, 1e-6);
   EXPECT_NEAR(data.peaks(pfwhmr, 1), 0.2, 1e-6);
   EXPECT_NEAR(data.peaks(pshape, 1), (1.09 + 0.5) / 2, 1e-6);
   EXPECT_NEAR(data.peaks(pshaper, 1), 1.09, 1e-6);
@@ -145,11 +146,11 @@ TEST_F(FitStages, CalculatedPattern) {
   fit.fitmin2th = 20, fit.fitmax2th = 50;
   fit.tthzero = 0.05f;
   model.scanwave = {{static_cast<float>(Lambda1), static_cast<float>(Lambda2), 0.5f}};
-  PutRows({30, 31, 45});
+  PutRows({25, 30, 31});
   AssignProfiles(model);
+  data.peaks(pint, 1) = 1000, data.peaks(pfwhmr, 1) = 0;  // no width, no peak
   const Peak peaks[] = {{30, 50, 0.3, 0.3, 0.2, 0.8}, {31, 80, 0.3, 0.3, 0.2, 0.8}};
-  for (int j = 1; j <= 2; ++j) data.peaks(pint, j) = static_cast<float>(peaks[j - 1].area);
-  data.peaks(pint, 3) = 1000, data.peaks(pfwhmr, 3) = 0;  // no width, no peak
+  for (int j = 0; j < 2; ++j) data.peaks(pint, j + 2) = static_cast<float>(peaks[j].area);
   std::ranges::fill(data.calculated, 7.0f);
   for (int i = 0; i <= 500; ++i) data.background[i] = static_cast<float>(i);
   CalculatePattern(model);

@@ -54,24 +54,6 @@ TEST(CellLines, OfWellKnownCrystals) {
   }
 }
 
-// All indices by the metric of the cell, in molybdenum radiation; Friedel mates are one line.
-TEST(CellLines, OfATriclinicCellByBruteForce) {
-  CellLines asked = Asked({{2.6f, 3.0f, 3.4f, 82, 99, 105}}, 1, kTriclinic, {15, 60});
-  asked.wavelength = 0.7107f;
-  std::vector<double> expected;
-  int close = 0;
-  for (const double square : Values(Reciprocal(AsDouble(asked.cell)), 9, 9, 1e-9)) {
-    const double tth = 2 * std::asin(0.7107 / 2 * std::sqrt(square)) / kDegree;
-    if (!(tth > 15 && tth < 60)) continue;
-    const bool apart = expected.empty() || tth - expected.back() > 0.02;
-    apart ? expected.push_back(tth) : void(++close);
-  }
-  ASSERT_GT(close, 0) << "some lines are to lie close";
-  const auto lines = ReflectionsFromCell(asked);
-  ASSERT_EQ(lines.size(), expected.size());
-  for (std::size_t j = 0; j < lines.size(); ++j) EXPECT_NEAR(lines[j].tth, expected[j], 0.001) << j;
-}
-
 TEST(CellLines, StandApartAndFollowWhatIsAsked) {
   // 001 and 100 of this cell lie 0.1 degrees apart.
   CellLines asked = Asked({{4.0f, 4.0f, 4.0185f, 90, 90, 90}}, 1, 12, {20, 25});

@@ -233,40 +233,6 @@ TEST_F(Driver, HearsHowTheEngineEnded) {
   EXPECT_FALSE(fs::exists("ito.inp"));
 }
 
-TEST_F(Driver, CountsWithDebugOn) {
-  ws.debugmode = 1;
-  ws.itomaxlines = 2;
-  EXPECT_EQ(Run(EngineIto, kPeaks), Outcome::Done);
-  EXPECT_EQ(Told(), (Lines{"box\tProgress\tqpeaks =     3", "box\tProgress\tqpeaks =     2",
-                           "command\tedit ito.out"}));
-  input.clear();
-  EXPECT_EQ(Run(EngineTreor, kPeaks), Outcome::Done);
-  EXPECT_EQ(Told(), (Lines{"box\tProgress\tqpeaks =     3"}));
-  EXPECT_EQ(input, "");
-  EXPECT_EQ(ws.indexoutfile, "ito.out");
-}
-
-// The wavelength of the pattern does not matter here.
-TEST_F(Driver, TheDialogOfTreorHasItsOwnValues) {
-  ws.wavelen(1) = 1.789f;
-  const IndexingEngine& treor = EngineOf(EngineTreor);
-  const auto fields = [] {
-    return std::tuple(ws.treform, ws.trewave, ws.trevol, ws.treedge, ws.tred1, ws.tred2,
-                      ws.tremerit, ws.trenix);
-  };
-  Answer("set 1736 9\npress Cancel");
-  EXPECT_EQ(AskEngineInput(treor), Outcome::Cancelled);
-  EXPECT_EQ(fields(), std::tuple(4, 1.54056f, -2000.0f, 100.0f, 0.0002f, 0.0004f, 10, 1));
-  Answer(
-      "set 1735 on\nset 1736 2\nset 1737 500\nset 1738 30\nset 1739 .001\nset 1740 .002\n"
-      "set 1741 12\nset 1742 0\npress \"Run TREOR90\"");
-  EXPECT_EQ(AskEngineInput(treor), Outcome::Done);
-  treor.putdefaults(ws);
-  EXPECT_EQ(fields(), std::tuple(5, 2.0f, 500.0f, 30.0f, 0.001f, 0.002f, 12, 0));
-  ResetWorkspace();
-  EXPECT_EQ(fields(), std::tuple(4, 0.0f, 0.0f, 0.0f, 0.0f, 0.0f, 0, -1));
-}
-
 // ---- Solutions ----
 
 // The second cell is that of halite, or has an angle that closes no corner.

@@ -85,18 +85,6 @@ TEST(ItoEngine, ExactLinesGiveTheLattice) {
   }
 }
 
-TEST(ItoEngine, ADominantZoneLeavesAtMostOneOfTheLinesThatAreCombined) {
-  auto lines = LinesOf(LatticeOfCell(kShort.cell), [](const Hkl& r) { return r.h == 0; });
-  for (int others = 0; others <= 2; ++others) {
-    for (const char* numbers : {" 3 6", " 330", "4199"})
-      EXPECT_EQ(
-          Holds(RunIto(Problem(lines, With(35, numbers))).listing, "zone-finding is restarted"),
-          others < 2)
-          << others << numbers;
-    lines[3 + others] += (lines[4 + others] - lines[3 + others]) / 3;
-  }
-}
-
 // Twice the same gives one solution.
 TEST(ItoEngine, TrialLatticesAreOnlyRefined) {
   Lattice start = LatticeOfCell(kTriclinic.cell);
@@ -209,33 +197,6 @@ TEST(ItoEngine, ObservedAndCalculatedLinesAreListedOnOneScale) {
   }
   EXPECT_EQ(observed, 20);
   EXPECT_GE(calculated, 20);
-}
-
-// Of the six stages, the third twice as many as one: that of a stage, and from a stage on.
-TEST(ItoEngine, TestOutputOfEachStage) {
-  for (const auto& [stage, expected] : {std::pair(" 1", "1"),
-                                        {" 2", "2"},
-                                        {" 3", "3"},
-                                        {" 4", "4"},
-                                        {" 5", "5"},
-                                        {" 6", "6"},
-                                        {" 0", "123456"},
-                                        {"33", "3456"},
-                                        {"77", ""}}) {
-    const std::string text =
-        RunIto(Problem(LinesOf(kShort), With(79, stage, With(49, " 1")))).listing;
-    const auto chosen = text.find("selected"), again = text.find("restarted");
-    const std::string zones = text.substr(chosen, again - chosen),
-                      lattices = text.substr(text.rfind("zones that have been found"));
-    std::string written;
-    if (Holds(text, "search with h and k up to")) written += '1';
-    if (Holds(text.substr(0, chosen), "input of norm")) written += '2';
-    if (Holds(zones, "input of norm")) written += '3';
-    if (Holds(lattices, "  threed ")) written += '4';
-    if (Holds(lattices, "  norm3 of    ")) written += '5';
-    if (Holds(lattices, "  refpar")) written += '6';
-    EXPECT_EQ(written, expected) << stage;
-  }
 }
 
 TEST(ItoEngine, NeitherProblemsNorEnginesSeeEachOther) {

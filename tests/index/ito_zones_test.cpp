@@ -198,26 +198,6 @@ TEST(ItoZones, FinzonFindsThePlantedCrossConstants) {
   }
 }
 
-TEST(ItoZones, ARectangleCountsTwice) {
-  // Up to the second order, and to the fourth where the lines end early.
-  for (const auto& [a, hmost, kmost, qmax] :
-       {std::tuple(100.0f, 2, 2, 3500.0), {250.0f, 2, 2, 1900.0}, {100.0f, 4, 3, 1600.0}}) {
-    const float b = a + 11;
-    auto q = LinesUpTo({.a = a, .b = b}, qmax);
-    for (std::size_t i = 0; i < q.size(); ++i) q[i] += 0.3 * static_cast<double>(i % 9) - 1.2;
-    const ItoProblem problem = ProblemAt(q, 1);
-    int count = 0;
-    for (int h = 1; h <= hmost; ++h)
-      for (int k = 1; k <= kmost; ++k)
-        for (const double line : q)
-          count += std::abs(line - (h * h * a + k * k * b)) / (h * k) < 0.75;
-    const auto found = Finzon(a, b, problem, nullptr);
-    ASSERT_FALSE(found.empty());
-    EXPECT_EQ(found[0].count, 2 * count) << a << ' ' << qmax;
-    EXPECT_EQ(found[0].value, 0);
-  }
-}
-
 TEST(ItoZones, EvaluationTakesTheNetOfTheLines) {
   for (const float f : {37.0f, 0.0f}) {
     const Zone net{.a = 100, .b = 143, .f = f};

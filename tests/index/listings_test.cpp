@@ -107,16 +107,6 @@ TEST_F(Listings, CutBehindEveryLine) {
       });
 }
 
-TEST_F(Listings, ABlockWithoutItsTestTakesTheNext) {
-  using namespace listings;
-  ASSERT_EQ(Read(ReadTreorSolutions, TreorCell(1) + TreorCell(2) + TreorTest(2) + Treor(1)), 2);
-  Row first = TreorRow(1);
-  first[solfom - 1] = 48;
-  first[solnix - 1] = 2;
-  EXPECT_EQ(RowOf(s, 1), first);
-  EXPECT_EQ(RowOf(s, 2), TreorRow(1));
-}
-
 TEST_F(Listings, WithNumbersThatDoNotFit) {
   std::string text = listings::Ito(2);
   text.replace(text.find("    5.000    6.000"), 9, "*********");
@@ -131,27 +121,6 @@ TEST_F(Listings, WithNumbersThatDoNotFit) {
   text.replace(text.find("  6.000000"), 10, "**********");
   ASSERT_EQ(Read(ReadTreorSolutions, text), 1);
   EXPECT_EQ(RowOf(s, 1), (Row{5, 0, 7, 90, 0, 92, 100, 49, 1}));
-}
-
-TEST_F(Listings, OfAnotherKindHoldNone) {
-  const std::string binary("\0\x80q(a)\n\xff a        b\n \0\n", 20);
-  for (const std::string& text :
-       {std::string(), std::string("\n\n"), std::string(100000, 'x'), binary}) {
-    EXPECT_EQ(Read(ReadItoSolutions, text), 0);
-    EXPECT_EQ(Read(ReadTreorSolutions, text), 0);
-  }
-  EXPECT_EQ(Read(ReadItoSolutions, listings::Treor(3)), 0);
-  EXPECT_EQ(Read(ReadTreorSolutions, listings::Ito(3)), 0);
-  // The texts stand behind the carriage control, and the table ends at a line with a zero there.
-  std::string text = listings::Ito(2);
-  text.erase(text.find("    q(a)"), 4);
-  EXPECT_EQ(Read(ReadItoSolutions, text), 0);
-  text = listings::Ito(3);
-  text[text.find("    6.000    7.000    8.000") - 1] = '0';
-  EXPECT_EQ(Read(ReadItoSolutions, text), 3);
-  EXPECT_EQ(s(1, sola), 5);
-  EXPECT_EQ(s(2, sola), 0);
-  EXPECT_EQ(s(3, sola), 0);
 }
 
 }  // namespace

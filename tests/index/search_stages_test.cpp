@@ -105,19 +105,6 @@ TEST(TreorSearches, FindACellOfTheirSystem) {
   }
 }
 
-TEST(TreorSearches, FindNothingInFewLines) {
-  for (const Search& one : kSearches)
-    for (const std::size_t lines : {0u, 1u, 2u, 4u}) {
-      DataSet data;
-      Prepare(data.search, one, 1200);
-      data.search.all.resize(lines);
-      PrepareLines(data.search);
-      data.search.options.iq = 5;
-      one.run(data.search);
-      EXPECT_TRUE(data.search.candidates.empty()) << one.name;
-    }
-}
-
 // With few lines to index nearly all cells are candidates: the limits are all that keeps them out.
 TEST(TreorSearches, KeepToTheLimits) {
   for (const Search& one : kSearches) {

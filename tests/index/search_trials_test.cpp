@@ -32,23 +32,6 @@ TEST(TreorIndexSets, ComeInTheirOrder) {
   EXPECT_TRUE(IndexSets({2, 2, 2, 0}, HSign::Both).empty());
 }
 
-TEST(TreorCofactors, SolveWhatHasASolution) {
-  const std::array<float, 4> x{0.5f, -2, 3, 0.25f};
-  const IntMatrix<4> m{{{0, 2, 1, 0}, {1, 0, 0, 3}, {4, 1, 0, -2}, {0, 0, 5, 1}}};
-  std::array<float, 4> side{};
-  for (std::size_t i = 0; i < 4; ++i)
-    for (std::size_t j = 0; j < 4; ++j) side[i] += static_cast<float>(m[i][j]) * x[j];
-  const auto found = Solve<4>(m, side);
-  ASSERT_TRUE(found);
-  for (std::size_t i = 0; i < 4; ++i) EXPECT_NEAR((*found)[i], x[i], 1e-6);
-  // Indices up to 20 have squares up to 400.
-  const auto large = Solve<4>({{{400, 0, 0, 1}, {0, 400, 0, 0}, {0, 0, 400, 0}, {1, 0, 0, 400}}},
-                              {401, 400, 400, 401});
-  ASSERT_TRUE(large);
-  for (const float one : *large) EXPECT_FLOAT_EQ(one, 1);
-  EXPECT_FALSE(Solve<3>({{{1, 4, 9}, {2, 8, 18}, {0, 1, 1}}}, {1, 2, 3}));
-}
-
 // The count as it is defined, over far more indices than are needed.
 struct PlainCount {
   const TreorSearch& search;
@@ -264,28 +247,6 @@ TEST_F(OneCell, MovesTheVolumeLimit) {
   const std::string text = data.Text();
   EXPECT_LT(text.find(" NEW MONOCLINIC VOLUME LIMIT=   602. A**3"), text.find("NEW TRICLINIC"));
   EXPECT_EQ(Count(text, "NEW TRICLINIC VOLUME LIMIT=   602."), 2);
-}
-
-TEST_F(OneCell, KeepsToEdgesAndAngles) {
-  for (const std::size_t n : {4u, 5u}) {
-    Prepare(kCells[n], 1000);
-    const Constants s = ConstantsOf(kCells[n].cell);
-    const auto allows = [&] {
-      return n == 4 ? AllowsMonoclinic(s, data.search) : AllowsTriclinic(s, data.search);
-    };
-    const float longest = static_cast<float>(kCells[n].cell[2]);
-    for (const float edge : {0.99f * longest, 1.01f * longest}) {
-      data.search.options.cem = edge;
-      SetLimits(data.search);
-      EXPECT_EQ(allows(), edge > longest);
-    }
-    for (const int beta : {107, 108}) {
-      data.search.options.mono = beta;
-      SetLimits(data.search);
-      EXPECT_EQ(allows(), n == 5 || beta == 108);
-    }
-  }
-  EXPECT_FALSE(AllowsTriclinic({0.01f, 0.01f, 0.01f, 0.015f, 0.015f, -0.015f}, data.search));
 }
 
 }  // namespace

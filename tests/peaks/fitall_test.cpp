@@ -170,25 +170,6 @@ TEST_F(FitAll, ErrorsDoNotDependOnTheUnitOfCounts) {
   }
 }
 
-// Without noise the group of one is the fit of a single peak.
-TEST_F(FitAll, AgreesWithTheFitOfASinglePeak) {
-  const Pattern pattern{.start = 28.5,
-                        .step = 0.01,
-                        .points = 400,
-                        .slope = 5,
-                        .alpha2 = 0.5,
-                        .peaks = {{30.5, 1000, 0.13, 0.3, 0.09, 0.7}}};
-  Load(pattern);
-  ListAt({30.49f});
-  SinglePeakFit();
-  const auto single = ws.peaks;
-  ListAt({30.49f});
-  FitAllPeaks();
-  for (int field = ptth; field <= pshaper; ++field)
-    EXPECT_NEAR(ws.peaks(field, 1), single(field, 1), 1e-3 * single(field, 1)) << field;
-  for (int i : {150, 201, 215}) EXPECT_NEAR(ws.yval(SlotRefined, i), ws.yval(SlotInput, i), 2) << i;
-}
-
 // The list of a search, in the order of a list by hand; then in order with all that a row holds.
 TEST_F(FitAll, RowsKeepTheirIndicesAndTheBadOnesAll) {
   const std::vector<Peak> peaks = {Symmetric(30, 3000, 0.1), Symmetric(50, 500, 0.12)};
@@ -307,25 +288,6 @@ TEST_F(FitAll, GroupsAreWhatOverlaps) {
   EXPECT_NEAR(groups[3].from, 41.1 - 0.12, 1e-3);
 }
 
-// Twenty peaks that overlap are cut into groups that know of each other; the curve is the pattern,
-// and the estimate where there is no peak.
-TEST_F(FitAll, LongChainsAreCut) {
-  std::vector<Peak> peaks;
-  for (int i = 0; i < 20; ++i)
-    peaks.push_back(Symmetric(30.01 + 0.22 * i, i % 3 ? 2000 : 6000, 0.1, 0.7));
-  Load({.slope = 2, .bend = 0.01, .alpha2 = 0.5, .peaks = peaks}, 5);
-  ListPeaks(peaks);
-  Spread spread;
-  FitAllPeaks();
-  spread.Add(peaks);
-  EXPECT_EQ(spread.fitted, 20);
-  EXPECT_LE(spread.beyond, 1);
-  for (int i = 1; i <= 4001; i += 50) {
-    const double y = ws.yval(SlotInput, i);
-    EXPECT_NEAR(ws.yval(SlotRefined, i), y, 6 * std::sqrt(y)) << i;
-  }
-}
-
 // From a search, a step high and with finds in the noise, to positions that are good for indexing:
 // each peak has its fitted row, and hardly any find of noise counts as one.
 TEST_F(FitAll, IsTheRoadBehindASearch) {
@@ -419,26 +381,6 @@ TEST_F(FitAll, BadListsAndPatternsEndWithMarks) {
     }
     for (int i = 1; i <= ws.npts(SlotRefined); ++i)
       ASSERT_TRUE(std::isfinite(ws.yval(SlotRefined, i))) << row.name << " " << i;
-  }
-}
-
-// Steps of 0.02 up to 40 degrees, and of 0.05 beyond.
-TEST_F(FitAll, TakesStepsAsTheyCome) {
-  const Pattern pattern{.alpha2 = 0.5,
-                        .peaks = {Symmetric(30, 5000, 0.15), Symmetric(50, 5000, 0.15)}};
-  Load(pattern);
-  ws.npts(SlotInput) = 2501;
-  for (int i = 1; i <= 2501; ++i) {
-    const double x = i <= 1501 ? 10 + 0.02 * (i - 1) : 40 + 0.05 * (i - 1501);
-    ws.xval(AxisTth, SlotInput, i) = static_cast<float>(x);
-    ws.yval(SlotInput, i) = static_cast<float>(std::round(simulate::Intensity(pattern, x)));
-  }
-  ListAt({30.01f, 50.03f});
-  FitAllPeaks();
-  for (int j = 1; j <= 2; ++j) {
-    EXPECT_NEAR(ws.peaks(ptth, j), j == 1 ? 30 : 50, 2e-4);
-    EXPECT_NEAR(ws.peaks(pfwhm, j), 0.15, 1e-3);
-    EXPECT_NEAR(ws.peaks(pint, j), pattern.peaks[0].area, 4);
   }
 }
 

@@ -189,25 +189,6 @@ TEST(ScriptDialog, BoxesEnableTheFieldsBehindThem) {
   EXPECT_THROW(RunMenu(MenuCreateScript, "set 1271 2\nset 1272 4\n"), std::runtime_error);
 }
 
-TEST(ScriptDialog, FormatsInTheOrderOfTheirNumbers) {
-  const ScriptTest test;
-  const char *inputs[] = {"gdf", "xy", "dat", "udf", "txt"},
-             *outputs[] = {"1006", "1007", "1277", "1276", "1010"};
-  for (int k = 0; k < 5; ++k) {
-    RunMenu(MenuCreateScript, "set 1252 " + test.file("a.scp") + "\nset " + inputs[k] +
-                                  " on\nset " + outputs[k] + " on\npress OK\n");
-    EXPECT_EQ(ws.scriptinfmt, k + 1);
-    EXPECT_EQ(ws.scriptoutfmt, k + 1);
-    RunMenu(MenuCreateScript, "press OK\n");  // opens with them
-    EXPECT_EQ(ws.scriptinfmt, k + 1);
-    EXPECT_EQ(ws.scriptoutfmt, k + 1);
-  }
-  ws.scriptinfmt = ws.scriptoutfmt = 9;  // gdf to a run
-  RunMenu(MenuCreateScript, "press OK\n");
-  EXPECT_EQ(ws.scriptinfmt, 1);
-  EXPECT_EQ(ws.scriptoutfmt, 1);
-}
-
 TEST(ScriptDialog, ProposesThePatternAndAsksForAName) {
   const ScriptTest test;
   test.Pattern("a.xy", 1000);

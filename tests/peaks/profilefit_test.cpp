@@ -1,73 +1,26 @@
-// The kernels hold no state and show nothing: several can run at once, and each tells its end.
+// The cycles of the fit of one profile, and how they end.
+#include "peaks/peakprofile.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <atomic>
 #include <cmath>
-#include <future>
-#include <latch>
 #include <limits>
 #include <vector>
-
-#include "background/background.h"
-#include "peaks/peakprofile.h"
 
 namespace {
 
 using Values = std::vector<float>;
 
-const FitWavelengths kCopper{1.54056f, 1.54439f, 0.5f};
-
-// A broad peak in the middle, and some unrest.
-struct Pattern {
-  explicit Pattern(int n) : x(n), y(n) {
-    for (int i = 0; i < n; ++i) {
-      const float u = static_cast<float>(i - n / 2) / 12;
-      x[i] = 30 + 0.01f * static_cast<float>(i);
-      y[i] = 100 + 1000 * std::exp(-u * u) + static_cast<float>(i * 7919 % 13);
-    }
-  }
-  Values x, y;
-};
-
-Values Envelope(const Pattern& pattern) {
-  Values y = pattern.y;
-  BackgroundEnvelope(y, 61, 5);
-  return y;
-}
-
-Values PeakFit(const Pattern& pattern) {
-  Values p(8), calc(pattern.x.size());
-  PeakProfileFit(pattern.x, pattern.y, calc, kCopper, std::span<float, 8>(p),
-                 [](int, float) { return true; });
-  calc.insert(calc.end(), p.begin(), p.end());
-  return calc;
-}
-
-TEST(Kernels, TwoAtOnceGiveTheBitsOfOneAlone) {
-  const Pattern small(300), large(900);
-  for (const auto kernel : {Envelope, PeakFit}) {
-    const Values ofsmall = kernel(small), oflarge = kernel(large);
-    std::latch begun(1);
-    std::atomic<bool> ended = false;
-    std::future<int> other = std::async(std::launch::async, [&] {
-      int wrong = 0;
-      for (begun.count_down(); !ended;) wrong += kernel(small) != ofsmall;
-      return wrong;
-    });
-    begun.wait();
-    int wrong = 0;
-    for (int i = 0; i < 200; ++i) wrong += kernel(large) != oflarge;
-    ended = true;
-    EXPECT_EQ(wrong + other.get(), 0);
-  }
-}
-
 TEST(PeakProfileFit, TellsHowItEnded) {
   constexpr int n = 300;
-  auto [x, y] = Pattern(n);
+  Values x(n), y(n), calc(n);
+  for (int i = 0; i < n; ++i) {  // a broad peak in the middle, and some unrest
+    const float u = static_cast<float>(i - n / 2) / 12;
+    x[i] = 30 + 0.01f * static_cast<float>(i);
+    y[i] = 100 + 1000 * std::exp(-u * u) + static_cast<float>(i * 7919 % 13);
+  }
   y[0] = 40;  // ends of different height
-  Values calc(n);
   const auto fit = [&](const Values& at, const Values& values, int last) {
     Values p(8);
     return PeakProfileFit(at, values, calc, {1.54056f, 1.54439f, 0}, std::span<float, 8>(p),
