@@ -35,21 +35,26 @@ struct FitStages : testing::Test {
 
 using Reach = std::pair<int, int>;
 
-// The row behind one that is deleted is not looked at: 0.8 and 20.3 stay.
+// The row behind one that is deleted is not looked at: 0.8, 20.3 and 171 stay.
 TEST_F(FitStages, PrepareTheRowsOfIndividualPositions) {
   PutRows({0.5f, 0.8f, 30, 20, 20.2f, 20.3f, 50, 60, 175, 171, 40});
   for (int j = 1; j <= data.npeaks; ++j) data.peaks(pint, j) = static_cast<float>(100 + j);
   data.peaks(pint, 3) = 0.99f;
   fit.fitposmode = 1;
-  fit.fitmin2th = 0, fit.fitmax2th = 55;
+  fit.fitmin2th = 0, fit.fitmax2th = 180;
   EXPECT_TRUE(PreparePeaks(model));
-  ASSERT_EQ(data.npeaks, 5);
-  const float rows[][2] = {{0.8f, 102}, {20, 104}, {20.3f, 106}, {40, 111}, {50, 107}};
-  for (int j = 1; j <= 5; ++j) {
+  ASSERT_EQ(data.npeaks, 7);
+  const float rows[][2] = {{0.8f, 102}, {20, 104}, {20.3f, 106}, {40, 111},
+                           {50, 107},   {60, 108}, {171, 110}};
+  for (int j = 1; j <= 7; ++j) {
     EXPECT_EQ(data.peaks(ptth, j), rows[j - 1][0]);
     EXPECT_EQ(data.peaks(pint, j), rows[j - 1][1]);
     EXPECT_EQ(data.peaks(phkl, j), 4020100);
   }
+  fit.fitmin2th = 20.1f, fit.fitmax2th = 55;
+  EXPECT_TRUE(PreparePeaks(model));
+  EXPECT_EQ(data.npeaks, 3);
+  EXPECT_EQ(data.peaks(ptth, 3), 50);
   PutRows({30, 0.2f});
   EXPECT_FALSE(PreparePeaks(model));
 }
