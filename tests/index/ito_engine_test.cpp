@@ -1,7 +1,6 @@
 // The engine ITO from cards to listing.
 #include <gtest/gtest.h>
 
-#include <sstream>
 #include <thread>
 
 #include "index/ito/latticefit.h"
@@ -179,24 +178,6 @@ TEST(ItoEngine, TheListOfLinesTellsThoseThatDoNotFit) {
   lines[9] = lines[8] + 0.1;
   ASSERT_LT(lines[9], tenth);
   EXPECT_EQ(Count(run(lines, x).listing, " hkl-combination was used before\n"), 2);
-}
-
-TEST(ItoEngine, ObservedAndCalculatedLinesAreListedOnOneScale) {
-  std::vector<double> angles;
-  for (const double each : LinesOf(kOrthorhombic)) angles.push_back(AngleAt(each) - 0.25);
-  const Result result = RunIto(Problem(angles, kParameters, "      0.25"));
-  ExpectFirst(result, kOrthorhombic);
-  std::istringstream text(result.listing.substr(result.listing.find("0twotheta     d")));
-  int observed = 0, calculated = 0;
-  for (std::string line; std::getline(text, line) && !line.starts_with('1');) {
-    float twotheta = 0, d = 0, q = 0;
-    if (!ReadRecord<"(1x,f8.0,f8.0,f9.0)">(line, twotheta, d, q) || q == 0) continue;
-    ++(Holds(line, "*observed*") ? observed : calculated);
-    EXPECT_NEAR(twotheta, AngleAt(q), 0.011);
-    EXPECT_NEAR(d, 100 / std::sqrt(q), 0.005);
-  }
-  EXPECT_EQ(observed, 20);
-  EXPECT_GE(calculated, 20);
 }
 
 TEST(ItoEngine, NeitherProblemsNorEnginesSeeEachOther) {

@@ -63,23 +63,6 @@ TEST(ItoLattices, TheThirdCrossConstantIsFound) {
     EXPECT_TRUE(Threed(none, problem).empty());
 }
 
-TEST(ItoLattices, AThirdRectangleCountsTwice) {
-  auto q = LinesOf(kOrthogonal);
-  for (std::size_t i = 0; i < q.size(); ++i) q[i] += 0.3 * static_cast<double>(i % 18) - 2.6;
-  const ItoProblem problem = ProblemAt(q, 1);
-  int count = 0;
-  for (int h = 0; h <= 2; ++h)
-    for (int k = 1; k <= 2; ++k)
-      for (int l = 1; l <= 2; ++l)
-        for (const ItoLine& line : problem.lines)
-          // Three bins, of which the first begins half a bin below 0.
-          count += std::abs(line.q - At(FormOf(kOrthogonal), h, k, l)) / (k * l) < 2.5 * 4.5 / 6;
-  const auto found = Threed(kOrthogonal, problem);
-  ASSERT_FALSE(found.empty());
-  EXPECT_EQ(found[0].d, 0);
-  EXPECT_EQ(found[0].lines, 2 * count);
-}
-
 // The standard form: axes by their length, the same lattice, and the same whatever the axes were.
 TEST(ItoLattices, TheStandardFormIsTheSameLattice) {
   std::mt19937 random(11);
@@ -238,21 +221,6 @@ TEST(ItoLattices, ACycleIsWeightedLeastSquares) {
       for (const FitLines which : {FitLines::First20, FitLines::All})
         ExpectCycle(x, ProblemAt(q, 2), 2, which);
     }
-}
-
-TEST(ItoLattices, WindowsCloseInAndSmallCrossConstantsVanish) {
-  const ItoProblem problem = ProblemAt(LinesOf(kOrthogonal), 0.5);
-  const Lattice start{84, 117, 151, 0.5f, -0.5f};
-  Lattice x = start;
-  Refpar(x, problem, 1, FitLines::First20, nullptr);
-  EXPECT_LT(x.lines, 20);
-  x = start;
-  EXPECT_EQ(Refpar(x, problem, 3, FitLines::All, nullptr).candidates.size(), kLinesOfTests);
-  EXPECT_EQ(x.lines, 20);
-  EXPECT_LT(Difference(x, kOrthogonal), 0.05);
-  x.d = 0.6f;
-  Refpar(x, problem, 1, FitLines::First20, nullptr);
-  EXPECT_NE(x.d, 0);
 }
 
 TEST(ItoLattices, TheTypeFollowsTheAbsences) {

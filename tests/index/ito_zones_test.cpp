@@ -230,26 +230,6 @@ std::vector<Zone> ZonesOf(const ItoProblem& problem, std::string& listing) {
   return zones;
 }
 
-TEST(ItoZones, TheListHoldsTheZonesOfALatticeEachOnce) {
-  const Lattice x{.a = 83, .b = 117, .c = 151, .d = 21, .e = 33, .f = 44};
-  const ItoProblem problem = ReadOne(kParameters + "\n\n" + LineCards(LinesOf(x))).problem;
-  std::string text;
-  const std::vector<Zone> zones = ZonesOf(problem, text);
-  ASSERT_FALSE(zones.empty());
-  EXPECT_LE(zones.size(), 20u);
-  EXPECT_TRUE(std::ranges::is_sorted(zones, std::greater(), &Zone::quality));
-  EXPECT_GE(zones.back().quality, 1);
-  const auto found = [&](const Zone& z) {
-    return std::ranges::count_if(zones, [&](const Zone& other) {
-      return std::abs(z.a - other.a) + std::abs(z.b - other.b) + std::abs(z.f - other.f) <
-             problem.eqtol;
-    });
-  };
-  for (const Zone& z : zones) EXPECT_EQ(found(z), 1);
-  EXPECT_EQ(found({.a = 83, .b = 117, .f = 44}), 1);
-  EXPECT_EQ(found({.a = 83, .b = 151, .f = 33}), 1);
-}
-
 TEST(ItoZones, TheStoreIsLimitedAndTheZonesGivenByHandStand) {
   ItoProblem problem =
       ReadOne(kParameters + "\n\n" + LineCards(LinesOf(Lattice{83, 117, 151}))).problem;

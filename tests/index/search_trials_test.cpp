@@ -155,37 +155,6 @@ TEST(TreorCandidates, TheBestFiveStay) {
   EXPECT_EQ(list[1].product, 0.08f);
 }
 
-TEST(TreorCandidates, OneOfEachCell) {
-  std::vector<TreorCandidate> list;
-  const auto monoclinic = [](float a, float c, float d) {
-    return TreorCandidate{CrystalSystem::Monoclinic, {a, 0.03f, c, d}, 1, 0, 16};
-  };
-  StoreCandidate(list, monoclinic(0.01f, 0.02f, -0.003f));
-  StoreCandidate(list, monoclinic(0.02f, 0.01004f, 0.003f));
-  ASSERT_EQ(list.size(), 1u);
-  EXPECT_EQ(list[0].constants.a, 0.02f);
-  EXPECT_EQ(list[0].constants.d, 0.003f);
-  StoreCandidate(list, monoclinic(0.02f, 0.0101f, 0.003f));
-  EXPECT_EQ(list.size(), 2u);
-
-  std::vector<TreorCandidate> triclinic;
-  for (float volume : {300.f, 300.04f, 200.f, 400.f})
-    StoreCandidate(triclinic, {CrystalSystem::Triclinic, {0.01f}, 0, volume, 16});
-  ASSERT_EQ(triclinic.size(), 3u);
-  EXPECT_EQ(triclinic[0].volume, 200);
-  for (int n = 0; n < 20; ++n)
-    StoreCandidate(triclinic, {CrystalSystem::Triclinic, {0.02f}, 0, 500.f + n, 15});
-  EXPECT_EQ(triclinic.size(), 10u);
-
-  // One lattice by other axes: c before a, and b turned round.
-  std::vector<TreorCandidate> lattice;
-  for (const Constants& s : {Constants{0.01f, 0.02f, 0.03f, 0.001f, 0.002f, 0.003f},
-                             Constants{0.03f, 0.01f, 0.02f, 0.003f, 0.001f, 0.002f},
-                             Constants{0.01f, 0.02f, 0.03f, 0.001f, -0.002f, -0.003f}})
-    StoreCandidate(lattice, {CrystalSystem::Triclinic, s, 0, 300, 16});
-  EXPECT_EQ(lattice.size(), 1u);
-}
-
 struct OneCell : testing::Test {
   void Prepare(const TrueCell& cell, float volume) {
     data.search.options.use = data.search.options.iq = -1;  // as many as there are

@@ -194,22 +194,6 @@ TEST_F(Zoom, BackAndForward) {
   EXPECT_EQ(Zooms().forward.size(), static_cast<std::size_t>(steps));
 }
 
-// Turns of the wheel are one zoom until something else is done.
-TEST_F(Zoom, TurnsAreOneStepBack) {
-  const auto full = Limits();
-  Navigate(Wheel(420, 380, -1));  // no effect yet
-  for (int k = 0; k < 5; ++k) Navigate(Wheel(420, 380, 1));
-  const auto zoomed = Limits();
-  NoteZoom();
-  Navigate(Wheel(420, 380, 1));
-  Navigate(Wheel(420, 380, 1, ModifierControl));
-  EXPECT_TRUE(ZoomBack());
-  EXPECT_EQ(Limits(), zoomed);
-  EXPECT_TRUE(ZoomBack());
-  EXPECT_EQ(Limits(), full);
-  EXPECT_FALSE(ZoomBack());
-}
-
 // Two-theta, d and Q for any axis, and whose the wavelength is.
 TEST_F(Zoom, ReadOutsOfAllAxes) {
   ws.axiswave = CuKalpha1;

@@ -193,17 +193,6 @@ TEST(RunScript, FilesThatFailArePassedOverAndTold) {
   EXPECT_FALSE(exists(test.file("2.xy")) || exists(test.file("4.xy")));
 }
 
-TEST(RunScript, AFileThatCannotBeWrittenIsDoneWith) {
-  const ScriptTest test;
-  test.Pattern("a.xy", 1000);
-  test.Pattern("b.xy", 2000);
-  test.Run("a.xy\nb.xy\n", "no/1.xy\n2.xy\n3.xy\n4.xy\n",
-           "INFM    2\nUTFM    2\nSCAL    2.0000\nUTFM    2\n");
-  EXPECT_FALSE(exists(test.file("2.xy")));
-  EXPECT_EQ(HeightOf(test.Read("3.xy")), 2100);
-  EXPECT_EQ(HeightOf(test.Read("4.xy")), 4200);
-}
-
 TEST(RunScript, AShortOutputListEndsTheRun) {
   const ScriptTest test;
   for (const char* name : {"a.xy", "b.xy", "c.xy"}) test.Pattern(name, 10 * name[0]);

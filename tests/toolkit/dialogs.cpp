@@ -122,6 +122,10 @@ TEST_F(Dialogs, EmptyAndPassedNumbers) {
   EXPECT_EQ(Run("set Window \"\"\nset Points 1\npress OK"), "1");
   EXPECT_EQ(Integer(12), -5);
   EXPECT_EQ(Integer(13), 1);  // out of range, for the dialog's own rule
+  for (const int end : {3, 501}) {
+    EXPECT_EQ(Run("set Window " + std::to_string(end) + "\npress OK"), "1");
+    EXPECT_EQ(Integer(12), end);
+  }
   // What the program itself puts is not held against the user.
   WDialogPutInteger(12, 1);
   EXPECT_EQ(Run("press OK"), "1");

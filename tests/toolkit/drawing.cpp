@@ -92,6 +92,7 @@ TEST_F(Drawing, EpsIsTightAndPlain) {
   DisplayList list = Page();
   AddStroke(list, {.linetype = 0, .width = 4, .colour = 0xff00ff}, {{10, 20}, {90, 150.25f}});
   list.texts.push_back({50, 100, 10, 0, 0, 0, "Fe(2) \xc3\xa4 \xe2\x82\xac\n"});
+  list.texts.push_back({50, 100, 10, 90, 0, 0, "Fe"});
   const std::string path = work_.file("a.eps");
   ASSERT_TRUE(WriteEps(list, path, "Fe(2)\\ \xc3\xb6\n%%EOF", 200, 400));
   const std::string eps = ReadFile(path);
@@ -103,6 +104,7 @@ TEST_F(Drawing, EpsIsTightAndPlain) {
   EXPECT_TRUE(Contains(eps, "1 0 1 RG\n2 w\n20 40 m\n180 300.5 l\nS\n"));
   // Around (100, 200) ten letters of 0.55 of 20 points, those of Latin-1 and "?" for others.
   EXPECT_TRUE(Contains(eps, "20 Tf 1 0 0 1 45 200 Tm (Fe\\(2\\) \xe4 ?\?) Tj ET\n")) << eps;
+  EXPECT_TRUE(Contains(eps, "20 Tf 0 1 -1 0 100 189 Tm (Fe) Tj ET\n")) << eps;
   EXPECT_EQ(Count(eps, "\n%%EOF\n"), 1u);
 }
 

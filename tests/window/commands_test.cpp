@@ -115,16 +115,6 @@ TEST(Commands, ManualBackgroundByMouse) {
     EXPECT_EQ(ws.npts(SlotBackground), 1000);
     for (const int i : {1, 121, 601})  // 10, 16 and 40 degrees
       EXPECT_NEAR(ws.yval(SlotBackground, i), 100 + 12.5 * (8 + 0.05 * i - 10.05), 15) << i;
-
-    for (const auto& [key, left] : {std::pair("Return", 1), std::pair("Escape", 0)}) {
-      Pick(MenuManualBackground);
-      co_await Shown("dialog128");
-      Click(50, 400);
-      co_await PointCount(ws.nmanualbg, 2 - left);
-      QTest::keyClick(QApplication::activeWindow(), QKeySequence(key)[0].key());
-      co_await Idle();
-      EXPECT_EQ(ws.nmanualbg, left) << key;
-    }
   });
 }
 

@@ -122,15 +122,6 @@ TEST(Zoom, PansWithTheMiddleButtonOrSpace) {
     EXPECT_EQ(ws.viewxmin, left);
     EXPECT_TRUE(LastDeed().starts_with("wheel "));
 
-    // A hand that trembles pulls nothing.
-    const Drag still{Qt::MiddleButton, middle.from, middle.from + QPoint(2, 1)};
-    still.Begin();
-    co_await Dragging();
-    still.Move();
-    still.End();
-    co_await Idle();
-    EXPECT_EQ(ws.viewxmin, left);
-
     const Drag space{Qt::LeftButton, middle.from, middle.to};
     QTest::keyPress(Root()->canvas, Qt::Key_Space);
     space.Begin();
