@@ -89,7 +89,7 @@ TEST_P(OfSystem, TheSearchFindsItsLattices) {
       if (kind.system >= Tetragonal) at.push_back(at[2] + 0.5 * (at[3] - at[2]));
       const auto lines = LinesAt(at);
       TrialList list;
-      GetParam().search(SearchLines(lines, -shift), list);
+      GetParam().search(SearchLines(lines, -shift, kOnePhase), list);
       const Form truth = ReducedPrimitive(cell, kind.centering);
       const auto found = std::ranges::find_if(list.All(), [&](const TrialLattice& trial) {
         const Form direct = OnAxes(Reciprocal(trial.reciprocal), PrimitiveAxes(trial.centering));
