@@ -25,10 +25,7 @@ using Row = Equations::Row;
 
 // The errors of a list are those expected times a scale about 1, which is worth three lines.
 constexpr double kErrorFreedom = 3;
-// One line in a hundred is foreign; but one list in twenty is that of several phases, of which
-// this one has any share.
-constexpr double kForeign = 0.01;
-constexpr double kOfMixtures = 0.05;
+constexpr double kForeign = 0.01;  // share of foreign lines in those of one phase
 
 // The zero shift: small as a rule, but any up to a tenth of a degree in one list of five.
 constexpr double kZeroSigma = 0.02;
@@ -144,14 +141,14 @@ double LogVisibilityOf(const MatchedPositions& matched, const SymmetricLattice& 
   return LogVisibility(positions, lattice);
 }
 
-double LogForeign(double foreign, double hits) {
+double LogForeign(double foreign, double hits, double mixtures) {
   const double anyshare =
       std::exp(LogGamma(hits + 1) + LogGamma(foreign + 1) - LogGamma(hits + foreign + 2));
-  return std::log((1 - kOfMixtures) * std::pow(kForeign, foreign) + kOfMixtures * anyshare);
+  return std::log((1 - mixtures) * std::pow(kForeign, foreign) + mixtures * anyshare);
 }
 
 // False for a lattice with fewer lines than unknowns, or a zero shift that no instrument has.
-bool Judge(std::span<const ObservedLine> lines, Assessment& a) {
+bool Judge(std::span<const ObservedLine> lines, const PhaseModel& model, Assessment& a) {
   const std::size_t p = a.lattice.parameters.size();
   const MatchedPositions matched = Matched(lines, a);
   Evidence e = EvidenceOf(lines, matched, a.lattice, a.zero);
@@ -170,8 +167,8 @@ bool Judge(std::span<const ObservedLine> lines, Assessment& a) {
   a.hits = matched.hits;
   a.positions = static_cast<int>(matched.positions.size());
   a.likelihood = LogVisibilityOf(matched, a.lattice) +
-                 LogForeign(static_cast<double>(lines.size()) - hits, hits) - e.logdensity -
-                 freedom / 2 * std::log(2 * std::numbers::pi) - *logroot +
+                 LogForeign(static_cast<double>(lines.size()) - hits, hits, model.mixtures) -
+                 e.logdensity - freedom / 2 * std::log(2 * std::numbers::pi) - *logroot +
                  LogGamma((nu + freedom) / 2) - LogGamma(nu / 2) + nu / 2 * std::log(nu / 2) -
                  (nu + freedom) / 2 * std::log((nu + e.squares) / 2) -
                  static_cast<double>(p) * std::log(Q8(lines)) + LogZeroPrior(a.zero);
@@ -182,7 +179,7 @@ bool Judge(std::span<const ObservedLine> lines, Assessment& a) {
 
 std::optional<Assessment> Assess(std::span<const ObservedLine> lines,
                                  const SymmetricLattice& lattice, RefinementStart start,
-                                 double zero) {
+                                 double zero, const PhaseModel& model) {
   constexpr std::array<std::size_t, 6> kSteps = {10,           15,           20,
                                                  kLinesJudged, kLinesJudged, kLinesJudged};
   lines = lines.first(std::min(kLinesJudged, lines.size()));
@@ -195,10 +192,10 @@ std::optional<Assessment> Assess(std::span<const ObservedLine> lines,
     const auto hits = Cycle(some, zero, a);
     if (!hits) return std::nullopt;
     // Once the first lines have moved it to its place, what explains few lines is dropped.
-    const auto least = most < kLinesOfSecondCheck ? 0 : kLeastShareJudged;
+    const auto least = most < kLinesOfSecondCheck ? 0 : model.shareexplained;
     if (*hits < least * static_cast<double>(some.size())) return std::nullopt;
   }
-  if (!Judge(lines, a)) return std::nullopt;
+  if (!Judge(lines, model, a)) return std::nullopt;
   return a;
 }
 

@@ -4,6 +4,7 @@
 #include <optional>
 #include <span>
 
+#include "index/find/limits.h"
 #include "index/find/lines.h"
 #include "index/find/positions.h"
 #include "index/find/symmetry.h"
@@ -24,7 +25,7 @@ enum class RefinementStart { Rough, Refined };
 // `zero`. None for a lattice that explains too few lines.
 std::optional<Assessment> Assess(std::span<const ObservedLine> lines,
                                  const SymmetricLattice& lattice, RefinementStart start,
-                                 double zero);
+                                 double zero, const PhaseModel& model = kOnePhase);
 
 // By least squares on all lines, with neither of the limits that hold a search: what the table
 // shows. As it was where the lines do not fix it. The likelihood stays that of the judged lines.

@@ -86,14 +86,12 @@ class Run {
     for (double shift : kShifts)
       if (shift > kBorne * lines_[lines_.size() / 2].width && !IsConvinced())
         SearchAt(std::array{shift, -shift}, false, kOnePhase);
-    if (!IsConvinced() && MayBeMixture()) SearchAt(std::array{0.0}, false, kMixture);
-    Ranking ranking = Distinct(TakeAll());
-    if (!crew_.Stopped())
-      ranking = WithRelatives(lines_, std::move(ranking),
-                              [&](std::size_t n, const std::function<void(std::size_t)>& work) {
-                                crew_.Expect(n);
-                                crew_.Each(n, work);
-                              });
+    Ranking ranking = Ranked(Distinct(TakeAll()), kOnePhase);
+    if (!IsConvinced() && MayBeMixture()) {
+      SearchAt(std::array{0.0}, false, kMixture);
+      std::ranges::move(TakeAll(), std::back_inserter(ranking));
+      ranking = Ranked(Distinct(std::move(ranking)), kMixture);
+    }
     return {crew_.Stopped() ? FindCellEnd::Stopped : FindCellEnd::Done, Table(ranking)};
   }
 
@@ -122,6 +120,24 @@ class Run {
     return report(crew_.Done(), cell ? &*cell : nullptr);
   }
 
+  // With the relatives of the best ones.
+  Ranking Ranked(Ranking distinct, const PhaseModel& model) {
+    if (crew_.Stopped()) return distinct;
+    const Ranking ranking =
+        WithRelatives(lines_, std::move(distinct), model,
+                      [&](std::size_t n, const std::function<void(std::size_t)>& work) {
+                        crew_.Expect(n);
+                        crew_.Each(n, work);
+                      });
+    if (!ranking.empty()) Note(ranking.front());
+    return ranking;
+  }
+
+  void Note(const Assessment& a) {
+    const std::scoped_lock lock(bestmutex_);
+    if (a.likelihood > Best()) best_ = a;
+  }
+
   // Nothing asks for another search.
   bool IsConvinced() const {
     const double n = static_cast<double>(lines_.size());
@@ -136,18 +152,16 @@ class Run {
 
   double Best() const { return best_ ? best_->likelihood : -1e9; }
 
-  void Take(Catch& taken, const std::vector<Form>& lattices, double zero) {
+  void Take(Catch& taken, const std::vector<Form>& lattices, double zero, const PhaseModel& model) {
     for (const Form& lattice : lattices) {
       if (crew_.Stopped()) return;
-      AddAssessed(lines_, lattice, zero, taken.lattices);
+      AddAssessed(lines_, lattice, zero, model, taken.lattices);
     }
     const auto best = std::ranges::max_element(taken.lattices, {}, &Assessment::likelihood);
-    if (best == taken.lattices.end()) return;
-    const std::scoped_lock lock(bestmutex_);
-    if (best->likelihood > Best()) best_ = *best;
+    if (best != taken.lattices.end()) Note(*best);
   }
 
-  void SearchAt(std::span<const double> shifts, bool withsources, const LeastHits& least) {
+  void SearchAt(std::span<const double> shifts, bool withsources, const PhaseModel& model) {
     struct Piece {
       const CellSource* source;
       Search search;
@@ -155,7 +169,7 @@ class Run {
       const SearchLines* lines;
     };
     std::vector<SearchLines> lines;
-    for (double zero : shifts) lines.emplace_back(lines_, -zero, least);
+    for (double zero : shifts) lines.emplace_back(lines_, -zero, model);
     std::vector<Piece> pieces;
     if (withsources)
       for (const CellSource& source : task_.sources)
@@ -173,7 +187,7 @@ class Run {
       Take(taken,
            source ? Proposed(source->propose([&] { return crew_.Stopped(); }))
                   : Searched(search, *its),
-           zero);
+           zero, model);
     });
   }
 

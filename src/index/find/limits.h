@@ -12,15 +12,15 @@ inline constexpr double kSearchWindow = 0.6;
 inline constexpr std::size_t kLinesOfFirstCheck = 8, kLinesOfSecondCheck = 20;
 inline constexpr int kMostPositions = 117;
 
-// What it must hit. Six of the first eight lines, so that two may be foreign or misread, and twelve
-// of the first twenty; of the lines of two phases the half.
-struct LeastHits {
+// Whose lines they are. Of those of one phase a metric must hit six of the first eight, so that two
+// may be foreign or misread, and twelve of the first twenty, and a refined lattice must explain the
+// same share. Of a mixture the half is one phase's, which refinement may bring down a little.
+struct PhaseModel {
   int offirst;
-  double shareofsecond;
+  double shareofsecond, shareexplained;
+  double mixtures;  // the chance that the list is one of several phases, each with any share
 };
-inline constexpr LeastHits kOnePhase{6, 0.6}, kMixture{4, 0.5};
-// What a refined lattice must explain, which may have lost what it hit by chance.
-inline constexpr double kLeastShareJudged = 0.4;
+inline constexpr PhaseModel kOnePhase{6, 0.6, 0.6, 0}, kMixture{4, 0.5, 0.4, 0.05};
 
 // What a search hands on to the refinement.
 inline constexpr std::size_t kMostCandidates = 150;

@@ -49,9 +49,9 @@ void OnReducedAxes(Assessment& a) {
 }
 
 void AddInAllSymmetries(std::span<const ObservedLine> lines, const Form& reduced, double zero,
-                        Ranking& ranking) {
+                        const PhaseModel& model, Ranking& ranking) {
   for (const SymmetricLattice& lattice : SymmetriesOf(reduced))
-    if (auto a = Assess(lines, lattice, RefinementStart::Refined, zero)) {
+    if (auto a = Assess(lines, lattice, RefinementStart::Refined, zero, model)) {
       OnReducedAxes(*a);
       ranking.push_back(std::move(*a));
     }
@@ -95,10 +95,10 @@ void PutSymmetricFirst(std::span<const ObservedLine> lines, Ranking& ranking) {
 }  // namespace
 
 void AddAssessed(std::span<const ObservedLine> lines, const Form& reduced, double zero,
-                 Ranking& ranking) {
+                 const PhaseModel& model, Ranking& ranking) {
   const auto lattices = SymmetriesOf(reduced);
   if (lattices.empty()) return;
-  if (auto a = Assess(lines, lattices.front(), RefinementStart::Rough, zero)) {
+  if (auto a = Assess(lines, lattices.front(), RefinementStart::Rough, zero, model)) {
     OnReducedAxes(*a);
     ranking.push_back(std::move(*a));
   }
@@ -117,7 +117,8 @@ Ranking Distinct(Ranking all) {
   return distinct;
 }
 
-Ranking WithRelatives(std::span<const ObservedLine> lines, Ranking ranking, const ForEach& each) {
+Ranking WithRelatives(std::span<const ObservedLine> lines, Ranking ranking, const PhaseModel& model,
+                      const ForEach& each) {
   struct Start {
     Form reduced;
     double zero;
@@ -138,7 +139,7 @@ Ranking WithRelatives(std::span<const ObservedLine> lines, Ranking ranking, cons
     }
     std::vector<Ranking> found(known.size() - first);
     each(found.size(), [&](std::size_t i) {
-      AddInAllSymmetries(lines, known[first + i].reduced, known[first + i].zero, found[i]);
+      AddInAllSymmetries(lines, known[first + i].reduced, known[first + i].zero, model, found[i]);
     });
     for (Ranking& some : found) std::ranges::move(some, std::back_inserter(ranking));
     ranking = Distinct(std::move(ranking));

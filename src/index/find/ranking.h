@@ -14,7 +14,7 @@ inline constexpr std::size_t kRanked = 40;
 
 // Refines a lattice given on its reduced axes, in the symmetry that it has.
 void AddAssessed(std::span<const ObservedLine> lines, const Form& reduced, double zero,
-                 Ranking& ranking);
+                 const PhaseModel& model, Ranking& ranking);
 
 // The best of each lattice.
 Ranking Distinct(Ranking all);
@@ -25,7 +25,8 @@ using ForEach = std::function<void(std::size_t n, const std::function<void(std::
 
 // With the sub- and superlattices of the best ones and their relatives in turn, each in all
 // symmetries that it comes close to.
-Ranking WithRelatives(std::span<const ObservedLine> lines, Ranking ranking, const ForEach& each);
+Ranking WithRelatives(std::span<const ObservedLine> lines, Ranking ranking, const PhaseModel& model,
+                      const ForEach& each);
 
 // Whether one lattice is a sub- or superlattice of the other, of index 2, 3 or 4.
 bool AreRelatives(const Form& reduced, const Form& other);

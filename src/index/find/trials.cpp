@@ -37,13 +37,13 @@ ChanceTable::ChanceTable(const HitTable& table) {
           table.Lines(), hits, 1 - std::exp(-positions * table.Covered() / table.Lines()));
 }
 
-SearchLines::SearchLines(std::span<const ObservedLine> lines, double shift, const LeastHits& least)
+SearchLines::SearchLines(std::span<const ObservedLine> lines, double shift, const PhaseModel& model)
     : q(Shifted(lines, shift)),
       first(lines, kLinesOfFirstCheck, shift, kSearchWindow),
       second(lines, kLinesOfSecondCheck, shift, kSearchWindow),
       chance(second),
-      leastoffirst(std::min(least.offirst, first.Lines())),
-      leastofsecond(static_cast<int>(std::ceil(least.shareofsecond * second.Lines()))) {}
+      leastoffirst(std::min(model.offirst, first.Lines())),
+      leastofsecond(static_cast<int>(std::ceil(model.shareofsecond * second.Lines()))) {}
 
 void TrialList::Add(const TrialLattice& candidate) {
   const bool full = all_.size() == kMostCandidates;

@@ -34,7 +34,7 @@ class ChanceTable {
 
 // What a search reads.
 struct SearchLines {
-  SearchLines(std::span<const ObservedLine> lines, double shift, const LeastHits& least);
+  SearchLines(std::span<const ObservedLine> lines, double shift, const PhaseModel& model);
 
   std::vector<double> q;  // of all lines, shifted
   HitTable first, second;

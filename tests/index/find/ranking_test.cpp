@@ -63,7 +63,7 @@ class OfLines : public testing::Test {
   }
   Ranking Alone(const Cell& cell, char centering) const {
     Ranking ranking;
-    AddAssessed(lines, Lattice(cell, centering), 0, ranking);
+    AddAssessed(lines, Lattice(cell, centering), 0, kOnePhase, ranking);
     return ranking;
   }
   // The best of a lattice and its relatives.
@@ -71,7 +71,7 @@ class OfLines : public testing::Test {
     const auto each = [](std::size_t n, const std::function<void(std::size_t)>& work) {
       for (std::size_t i = 0; i < n; ++i) work(i);
     };
-    return WithRelatives(lines, Alone(cell, centering), each).at(0).lattice.direct;
+    return WithRelatives(lines, Alone(cell, centering), kOnePhase, each).at(0).lattice.direct;
   }
   std::vector<ObservedLine> lines;
 };
