@@ -1,0 +1,94 @@
+// One format after the other is asked whether the file is its own.
+#include "patternfiles/import/import.h"
+
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+#include <exception>
+#include <filesystem>
+#include <fstream>
+#include <optional>
+
+#include "patternfiles/import/formats.h"
+
+namespace {
+
+constexpr std::uintmax_t kMostBytes = std::uintmax_t{256} << 20;
+
+// None if it cannot be read, with the reason in `trouble`.
+std::optional<std::string> BytesOf(const std::string& path, std::string& trouble) {
+  std::error_code error;
+  const std::uintmax_t size = std::filesystem::file_size(path, error);
+  if (error) {
+    trouble = error.message();
+    return std::nullopt;
+  }
+  if (size > kMostBytes) {
+    trouble = "it is larger than 256 MiB";
+    return std::nullopt;
+  }
+  std::string bytes(static_cast<std::size_t>(size), '\0');
+  std::ifstream file(path, std::ios::binary);
+  if (file.read(bytes.data(), static_cast<std::streamsize>(bytes.size()))) return bytes;
+  trouble = std::strerror(errno);
+  return std::nullopt;
+}
+
+const ImportFormat* FormatOf(std::string_view bytes) {
+  for (const auto& group : {BinaryFormats(), MarkedUpFormats(), TextFormats()})
+    for (const ImportFormat& format : group)
+      if (format.recognises(bytes)) return &format;
+  return nullptr;
+}
+
+// Drops points that are none, and scans without any.
+void Mend(MeasuredFile& file) {
+  for (MeasuredScan& scan : file.scans) {
+    const std::size_t all = std::min(scan.x.size(), scan.counts.size());
+    const bool withesd = scan.esd.size() >= all;
+    std::size_t kept = 0;
+    for (std::size_t i = 0; i < all; ++i) {
+      if (!std::isfinite(scan.x[i]) || !std::isfinite(scan.counts[i])) continue;
+      scan.x[kept] = scan.x[i];
+      scan.counts[kept] = scan.counts[i];
+      if (withesd) scan.esd[kept] = scan.esd[i];
+      ++kept;
+    }
+    scan.x.resize(kept);
+    scan.counts.resize(kept);
+    scan.esd.resize(withesd ? kept : 0);
+  }
+  std::erase_if(file.scans, [](const MeasuredScan& scan) { return scan.x.empty(); });
+}
+
+}  // namespace
+
+Imported ImportFile(const std::string& path) {
+  Imported imported;
+  const auto bytes = BytesOf(path, imported.trouble);
+  if (!bytes) return imported;
+  if (bytes->empty()) {
+    imported.trouble = "it is empty";
+    return imported;
+  }
+  const ImportFormat* format = FormatOf(*bytes);
+  if (!format) {
+    imported.trouble = "it holds nothing that is known as a pattern";
+    return imported;
+  }
+  imported.format = format->name;
+  if (!format->read) {
+    imported.trouble = std::string("this program has been built without ") + format->needs +
+                       ", which reads " + format->name;
+    return imported;
+  }
+  try {
+    imported.file = format->read({*bytes, path});
+    Mend(imported.file);
+    if (imported.file.scans.empty()) imported.trouble = "no points in it";
+  } catch (const std::exception& failure) {
+    imported.trouble = failure.what();
+    imported.file.scans.clear();
+  }
+  return imported;
+}

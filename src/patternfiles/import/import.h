@@ -1,0 +1,15 @@
+// Reads a file by what it holds, whatever its name is.
+#pragma once
+
+#include <string>
+
+#include "patternfiles/import/measured.h"
+
+struct Imported {
+  MeasuredFile file;    // without scans if that failed
+  std::string format;   // as far as it has been recognised
+  std::string trouble;  // why there are no scans, as the end of a sentence
+};
+
+// Of files up to 256 MiB. Scans without points are left out; values that are not finite are none.
+Imported ImportFile(const std::string& path);
