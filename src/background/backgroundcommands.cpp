@@ -133,6 +133,7 @@ constexpr Command Curve(int id, const char* text, Outcome (*run)(const Arguments
 constexpr Command kCommands[] = {
     {.item = {kPopup, "Background", 0, true}},
     {.item = {kFiles, "Background from file", kPopup, true}},
+    File(MenuBackgroundAny, "Any format", FileTypeAny),
     File(40082, "*.xy (General)", 1),
     File(40080, "*.gdf (Huber)", 2),
     File(40081, "*.txt (Bruker)", 3),

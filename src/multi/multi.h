@@ -13,6 +13,8 @@ std::span<const Command> MultiCommands();
 // range. Where there is no room the oldest overlay goes. A file that cannot be read is told and
 // left out; Failed when none could.
 Outcome OpenOverlay(std::span<const std::string> paths, int filetype);
+// The same with the second to fifth scan of a choice, of the file whose first one is the pattern.
+void OpenScansOver(const std::string& path, const ScanChoice& choice);
 // Closes overlay k, and those behind it move up; 0 closes all.
 Outcome CloseOverlay(int k);
 

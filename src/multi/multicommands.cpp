@@ -119,6 +119,7 @@ constexpr Command All(int id, const char* text, Outcome (*run)(const Arguments&)
 constexpr Command kMultiCommands[] = {
     {.item = {kMulti, "Multiple patterns", 0, true}},
     {.item = {kOverlay, "Open pattern", kMulti, true}},
+    File(MenuOverlayAny, "Any format", FileTypeAny),
     File(40040, "*.xy (General)", 1),
     File(40035, "*.gdf (Huber)", 2),
     File(40039, "*.txt (Bruker", 3),

@@ -48,20 +48,25 @@ void MoveUp(int k) {
   ComputeSlotAxes(slot, ws.wavelen(slot));
 }
 
+// The slot behind the last overlay holds the pattern of a file, or of a scan in it.
+void AddOverlay(const std::string& name) {
+  const int slot = OverlaySlot(ws.noverlay + 1);
+  CutToPattern(slot);
+  ComputeSlotAxes(slot, ws.wavelen(slot));
+  if (ws.noverlay == MaxOverlays) DropOldest();
+  ws.overlayname(++ws.noverlay) = name;
+}
+
 // A file that cannot be read leaves nothing of itself behind.
 bool OpenOne(const PatternFormat& format, const std::string& path) {
   if (!AcceptPath(path)) return false;
   const Snapshot before = TakeSnapshot();
-  const int slot = OverlaySlot(ws.noverlay + 1);
-  if (format.read(slot, path) == 0) {
+  if (format.read(OverlaySlot(ws.noverlay + 1), path) == 0) {
     RestoreSnapshot(before);
     MessageBoxError("Error", format.handlingerror);
     return false;
   }
-  CutToPattern(slot);
-  ComputeSlotAxes(slot, ws.wavelen(slot));
-  if (ws.noverlay == MaxOverlays) DropOldest();
-  ws.overlayname(++ws.noverlay) = path;
+  AddOverlay(path);
   return true;
 }
 
@@ -74,6 +79,13 @@ std::string OutsidePattern(const std::string& path) {
 
 void AddNote(std::string& notes, const std::string& note) {
   notes += (notes.empty() ? "" : "; ") + note;
+}
+
+// "folder/ramp.xrdml" as "folder/ramp #3.xrdml".
+std::string NameOfScan(std::string path, std::size_t scan) {
+  const std::size_t dot = path.rfind('.'), slash = path.rfind('/');
+  const bool extension = dot != path.npos && (slash == path.npos || dot > slash);
+  return path.insert(extension ? dot : path.size(), " #" + std::to_string(scan));
 }
 
 }  // namespace
@@ -110,6 +122,22 @@ Outcome OpenOverlay(std::span<const std::string> paths, int filetype) {
   EndOverlayFit();  // a fit was one of the patterns of before
   if (!notes.empty()) WindowOutStatusBar(3, notes);
   return Outcome::Done;
+}
+
+void OpenScansOver(const std::string& path, const ScanChoice& choice) {
+  ScanChoice one = choice;
+  for (std::size_t i = 1; i < std::min<std::size_t>(choice.scans.size(), MaxOverlays + 1); ++i) {
+    one.scans = {choice.scans[i]};
+    const Snapshot before = TakeSnapshot();
+    if (ReadScans(OverlaySlot(ws.noverlay + 1), path, one) != 0)
+      AddOverlay(NameOfScan(path, choice.scans[i]));
+    else
+      RestoreSnapshot(before);
+  }
+  ws.overlayitems = ws.noverlay > 0;
+  if (choice.scans.size() > MaxOverlays + 1)
+    WindowOutStatusBar(3, "five of " + std::to_string(choice.scans.size()) +
+                              " scans opened: there is room for four over the first");
 }
 
 Outcome CloseOverlay(int k) {

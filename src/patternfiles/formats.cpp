@@ -21,6 +21,8 @@ constexpr PatternFormat kFormats[] = {
 std::span<const PatternFormat> PatternFormats() { return kFormats; }
 
 const PatternFormat* FindFormat(int filetype) {
+  static constexpr PatternFormat kAny{FileTypeAny, "", ReadAny, "Error handling pattern file"};
+  if (filetype == FileTypeAny) return &kAny;
   for (const PatternFormat& format : kFormats)
     if (format.filetype == (filetype < 2 ? 1 : filetype)) return &format;
   return nullptr;

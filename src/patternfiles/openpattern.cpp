@@ -7,19 +7,12 @@
 
 namespace {
 
-std::string UnknownType(const std::string& path) {
-  const std::string text = "Unrecognized file type";
-  if (path.empty()) return text;
-  std::string known;
-  for (const PatternFormat& format : PatternFormats())
-    known += (known.empty() ? "" : ", ") + std::string(format.extension);
-  return FileMessage(text, path, "its name ends in none of " + known);
-}
-
 constexpr const char* kTitle = "Open pattern file";
 
-// "*.xy"
-std::string NamesOf(const PatternFormat& format) { return std::string("*.") + format.extension; }
+// "*.xy"; of any format all names.
+std::string NamesOf(const PatternFormat& format) {
+  return format.filetype == FileTypeAny ? "*" : std::string("*.") + format.extension;
+}
 
 }  // namespace
 
@@ -38,20 +31,23 @@ std::vector<std::string> AskForPatterns(int filetype) {
   return WSelectFiles("|" + names + "|", FileMustExist, names, kTitle);
 }
 
-Outcome OpenPattern(const std::string& path, int filetype) {
+Outcome OpenPattern(const std::string& path, int filetype, const ScanChoice& choice) {
   if (!AcceptPath(path)) return Outcome::Failed;
-  const PatternFormat* format = filetype != 0 ? FindFormat(filetype) : FindFormatByExtension(path);
+  const PatternFormat* format = FindFormat(filetype);
   if (!format) {
-    MessageBoxError("Error", UnknownType(path));
+    MessageBoxError("Error", "Unrecognized file type");
     return Outcome::Failed;
   }
   ws.gdfhead.fill("");
   ws.patternpath = path;
   ws.patternstem = FileStem(ws.patternpath);
   ws.stem20 = Field(ws.patternstem, 20);
-  if (ws.debugmode && filetype != 0) MessageBoxInfo("Progress", ws.patternpath);
+  if (ws.debugmode && filetype != FileTypeAny) MessageBoxInfo("Progress", ws.patternpath);
   ws.statedwave = 0;
-  if (format->read(SlotInput, ws.patternpath) == 0) return Outcome::Failed;
+  ws.importnote.clear();
+  const int read = filetype == FileTypeAny ? ReadScans(SlotInput, ws.patternpath, choice)
+                                           : format->read(SlotInput, ws.patternpath);
+  if (read == 0) return Outcome::Failed;
   ws.recentpending = 1;
   ws.viewmode = 1;
   EndOverlayFit();

@@ -9,9 +9,12 @@
 
 // ---- Opening ----------------------------------------------------------------------------------
 
-// Makes a file the current pattern in slot 1, of the format `filetype`, or with 0 of the one that
-// its extension names. On success all options are at their defaults.
-Outcome OpenPattern(const std::string& path, int filetype = 0);
+inline constexpr int FileTypeAny = 10;
+
+// Makes a file the current pattern in slot 1, of the format `filetype`. On success all options are
+// at their defaults.
+Outcome OpenPattern(const std::string& path, int filetype = FileTypeAny,
+                    const ScanChoice& choice = {});
 
 // Asks for an existing file of a format; blank when the user cancels.
 std::string AskForPattern(int filetype);
@@ -42,6 +45,18 @@ int ReadGdf(int slot, const std::string& path);
 int ReadDat(int slot, const std::string& path);
 int ReadCif(int slot, const std::string& path);
 int ReadXrdml(int slot, const std::string& path);
+
+// A file of any format that is known, by what it holds. Where its extension names one of the
+// readers above and that one finds the points that are there, the slot is as it leaves it.
+// Otherwise it has the first scan of the file, and slot 1 what the file tells of wavelengths,
+// sample, date and time; `importnote` says what was done to the points.
+int ReadAny(int slot, const std::string& path);
+// The same with the chosen scan, or the sum of the chosen ones.
+int ReadScans(int slot, const std::string& path, const ScanChoice& choice);
+
+// Asks which scans of a file with several are wanted, and for the wavelength of positions in d or
+// Q. Done without a question where there is no choice.
+Outcome AskScans(const std::string& path, ScanChoice& choice);
 
 // ---- Writers ----------------------------------------------------------------------------------
 

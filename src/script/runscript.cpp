@@ -24,7 +24,7 @@ using FileRoutine = int (*)(int slot, const std::string& path);
 using WriteRoutine = int (*)(const std::string& path, int slot);
 
 // By scriptinfmt and scriptoutfmt, from 1, which all other numbers stand for as well.
-constexpr FileRoutine kReaders[] = {ReadGdf, ReadXy, ReadDat, ReadUdf, ReadTxt};
+constexpr FileRoutine kReaders[] = {ReadGdf, ReadXy, ReadDat, ReadUdf, ReadTxt, ReadAny};
 constexpr WriteRoutine kWriters[] = {WriteGdf, WriteXy, WriteCif, WriteDat};
 
 template <class Routine, std::size_t N>

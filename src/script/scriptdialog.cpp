@@ -53,6 +53,7 @@ constexpr Control kControls[] = {
     Beside(Choice(1275, "dat", kInput)),
     Beside(Choice(1004, "udf", kInput)),
     Beside(Choice(1274, "txt", kInput)),
+    Beside(Choice(1280, "any", kInput)),
     Choice(1006, "gdf", kOutput, &ws.scriptoutfmt),
     Beside(Choice(1007, "xy", kOutput)),
     Beside(Choice(1277, "cif", kOutput)),
@@ -88,7 +89,7 @@ constexpr Control kControls[] = {
 constexpr DialogResource kDialog{137, "Create Script", kControls, FieldScript};
 
 // The buttons of a choice, whose numbers are not in a row.
-constexpr int kInputButtons[] = {1001, 1002, 1275, 1004, 1274};
+constexpr int kInputButtons[] = {1001, 1002, 1275, 1004, 1274, 1280};
 constexpr int kOutputButtons[] = {1006, 1007, 1277, 1276, 1010};
 
 // What is none of the formats is the first, as in a run.

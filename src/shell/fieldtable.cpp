@@ -53,7 +53,7 @@ NamedField Named(const Table<T, N...>& field) {
   F(plotxmin) F(plotxmax) F(plotx0) F(ploty0) F(plotwidth) F(plotheight) F(xperunit) F(yperunit) \
     F(plotscalex) F(plotscaley) F(curvexmin) F(curvexmax) F(celllines) F(ncelllines) \
   F(toolbar) F(legend) F(printflag) F(epsflag) \
-  F(patternpath) F(patternstem) F(stem20) F(filetype) F(peakfilename) \
+  F(patternpath) F(patternstem) F(stem20) F(filetype) F(importnote) F(peakfilename) \
   F(editorpath) F(startdir) F(inipath) F(recentfiles) F(recentpending) F(caglmin) F(shapemin) \
   F(debugmode) F(batchmode) \
   F(sampleid) F(infodepartment) F(infocompany) F(infoaddress) F(instrument) F(infoline) \

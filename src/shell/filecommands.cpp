@@ -1,8 +1,10 @@
 // The File menu: patterns in and out, pictures, paper.
+#include "multi/multi.h"
 #include "multi/summary.h"
 #include "patternfiles/patternfiles.h"
 #include "shell/shell.h"
 #include "toolkit/controls.h"
+#include "toolkit/toolkit.h"
 #include "workspace/menuids.h"
 #include "workspace/parameters.h"
 #include "workspace/slots.h"
@@ -19,14 +21,11 @@ Outcome AskByFormat(Arguments& arguments) {
   return Answered(!arguments.path.empty());
 }
 
+Outcome AskKnownFile(Arguments& arguments) { return AskScans(arguments.path, arguments.scans); }
+
 Outcome AskAnyFormat(Arguments& arguments) {
-  std::string patterns;
-  for (const PatternFormat& format : PatternFormats())
-    patterns += (patterns.empty() ? "*." : ";*.") + std::string(format.extension);
-  arguments.path = "*";
-  WSelectFile("Pattern files|" + patterns + "|", FileMustExist, arguments.path,
-              "Open pattern file");
-  return Answered(!arguments.path.empty());
+  arguments.path = AskForPattern(FileTypeAny);
+  return arguments.path.empty() ? Outcome::Cancelled : AskKnownFile(arguments);
 }
 
 // What the program does beside when a pattern has come in.
@@ -35,6 +34,7 @@ Outcome AfterOpening(Outcome outcome) {
   NotePointsKept(ws.patternpath);
   UpdateRecentFiles();
   ClearFitText();
+  if (!ws.importnote.empty()) WindowOutStatusBar(3, ws.importnote);
   return outcome;
 }
 
@@ -43,7 +43,10 @@ Outcome OpenByFormat(const Arguments& arguments) {
 }
 
 Outcome OpenAnyFormat(const Arguments& arguments) {
-  return AfterOpening(OpenPattern(arguments.path));
+  const Outcome outcome = AfterOpening(OpenPattern(arguments.path, FileTypeAny, arguments.scans));
+  if (outcome == Outcome::Done && !arguments.scans.sum)
+    OpenScansOver(arguments.path, arguments.scans);
+  return outcome;
 }
 
 // ---- Saving ----
@@ -133,9 +136,9 @@ constexpr Command Format(int id, const char* text, int filetype, const char* key
           .undo = true};
 }
 
-// Of the format that the extension names; without a question the path is known.
+// Of the format that the file has. As a rule its path is known.
 constexpr Command AnyFormat(int id, const char* text, int parent, const char* keys = "",
-                            Outcome (*ask)(Arguments&) = nullptr) {
+                            Outcome (*ask)(Arguments&) = AskKnownFile) {
   return {.item = {id, text, parent, false, keys},
           .title = kOpenTitle,
           .viewmode = 1,

@@ -133,6 +133,16 @@ class HoldBoxes {
   std::vector<std::string> Take();
 };
 
+// Error and info boxes of a trial whose failure means nothing: as long as the object lives, nobody
+// sees them.
+class DropBoxes {
+ public:
+  DropBoxes();
+  ~DropBoxes();
+  DropBoxes(const DropBoxes&) = delete;
+  DropBoxes& operator=(const DropBoxes&) = delete;
+};
+
 // Puts a text where other programs can paste it from.
 void WCopyText(const std::string& text);
 // The same for the present content of the window, as a bitmap and as SVG under a title.

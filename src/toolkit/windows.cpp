@@ -16,6 +16,7 @@ enum class Spoken { Nothing, Progress, Text } spoken;  // on its way by the comm
 std::string complaint;                                 // the first one since a command has ended
 std::string lastdirectory;  // of the file selector; blank: where the program was started
 std::optional<std::vector<std::string>> heldtexts;  // of boxes, while they are held
+int droppingboxes = 0;
 
 bool Answer(frontend::BoxKind kind, const std::string& caption, const std::string& text) {
   if (heldtexts && kind != frontend::BoxKind::Query) {
@@ -107,12 +108,13 @@ std::string WFirstComplaint() { return complaint; }
 void ForgetComplaint() { complaint.clear(); }
 
 void MessageBoxError(const std::string& caption, const std::string& text) {
+  if (droppingboxes > 0) return;
   if (complaint.empty()) complaint = text;
   Answer(frontend::BoxKind::Error, caption, text);
 }
 
 void MessageBoxInfo(const std::string& caption, const std::string& text) {
-  Answer(frontend::BoxKind::Info, caption, text);
+  if (droppingboxes == 0) Answer(frontend::BoxKind::Info, caption, text);
 }
 
 int MessageBoxQuery(const std::string& caption, const std::string& text) {
@@ -131,6 +133,9 @@ SaveAnswer MessageBoxSave(const std::string& caption, const std::string& text) {
 HoldBoxes::HoldBoxes() { heldtexts.emplace(); }
 HoldBoxes::~HoldBoxes() { heldtexts.reset(); }
 std::vector<std::string> HoldBoxes::Take() { return std::exchange(*heldtexts, {}); }
+
+DropBoxes::DropBoxes() { ++droppingboxes; }
+DropBoxes::~DropBoxes() { --droppingboxes; }
 
 void WCopyText(const std::string& text) { frontend::CopyText(text); }
 

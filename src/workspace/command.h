@@ -32,12 +32,20 @@ struct ParameterDialog;
 // Called by a command before it changes something that is to be an undo step of its own.
 using UndoStep = std::function<void(const std::string& title)>;
 
+// What has been asked for a pattern file that leaves a choice.
+struct ScanChoice {
+  std::vector<std::size_t> scans{1};  // in their order in the file
+  bool sum = false;                   // all of them are one pattern
+  float wavelength = 0;               // of positions in d or Q, where the file states none; 0: Cu
+};
+
 // What has been asked for a command.
 struct Arguments {
   int number = 0;         // of the row, for operations that stand in several
   int button = ButtonOk;  // that ended the row's dialog
   std::string path{};
   std::vector<std::string> paths{};  // where several files are asked for
+  ScanChoice scans{};
   UndoStep step{};                   // a batch run has none
 };
 

@@ -21,6 +21,8 @@ enum MenuId {
   MenuSaveSvg,
   MenuSavePdf,
   MenuFindCell,
+  MenuOverlayAny,
+  MenuBackgroundAny,
   MenuPopupOpen = 40002,
   MenuSavePattern = 40003,
   MenuOpenSum = 40114,

@@ -270,7 +270,9 @@ struct PatternData : PeakTables {
   std::string patternpath;
   std::string patternstem;
   std::string stem20;  // first 20 characters of patternstem; the title of the plot
-  int filetype = 0;    // 1 xy, 2 gdf, 3 txt, 4 uxd, 5 cif, 6 dat, 7 xrdml, 8 udf, 9 chi
+  // 1 xy, 2 gdf, 3 txt, 4 uxd, 5 cif, 6 dat, 7 xrdml, 8 udf, 9 chi, 10 any
+  int filetype = 0;
+  std::string importnote;  // what the import has done to the points of slot 1; blank: nothing
 
   // Header
   std::string sampleid, instrument, infoline, scandate;
@@ -373,7 +375,7 @@ struct Indexing {
 
 // What a script does to every file of its list, beside the options of the commands it holds.
 struct Scripting {
-  int scriptinfmt = 0;   // 1 gdf, 2 xy, 3 dat, 4 udf, 5 txt
+  int scriptinfmt = 0;   // 1 gdf, 2 xy, 3 dat, 4 udf, 5 txt, 6 any
   int scriptoutfmt = 0;  // 1 gdf, 2 xy, 3 cif, 4 dat, 5 one table of all files
   int scriptusezero = 0, scriptusetrun = 0, scriptusescal = 0, scriptusesmoo = 0;
   int scriptusesago = 0, scriptuseconv = 0, scriptusebkgr = 0, scriptuseskip = 0;
