@@ -34,7 +34,7 @@ std::vector<std::string> AskForPatterns(int filetype) {
 Outcome OpenPattern(const std::string& path, int filetype, const ScanChoice& choice) {
   if (!AcceptPath(path)) return Outcome::Failed;
   const PatternFormat* format = FindFormat(filetype);
-  if (!format) {
+  if (!format || path.empty()) {
     MessageBoxError("Error", "Unrecognized file type");
     return Outcome::Failed;
   }

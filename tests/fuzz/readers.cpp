@@ -10,6 +10,8 @@
 #include "fuzz/selector.h"
 #include "index/inputfiles.h"
 #include "index/listings.h"
+#include "patternfiles/import/import.h"
+#include "patternfiles/import/prepared.h"
 #include "patternfiles/patternfiles.h"
 #include "toolkit/replay/transcript.h"
 #include "toolkit/toolkit.h"
@@ -93,6 +95,17 @@ void ReadListing() {
   if (!std::ranges::all_of(lines, [](float v) { return v > 0 && v <= 180; })) std::abort();
 }
 
+// By what it holds; each scan becomes a pattern of rising positions.
+void Import() {
+  const Imported imported = ImportFile(path);
+  if (imported.file.scans.empty() == imported.trouble.empty()) std::abort();
+  for (const MeasuredScan& scan : imported.file.scans) {
+    if (scan.x.empty() || scan.counts.size() != scan.x.size()) std::abort();
+    const PreparedPattern pattern = Prepared(scan, CuKalpha1, MaxPoints);
+    if (pattern.tth.size() > MaxPoints || !std::ranges::is_sorted(pattern.tth)) std::abort();
+  }
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
@@ -111,6 +124,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     ReadFitFile();
   else if (data[0] == kListingSelector)
     ReadListing();
+  else if (data[0] == kImportSelector)
+    Import();
   else
     ReadPattern(data[0]);
   return 0;

@@ -20,6 +20,10 @@ void WriteSeed(const std::filesystem::path& directory, const std::string& extens
   std::ofstream(directory / (extension + std::to_string(slot)), std::ios::binary) << first << text;
 }
 
+void WriteImportSeed(const std::filesystem::path& path, const std::string& text) {
+  std::ofstream(path, std::ios::binary) << static_cast<char>(kImportSelector) << text;
+}
+
 void WriteFitSeed(const std::filesystem::path& directory) {
   const std::string path = directory / "fit";
   WriteFit(path, {}, {}, 3, {{CuKalpha1, CuKalpha2, 0.5f}});
@@ -40,8 +44,11 @@ int main(int argc, char** argv) {
     return 1;
   }
   std::filesystem::create_directories(argv[1]);
-  for (const FormatSample& sample : FormatSamples())
+  for (const FormatSample& sample : FormatSamples()) {
     WriteSeed(argv[1], sample.extension, SlotInput, sample.text());
+    WriteImportSeed(std::filesystem::path(argv[1]) / (std::string("any-") + sample.extension),
+                    sample.text());
+  }
   for (const LongPattern& pattern : LongPatterns())
     WriteSeed(argv[1], pattern.extension, MaxSlots, pattern.text());
   WriteFitSeed(argv[1]);

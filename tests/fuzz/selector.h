@@ -5,3 +5,4 @@
 // place in the list.
 inline constexpr unsigned char kFitFileSelector = 255;
 inline constexpr unsigned char kListingSelector = 254;  // of an indexing engine
+inline constexpr unsigned char kImportSelector = 253;   // told by what it holds

@@ -142,7 +142,7 @@ TEST_F(Overlays, AFileThatFailsIsLeftOut) {
   ShowMenuState();
   ExpectOverlays("abc", "abc");
   EXPECT_FLOAT_EQ(ws.scanwave(1), 1.2f);
-  EXPECT_EQ(OpenOverlay(Lines{File('c')}, 10), Outcome::Failed);
+  EXPECT_EQ(OpenOverlay(Lines{File('c')}, 11), Outcome::Failed);
   EXPECT_EQ(Boxes(), Lines{"box\tError\tUnrecognized file type"});
 }
 
