@@ -49,11 +49,16 @@ bool ReadByExtension(int slot, const std::string& path, const Imported& imported
   if (!format || imported.file.scans.size() > 1) return false;
   const Snapshot before = TakeSnapshot();
   const DropBoxes boxes;
-  const bool trusted =
-      imported.file.scans.empty() || (IsColumns(imported.format) && !KnowsColumns(*format));
-  if (format->read(slot, path) != 0 &&
-      (trusted || HasPoints(slot, Prepared(imported.file.scans.front(), CuKalpha1, MaxPoints))))
-    return true;
+  if (format->read(slot, path) != 0) {
+    PreparedPattern same;
+    if (!imported.file.scans.empty())
+      same = Prepared(imported.file.scans.front(), CuKalpha1, MaxPoints);
+    if (!HasPoints(slot, same)) same = {};
+    const bool trusted =
+        imported.file.scans.empty() || (IsColumns(imported.format) && !KnowsColumns(*format));
+    if (slot == SlotInput) StateEsds(same.esd);
+    if (trusted || !same.tth.empty()) return true;
+  }
   RestoreSnapshot(before);
   return false;
 }
@@ -98,6 +103,7 @@ bool PutScan(int slot, const MeasuredScan& scan, const Imported& imported,
   if (slot != SlotInput) return true;
   PutHeader(scan, wavelength);
   ws.importnote = Joined(imported.file.note, pattern.note);
+  StateEsds(pattern.esd);
   return true;
 }
 

@@ -83,6 +83,17 @@ bool IsKept(std::uint64_t digest) {
 void NotePointsKept(const std::string& path) { ws.kept[path] = PointsDigest(); }
 bool PointsAreKept() { return IsKept(PointsDigest()); }
 
+void StateEsds(std::vector<float> esds) {
+  ws.statedesd = std::move(esds);
+  ws.statedesddigest = PointsDigest();
+}
+
+std::span<const float> StatedEsds() {
+  const bool theirs = ws.statedesd.size() == static_cast<std::size_t>(ws.npts(SlotInput)) &&
+                      ws.statedesddigest == PointsDigest();
+  return theirs ? std::span<const float>(ws.statedesd) : std::span<const float>();
+}
+
 void NotePeaksKept(const std::string& path) { ws.kept[path] = PeaksDigest(); }
 bool PeaksAreKept() {
   const auto origins = std::span(ws.peakorigin.cells).first(std::clamp(ws.npeaks, 0, MaxPeaks));

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <map>
+#include <span>
 #include <string>
 
 #include "workspace/table.h"
@@ -211,6 +212,9 @@ struct Session {
 
   // By its path a digest of what a file has last given or taken: the points of slot 1, or the peaks
   std::map<std::string, std::uint64_t> kept;
+  // E.s.d.s of the counts that a file has stated, and the digest of the points they belong to.
+  std::vector<float> statedesd;
+  std::uint64_t statedesddigest = 0;
 
   int toolbar = 1;    // 1 while it is shown
   int legend = 1;     // 1 while the plot names its curves
@@ -418,6 +422,10 @@ void EndOverlayFit();
 // a file still, which another save may have replaced.
 void NotePointsKept(const std::string& path);
 bool PointsAreKept();
+// The e.s.d.s that the file of slot 1 has stated, as many as points. They are told as long as the
+// points are those of the file: of what has been changed there are none.
+void StateEsds(std::vector<float> esds);
+std::span<const float> StatedEsds();
 // The same of the peak list when it has been saved. What has not been picked or fitted can be had
 // again, and needs no file.
 void NotePeaksKept(const std::string& path);

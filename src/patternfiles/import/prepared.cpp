@@ -10,7 +10,7 @@
 namespace {
 
 struct Point {
-  double tth, counts;
+  double tth, counts, esd;
 };
 
 // Not a number where there is none.
@@ -30,7 +30,7 @@ std::vector<Point> PointsOf(const MeasuredScan& scan, double wavelength) {
   std::vector<Point> points;
   for (std::size_t i = 0; i < scan.x.size(); ++i)
     if (const double tth = TwoThetaOf(scan.axis, scan.x[i], wavelength); std::isfinite(tth))
-      points.push_back({tth, scan.counts[i]});
+      points.push_back({tth, scan.counts[i], scan.esd.empty() ? 0 : scan.esd[i]});
   std::ranges::stable_sort(points, {}, &Point::tth);
   const auto same = [](const Point& a, const Point& b) {
     return static_cast<float>(a.tth) == static_cast<float>(b.tth);
@@ -47,8 +47,9 @@ void Merge(std::vector<Point>& points, std::size_t factor) {
     for (std::size_t k = 0; k < factor; ++k) {
       sum.tth += points[i * factor + k].tth;
       sum.counts += points[i * factor + k].counts;
+      sum.esd = std::hypot(sum.esd, points[i * factor + k].esd);
     }
-    points[i] = {sum.tth / static_cast<double>(factor), sum.counts};
+    points[i] = {sum.tth / static_cast<double>(factor), sum.counts, sum.esd};
   }
   points.resize(n);
 }
@@ -87,6 +88,7 @@ PreparedPattern Prepared(const MeasuredScan& scan, double wavelength, std::size_
   for (const Point& point : points) {
     pattern.tth.push_back(static_cast<float>(point.tth));
     pattern.counts.push_back(static_cast<float>(point.counts));
+    if (!scan.esd.empty()) pattern.esd.push_back(static_cast<float>(point.esd));
   }
   return pattern;
 }

@@ -9,6 +9,7 @@
 
 struct PreparedPattern {
   std::vector<float> tth, counts;
+  std::vector<float> esd;  // of the counts; as many, or none
   std::string note;  // what has been done to the points, as "3 points left out; uneven steps"
 };
 

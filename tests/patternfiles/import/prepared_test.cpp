@@ -46,12 +46,15 @@ TEST(Prepared, TooManyPointsAreMergedWithTheirCountsAdded) {
     x.push_back(10 + 0.01 * i);
     y.push_back(i);
   }
-  const PreparedPattern pattern = Prepared(Scan(x, y), 1.54, 10);
+  MeasuredScan scan = Scan(x, y);
+  scan.esd.assign(x.size(), 2);
+  const PreparedPattern pattern = Prepared(scan, 1.54, 10);
   ASSERT_EQ(pattern.tth.size(), 8u);  // 25 by 3, one point over
   EXPECT_FLOAT_EQ(pattern.tth[0], 10.01f);
   EXPECT_FLOAT_EQ(pattern.tth[7], 10.22f);
   EXPECT_EQ(pattern.counts[0], 0 + 1 + 2);
   EXPECT_EQ(pattern.counts[7], 21 + 22 + 23);
+  EXPECT_FLOAT_EQ(pattern.esd[7], std::sqrt(12.0f));
   EXPECT_EQ(pattern.note, "25 points merged by 3, counts added");
   EXPECT_EQ(Prepared(Scan(x, y), 1.54, 25).tth.size(), 25u);
 }
