@@ -1,0 +1,359 @@
+// Columns of numbers under headings of any kind: two-theta, d or Q, counts and perhaps their e.s.d.
+//
+//   # Wavelength: 0.4066 A             [Data]                       2theta;yobs
+//   # 2th_deg   I   sigma              Angle,       PSD,            5,02;131,5
+//   1.0196E-02  2.43  0.11             5.0000,      126,            5,04;129,0
+//
+// Lines that are no row of numbers are headings or comments. Where the headings name the columns,
+// they choose; else the first column holds positions, the second counts, and the third the e.s.d.
+// if it can be that. Positions that fall back begin another scan, and so do new headings behind a
+// blank line.
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <map>
+#include <numeric>
+#include <string>
+#include <utility>
+
+#include "patternfiles/import/columnnames.h"
+#include "patternfiles/import/headerkeys.h"
+#include "patternfiles/import/textlines.h"
+#include "patternfiles/import/textreaders.h"
+
+namespace {
+
+constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
+constexpr std::size_t kHeadingLines = 12;  // kept in front of a block
+constexpr std::size_t kFewPoints = 10, kManyPoints = 100;
+
+struct HeadingLine {
+  int number;
+  std::string_view text;
+};
+
+struct Block {
+  std::vector<HeadingLine> heading;
+  std::vector<double> cells;  // row by row
+  std::vector<std::size_t> ends;
+
+  std::size_t Rows() const { return ends.size(); }
+  std::size_t Begin(std::size_t row) const { return row == 0 ? 0 : ends[row - 1]; }
+  std::size_t Width(std::size_t row) const { return ends[row] - Begin(row); }
+  double Cell(std::size_t row, int column) const {
+    return column >= 0 && static_cast<std::size_t>(column) < Width(row) ? cells[Begin(row) + column]
+                                                                        : kNone;
+  }
+};
+
+bool CanBeginRow(std::string_view line) {
+  line = Stripped(line);
+  return !line.empty() && std::string_view("0123456789+-.,|\"").find(line[0]) != line.npos;
+}
+
+// Stands where there is no number.
+bool IsMissing(std::string_view cell) {
+  static constexpr std::string_view kWords[] = {"nan", "inf", "-inf", "na",  "n/a",
+                                                "-",   "--",  "?",    "null"};
+  std::string lower(Unquoted(cell));
+  std::transform(lower.begin(), lower.end(), lower.begin(),
+                 [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
+  return cell.find_first_not_of('*') == cell.npos ||
+         std::find(std::begin(kWords), std::end(kWords), lower) != std::end(kWords);
+}
+
+// Whether commas are decimal points, by the first lines that tell: "5,02;131" and "5,02 131", not
+// "5.02, 131" nor "5,131".
+bool HasDecimalCommas(std::string_view bytes) {
+  int votes = 0, told = 0;
+  TextLines lines(bytes);
+  std::vector<std::string_view> cells;
+  for (std::string_view line; told < 200 && lines.Next(line);) {
+    if (line.find(',') == line.npos || line.size() > 1000 || !CanBeginRow(line)) continue;
+    SplitCells(line, false, true, cells);
+    const bool decimal = cells.size() > 1 && line.find('.') == line.npos &&
+                         std::all_of(cells.begin(), cells.end(), [](std::string_view cell) {
+                           return cell.empty() || NumberOf(cell, true);
+                         });
+    SplitCells(line, true, true, cells);
+    const bool parts = std::all_of(cells.begin(), cells.end(), [](std::string_view cell) {
+      return cell.empty() || NumberOf(cell);
+    });
+    if (!decimal && !parts) continue;
+    ++told;
+    votes += decimal ? 1 : -1;
+  }
+  return votes > 0;
+}
+
+class ColumnReader {
+ public:
+  explicit ColumnReader(std::string_view bytes)
+      : lines(bytes), decimalcommas(HasDecimalCommas(bytes)) {}
+  void Read();
+
+  TextHeader header;
+  std::vector<Block> blocks;
+  std::vector<double> singles;  // of lines with one number
+
+ private:
+  bool TakeRow(std::string_view line);
+  void TakeHeading(std::string_view line);
+  bool BeginsBlock() const;
+
+  TextLines lines;
+  bool decimalcommas;
+  std::vector<std::string_view> split;
+  std::vector<double> row;
+  std::vector<HeadingLine> heading;  // since the last row
+  bool blank = false;                // a blank line since then
+  std::size_t rows = 0;
+};
+
+// A row begins with a number and holds another one, or a sign that it is missing.
+bool ColumnReader::TakeRow(std::string_view line) {
+  if (!CanBeginRow(line)) return false;
+  SplitCells(line, !decimalcommas, true, split);
+  row.clear();
+  int numbers = 0, missing = 0;
+  for (const std::string_view cell : split) {
+    const auto value = NumberOf(cell, decimalcommas || cell.starts_with('"'));
+    row.push_back(value.value_or(kNone));
+    if (cell.empty()) continue;
+    numbers += value.has_value();
+    missing += !value && IsMissing(cell);
+    if (numbers == 0) return false;
+  }
+  if (numbers == 1 && split.size() == 1) {
+    CheckPoints(singles.size() + 1);
+    singles.push_back(row[0]);
+  }
+  if (numbers + missing < 2) return false;
+  if (blocks.empty() || BeginsBlock()) {
+    CheckScans(blocks.size());
+    blocks.push_back({std::move(heading), {}, {}});
+  }
+  heading.clear();
+  blank = false;
+  Block& block = blocks.back();
+  block.cells.insert(block.cells.end(), row.begin(), row.end());
+  block.ends.push_back(block.cells.size());
+  CheckPoints(++rows);
+  return true;
+}
+
+// Whether what stands in front of a row parts it from the rows above.
+bool ColumnReader::BeginsBlock() const {
+  return std::any_of(heading.begin(), heading.end(), [&](const HeadingLine& line) {
+    return blank || line.text.starts_with('[') || ColumnsNamed(line.text, split.size()).x >= 0;
+  });
+}
+
+void ColumnReader::TakeHeading(std::string_view line) {
+  line = Stripped(line);
+  blank = blank || line.empty();
+  if (line.empty()) return;
+  if (heading.size() == kHeadingLines) heading.erase(heading.begin());
+  heading.push_back({lines.Number(), line});
+  const std::size_t text = std::min(line.find_first_not_of("#;'!/*%_$& \t"), line.size());
+  TakeKeyLine(header, line.substr(text));
+}
+
+void ColumnReader::Read() {
+  for (std::string_view line; lines.Next(line);)
+    if (!TakeRow(line)) TakeHeading(line);
+}
+
+// The number of cells that most rows have.
+std::size_t UsualWidth(const Block& block) {
+  std::map<std::size_t, std::size_t> rows;
+  for (std::size_t i = 0; i < block.Rows(); ++i) ++rows[block.Width(i)];
+  return std::max_element(rows.begin(), rows.end(),
+                          [](const auto& a, const auto& b) { return a.second < b.second; })
+      ->first;
+}
+
+bool HoldsNumbers(const Block& block, int column) {
+  for (std::size_t i = 0; i < block.Rows(); ++i)
+    if (!std::isnan(block.Cell(i, column))) return true;
+  return false;
+}
+
+[[noreturn]] void Refuse(std::string_view foreign) {
+  throw NotReadable("its positions are no angles but \"" + std::string(foreign) + '"');
+}
+
+// The label of the abscissa in the second of four lines, the last of which is the number of points.
+ColumnChoice AxisOfFourLines(const std::vector<HeadingLine>& heading) {
+  if (heading.empty() || heading.back().number != 4 || !NumberOf(heading.back().text)) return {};
+  for (const HeadingLine& line : heading)
+    if (line.number == 2) return AxisNamed(line.text);
+  return {};
+}
+
+ColumnChoice ColumnsOf(const Block& block, std::size_t width) {
+  for (auto line = block.heading.rbegin(); line != block.heading.rend(); ++line) {
+    const ColumnChoice named = ColumnsNamed(line->text, width);
+    if (!named.foreign.empty()) Refuse(named.foreign);
+    if (named.x >= 0 && HoldsNumbers(block, named.x) && HoldsNumbers(block, named.y)) return named;
+  }
+  ColumnChoice choice = AxisOfFourLines(block.heading);
+  if (!choice.foreign.empty()) Refuse(choice.foreign);
+  for (int column = 0; column < static_cast<int>(width) && choice.esd < 0; ++column) {
+    if (!HoldsNumbers(block, column)) continue;
+    int& place = choice.x < 0 ? choice.x : choice.y < 0 ? choice.y : choice.esd;
+    place = column;
+  }
+  return choice;
+}
+
+bool IsEsd(const std::vector<double>& column) {
+  return std::all_of(column.begin(), column.end(), [](double esd) { return esd >= 0; });
+}
+
+// Whether a column without a name can be the e.s.d. of the counts: nowhere negative, not always the
+// same, and not about as large as the counts, as a calculated pattern is.
+bool CanBeEsd(const MeasuredScan& scan) {
+  if (scan.esd.empty() || !IsEsd(scan.esd)) return false;
+  std::size_t positive = 0, alike = 0, high = 0;
+  for (std::size_t i = 0; i < scan.esd.size(); ++i) {
+    positive += scan.esd[i] > 0;
+    if (!(scan.counts[i] > 4)) continue;
+    ++high;
+    alike += std::abs(scan.esd[i] / scan.counts[i] - 1) < 0.3;
+  }
+  const auto [low, top] = std::minmax_element(scan.esd.begin(), scan.esd.end());
+  return positive * 2 > scan.esd.size() && *low < *top && (high == 0 || alike * 2 < high);
+}
+
+// The columns of a block as they follow each other, without what cannot be a row of them.
+MeasuredScan RowsOf(const Block& block, const ColumnChoice& choice, std::size_t width) {
+  MeasuredScan scan;
+  scan.axis = choice.axis;
+  std::size_t row = 0;
+  while (block.Width(row) != width) ++row;  // of a table in the heading
+  for (; row < block.Rows(); ++row) {
+    const double x = block.Cell(row, choice.x), y = block.Cell(row, choice.y);
+    if (std::isnan(x) || std::isnan(y)) continue;
+    scan.x.push_back(x * choice.scale);
+    scan.counts.push_back(y);
+    if (choice.esd >= 0) scan.esd.push_back(block.Cell(row, choice.esd));
+  }
+  return scan;
+}
+
+template <class Act>
+void ForColumns(MeasuredScan& scan, Act act) {
+  for (std::vector<double>* column : {&scan.x, &scan.counts, &scan.esd})
+    if (!column->empty()) act(*column);
+}
+
+bool RunsDownwards(const std::vector<double>& x) {
+  std::size_t rising = 0, falling = 0;
+  for (std::size_t i = 1; i < x.size(); ++i) {
+    rising += x[i] > x[i - 1];
+    falling += x[i] < x[i - 1];
+  }
+  return falling > rising;
+}
+
+// Where scans end: in front of points that fall back by more than half of what has been covered;
+// smaller steps back are put in order.
+std::vector<std::size_t> EndsOfScans(const std::vector<double>& x) {
+  std::vector<std::size_t> ends;
+  double low = x.front(), high = low;
+  for (std::size_t i = 1; i < x.size(); ++i) {
+    if (x[i] < x[i - 1] && high - x[i] > (high - low) / 2) {
+      ends.push_back(i);
+      low = high = x[i];
+    }
+    low = std::min(low, x[i]);
+    high = std::max(high, x[i]);
+  }
+  ends.push_back(x.size());
+  return ends;
+}
+
+void PutInOrder(MeasuredScan& scan) {
+  if (std::is_sorted(scan.x.begin(), scan.x.end())) return;
+  std::vector<std::size_t> order(scan.x.size());
+  std::iota(order.begin(), order.end(), std::size_t{0});
+  std::stable_sort(order.begin(), order.end(),
+                   [&](std::size_t a, std::size_t b) { return scan.x[a] < scan.x[b]; });
+  ForColumns(scan, [&](std::vector<double>& column) {
+    std::vector<double> sorted;
+    for (const std::size_t i : order) sorted.push_back(column[i]);
+    column = std::move(sorted);
+  });
+}
+
+std::vector<double> Slice(const std::vector<double>& column, std::size_t first, std::size_t end) {
+  if (column.empty()) return {};
+  return {column.begin() + static_cast<std::ptrdiff_t>(first),
+          column.begin() + static_cast<std::ptrdiff_t>(end)};
+}
+
+// Parts the rows of a block into rising scans.
+void AppendScans(MeasuredScan rows, const MeasuredScan& header, std::vector<MeasuredScan>& scans) {
+  if (rows.x.empty()) return;
+  const bool downwards = RunsDownwards(rows.x);
+  if (downwards) ForColumns(rows, [](std::vector<double>& c) { std::reverse(c.begin(), c.end()); });
+  const std::vector<std::size_t> ends = EndsOfScans(rows.x);
+  if (ends.size() > 1 && rows.x.size() < 3 * ends.size())
+    throw NotReadable("the positions in its lines neither rise nor fall");
+  CheckScans(scans.size() + ends.size());
+  const auto old = static_cast<std::ptrdiff_t>(scans.size());
+  for (std::size_t i = 0, first = 0; i < ends.size(); first = ends[i++]) {
+    MeasuredScan scan = header;
+    scan.axis = rows.axis;
+    scan.x = Slice(rows.x, first, ends[i]);
+    scan.counts = Slice(rows.counts, first, ends[i]);
+    scan.esd = Slice(rows.esd, first, ends[i]);
+    PutInOrder(scan);
+    scans.push_back(std::move(scan));
+  }
+  if (downwards) std::reverse(scans.begin() + old, scans.end());
+}
+
+std::vector<MeasuredScan> ScansOf(const ColumnReader& reader) {
+  std::vector<MeasuredScan> scans;
+  for (const Block& block : reader.blocks) {
+    const std::size_t width = UsualWidth(block);
+    const ColumnChoice choice = ColumnsOf(block, width);
+    if (choice.y < 0) continue;
+    MeasuredScan rows = RowsOf(block, choice, width);
+    if (choice.named ? !IsEsd(rows.esd) : !CanBeEsd(rows)) rows.esd.clear();
+    AppendScans(std::move(rows), reader.header.scan, scans);
+  }
+  return scans;
+}
+
+// Counts alone, where the heading tells the positions.
+MeasuredScan GridOf(const ColumnReader& reader) {
+  MeasuredScan scan = reader.header.scan;
+  if (reader.singles.size() < kFewPoints) throw NotReadable("no lines of numbers in it");
+  if (!reader.header.start || !reader.header.step)
+    throw NotReadable("its lines hold one number each, and positions are missing");
+  scan.counts = reader.singles;
+  FillEvenGrid(scan, *reader.header.start, *reader.header.step);
+  return scan;
+}
+
+}  // namespace
+
+MeasuredFile ReadColumns(const ImportSource& source) {
+  ColumnReader reader(source.bytes);
+  reader.Read();
+  std::vector<MeasuredScan> scans = ScansOf(reader);
+  std::size_t most = 0;
+  for (const MeasuredScan& scan : scans) most = std::max(most, scan.x.size());
+  if (most < 3) scans = {GridOf(reader)};
+  // Small tables stand in front of the counts and behind them.
+  if (most >= kManyPoints)
+    std::erase_if(scans, [](const MeasuredScan& scan) { return scan.x.size() < kFewPoints; });
+
+  MeasuredFile file;
+  for (MeasuredScan& scan : scans) AddScan(file, std::move(scan));
+  LabelScans(file, "scan");
+  return file;
+}

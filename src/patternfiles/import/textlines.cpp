@@ -1,0 +1,229 @@
+// Lines and numbers of text files.
+#include "patternfiles/import/textlines.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <limits>
+#include <utility>
+
+namespace {
+
+constexpr std::size_t kHead = 32768;  // bytes that tell the format of a file
+
+bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\f' || c == '\0'; }
+bool IsSeparator(char c) { return IsBlank(c) || c == ',' || c == ';'; }
+
+void AppendUtf8(std::string& text, unsigned letter) {
+  if (letter < 0x80) {
+    text += static_cast<char>(letter);
+  } else if (letter < 0x800) {
+    text += static_cast<char>(0xC0 | letter >> 6);
+    text += static_cast<char>(0x80 | (letter & 0x3F));
+  } else {
+    text += static_cast<char>(0xE0 | letter >> 12);
+    text += static_cast<char>(0x80 | (letter >> 6 & 0x3F));
+    text += static_cast<char>(0x80 | (letter & 0x3F));
+  }
+}
+
+// Letters in pairs of surrogates are none that a reader looks for.
+std::string FromUtf16(std::string_view bytes, bool bigendian) {
+  std::string text;
+  text.reserve(bytes.size() / 2);
+  for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) {
+    const unsigned low = static_cast<unsigned char>(bytes[i + (bigendian ? 1 : 0)]);
+    const unsigned high = static_cast<unsigned char>(bytes[i + (bigendian ? 0 : 1)]);
+    const unsigned letter = high << 8 | low;
+    AppendUtf8(text, letter >= 0xD800 && letter < 0xE000 ? '?' : letter);
+  }
+  return text;
+}
+
+// Of the number at the front of the text; 0 if there is none.
+std::size_t LengthOfNumber(std::string_view text, bool comma) {
+  const auto at = [&](std::size_t i) { return i < text.size() ? text[i] : '\0'; };
+  std::size_t i = at(0) == '+' || at(0) == '-' ? 1 : 0;
+  const std::size_t first = i;
+  while (IsDigit(at(i))) ++i;
+  std::size_t digits = i - first;
+  if (at(i) == '.' || (comma && at(i) == ',' && digits > 0 && IsDigit(at(i + 1)))) {
+    const std::size_t point = i++;
+    while (IsDigit(at(i))) ++i;
+    digits += i - point - 1;
+  }
+  if (digits == 0) return 0;
+  const char letter = at(i);
+  if (letter != 'e' && letter != 'E' && letter != 'd' && letter != 'D') return i;
+  std::size_t power = i + 1;
+  if (at(power) == '+' || at(power) == '-') ++power;
+  if (!IsDigit(at(power))) return i;
+  while (IsDigit(at(power))) ++power;
+  return power;
+}
+
+}  // namespace
+
+TextLines::TextLines(std::string_view bytes) : rest(bytes) {
+  if (bytes.starts_with("\xEF\xBB\xBF")) {
+    rest.remove_prefix(3);
+  } else if (bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF")) {
+    decoded = FromUtf16(bytes.substr(2), bytes[0] == '\xFE');
+    rest = decoded;
+  }
+}
+
+bool TextLines::Next(std::string_view& line) {
+  if (rest.empty()) return false;
+  ++number;
+  const std::size_t end = rest.find_first_of("\r\n");
+  line = rest.substr(0, end);
+  if (end == rest.npos) {
+    rest = {};
+  } else {
+    rest.remove_prefix(end + (rest.substr(end).starts_with("\r\n") ? 2 : 1));
+  }
+  return true;
+}
+
+bool LooksText(std::string_view bytes) {
+  TextLines lines(bytes.substr(0, kHead));
+  std::size_t all = 0, nul = 0, control = 0;
+  for (std::string_view line; lines.Next(line);) {
+    all += line.size() + 1;
+    for (const char c : line) {
+      nul += c == '\0';
+      control += static_cast<unsigned char>(c) < ' ' && !IsBlank(c) && c != '\v' && c != '\x1A';
+    }
+  }
+  return nul * 10 <= all && control * 200 <= all;
+}
+
+bool HasLineStart(std::string_view bytes, std::string_view word) {
+  TextLines lines(bytes.substr(0, kHead));
+  for (std::string_view line; lines.Next(line);)
+    if (line.starts_with(word)) return true;
+  return false;
+}
+
+bool FirstLineStarts(std::string_view bytes, std::string_view word) {
+  TextLines lines(bytes.substr(0, kHead));
+  for (std::string_view line; lines.Next(line);)
+    if (!Stripped(line).empty()) return Stripped(line).starts_with(word);
+  return false;
+}
+
+std::string_view Stripped(std::string_view text) {
+  while (!text.empty() && IsBlank(text.back())) text.remove_suffix(1);
+  while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
+  return text;
+}
+
+std::string_view Unquoted(std::string_view text) {
+  text = Stripped(text);
+  const bool quoted = text.size() > 1 && text.front() == text.back() &&
+                      (text.front() == '"' || text.front() == '\'');
+  return quoted ? Stripped(text.substr(1, text.size() - 2)) : text;
+}
+
+bool TakeNumber(std::string_view& text, double& value, bool comma) {
+  const std::size_t length = LengthOfNumber(text, comma);
+  if (length == 0) return false;
+  std::string_view digits = text.substr(0, length);
+  text.remove_prefix(length);
+  if (digits.front() == '+') digits.remove_prefix(1);
+  std::string plain;
+  if (digits.find_first_of(",dD") != digits.npos) {
+    plain = digits;
+    std::replace(plain.begin(), plain.end(), ',', '.');
+    std::replace(plain.begin(), plain.end(), 'd', 'e');
+    std::replace(plain.begin(), plain.end(), 'D', 'e');
+    digits = plain;
+  }
+  const auto read = std::from_chars(digits.data(), digits.data() + digits.size(), value);
+  if (read.ec != std::errc()) value = std::numeric_limits<double>::quiet_NaN();
+  return true;
+}
+
+std::optional<double> NumberOf(std::string_view word, bool comma) {
+  word = Stripped(word);
+  if (word.size() > 1 && word.front() == '"') word = Unquoted(word);
+  double value;
+  if (!TakeNumber(word, value, comma) || !word.empty()) return std::nullopt;
+  return value;
+}
+
+std::optional<double> ValueOf(std::string_view text) {
+  text = Unquoted(text);
+  double value;
+  if (!TakeNumber(text, value, true)) return std::nullopt;
+  if (!text.empty() && std::string_view(":/-.").find(text.front()) != std::string_view::npos)
+    return std::nullopt;
+  return std::isfinite(value) ? std::optional(value) : std::nullopt;
+}
+
+bool AppendNumbers(std::string_view line, std::vector<double>& numbers) {
+  for (;;) {
+    while (!line.empty() && IsSeparator(line.front())) line.remove_prefix(1);
+    if (line.empty()) return true;
+    double value;
+    if (!TakeNumber(line, value)) return false;
+    if (!line.empty() && !IsSeparator(line.front())) return false;
+    numbers.push_back(value);
+    CheckPoints(numbers.size() / 3);  // a point may take three numbers
+  }
+}
+
+bool AppendColumns(std::string_view line, std::size_t width, std::vector<double>& numbers) {
+  for (; !line.empty(); line.remove_prefix(std::min(width, line.size()))) {
+    const std::string_view column = Stripped(line.substr(0, width));
+    if (column.empty()) continue;
+    const auto value = NumberOf(column);
+    if (!value) return false;
+    numbers.push_back(*value);
+    CheckPoints(numbers.size() / 3);
+  }
+  return true;
+}
+
+void CheckPoints(std::size_t points) {
+  if (points > kMostPoints) throw NotReadable("it holds more than 4000000 points");
+}
+
+void CheckScans(std::size_t scans) {
+  if (scans > kMostScans) throw NotReadable("it holds more than 1000 scans");
+}
+
+void AddScan(MeasuredFile& file, MeasuredScan scan) {
+  if (scan.x.empty()) return;
+  CheckScans(file.scans.size() + 1);
+  std::size_t points = scan.x.size();
+  for (const MeasuredScan& other : file.scans) points += other.x.size();
+  CheckPoints(points);
+  file.scans.push_back(std::move(scan));
+}
+
+void LabelScans(MeasuredFile& file, const std::string& word) {
+  if (file.scans.size() < 2) return;
+  int number = 0;
+  for (MeasuredScan& scan : file.scans) {
+    const std::string rest = scan.label.empty() ? "" : ", " + scan.label;
+    scan.label = word + ' ' + std::to_string(++number) + rest;
+  }
+}
+
+MeasuredScan Unmeasured(const MeasuredScan& scan) {
+  MeasuredScan heading;
+  heading.wavelengths = scan.wavelengths;
+  heading.ratio = scan.ratio;
+  heading.sample = scan.sample;
+  heading.instrument = scan.instrument;
+  heading.date = scan.date;
+  return heading;
+}
+
+void FillEvenGrid(MeasuredScan& scan, double start, double step) {
+  scan.x.resize(scan.counts.size());
+  for (std::size_t i = 0; i < scan.x.size(); ++i) scan.x[i] = start + static_cast<double>(i) * step;
+}
