@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <string>
 
-#include "patternfiles/import/headerkeys.h"
+#include "patternfiles/import/dates.h"
 #include "workspace/text.h"
 
 namespace {

@@ -14,6 +14,7 @@
 #include <string>
 #include <utility>
 
+#include "patternfiles/import/dates.h"
 #include "patternfiles/import/headerkeys.h"
 #include "patternfiles/import/textlines.h"
 #include "patternfiles/import/textreaders.h"

@@ -1,4 +1,5 @@
 // What the keys in front of the counts mean.
+#include "patternfiles/import/dates.h"
 #include "patternfiles/import/headerkeys.h"
 
 #include <algorithm>

@@ -22,8 +22,3 @@ bool TakeKey(TextHeader& header, std::string_view key, std::string_view value);
 // The same for a whole line: "Lambda = 1.5406", "# Wavelength: 4.066e-11 m", "Sample,Quartz",
 // "wavelength 1.5406".
 bool TakeKeyLine(TextHeader& header, std::string_view line);
-
-// The day as YYYY-MM-DD, with hh:mm:ss behind it if the text tells the hour; blank if it is no
-// date. 3/4/2020 is the fourth of March, as the instruments write it, 3-4-2020 and 3.4.2020 the
-// third of April.
-std::string IsoDate(std::string_view text);
