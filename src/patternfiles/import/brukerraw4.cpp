@@ -56,9 +56,11 @@ const char* OtherAxis(const std::string& scantype) {
   struct Axis {
     const char *word, *told;
   };
-  static constexpr Axis kAxes[] = {{"rocking", "a rocking curve"}, {"omega", "a scan of omega"},
-                                   {"chi", "a scan of chi"},       {"phi", "a scan of phi"},
-                                   {"psi", "a scan of psi"},       {"pole", "a pole figure"}};
+  static constexpr Axis kAxes[] = {{"rocking", "a rocking curve"},
+                                   {"chi", "a scan of chi"},
+                                   {"phi", "a scan of phi"},
+                                   {"psi", "a scan of psi"},
+                                   {"pole", "a pole figure"}};
   for (const Axis& axis : kAxes)
     if (LowerText(scantype).find(axis.word) != std::string::npos) return axis.told;
   return "";

@@ -29,14 +29,14 @@ bool IsEdf(std::string_view bytes) {
 bool IsMar(std::string_view bytes) {
   return IsBinary(bytes) && Holds(bytes.substr(0, 1024), "mar research");
 }
-// An archive tells the names in it as they are.
-bool IsOffice(std::string_view bytes) {
-  return Holds(bytes.substr(0, 4096), "[Content_Types].xml") ||
-         Holds(bytes.substr(0, 256), "opendocument");
-}
-// None of the archives that instruments write.
+// None of the archives that instruments write; the names in an archive stand in it as they are.
 bool IsForeignZip(std::string_view bytes) {
   return !Holds(bytes, "RawData") && !Holds(bytes, "Profile") && !Holds(bytes, "Experiment");
+}
+bool IsOffice(std::string_view bytes) {
+  return (Holds(bytes.substr(0, 4096), "[Content_Types].xml") ||
+          Holds(bytes.substr(0, 256), "opendocument")) &&
+         IsForeignZip(bytes);
 }
 
 struct Kind {
