@@ -1,5 +1,6 @@
 // The menu "Multiple patterns" and its dialogs.
 #include "multi/multi.h"
+#include "multi/structures.h"
 #include "patternfiles/patternfiles.h"
 #include "toolkit/controls.h"
 #include "toolkit/toolkit.h"
@@ -81,6 +82,19 @@ Outcome ClearFit(const Arguments&) {
   return FitPatterns();
 }
 
+Outcome AskStructures(Arguments& arguments) {
+  arguments.paths =
+      WSelectFiles("Crystal structures|*.cif|", FileMustExist, "*.cif", "Open structures");
+  return Answered(!arguments.paths.empty());
+}
+Outcome Structures(const Arguments& arguments) { return OpenStructures(arguments.paths); }
+Outcome CloseTheStructure(const Arguments& arguments) { return CloseStructure(arguments.number); }
+Outcome UseCell(const Arguments& arguments) { return UseCellInFit(arguments.number); }
+Outcome FlipScale(const Arguments&) {
+  ws.structurescale = 1 - ws.structurescale;
+  return Outcome::Done;
+}
+
 constexpr int kMulti = MenuPopupMulti, kOverlay = MenuPopupOverlays, kClose = MenuPopupClosePattern;
 
 constexpr Command File(int id, const char* text, int filetype) {
@@ -116,6 +130,24 @@ constexpr Command All(int id, const char* text, Outcome (*run)(const Arguments&)
           .undo = true};
 }
 
+constexpr Command Structure(int k) {
+  return {.item = {MenuCloseStructures + k, k == 0 ? "All" : "Empty", MenuPopupCloseStructures},
+          .title = k == 0 ? "Close all structures" : "Close structure",
+          .viewmode = 1,
+          .number = k,
+          .run = CloseTheStructure,
+          .redraw = Redraw::Keep,
+          .undo = true};
+}
+
+constexpr Command CellOf(int k) {
+  return {.item = {MenuPopupUseCell + k, "Empty", MenuPopupUseCell},
+          .title = "Use cell in fit",
+          .number = k,
+          .run = UseCell,
+          .undo = true};
+}
+
 constexpr Command kMultiCommands[] = {
     {.item = {kMulti, "Multiple patterns", 0, true}},
     {.item = {kOverlay, "Open pattern", kMulti, true}},
@@ -143,6 +175,37 @@ constexpr Command kMultiCommands[] = {
      .run = Save,
      .redraw = Redraw::Full},
     All(MenuClearFit, "Clear fit", ClearFit),
+    {.item = {MenuOpenStructures, "Structure (CIF)...", kMulti},
+     .title = "Open structures",
+     .viewmode = 1,
+     .ask = AskStructures,
+     .run = Structures,
+     .redraw = Redraw::Keep,
+     .undo = true},
+    {.item = {MenuScaleStructures, "Scale to pattern", kMulti},
+     .viewmode = 1,
+     .run = FlipScale,
+     .redraw = Redraw::Keep,
+     .undo = true},
+    {.item = {MenuPopupUseCell, "Use cell in fit", kMulti, true}},
+    CellOf(1),
+    CellOf(2),
+    CellOf(3),
+    CellOf(4),
+    CellOf(5),
+    CellOf(6),
+    CellOf(7),
+    CellOf(8),
+    {.item = {MenuPopupCloseStructures, "Close structures", kMulti, true}},
+    Structure(0),
+    Structure(1),
+    Structure(2),
+    Structure(3),
+    Structure(4),
+    Structure(5),
+    Structure(6),
+    Structure(7),
+    Structure(8),
 };
 
 }  // namespace

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "plot/structureticks.h"
 #include "toolkit/toolkit.h"
 #include "workspace/text.h"
 #include "workspace/workspace.h"
@@ -31,6 +32,10 @@ std::vector<LegendRow> LegendRows() {
     if (ws.yaxismode == 1 && (ws.plotmask & PlotResidual))
       rows.push_back({colours::kBrown, "Difference (A-C)"});
   }
+  // Those below the frame have their names beside them.
+  if (ws.structurescale == 1)
+    for (int k = 1; k <= ws.nstructure; ++k)
+      rows.push_back({StructureColour(k), Field(StructureLabel(k), kNameLength)});
   return rows;
 }
 

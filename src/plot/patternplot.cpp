@@ -4,6 +4,7 @@
 
 #include "plot/dataposition.h"
 #include "plot/legend.h"
+#include "plot/structureticks.h"
 #include "plot/views.h"
 #include "workspace/slots.h"
 #include "workspace/text.h"
@@ -27,10 +28,11 @@ void DrawFrame(const Plot& plot) {
   const float strip = 2 * plot.page.tick;
   SetPen(1, 2, colours::kBlack);
   Rectangle(0, 0, ws.plotwidth, ws.plotheight, 0);
-  Rectangle(0, -strip, ws.plotwidth, ws.plotheight + strip, 0);
+  const float below = strip + StructureRoom();
+  Rectangle(0, -below, ws.plotwidth, ws.plotheight + below, 0);
   SetPen(1, 1, colours::kBlack);
 
-  MoveOrigin(0, -strip);
+  MoveOrigin(0, -below);
   // Between limits that are rounded the axis keeps to whole degrees.
   const bool degrees = ws.xaxismode == AxisTth;
   const bool fine = ws.viewexact && plot.x.hi - plot.x.lo < kFewDegrees;
@@ -40,7 +42,7 @@ void DrawFrame(const Plot& plot) {
   else
     AxisLinear(ws.plotwidth, plot.x.lo, plot.x.hi, plot.xfactor, plot.page.tick,
                plot.page.textheight, 0, kXTitles[ws.xaxismode - 1]);
-  MoveOrigin(0, strip);
+  MoveOrigin(0, below);
   AxisLinear(ws.plotheight, plot.y.lo, plot.y.hi, plot.yfactor, plot.page.tick,
              plot.page.textheight, -270, LogarithmicY() ? "10log(Counts)" : "Counts");
 }
@@ -198,6 +200,7 @@ void DrawManualPoints(const Plot& plot, const Range& x) {
 
 void DrawCurves(const Plot& plot) {
   const Range x{ws.plotxmin, ws.plotxmax};
+  DrawStructureSticks(x, plot.xfactor, plot.y, plot.yfactor);  // the curves stay in front of them
   SetPen(1, 1, colours::kBlack);
   DrawCurve(plot, plot.primary, ws.npts(plot.primary), {ws.curvexmin, ws.curvexmax});
   if (ws.plotmask & PlotBackground) {
@@ -215,6 +218,7 @@ void DrawCurves(const Plot& plot) {
   }
   if (ws.plotmask & PlotPeaks) DrawPeakTicks(plot, x);
   DrawCellLines(plot, x);
+  DrawStructureRows(plot.page, x, plot.xfactor, -2 * plot.page.tick);
   DrawManualPoints(plot, x);
 }
 

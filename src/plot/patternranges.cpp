@@ -5,6 +5,7 @@
 
 #include "plot/dataposition.h"
 #include "plot/page.h"
+#include "plot/structureticks.h"
 #include "plot/views.h"
 #include "workspace/slots.h"
 
@@ -106,6 +107,12 @@ const char* Round(View& view) {
   return view.x.lo == view.x.hi ? "amin = amax" : nullptr;
 }
 
+// For rows below the frame.
+void LeaveRoomBelow(float height) {
+  ws.ploty0 += height;
+  ws.plotheight -= height;
+}
+
 ViewComplaint Undrawable(const char* why) {
   ws.plotmask = 0;
   return {"Error", why};
@@ -142,6 +149,7 @@ ViewComplaint LayPatternPlot() {
   UpdatePlotMenu();
   if (ws.plotmask < 1) return {};
   LayPage();
+  LeaveRoomBelow(StructureRoom());
   View view = FindView();
   const Range curve = view.x;
   const char* complaint = view.exact ? nullptr : Round(view);

@@ -52,6 +52,9 @@ NamedField Named(const Table<T, N...>& field) {
   F(bandx1) F(bandx2) F(bandy1) F(bandy2) \
   F(plotxmin) F(plotxmax) F(plotx0) F(ploty0) F(plotwidth) F(plotheight) F(xperunit) F(yperunit) \
     F(plotscalex) F(plotscaley) F(curvexmin) F(curvexmax) F(celllines) F(ncelllines) \
+  F(nstructure) F(structurename) F(structureformula) F(structuregroup) F(nstructureline) \
+    F(structuretth) F(structureint) F(structurehkl) F(structurewave) F(structurefrom) \
+    F(structureto) F(structurescale) \
   F(toolbar) F(legend) F(printflag) F(epsflag) \
   F(patternpath) F(patternstem) F(stem20) F(filetype) F(importnote) F(peakfilename) \
   F(editorpath) F(startdir) F(inipath) F(recentfiles) F(recentpending) F(caglmin) F(shapemin) \

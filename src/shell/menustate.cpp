@@ -18,6 +18,7 @@ constexpr int kNeedPattern[] = {MenuPopupModify,     MenuPopupMulti,    MenuPopu
                                 MenuPrintReport,     MenuPopupGraphics, MenuCopyPicture};
 constexpr int kNeedOverlay[] = {MenuPopupClosePattern, MenuAddPatterns, MenuDisplacePatterns,
                                 MenuFitPatterns,       MenuSaveFitted,  MenuClearFit};
+constexpr const char* kNeedStructure = "Needs a structure: Multiple patterns > Structure (CIF)...";
 constexpr int kNeedSum[] = {MenuAddSum, MenuEditSum, MenuCloseSum};
 
 // Enables an item, or tells what it waits for.
@@ -52,12 +53,26 @@ void ShowOverlays() {
   }
 }
 
+// By name, in both popups.
+void ShowStructures() {
+  Enable(MenuCloseStructures, ws.nstructure > 0, kNeedStructure);
+  Enable(MenuScaleStructures, ws.nstructure > 0, kNeedStructure);
+  for (int k = 1; k <= MaxStructures; ++k)
+    for (const int first : {MenuCloseStructure1, MenuUseCell1}) {
+      const bool open = k <= ws.nstructure;
+      Enable(first + k - 1, open, "No structure has this place");
+      WMenuSetString(first + k - 1, open ? ws.structurename(k) : "Empty");
+    }
+  Check(MenuScaleStructures, ws.structurescale);
+}
+
 }  // namespace
 
 void ShowMenuState() {
   EnableAll(kNeedPattern, ws.patternloaded, "Needs a pattern: open one first");
   EnableAll(kNeedOverlay, ws.overlayitems, "Needs an overlay: Multiple patterns > Open pattern");
   ShowOverlays();
+  ShowStructures();
   Enable(MenuOpenSum, !ws.sumopen, "A summary file is open: close it first");
   EnableAll(kNeedSum, ws.sumopen, "Needs a summary file: File > Open sum file");
   Enable(MenuAlpha2Strip, ws.alpha2enabled, "Has been done to this pattern");

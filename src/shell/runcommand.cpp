@@ -1,6 +1,7 @@
 // The life of a command, the same for menu, keys and transcripts.
 #include <algorithm>
 
+#include "multi/structures.h"
 #include "plot/dataposition.h"
 #include "plot/plot.h"
 #include "plot/zoomhistory.h"
@@ -109,6 +110,7 @@ Outcome RunCommand(const Command& command, Arguments arguments) {
   if (outcome == Outcome::Done && command.run) outcome = command.run(arguments);
 
   if (outcome == Outcome::Done && ws.patternpath != before.data.patternpath) FollowPattern();
+  FollowPatternByStructures();
   if (outcome == Outcome::Done) Draw(command.redraw);
   if (outcome == Outcome::Idle) Draw(ws.viewmode == viewmode ? Redraw::Same : Redraw::Keep);
   std::vector<std::string> lines = WTakeJournal();

@@ -80,6 +80,8 @@ std::string PointsLeft(const Arguments&) {
 
 std::string OverlaysOpen(const Arguments&) { return Counted(ws.noverlay, "overlay"); }
 
+std::string StructuresOpen(const Arguments&) { return Counted(ws.nstructure, "structure"); }
+
 std::string Undone(const Arguments&) { return "Undone: " + RedoTitle(); }
 std::string Redone(const Arguments&) { return "Done again: " + UndoTitle(); }
 std::string CellTaken(const Arguments&) {
@@ -129,6 +131,9 @@ constexpr struct {
     {MenuFitAllPeaks, MenuFitAllPeaks, Nothing},
     {MenuAddSum, MenuAddSum, Nothing},
     {MenuFindCell, MenuFindCell, CellTaken},
+    {MenuOpenStructures, MenuOpenStructures, Nothing},
+    {MenuPopupUseCell, MenuPopupUseCell, Nothing},
+    {MenuPopupCloseStructures, MenuPopupCloseStructures, StructuresOpen},
 };
 
 }  // namespace

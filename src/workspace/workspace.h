@@ -4,8 +4,10 @@
 // intensities in counts. Texts carry no trailing blanks; an unset text is empty.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <span>
 #include <string>
 
@@ -16,6 +18,8 @@ inline constexpr int MaxSlots = 9;
 inline constexpr int MaxPeaks = 200;
 inline constexpr int MaxManualPoints = 100;  // manual background points
 inline constexpr int MaxOverlays = 4;
+inline constexpr int MaxStructures = 8;
+inline constexpr int MaxStructureLines = 1000;  // of one structure
 inline constexpr int MaxRecent = 4;
 inline constexpr int MaxSolutions = 100;  // cells of an indexing run
 inline constexpr int MaxFoundCells = 20;  // in the table of "Find cell"
@@ -248,9 +252,28 @@ struct PeakTables {
   bool operator==(const PeakTables&) const = default;
 };
 
+struct CrystalStructure;  // multi/structure.h
+
+// Structures that the pattern is compared with. They stay when another one is opened, and so do
+// their lines until they are worked out for its wavelength and range.
+struct StructureTables {
+  int nstructure = 0;
+  std::array<std::shared_ptr<const CrystalStructure>, MaxStructures> structures;
+  Table<std::string, MaxStructures> structurename, structureformula, structuregroup;
+  Table<int, MaxStructures> nstructureline;
+  // Two-theta, intensity with 100 for the strongest line, and packed indices of lines 1, 2, ...
+  Table<float, MaxStructures, MaxStructureLines> structuretth, structureint;
+  Table<int, MaxStructures, MaxStructureLines> structurehkl;
+  // What the lines hold for: wavelength, first and last two-theta
+  float structurewave = 0, structurefrom = 0, structureto = 0;
+  int structurescale = 0;  // 1: drawn over the pattern up to its highest point, not below it
+
+  bool operator==(const StructureTables&) const = default;
+};
+
 // What is known of the pattern beside its points: names, header, peaks, results, and how it is
 // shown.
-struct PatternData : PeakTables {
+struct PatternData : PeakTables, StructureTables {
   // View
   int viewmode = 0;                  // 0 nothing, 1 pattern, 2 report, 3 width plots, 4 size plots
   int plotmask = 0;                  // sum of PlotSwitch

@@ -1,6 +1,6 @@
 // What the keys in front of the counts mean.
-#include "patternfiles/import/dates.h"
 #include "patternfiles/import/headerkeys.h"
+#include "patternfiles/import/dates.h"
 
 #include <algorithm>
 #include <string>
