@@ -9,6 +9,8 @@
 // The pattern's format is `filetype`.
 Outcome BackgroundFromFile(const std::string& path);
 Outcome RefinedBackground();
+// The background polynomial of the last fit at a two-theta; 0 outside of its range.
+float RefinedBackgroundAt(float tth);
 Outcome ScaleBackground();
 Outcome ScaleToInterval();
 // Without a question the background is taken off.

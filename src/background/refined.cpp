@@ -6,16 +6,16 @@
 #include "crystal/chebyshev.h"
 #include "workspace/workspace.h"
 
-// The polynomial holds from chebyxmin to chebyxmax; outside the background is 0.
-Outcome RefinedBackground() {
+float RefinedBackgroundAt(float tth) {
   const std::span<const float> coef(ws.chebycoef.cells.data(),
                                     std::clamp(ws.chebyused, 0, MaxChebyshev));
-  for (int i = 1; i <= ws.npts(SlotInput); ++i) {
-    const float x = ws.xval(AxisTth, SlotInput, i);
-    const bool outside = x < ws.chebyxmin || x > ws.chebyxmax;
-    ws.yval(SlotBackground, i) =
-        outside ? 0.0f : ChebyshevValue(coef, x, ws.chebyxmin, ws.chebyxmax);
-  }
+  const bool outside = tth < ws.chebyxmin || tth > ws.chebyxmax;
+  return outside ? 0.0f : ChebyshevValue(coef, tth, ws.chebyxmin, ws.chebyxmax);
+}
+
+Outcome RefinedBackground() {
+  for (int i = 1; i <= ws.npts(SlotInput); ++i)
+    ws.yval(SlotBackground, i) = RefinedBackgroundAt(ws.xval(AxisTth, SlotInput, i));
   PutBackgroundOnInputGrid();
   ws.plotmask |= PlotBackground;
   return Outcome::Done;

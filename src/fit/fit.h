@@ -20,6 +20,8 @@ struct ResultLine {
   std::string text;
 };
 std::vector<ResultLine> FitResultLines();
+// The same as csv with all digits: name, value, e.s.d. of what was refined, and unit.
+std::vector<std::string> FitResultCsv();
 Outcome ShowFitResults();
 
 // What of the fit stands in the menu "Peak fit", and at its end.

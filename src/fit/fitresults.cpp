@@ -10,6 +10,7 @@
 #include "plot/beside.h"
 #include "toolkit/controls.h"
 #include "toolkit/toolkit.h"
+#include "workspace/csv.h"
 #include "workspace/lines.h"
 #include "workspace/text.h"
 
@@ -17,7 +18,7 @@ namespace {
 
 using namespace controls;
 
-enum ResultControls { FirstLine = 1601, ButtonCopy = 1641, ButtonSave };
+enum ResultControls { FirstLine = 1601, ButtonCopy = 1641, ButtonSave, ButtonCsv };
 
 template <int N>
 std::string Joined(const Table<float, N>& values, const float* esds, int n, int decimals) {
@@ -71,6 +72,8 @@ std::string AsText() {
   return text;
 }
 
+constexpr const char* kFailure = "Error writing fit results";
+
 void SaveText() {
   std::string path = ws.patternstem + "_fit.txt";
   WSelectFile("Text file|*.txt|", FileSave, path, "Save fit results");
@@ -78,8 +81,13 @@ void SaveText() {
   LineWriter file(path);
   const std::string text = AsText();
   file.Write(std::string_view(text).substr(0, text.size() - 1));
-  if (!file.Close())
-    MessageBoxError("File Error", FileMessage("Error writing fit results", path, file.Reason()));
+  if (!file.Close()) MessageBoxError("File Error", FileMessage(kFailure, path, file.Reason()));
+}
+
+void SaveCsv() {
+  std::string path = ws.patternstem + "_fit.csv";
+  WSelectFile("Comma-separated values|*.csv|", FileSave, path, "Save fit results");
+  if (!path.empty()) WriteLines(path, FitResultCsv(), kFailure);
 }
 
 }  // namespace
@@ -91,7 +99,8 @@ Outcome ShowFitResults() {
   for (const ResultLine& line : lines)
     shown.push_back(
         Fresh(Label(FirstLine + static_cast<int>(shown.size()), line.label), line.text.c_str()));
-  shown.insert(shown.end(), {Ok, Press(ButtonCopy, "Copy"), Press(ButtonSave, "Save...")});
+  shown.insert(shown.end(), {Ok, Press(ButtonCopy, "Copy"), Press(ButtonSave, "Save..."),
+                             Press(ButtonCsv, "Save CSV...")});
   const DialogResource dialog{141, "Fit results", shown};
   WRegisterDialogs({&dialog, 1});
   WDialogUndefined(0, 0, 0);
@@ -100,7 +109,8 @@ Outcome ShowFitResults() {
     if (message.type != MessageButton) return true;
     if (message.value1 == ButtonCopy) WCopyText(AsText());
     if (message.value1 == ButtonSave) SaveText();
-    return message.value1 == ButtonCopy || message.value1 == ButtonSave;
+    if (message.value1 == ButtonCsv) SaveCsv();
+    return message.value1 >= ButtonCopy;
   });
   WDialogUnload();
   return Outcome::Done;

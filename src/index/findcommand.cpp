@@ -11,7 +11,7 @@
 #include "plot/plot.h"
 #include "toolkit/controls.h"
 #include "toolkit/toolkit.h"
-#include "workspace/lines.h"
+#include "workspace/csv.h"
 #include "workspace/paths.h"
 #include "workspace/slots.h"
 #include "workspace/text.h"
@@ -127,10 +127,7 @@ void Save(const FoundTable& table) {
   std::string path = ws.patternstem + "_cells.csv";
   WSelectFile("Comma-separated values|*.csv|", FileSave, path, "Save cells");
   if (path.empty() || !AcceptPath(path)) return;
-  LineWriter file(path);
-  for (const std::string& line : FoundLines(table, ',')) file.Write(line);
-  if (!file.Close())
-    MessageBoxError("File Error", FileMessage("Error writing cells", path, file.Reason()));
+  WriteLines(path, FoundLines(table, ','), "Error writing cells");
 }
 
 // False closes the table.

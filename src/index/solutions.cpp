@@ -5,6 +5,7 @@
 #include "crystal/laue.h"  // for CenteringP
 #include "index/celllines.h"
 #include "index/driver.h"
+#include "index/index.h"
 #include "peaks/peaklist.h"
 #include "plot/beside.h"
 #include "toolkit/controls.h"
@@ -122,6 +123,17 @@ Outcome ApplySolution(const IndexingEngine& engine) {
   ws.viewmode = 1;
   ws.plotmask = PlotInput + PlotPeaks;
   return Outcome::Done;
+}
+
+std::vector<std::string> SolutionLines() {
+  std::vector<std::string> lines{
+      "no.,a (A),b (A),c (A),alpha (deg.),beta (deg.),gamma (deg.),volume (A^3),figure of merit,"
+      "lines (ITO: indexed; TREOR90: left over)"};
+  for (int row = 1; row <= ws.nsolutions; ++row) {
+    lines.push_back(std::to_string(row));
+    for (const float value : ws.solutions.row(row)) lines.back() += "," + AllDigits(value);
+  }
+  return lines;
 }
 
 void TellSolution() {

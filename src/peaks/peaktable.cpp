@@ -13,7 +13,7 @@
 #include "plot/plot.h"
 #include "toolkit/controls.h"
 #include "toolkit/toolkit.h"
-#include "workspace/lines.h"
+#include "workspace/csv.h"
 #include "workspace/paths.h"
 #include "workspace/text.h"
 
@@ -137,15 +137,8 @@ void Save(const View& view) {
   std::string path = ws.patternstem + "_peaks.csv";
   WSelectFile("Comma-separated values|*.csv|", FileSave, path, "Save peak table");
   if (path.empty() || !AcceptPath(path)) return;
-  LineWriter file(path);
-  for (const std::string& line : PeakLines(view.rows, ',')) file.Write(line);
-  if (file.Close()) {
-    NotePeaksKept(path);
-    return WTell(Peaks(view.rows.size(), "saved"));
-  }
-  const std::string failure = FileMessage("Error writing peak table", path, file.Reason());
-  MessageBoxError("File Error", failure);
-  WTell(OnOneLine(failure));
+  const std::string failure = WritePeakTable(path, view.rows);
+  WTell(failure.empty() ? Peaks(view.rows.size(), "saved") : OnOneLine(failure));
 }
 
 // False closes the table.
@@ -173,6 +166,12 @@ bool OnMessage(View& view, const Message& message) {
 }
 
 }  // namespace
+
+std::string WritePeakTable(const std::string& path, std::span<const int> rows) {
+  const std::string failure = WriteLines(path, PeakLines(rows, ','), "Error writing peak table");
+  if (failure.empty()) NotePeaksKept(path);
+  return failure;
+}
 
 Outcome ShowPeakTable(const UndoStep& step) {
   if (PeakRows() < 1) {

@@ -29,3 +29,6 @@ std::vector<int> PeaksBy(int column);
 // Rows with all digits below lines of heads with units, parted by tabs or commas. E.s.d.s, indices
 // and whether the last fit has failed are columns of their own.
 std::vector<std::string> PeakLines(std::span<const int> rows, char separator);
+
+// Rows as a csv file. Blank, or the text of the box that tells why there is none.
+std::string WritePeakTable(const std::string& path, std::span<const int> rows);

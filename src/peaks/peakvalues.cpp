@@ -1,8 +1,6 @@
 // The values that the peak table shows, as cells and as lines of text.
 #include <algorithm>
-#include <charconv>
 #include <cmath>
-#include <iterator>
 #include <limits>
 
 #include "crystal/hklcode.h"
@@ -113,15 +111,6 @@ constexpr Column kColumns[] = {
     {"multiplicity", MultiplicityOf, 0, 0},
     {"origin|fit", OriginOrder, 0, 0},
 };
-
-std::string AllDigits(float value) {
-  char digits[32];
-  return std::isfinite(value)
-             ? std::string(
-                   digits,
-                   std::to_chars(digits, std::end(digits), value, std::chars_format::general).ptr)
-             : "";
-}
 
 std::string FitNote(int row) { return ws.peakfailed(row) ? "not converged" : ""; }
 

@@ -2,7 +2,6 @@
 #include "shell/copytext.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <span>
 #include <vector>
@@ -13,13 +12,6 @@
 #include "workspace/text.h"
 
 namespace {
-
-// As few digits as give the same bits again.
-std::string Digits(float value) {
-  char digits[64];
-  const auto end = std::to_chars(digits, digits + sizeof digits, value, std::chars_format::fixed);
-  return {digits, end.ptr};
-}
 
 std::string Line(std::span<const std::string> cells) {
   std::string line;
@@ -46,11 +38,6 @@ struct Curve {
   std::string name;
   std::span<const float> counts;
 };
-
-bool OnGridOf(int primary, int slot, int n) {
-  return n == ws.npts(primary) &&
-         std::ranges::equal(TthOf(primary), ws.xval.row(AxisTth, slot).first(n));
-}
 
 // What is drawn beside the primary curve.
 std::vector<Curve> OtherCurves(int primary) {
@@ -88,7 +75,7 @@ std::string PeaksAsText() {
     const float tth = ws.peaks(ptth, j);
     for (const float value :
          {tth, Spacing(tth), ws.peaks(pint, j), ws.peaks(pfwhm, j), ws.peaks(pshape, j)})
-      cells.push_back(Digits(value));
+      cells.push_back(AllDigits(value));
     AppendIndices(cells, ws.peakindexed(j) ? nint(ws.peaks(phkl, j)) : 0);
     text += Line(cells);
   }
@@ -109,8 +96,8 @@ std::string PointsAsText() {
     if (!(shown >= ws.curvexmin && shown <= ws.curvexmax)) continue;
     cells.clear();
     for (int axis = AxisTth; axis <= AxisQ; ++axis)
-      cells.push_back(Digits(ws.xval(axis, primary, i)));
-    for (const Curve& curve : curves) cells.push_back(Digits(curve.counts[i - 1]));
+      cells.push_back(AllDigits(ws.xval(axis, primary, i)));
+    for (const Curve& curve : curves) cells.push_back(AllDigits(curve.counts[i - 1]));
     text += Line(cells);
   }
   return text;

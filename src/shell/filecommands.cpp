@@ -1,6 +1,7 @@
 // The File menu: patterns in and out, pictures, paper.
 #include "multi/multi.h"
 #include "multi/summary.h"
+#include "patternfiles/export/export.h"
 #include "patternfiles/patternfiles.h"
 #include "shell/shell.h"
 #include "toolkit/controls.h"
@@ -121,7 +122,8 @@ Outcome OpenSum(const Arguments& arguments) { return OpenSumFile(arguments.path)
 
 // ---- The menu ----
 
-constexpr int kPopup = 40001, kOpen = MenuPopupOpen, kGraphics = MenuPopupGraphics;
+constexpr int kPopup = 40001, kOpen = MenuPopupOpen, kGraphics = MenuPopupGraphics,
+              kExport = MenuPopupExport;
 constexpr const char* kOpenTitle = "Open pattern";
 
 constexpr Command Format(int id, const char* text, int filetype, const char* keys = "") {
@@ -153,6 +155,22 @@ constexpr Command AnyFormat(int id, const char* text, int parent, const char* ke
 constexpr Command Picture(int id, const char* text, PictureFormat format) {
   return {
       .item = {id, text, kGraphics}, .number = format, .ask = AskPictureName, .run = SavePicture};
+}
+
+constexpr Command Pattern(int id, const char* text, const char* title, PatternExport format) {
+  return {.item = {id, text, kExport},
+          .title = title,
+          .number = format,
+          .ask = AskPatternExport,
+          .run = ExportPattern};
+}
+
+constexpr Command Csv(int id, const char* text, const char* title, TableExport table) {
+  return {.item = {id, text, kExport},
+          .title = title,
+          .number = table,
+          .ask = AskTableExport,
+          .run = ExportOneTable};
 }
 
 Outcome SaveJpeg(const Arguments&) { return SaveImage(".jpg"); }
@@ -194,6 +212,13 @@ constexpr Command kCommands[] = {
     Picture(MenuSavePng, "*.png", PicturePng),
     Picture(MenuSaveSvg, "*.svg", PictureSvg),
     Picture(MenuSavePdf, "*.pdf", PicturePdf),
+    {.item = {kExport, "Export", kPopup, true}},
+    Pattern(MenuExportCsv, "Pattern, *.csv", "Export pattern as csv", ExportCsv),
+    Pattern(MenuExportXye, "Pattern, *.xye", "Export pattern as xye", ExportXye),
+    Pattern(MenuExportPdCif, "Pattern, *.cif", "Export pattern as pdCIF", ExportPdCif),
+    Csv(MenuExportPeaks, "Peak list, *.csv", "Export peak list", ExportPeaks),
+    Csv(MenuExportFit, "Fit results, *.csv", "Export fit results", ExportFitResults),
+    Csv(MenuExportSolutions, "Indexing solutions, *.csv", "Export solutions", ExportSolutions),
     {.item = {40026, "About", kPopup}, .dialog = &AboutDialog, .history = false},
     AnyFormat(MenuRecent1, "empty", kPopup),
     AnyFormat(MenuRecent1 + 1, "empty", kPopup),

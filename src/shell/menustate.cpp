@@ -12,10 +12,10 @@
 
 namespace {
 
-constexpr int kNeedPattern[] = {MenuPopupModify,     MenuPopupMulti,    MenuPopupBackground,
-                                MenuPopupPeakSearch, MenuPopupPeakFit,  MenuPopupIndex,
-                                MenuPopupPlot,       MenuSavePattern,   MenuPrintGraphics,
-                                MenuPrintReport,     MenuPopupGraphics, MenuCopyPicture};
+constexpr int kNeedPattern[] = {
+    MenuPopupModify,   MenuPopupMulti,  MenuPopupBackground, MenuPopupPeakSearch, MenuPopupPeakFit,
+    MenuPopupIndex,    MenuPopupPlot,   MenuSavePattern,     MenuPrintGraphics,   MenuPrintReport,
+    MenuPopupGraphics, MenuPopupExport, MenuCopyPicture};
 constexpr int kNeedOverlay[] = {MenuPopupClosePattern, MenuAddPatterns, MenuDisplacePatterns,
                                 MenuFitPatterns,       MenuSaveFitted,  MenuClearFit};
 constexpr const char* kNeedStructure = "Needs a structure: Multiple patterns > Structure (CIF)...";
@@ -87,9 +87,12 @@ void ShowMenuState() {
   ShowStep(MenuUndo, "Undo", UndoTitle(), "Nothing has been done that could be taken back");
   ShowStep(MenuRedo, "Redo", RedoTitle(), "Nothing has been taken back");
   Enable(MenuSaveHistory, HasHistory(), "Nothing has been done yet");
-  Enable(MenuCopyPeaks, ws.npeaks > 0, "Needs peaks: search or pick them first");
+  for (const int id : {MenuCopyPeaks, MenuExportPeaks})
+    Enable(id, ws.npeaks > 0, "Needs peaks: search or pick them first");
   Enable(MenuCopyPoints, HasPointsInView(), "Needs the pattern on show: Plot > Full pattern");
-  Enable(MenuFitResults, ws.fitnpar > 0, "Needs a refinement: Peak fit > General peak fit");
+  for (const int id : {MenuFitResults, MenuExportFit})
+    Enable(id, ws.fitnpar > 0, "Needs a refinement: Peak fit > General peak fit");
+  Enable(MenuExportSolutions, ws.nsolutions > 0, "Needs solutions: Index > Plot ITO solutions");
 }
 
 void SetMenuLoaded(int flag) {

@@ -75,6 +75,11 @@ enum PictureFormat { PicturePng, PictureSvg, PicturePdf };
 Outcome AskPictureName(Arguments& arguments);
 Outcome SavePicture(const Arguments& arguments);
 
+// What goes out as a table, by the row's number.
+enum TableExport { ExportPeaks, ExportFitResults, ExportSolutions };
+Outcome AskTableExport(Arguments& arguments);
+Outcome ExportOneTable(const Arguments& arguments);
+
 // Takes the fit's line off the status bar.
 void ClearFitText();
 

@@ -1,6 +1,7 @@
 // What the status bar tells of a command that is done.
 #include <algorithm>
 
+#include "patternfiles/export/export.h"
 #include "patternfiles/patternfiles.h"
 #include "shell/shell.h"
 #include "shell/undo.h"
@@ -26,6 +27,11 @@ std::string SavedTo(const Arguments& arguments) { return "Saved " + NameOf(argum
 
 std::string PatternSaved(const Arguments& arguments) {
   return SavedTo(arguments) + ", " + Counted(PointsSaved(), "point");
+}
+
+std::string PatternExported(const Arguments& arguments) {
+  return SavedTo(arguments) + ", " + Counted(ws.npts(SlotInput), "point") +
+         ExportRemark(arguments.number);
 }
 
 std::string PeaksFound(const Arguments&) {
@@ -101,6 +107,8 @@ constexpr struct {
     {MenuPopupOverlays, MenuPopupOverlays, OverlaysOpen},
     {MenuPopupClosePattern, MenuPopupClosePattern, OverlaysOpen},
     {MenuSavePattern, MenuSavePattern, PatternSaved},
+    {MenuExportCsv, MenuExportPdCif, PatternExported},
+    {MenuExportPeaks, MenuExportSolutions, SavedTo},
     {MenuSaveBackground, MenuSaveBackground, SavedTo},
     {MenuSavePeaks, MenuSavePeaks, SavedPeaks},
     {MenuSaveFitted, MenuSaveFitted, SavedTo},

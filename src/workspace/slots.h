@@ -18,6 +18,12 @@ inline float FirstStepOf(int slot) {
   return ws.npts(slot) < 2 ? 0.0f : TthOf(slot)[1] - TthOf(slot)[0];
 }
 
+// Whether the first n points of a slot have the two-theta values of all points of another.
+inline bool OnGridOf(int primary, int slot, int n) {
+  return n == ws.npts(primary) &&
+         std::ranges::equal(TthOf(primary), ws.xval.row(AxisTth, slot).first(n));
+}
+
 // Points of slot 1 in front of the curve in slot 4, which a fit of an overlay begins where both
 // patterns do; 0 when no such fit stands.
 inline int PointsBeforeFit() {

@@ -216,6 +216,13 @@ std::string Fixed(double value, int decimals) {
   return text;
 }
 
+std::string AllDigits(float value) {
+  if (!std::isfinite(value)) return "";
+  char digits[64];
+  const auto end = std::to_chars(digits, std::end(digits), value, std::chars_format::fixed).ptr;
+  return {digits, end};
+}
+
 std::string WithEsd(double value, double esd, int decimals) {
   constexpr double kMost = 1e15;  // that a whole number can hold
   if (!(esd > 0 && esd < kMost) || !std::isfinite(value)) return Fixed(value, decimals);

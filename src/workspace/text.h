@@ -63,6 +63,8 @@ std::string IntField(int value, int w, int minimum = 1);
 std::string ExpField(float value, int w, int d);
 // value with d decimals, in as many characters as it takes.
 std::string Fixed(double value, int decimals);
+// As few digits as give the same bits again, without an exponent; blank for what is not finite.
+std::string AllDigits(float value);
 // The value with its e.s.d. in the last digits, "5.43071(12)", two digits of it up to 19; without
 // e.s.d. the value with `decimals`.
 std::string WithEsd(double value, double esd, int decimals);

@@ -1,0 +1,33 @@
+// Tables for other programs.
+#include "workspace/csv.h"
+
+#include "toolkit/toolkit.h"
+#include "workspace/lines.h"
+#include "workspace/text.h"
+
+namespace {
+
+std::string Cell(const std::string& text) {
+  if (text.find_first_of(",\"\r\n") == std::string::npos) return text;
+  std::string quoted = "\"";
+  for (const char c : text) quoted += c == '"' ? std::string(2, c) : std::string(1, c);
+  return quoted + '"';
+}
+
+}  // namespace
+
+std::string CsvLine(std::span<const std::string> cells) {
+  std::string line;
+  for (const std::string& cell : cells) line += (&cell == &cells.front() ? "" : ",") + Cell(cell);
+  return line;
+}
+
+std::string WriteLines(const std::string& path, std::span<const std::string> lines,
+                       const std::string& failure, const char* end) {
+  LineWriter file(path);
+  for (const std::string& line : lines) file.Write(line + end);
+  if (file.Close()) return "";
+  const std::string text = FileMessage(failure, path, file.Reason());
+  MessageBoxError("File Error", text);
+  return text;
+}
