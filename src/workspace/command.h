@@ -46,7 +46,7 @@ struct Arguments {
   std::string path{};
   std::vector<std::string> paths{};  // where several files are asked for
   ScanChoice scans{};
-  UndoStep step{};                   // a batch run has none
+  UndoStep step{};  // a batch run has none
 };
 
 // A question with the caption and text of a query box; true for OK. A batch run has none.

@@ -10,7 +10,7 @@
 struct PreparedPattern {
   std::vector<float> tth, counts;
   std::vector<float> esd;  // of the counts; as many, or none
-  std::string note;  // what has been done to the points, as "3 points left out; uneven steps"
+  std::string note;        // what has been done to the points, as "3 points left out; uneven steps"
 };
 
 // Whether the positions are in d or Q and the file does not say of which wavelength.
