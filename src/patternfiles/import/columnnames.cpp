@@ -232,13 +232,14 @@ ColumnChoice ChoiceOf(const Cells& cells) {
   ColumnChoice choice;
   if (roles.empty()) return choice;
   choice.x = FirstOf(roles, {Role::TwoTheta, Role::Angle, Role::Q, Role::D});
-  if (choice.x < 0 && roles[0] == Role::Foreign) choice.foreign = Unquoted(cells[0]);
+  choice.y = FirstOf(roles, {Role::Observed, Role::Counts, Role::Detector});
+  if (choice.x < 0 && roles[0] == Role::Foreign && (choice.y > 0 || cells.size() == 1))
+    choice.foreign = Unquoted(cells[0]);
   if (choice.x < 0) return choice;
   choice.named = true;
   if (roles[choice.x] == Role::Q) choice.axis = ScanAxis::Q;
   if (roles[choice.x] == Role::D) choice.axis = ScanAxis::D;
   choice.scale = ScaleOf(choice.axis, cells[choice.x]);
-  choice.y = FirstOf(roles, {Role::Observed, Role::Counts, Role::Detector});
   for (std::size_t i = 0; i < roles.size() && choice.y < 0; ++i)  // a name of its own
     if (roles[i] == Role::None && static_cast<int>(i) > choice.x) choice.y = static_cast<int>(i);
   if (choice.y >= 0) choice.esd = FirstOf(roles, {Role::Esd});
@@ -270,19 +271,15 @@ ColumnChoice ColumnsNamed(std::string_view line, std::size_t columns) {
   line = WithoutCommentSign(line.substr(0, 1000));
   for (const auto& split : {CellsAtSigns, CellsAtGaps, CellsOfWords}) {
     const Cells cells = split(line);
-    if (cells.size() != columns) continue;
-    const ColumnChoice choice = ChoiceOf(cells);
-    if ((choice.x >= 0 && choice.y >= 0) || !choice.foreign.empty()) return choice;
-  }
-  // Fewer headings than columns count if each says something.
-  for (const auto& split : {CellsAtSigns, CellsAtGaps, CellsOfWords}) {
-    const Cells cells = split(line);
     const bool known = std::all_of(cells.begin(), cells.end(), [](std::string_view cell) {
       return RoleOf(cell) != Role::None;
     });
-    if (cells.size() < 2 || cells.size() > columns || !known) continue;
+    // Words may be a sentence, and fewer headings than columns anything, unless each says
+    // something.
+    const bool trusted = cells.size() == columns && split != CellsOfWords;
+    if (cells.size() < 2 || cells.size() > columns || !(known || trusted)) continue;
     const ColumnChoice choice = ChoiceOf(cells);
-    if (choice.x >= 0 && choice.y >= 0) return choice;
+    if ((choice.x >= 0 && choice.y >= 0) || !choice.foreign.empty()) return choice;
   }
   return {};
 }

@@ -20,11 +20,13 @@
 #include "patternfiles/import/headerkeys.h"
 #include "patternfiles/import/textlines.h"
 #include "patternfiles/import/textreaders.h"
+#include "workspace/text.h"
 
 namespace {
 
 constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
 constexpr std::size_t kHeadingLines = 12;  // kept in front of a block
+constexpr double kMostTwoTheta = 200;      // what lies above is no angle
 constexpr std::size_t kFewPoints = 10, kManyPoints = 100;
 
 struct HeadingLine {
@@ -199,11 +201,13 @@ ColumnChoice ColumnsOf(const Block& block, std::size_t width) {
   }
   ColumnChoice choice = AxisOfFourLines(block.heading);
   if (!choice.foreign.empty()) Refuse(choice.foreign);
-  for (int column = 0; column < static_cast<int>(width) && choice.esd < 0; ++column) {
-    if (!HoldsNumbers(block, column)) continue;
-    int& place = choice.x < 0 ? choice.x : choice.y < 0 ? choice.y : choice.esd;
-    place = column;
-  }
+  std::vector<int> columns;
+  for (int column = 0; column < static_cast<int>(width); ++column)
+    if (HoldsNumbers(block, column)) columns.push_back(column);
+  if (columns.size() < 2) return choice;
+  choice.x = columns[0];
+  choice.y = columns[1];
+  if (columns.size() == 3) choice.esd = columns[2];
   return choice;
 }
 
@@ -212,7 +216,7 @@ bool IsEsd(const std::vector<double>& column) {
 }
 
 // Whether a column without a name can be the e.s.d. of the counts: nowhere negative, not always the
-// same, and not about as large as the counts, as a calculated pattern is.
+// same nor rising all the way, and not about as large as the counts, as a calculated pattern is.
 bool CanBeEsd(const MeasuredScan& scan) {
   if (scan.esd.empty() || !IsEsd(scan.esd)) return false;
   std::size_t positive = 0, alike = 0, high = 0;
@@ -223,16 +227,29 @@ bool CanBeEsd(const MeasuredScan& scan) {
     alike += std::abs(scan.esd[i] / scan.counts[i] - 1) < 0.3;
   }
   const auto [low, top] = std::minmax_element(scan.esd.begin(), scan.esd.end());
-  return positive * 2 > scan.esd.size() && *low < *top && (high == 0 || alike * 2 < high);
+  const bool rises = std::is_sorted(scan.esd.begin(), scan.esd.end());
+  return positive * 2 > scan.esd.size() && *low < *top && !rises && (high == 0 || alike * 2 < high);
+}
+
+// The first row of usual width, or one in front of it that the positions show to go with it; the
+// others are of a table in the heading.
+std::size_t FirstRow(const Block& block, int x, std::size_t width) {
+  std::size_t row = 0;
+  while (block.Width(row) != width) ++row;
+  for (; row > 0 && row + 1 < block.Rows(); --row) {
+    const double step = block.Cell(row, x) - block.Cell(row - 1, x);
+    const double next = block.Cell(row + 1, x) - block.Cell(row, x);
+    if (!(step * next > 0 && std::abs(step) <= 2 * std::abs(next))) break;
+  }
+  return row;
 }
 
 // The columns of a block as they follow each other, without what cannot be a row of them.
-MeasuredScan RowsOf(const Block& block, const ColumnChoice& choice, std::size_t width) {
-  MeasuredScan scan;
+MeasuredScan RowsOf(const Block& block, const ColumnChoice& choice, std::size_t width,
+                    const MeasuredScan& heading) {
+  MeasuredScan scan = heading;
   scan.axis = choice.axis;
-  std::size_t row = 0;
-  while (block.Width(row) != width) ++row;  // of a table in the heading
-  for (; row < block.Rows(); ++row) {
+  for (std::size_t row = FirstRow(block, choice.x, width); row < block.Rows(); ++row) {
     const double x = block.Cell(row, choice.x), y = block.Cell(row, choice.y);
     if (std::isnan(x) || std::isnan(y)) continue;
     scan.x.push_back(x * choice.scale);
@@ -287,43 +304,59 @@ void PutInOrder(MeasuredScan& scan) {
   });
 }
 
+// Why the rows cannot be a scan; blank if they can.
+std::string TroubleWith(const MeasuredScan& rows) {
+  if (rows.x.size() < kFewPoints) return "";
+  std::size_t back = 0;
+  for (std::size_t i = 1; i < rows.x.size(); ++i) back += rows.x[i] < rows.x[i - 1];
+  if (back * 5 > rows.x.size()) return "the positions in its lines neither rise nor fall";
+  const double middle = rows.x[rows.x.size() / 2];
+  if (rows.axis != ScanAxis::TwoTheta || middle < kMostTwoTheta) return "";
+  return "its positions are no angles, as " + Fixed(middle, 1) + " among them";
+}
+
 std::vector<double> Slice(const std::vector<double>& column, std::size_t first, std::size_t end) {
   if (column.empty()) return {};
   return {column.begin() + static_cast<std::ptrdiff_t>(first),
           column.begin() + static_cast<std::ptrdiff_t>(end)};
 }
 
-// Parts the rows of a block into rising scans.
-void AppendScans(MeasuredScan rows, const MeasuredScan& header, std::vector<MeasuredScan>& scans) {
-  if (rows.x.empty()) return;
-  const bool downwards = RunsDownwards(rows.x);
-  if (downwards) ForColumns(rows, [](std::vector<double>& c) { std::reverse(c.begin(), c.end()); });
+// Parts rows into rising scans.
+void AppendScans(const MeasuredScan& rows, std::vector<MeasuredScan>& scans) {
   const std::vector<std::size_t> ends = EndsOfScans(rows.x);
-  if (ends.size() > 1 && rows.x.size() < 3 * ends.size())
-    throw NotReadable("the positions in its lines neither rise nor fall");
   CheckScans(scans.size() + ends.size());
-  const auto old = static_cast<std::ptrdiff_t>(scans.size());
   for (std::size_t i = 0, first = 0; i < ends.size(); first = ends[i++]) {
-    MeasuredScan scan = header;
+    MeasuredScan scan = Unmeasured(rows);
     scan.axis = rows.axis;
+    scan.seconds = rows.seconds;
     scan.x = Slice(rows.x, first, ends[i]);
     scan.counts = Slice(rows.counts, first, ends[i]);
     scan.esd = Slice(rows.esd, first, ends[i]);
     PutInOrder(scan);
     scans.push_back(std::move(scan));
   }
-  if (downwards) std::reverse(scans.begin() + old, scans.end());
 }
 
-std::vector<MeasuredScan> ScansOf(const ColumnReader& reader) {
+// Blocks that cannot be scans are left out if others can; `trouble` tells why of one.
+std::vector<MeasuredScan> ScansOf(const ColumnReader& reader, std::string& trouble) {
   std::vector<MeasuredScan> scans;
   for (const Block& block : reader.blocks) {
     const std::size_t width = UsualWidth(block);
     const ColumnChoice choice = ColumnsOf(block, width);
     if (choice.y < 0) continue;
-    MeasuredScan rows = RowsOf(block, choice, width);
+    MeasuredScan rows = RowsOf(block, choice, width, reader.header.scan);
+    if (rows.x.empty()) continue;
     if (choice.named ? !IsEsd(rows.esd) : !CanBeEsd(rows)) rows.esd.clear();
-    AppendScans(std::move(rows), reader.header.scan, scans);
+    const bool downwards = RunsDownwards(rows.x);
+    if (downwards)
+      ForColumns(rows, [](std::vector<double>& c) { std::reverse(c.begin(), c.end()); });
+    if (std::string why = TroubleWith(rows); !why.empty()) {
+      trouble = std::move(why);
+      continue;
+    }
+    const auto old = static_cast<std::ptrdiff_t>(scans.size());
+    AppendScans(rows, scans);
+    if (downwards) std::reverse(scans.begin() + old, scans.end());
   }
   return scans;
 }
@@ -344,9 +377,11 @@ MeasuredScan GridOf(const ColumnReader& reader) {
 MeasuredFile ReadColumns(const ImportSource& source) {
   ColumnReader reader(source.bytes);
   reader.Read();
-  std::vector<MeasuredScan> scans = ScansOf(reader);
+  std::string trouble;
+  std::vector<MeasuredScan> scans = ScansOf(reader, trouble);
   std::size_t most = 0;
   for (const MeasuredScan& scan : scans) most = std::max(most, scan.x.size());
+  if (most < 3 && !trouble.empty()) throw NotReadable(trouble);
   if (most < 3) scans = {GridOf(reader)};
   // Small tables stand in front of the counts and behind them.
   if (most >= kManyPoints)

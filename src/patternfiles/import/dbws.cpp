@@ -1,5 +1,5 @@
 // First angle, step and last angle in the first line, then the counts, so many a line as the
-// program that wrote them liked. Up to six lines of title may stand in front, and text behind the
+// program that wrote them liked. Lines of title may stand in front, and text behind the
 // three angles.
 //
 //    10.000   0.025 160.000  corundum
@@ -20,7 +20,7 @@
 
 namespace {
 
-constexpr int kTitleLines = 6;
+constexpr int kTitleLines = 20;
 
 struct Angles {
   double start, step, stop;
@@ -63,97 +63,101 @@ std::optional<Angles> AnglesOf(std::string_view line) {
   return std::nullopt;
 }
 
-struct StepScan {
-  Angles angles{};
-  TextHeader header;
-  std::vector<double> numbers;
-};
-
-// Numbers up to a line that holds something else.
-void TakeNumbers(TextLines& lines, std::vector<double>& numbers) {
-  for (std::string_view line; lines.Next(line);) {
-    const std::size_t old = numbers.size();
-    if (AppendNumbers(line, numbers)) continue;
-    numbers.resize(old);
-    if (!AppendColumns(line, 8, numbers)) {
-      numbers.resize(old);
-      return;
-    }
-  }
-}
-
 constexpr double kSpare = 12;  // numbers too many or too few that a last line may have
 
-bool Near(double value, double wanted) { return std::abs(value - wanted) <= kSpare; }
-
-bool IsDoubled(const StepScan& scan) {
-  const double points = scan.angles.Points(), numbers = static_cast<double>(scan.numbers.size());
-  return points > 4 * kSpare && scan.numbers.size() % 2 == 0 && Near(numbers, 2 * points);
+bool Near(std::size_t numbers, double wanted) {
+  return std::abs(static_cast<double>(numbers) - wanted) <= kSpare;
 }
 
-// Few files that begin with three such numbers are anything else; their counts decide.
-bool HasCounts(const StepScan& scan, std::size_t inrow) {
-  const double points = scan.angles.Points(), numbers = static_cast<double>(scan.numbers.size());
-  if (Near(numbers, points) || IsDoubled(scan)) return true;
-  return inrow >= 5 && numbers > points / 2 && numbers < points;
-}
-
-std::optional<StepScan> StepScanOf(std::string_view bytes) {
-  TextLines lines(bytes);
-  StepScan scan;
-  std::string_view line;
-  for (int i = 0; i <= kTitleLines && lines.Next(line); ++i) {
-    if (const auto angles = AnglesOf(line)) {
-      scan.angles = *angles;
-      if (!angles->text.empty()) TakeKey(scan.header, "sample", angles->text);
-      std::vector<double> first;
-      if (!lines.Next(line) || !(AppendNumbers(line, first) || AppendColumns(line, 8, first)))
-        return std::nullopt;
-      scan.numbers = first;
-      TakeNumbers(lines, scan.numbers);
-      if (HasCounts(scan, first.size())) return scan;
-      return std::nullopt;
+// Numbers up to a line that holds something else; and how many the first line has.
+std::vector<double> NumbersOf(std::string_view body, std::size_t& inrow) {
+  std::vector<double> numbers;
+  TextLines lines(body);
+  inrow = 0;
+  for (std::string_view line; lines.Next(line);) {
+    const std::size_t old = numbers.size();
+    if (!AppendNumbers(line, numbers)) {
+      numbers.resize(old);
+      if (!AppendColumns(line, 8, numbers)) {
+        numbers.resize(old);
+        break;
+      }
     }
-    TakeKeyLine(scan.header, line);
-    if (i == 0) TakeKey(scan.header, "sample", line);
+    if (inrow == 0) inrow = numbers.size();
   }
-  return std::nullopt;
+  return numbers;
 }
 
-bool ArePairs(const std::vector<double>& numbers) {
+// Each count behind the number of detectors that counted.
+bool TakePairs(const std::vector<double>& numbers, MeasuredScan& scan) {
   for (std::size_t i = 0; i < numbers.size(); i += 2)
-    if (numbers[i] < 1 || numbers[i] > 99 || numbers[i] != std::floor(numbers[i])) return false;
+    if (!(numbers[i] >= 1 && numbers[i] <= 99 && numbers[i] == std::floor(numbers[i])))
+      return false;
+  for (std::size_t i = 0; i < numbers.size(); i += 2) {
+    scan.counts.push_back(numbers[i + 1]);
+    scan.esd.push_back(std::sqrt(std::max(numbers[i + 1], 1.0) / numbers[i]));
+  }
   return true;
 }
 
-// The second half as e.s.d. of the first: nowhere negative, and a constant times the root.
-bool AreEsdBehindCounts(const std::vector<double>& numbers) {
-  const std::size_t half = numbers.size() / 2;
+// The second half as e.s.d. of the first: nowhere negative, and much the same times the root.
+bool TakeHalves(const std::vector<double>& numbers, MeasuredScan& scan) {
+  const auto half = static_cast<std::ptrdiff_t>(numbers.size() / 2);
   std::vector<double> ratio;
-  for (std::size_t i = 0; i < half; ++i)
+  for (std::ptrdiff_t i = 0; i < half; ++i)
     if (numbers[i] > 0) ratio.push_back(numbers[half + i] / std::sqrt(numbers[i]));
-  if (ratio.size() * 2 < half) return false;
+  if (static_cast<std::ptrdiff_t>(ratio.size()) * 2 < half) return false;
   std::sort(ratio.begin(), ratio.end());
-  return ratio.front() >= 0 && ratio[ratio.size() / 4] * 3 > ratio[ratio.size() * 3 / 4];
+  if (!(ratio.front() >= 0 && ratio[ratio.size() / 4] * 3 > ratio[ratio.size() * 3 / 4]))
+    return false;
+  scan.counts.assign(numbers.begin(), numbers.begin() + half);
+  scan.esd.assign(numbers.begin() + half, numbers.end());
+  return true;
 }
 
-void TakeCounts(StepScan& scan) {
-  MeasuredScan& pattern = scan.header.scan;
-  const std::vector<double>& numbers = scan.numbers;
-  const std::size_t half = numbers.size() / 2;
-  if (!IsDoubled(scan)) {
-    pattern.counts = numbers;
-  } else if (ArePairs(numbers)) {
-    for (std::size_t i = 0; i < numbers.size(); i += 2) {
-      pattern.counts.push_back(numbers[i + 1]);
-      pattern.esd.push_back(std::sqrt(std::max(numbers[i + 1], 1.0) / numbers[i]));
+// Few files that begin with three such numbers are anything else; that the counts are as many
+// decides, or that there are many a line.
+bool TakeCounts(std::string_view body, double points, MeasuredScan& scan) {
+  std::size_t inrow;
+  const std::vector<double> numbers = NumbersOf(body, inrow);
+  if (points > 4 * kSpare && numbers.size() % 2 == 0 && Near(numbers.size(), 2 * points))
+    return TakePairs(numbers, scan) || TakeHalves(numbers, scan);
+  const double filled = static_cast<double>(numbers.size()) / points;
+  if (!Near(numbers.size(), points) && !(inrow >= 5 && filled > 0.5 && filled < 1.5)) return false;
+  scan.counts = numbers;
+  return true;
+}
+
+bool TakeMeanCounts(std::string_view body, double points, MeasuredScan& scan) {
+  TextLines lines(body);
+  for (std::string_view line; lines.Next(line);)
+    if (!AppendMeanCounts(line, scan.counts, scan.esd)) break;
+  DropPlainEsd(scan);
+  return Near(scan.counts.size(), points);
+}
+
+std::optional<MeasuredScan> StepScanOf(std::string_view bytes) {
+  TextLines lines(bytes);
+  TextHeader header;
+  std::string_view line;
+  for (int i = 0; i <= kTitleLines && lines.Next(line); ++i) {
+    const auto angles = AnglesOf(line);
+    if (!angles) {
+      TakeKeyLine(header, line);
+      if (i == 0) TakeKey(header, "sample", line);
+      continue;
     }
-  } else if (AreEsdBehindCounts(numbers)) {
-    pattern.counts.assign(numbers.begin(), numbers.begin() + static_cast<std::ptrdiff_t>(half));
-    pattern.esd.assign(numbers.begin() + static_cast<std::ptrdiff_t>(half), numbers.end());
-  } else {
-    throw NotReadable("it holds twice as many counts as its first line tells");
+    if (!angles->text.empty() && !NumberOf(angles->text.substr(0, 1)))
+      TakeKey(header, "sample", angles->text);
+    MeasuredScan scan = header.scan;
+    if (!TakeCounts(lines.Rest(), angles->Points(), scan)) {
+      scan = header.scan;
+      if (!TakeMeanCounts(lines.Rest(), angles->Points(), scan)) return std::nullopt;
+    }
+    FillEvenGrid(scan, angles->start, angles->step);
+    return scan;
   }
+  return std::nullopt;
 }
 
 }  // namespace
@@ -163,11 +167,9 @@ bool IsStartStepStop(std::string_view bytes) {
 }
 
 MeasuredFile ReadStartStepStop(const ImportSource& source) {
-  std::optional<StepScan> scan = StepScanOf(source.bytes);
+  std::optional<MeasuredScan> scan = StepScanOf(source.bytes);
   if (!scan) throw NotReadable("its counts are not as many as its first line tells");
-  TakeCounts(*scan);
-  FillEvenGrid(scan->header.scan, scan->angles.start, scan->angles.step);
   MeasuredFile file;
-  AddScan(file, std::move(scan->header.scan));
+  AddScan(file, std::move(*scan));
   return file;
 }

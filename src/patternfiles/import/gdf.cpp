@@ -51,12 +51,13 @@ MeasuredFile ReadCameraText(const ImportSource& source) {
   TextLines lines(source.bytes);
   CameraHeading heading;
   TakeHeading(lines, heading);
-  MeasuredScan scan;
-  scan.sample = heading.line[4];
-  scan.date = IsoDate(heading.line[7]);
+  TextHeader header;
+  TakeKey(header, "sample", heading.line[4]);
+  TakeKey(header, "date", heading.line[7]);
+  MeasuredScan& scan = header.scan;
   for (std::string_view line; lines.Next(line);)
     if (!AppendNumbers(line, scan.counts)) break;
-  FillEvenGrid(scan, *heading.Number(11), *heading.Number(13));
+  FillEvenGrid(scan, heading.Number(11).value_or(0), heading.Number(13).value_or(0));
   MeasuredFile file;
   AddScan(file, std::move(scan));
   return file;

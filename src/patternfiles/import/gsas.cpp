@@ -105,44 +105,17 @@ class BankLines {
   TextLines& lines;
 };
 
-struct MeanCounts {
-  double detectors, counts;
-};
-
-// "(i2,f6.0)" over and over, or counts alone where the file keeps to no columns.
-std::vector<MeanCounts> StandardFields(std::string_view line, const BankLines& lines) {
-  std::vector<MeanCounts> fields;
-  for (std::size_t at = 0; at < std::min(line.size(), 10 * kField); at += kField) {
-    const std::string_view field = line.substr(at, kField);
-    if (Stripped(field).empty()) continue;
-    const std::string_view number = Stripped(field.substr(0, 2));
-    const auto detectors = number.empty() ? 1 : NumberOf(number);
-    const auto counts = NumberOf(field.substr(std::min<std::size_t>(2, field.size())));
-    if (detectors && counts) {
-      fields.push_back({std::max(*detectors, 1.0), *counts});
-      continue;
-    }
-    std::vector<double> numbers;
-    if (!AppendNumbers(line, numbers)) lines.Refuse();
-    fields.clear();
-    for (const double n : numbers) fields.push_back({1, n});
-    break;
-  }
-  return fields;
-}
-
-// The e.s.d. of the mean of several detectors is smaller than the root of the counts.
+// Mean counts of several detectors, or counts alone where the file keeps to no columns.
 void ReadStandard(BankLines& lines, const Bank& bank, MeasuredScan& scan) {
-  bool several = false;
+  bool columns = true;
   for (std::string_view line; lines.Next(line);) {
-    for (const MeanCounts& mean : StandardFields(line, lines)) {
-      if (scan.counts.size() == bank.points) break;
-      scan.counts.push_back(mean.counts);
-      scan.esd.push_back(std::sqrt(std::max(mean.counts, 1.0) / mean.detectors));
-      several = several || mean.detectors > 1;
-    }
+    if (columns && AppendMeanCounts(line.substr(0, 10 * kField), scan.counts, scan.esd)) continue;
+    if (!AppendNumbers(line, scan.counts)) lines.Refuse();
+    columns = false;
   }
-  if (!several) scan.esd.clear();
+  scan.counts.resize(std::min(scan.counts.size(), bank.points));
+  scan.esd.resize(columns ? scan.counts.size() : 0);
+  DropPlainEsd(scan);
 }
 
 // Numbers by columns of eight, or by blanks where the file keeps to no columns.

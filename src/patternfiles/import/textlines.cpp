@@ -41,6 +41,9 @@ std::string FromUtf16(std::string_view bytes, bool bigendian) {
   return text;
 }
 
+// The e.s.d. of counts; those of none are not 0.
+double RootOf(double counts) { return std::sqrt(std::max(counts, 1.0)); }
+
 // Of the number at the front of the text; 0 if there is none.
 std::size_t LengthOfNumber(std::string_view text, bool comma) {
   const auto at = [&](std::size_t i) { return i < text.size() ? text[i] : '\0'; };
@@ -187,6 +190,27 @@ bool AppendColumns(std::string_view line, std::size_t width, std::vector<double>
   return true;
 }
 
+bool AppendMeanCounts(std::string_view line, std::vector<double>& counts,
+                      std::vector<double>& esd) {
+  const std::size_t old = counts.size();
+  for (; !line.empty(); line.remove_prefix(std::min<std::size_t>(8, line.size()))) {
+    const std::string_view field = line.substr(0, 8);
+    if (Stripped(field).empty()) continue;
+    const std::string_view number = Stripped(field.substr(0, 2));
+    const auto detectors = number.empty() ? 1 : NumberOf(number);
+    const auto mean = NumberOf(field.substr(std::min<std::size_t>(2, field.size())));
+    if (!detectors || !mean) {
+      counts.resize(old);
+      esd.resize(old);
+      return false;
+    }
+    counts.push_back(*mean);
+    esd.push_back(RootOf(*mean / std::max(*detectors, 1.0)));
+    CheckPoints(counts.size());
+  }
+  return true;
+}
+
 void CheckPoints(std::size_t points) {
   if (points > kMostPoints) throw NotReadable("it holds more than 4000000 points");
 }
@@ -211,6 +235,12 @@ void LabelScans(MeasuredFile& file, const std::string& word) {
     const std::string rest = scan.label.empty() ? "" : ", " + scan.label;
     scan.label = word + ' ' + std::to_string(++number) + rest;
   }
+}
+
+void DropPlainEsd(MeasuredScan& scan) {
+  for (std::size_t i = 0; i < scan.esd.size(); ++i)
+    if (scan.esd[i] != RootOf(scan.counts[i])) return;
+  scan.esd.clear();
 }
 
 MeasuredScan Unmeasured(const MeasuredScan& scan) {

@@ -18,6 +18,7 @@ class TextLines {
   TextLines(const TextLines&) = delete;
   bool Next(std::string_view& line);  // without its end; valid as long as this and the bytes are
   int Number() const { return number; }
+  std::string_view Rest() const { return rest; }  // the lines to come
 
  private:
   std::string decoded;
@@ -48,6 +49,9 @@ std::optional<double> ValueOf(std::string_view text);
 bool AppendNumbers(std::string_view line, std::vector<double>& numbers);
 // The same by columns of a fixed width; a blank one is none.
 bool AppendColumns(std::string_view line, std::size_t width, std::vector<double>& numbers);
+// The same by columns "(i2,f6.0)", the number of detectors, blank for one, and the mean of their
+// counts, with its e.s.d.; nothing is appended where that fails.
+bool AppendMeanCounts(std::string_view line, std::vector<double>& counts, std::vector<double>& esd);
 
 // Throws what the limits of a file forbid.
 void CheckPoints(std::size_t points);
@@ -55,6 +59,8 @@ void CheckScans(std::size_t scans);
 void AddScan(MeasuredFile& file, MeasuredScan scan);
 // Numbers the scans of a file that has several, in front of what their labels tell.
 void LabelScans(MeasuredFile& file, const std::string& word);
+// Leaves out e.s.d. that are no more than the roots of the counts.
+void DropPlainEsd(MeasuredScan& scan);
 // What a heading told of a scan, without its points and its time.
 MeasuredScan Unmeasured(const MeasuredScan& scan);
 // The positions of as many points as there are counts.

@@ -116,8 +116,10 @@ void UxdReader::EndRange() {
 }
 
 void UxdReader::TakeLine(std::string_view line, int number) {
+  if (const std::size_t remark = line.find(';'); !line.starts_with('_'))
+    line = line.substr(0, remark);
   line = Stripped(line);
-  if (line.empty() || line.starts_with(';')) return;
+  if (line.empty()) return;
   if (const Marker marker = MarkerOf(line); marker.numbers > 0) {
     if (range.marker.numbers > 0) EndRange();
     range.marker = marker;
