@@ -269,18 +269,18 @@ void SplitCells(std::string_view line, bool commas, bool blanks, Cells& cells) {
 
 ColumnChoice ColumnsNamed(std::string_view line, std::size_t columns) {
   line = WithoutCommentSign(line.substr(0, 1000));
-  for (const auto& split : {CellsAtSigns, CellsAtGaps, CellsOfWords}) {
-    const Cells cells = split(line);
-    const bool known = std::all_of(cells.begin(), cells.end(), [](std::string_view cell) {
-      return RoleOf(cell) != Role::None;
-    });
-    // Words may be a sentence, and fewer headings than columns anything, unless each says
-    // something.
-    const bool trusted = cells.size() == columns && split != CellsOfWords;
-    if (cells.size() < 2 || cells.size() > columns || !(known || trusted)) continue;
-    const ColumnChoice choice = ChoiceOf(cells);
-    if ((choice.x >= 0 && choice.y >= 0) || !choice.foreign.empty()) return choice;
-  }
+  for (const bool all : {true, false})  // headings over all columns, or over some
+    for (const auto& split : {CellsAtSigns, CellsAtGaps, CellsOfWords}) {
+      const Cells cells = split(line);
+      if (cells.size() < 2 || cells.size() > columns || all != (cells.size() == columns)) continue;
+      const bool known = std::all_of(cells.begin(), cells.end(), [](std::string_view cell) {
+        return RoleOf(cell) != Role::None;
+      });
+      // Words may be a sentence, and fewer headings than columns anything, unless each is known.
+      if (!known && (!all || split == CellsOfWords)) continue;
+      const ColumnChoice choice = ChoiceOf(cells);
+      if ((choice.x >= 0 && choice.y >= 0) || !choice.foreign.empty()) return choice;
+    }
   return {};
 }
 

@@ -257,10 +257,10 @@ bool TakeKey(TextHeader& header, std::string_view key, std::string_view value) {
 bool TakeKeyLine(TextHeader& header, std::string_view line) {
   line = Stripped(line.substr(0, 400));
   while (line.ends_with(',') || line.ends_with(';')) line.remove_suffix(1);
-  std::size_t sign = line.find_first_of("=:");
-  if (sign == line.npos) sign = line.find_first_of(";,\t", 1);
-  if (sign != line.npos && TakeKey(header, line.substr(0, sign), line.substr(sign + 1)))
-    return true;
+  for (const char* signs : {"=", ":", ";,\t"})
+    if (const std::size_t sign = line.find_first_of(signs);
+        sign != line.npos && TakeKey(header, line.substr(0, sign), line.substr(sign + 1)))
+      return true;
   const std::size_t number = NumberBehindBlank(line);
   return number != line.npos && TakeKey(header, line.substr(0, number), line.substr(number));
 }

@@ -205,7 +205,7 @@ bool AppendMeanCounts(std::string_view line, std::vector<double>& counts,
       return false;
     }
     counts.push_back(*mean);
-    esd.push_back(RootOf(*mean / std::max(*detectors, 1.0)));
+    esd.push_back(RootOf(*mean) / std::sqrt(std::max(*detectors, 1.0)));
     CheckPoints(counts.size());
   }
   return true;
