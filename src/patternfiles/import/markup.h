@@ -1,0 +1,52 @@
+// What the readers of CIF, XML and archives share: texts, numbers and the list of scans.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "patternfiles/import/formats.h"
+#include "patternfiles/import/measured.h"
+
+MeasuredFile ImportPdCif(const ImportSource& source);
+MeasuredFile ImportXrdml(const ImportSource& source);
+MeasuredFile ImportBrml(const ImportSource& source);
+MeasuredFile ImportRasx(const ImportSource& source);
+
+// What one text in memory may have, be it a file or an entry of an archive: its tree takes some
+// thirty times as much.
+constexpr std::size_t kMostMarkup = std::size_t{64} << 20;
+
+// In UTF-8 and without byte order mark, which also tells UTF-16.
+std::string AsUtf8(std::string_view bytes);
+// Without blanks, tabs and line ends around it.
+std::string_view Stripped(std::string_view text);
+// None unless the whole text is a number; a point stands before the decimals, "+" may stand in
+// front.
+std::optional<double> NumberIn(std::string_view text);
+// Parted by blanks, commas, semicolons or line ends. Throws NotReadable "WHERE hold(s) ...".
+std::vector<double> NumbersIn(std::string_view text, const std::string& where);
+// "2005-09-17T20:43:43.25+02:00" as "2005-09-17 20:43:43"; other texts as they are.
+std::string PlainDate(std::string_view stamp);
+// Letters in lower case, without blanks.
+std::string Squeezed(std::string_view text);
+// "2Theta-Omega", "TwoThetaTheta"
+bool NamesTwoTheta(std::string_view axis);
+
+// The scans of a file, as many as a file may have, and why others are left out.
+class ScanList {
+ public:
+  // Throws NotReadable above 1000 scans and 4 million points.
+  void Add(MeasuredScan scan);
+  void LeaveOut(const std::string& what) { leftout_.push_back(what); }  // "a scan of Phi"
+  void Note(const std::string& text);
+  // Throws NotReadable if nothing but what is left out has been found, or, with `nothing`, not even
+  // that.
+  MeasuredFile Done(const std::string& nothing);
+
+ private:
+  MeasuredFile file_;
+  std::vector<std::string> leftout_;
+  std::size_t points_ = 0;
+};

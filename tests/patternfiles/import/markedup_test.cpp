@@ -1,0 +1,294 @@
+// CIF, XML and archives: what they hold by their definitions, what real ones hold, hostile ones.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "patternfiles/import/import.h"
+#include "support/support.h"
+#ifdef QUILLAGRAM_LIBZIP
+#include <zip.h>
+#endif
+
+namespace {
+
+using Texts = std::vector<std::string>;
+using Values = std::vector<double>;
+
+Imported ImportText(const std::string& text) {
+  const TempDir dir;
+  WriteFile(dir.file("some.dat"), text);
+  return ImportFile(dir.file("some.dat"));
+}
+
+// The only scan of a file.
+MeasuredScan ScanOf(const std::string& text) {
+  const Imported imported = ImportText(text);
+  EXPECT_EQ(imported.trouble, "") << text;
+  EXPECT_EQ(imported.file.scans.size(), 1u) << text;
+  return imported.file.scans.empty() ? MeasuredScan{} : imported.file.scans[0];
+}
+
+void ExpectNear(const Values& values, const Values& expected) {
+  ASSERT_EQ(values.size(), expected.size());
+  for (std::size_t i = 0; i < values.size(); ++i) EXPECT_NEAR(values[i], expected[i], 1e-9) << i;
+}
+
+// Whole numbers below 128 only.
+std::string Utf16(const std::string& text, bool bigendian) {
+  std::string wide = bigendian ? "\xFE\xFF" : "\xFF\xFE";
+  for (const char c : text) wide += bigendian ? std::string{'\0', c} : std::string{c, '\0'};
+  return wide;
+}
+
+std::string Replaced(std::string text, const std::string& from, const std::string& to) {
+  for (std::size_t at = 0; (at = text.find(from, at)) != text.npos; at += to.size())
+    text.replace(at, from.size(), to);
+  return text;
+}
+
+constexpr double kStep = 0.02;
+
+// Three points from 10 degrees on, 5, 7 and 6 counts, Cu radiation.
+constexpr const char* kCif =
+    "# a comment\ndata_quartz\n_diffrn_radiation_wavelength 1.5406\nloop_\n_pd_meas_2theta_scan\n"
+    "_pd_meas_counts_total\n10.00 5\n10.02 7\n10.04 6\n";
+constexpr const char* kXrdml =
+    "<?xml version=\"1.0\"?>\n<xrdMeasurements xmlns=\"http://www.xrdml.com/XRDMeasurement/2.1\">\n"
+    "<sample><id>7</id><name>quartz</name></sample>\n<xrdMeasurement>\n"
+    "<usedWavelength intended=\"K-Alpha\"><kAlpha1 unit=\"Angstrom\">1.5406</kAlpha1>"
+    "<kAlpha2>1.5444</kAlpha2><kBeta>1.39</kBeta><ratioKAlpha2KAlpha1>0.5</ratioKAlpha2KAlpha1>"
+    "</usedWavelength>\n<scan appendNumber=\"0\" scanAxis=\"Gonio\">\n<header><startTimeStamp>"
+    "2024-03-08T11:13:20-06:00</startTimeStamp></header>\n<dataPoints><positions axis=\"Omega\">"
+    "<startPosition>5</startPosition><endPosition>5.02</endPosition></positions>\n"
+    "<positions axis=\"2Theta\"><startPosition>10</startPosition><endPosition>10.04</endPosition>"
+    "</positions><commonCountingTime>2.5</commonCountingTime>\n<counts unit=\"counts\">5 7\n6"
+    "</counts></dataPoints></scan></xrdMeasurement></xrdMeasurements>\n";
+
+#ifdef QUILLAGRAM_LIBZIP
+struct Entry {
+  std::string name, text;
+};
+
+std::string Zipped(const std::vector<Entry>& entries) {
+  const TempDir dir;
+  int error = 0;
+  zip_t* archive = zip_open(dir.file("zip").c_str(), ZIP_CREATE, &error);
+  for (const Entry& entry : entries)
+    zip_file_add(archive, entry.name.c_str(),
+                 zip_source_buffer(archive, entry.text.data(), entry.text.size(), 0), 0);
+  zip_close(archive);
+  return ReadFile(dir.file("zip"));
+}
+
+constexpr const char* kRawData =
+    "<?xml version=\"1.0\"?>\n<RawData xmlns:xsi=\"x\">\n"
+    "<TimeStampStarted>2013-09-17T11:34:33.5+02:00</TimeStampStarted>\n"
+    "<Tube><WaveLengthAlpha1 Unit=\"A\" Value=\"1.5406\"/><WaveLengthAlpha2 Value=\"1.5444\"/>"
+    "<WaveLengthRatio Value=\"0.5\"/></Tube>\n<DataRoutes><DataRoute RouteFlag=\"Final\">\n"
+    "<ScanInformation><ScanAxes>\n<ScanAxisInfo AxisId=\"TwoTheta\"><Start>10</Start>"
+    "<Stop>10.04</Stop><Increment>0.02</Increment></ScanAxisInfo>\n<ScanAxisInfo AxisId=\"Theta\">"
+    "<Start>5</Start></ScanAxisInfo></ScanAxes></ScanInformation>\n<DataViews>\n"
+    "<RawDataView xsi:type=\"FixedRawDataView\" Start=\"0\" Length=\"1\" "
+    "LogicName=\"MeasuredTime\"/>\n"
+    "<RawDataView xsi:type=\"FixedRawDataView\" Start=\"1\" Length=\"1\" "
+    "LogicName=\"AbsorptionFactor\"/>\n"
+    "<RawDataView xsi:type=\"VaryingRawDataView\" Start=\"2\" Length=\"2\"/>\n"
+    "<RawDataView xsi:type=\"RecordedRawDataView\" Start=\"4\" Length=\"1\"/></DataViews>\n"
+    "<Datum>2.5,1,10,5,5</Datum><Datum>2.5,1,10.02,5.01,7</Datum><Datum>2.5,1,10.04,5.02,6</"
+    "Datum>\n"
+    "</DataRoute></DataRoutes></RawData>\n";
+constexpr const char* kContainer =
+    "<?xml version=\"1.0\"?>\n<DataContainer><InfoItem Name=\"SampleName\" Value=\"quartz\"/>"
+    "</DataContainer>\n";
+constexpr const char* kProfile = "10.00\t5.0\t1.0\n10.02\t7.0\t1.0\n10.04\t6.0\t1.0\n";
+constexpr const char* kConditions =
+    "<?xml version=\"1.0\"?>\n<MeasurementConditions>\n<GeneralInformation><SystemName>SmartLab"
+    "</SystemName><SampleName>quartz</SampleName></GeneralInformation>\n<HWConfigurations>"
+    "<XrayGenerator><WavelengthKalpha1>1.5406</WavelengthKalpha1><WavelengthKalpha2>1.5444"
+    "</WavelengthKalpha2></XrayGenerator></HWConfigurations>\n<ScanInformation><AxisName>"
+    "TwoThetaTheta</AxisName><StartTime>2021-03-16T13:10:14Z</StartTime><Step>0.02</Step>"
+    "<Speed>0.48</Speed><SpeedUnit>DegPerMin</SpeedUnit></ScanInformation></"
+    "MeasurementConditions>\n";
+
+std::string Brml(const std::string& rawdata) {
+  return Zipped(
+      {{"Experiment0/DataContainer.xml", kContainer}, {"Experiment0/RawData0.xml", rawdata}});
+}
+std::string Rasx(const std::string& profile, const std::string& conditions = kConditions) {
+  return Zipped({{"root.xml", "<Root/>"},
+                 {"Data0/Profile0.txt", profile},
+                 {"Data0/MesurementConditions0.xml", conditions}});
+}
+#endif
+
+void ExpectQuartz(const MeasuredScan& scan) {
+  ExpectNear(scan.x, {10, 10 + kStep, 10 + 2 * kStep});
+  ExpectNear(scan.counts, {5, 7, 6});
+  EXPECT_TRUE(scan.axis == ScanAxis::TwoTheta && scan.esd.empty() && scan.label.empty());
+  EXPECT_EQ(scan.wavelengths[0], 1.5406);
+}
+
+// One scan in all formats, with every code and every end of lines.
+TEST(MarkedUp, OneScanInAllFormats) {
+  using Format = std::string (*)(const std::string&);
+  struct {
+    const char *text, *date;
+    Format wrapped;
+    double ratio;
+  } const formats[] = {
+      {kCif, "", [](const std::string& text) { return text; }, 0},
+      {kXrdml, "2024-03-08 11:13:20", [](const std::string& text) { return text; }, 0.5},
+#ifdef QUILLAGRAM_LIBZIP
+      {kRawData, "2013-09-17 11:34:33", Brml, 0.5},
+      {kProfile, "2021-03-16 13:10:14", [](const std::string& text) { return Rasx(text); }, 0},
+#endif
+  };
+  for (const auto& format : formats)
+    for (const std::string& text :
+         {std::string(format.text), "\xEF\xBB\xBF" + std::string(format.text),
+          Replaced(format.text, "\n", "\r\n"), Replaced(format.text, "\n", "\r"),
+          Utf16(format.text, false), Utf16(format.text, true)}) {
+      const MeasuredScan scan = ScanOf(format.wrapped(text));
+      ExpectQuartz(scan);
+      EXPECT_EQ(scan.date, format.date);
+      EXPECT_EQ(scan.ratio, format.ratio);
+      if (format.text == kCif) continue;
+      EXPECT_EQ(scan.wavelengths[1], 1.5444);
+      EXPECT_EQ(scan.sample, "quartz");
+      EXPECT_NEAR(scan.seconds, 2.5, 1e-9);
+    }
+}
+
+#ifdef QUILLAGRAM_GEMMI
+TEST(MarkedUp, CifByNames) {
+  const struct {
+    const char* items;  // of the block
+    Values x, counts, esd;
+    ScanAxis axis = ScanAxis::TwoTheta;
+  } cases[] = {
+      // A range, and brackets that count in the last digits. Calculated ones are none.
+      {"_pd_meas_2theta_range_min 5\n_pd_meas_2theta_range_max 5.2\n_pd_meas_2theta_range_inc 0.1\n"
+       "loop_ _pd_calc_intensity_total _pd_meas_intensity_total 1 12.5(4) 2 9(3) 3 1250(12)\n",
+       {5, 5.1, 5.2},
+       {12.5, 9, 1250},
+       {0.4, 3, 12}},
+      // Without a step; with one that has been rounded; the processed range where the other has
+      // another number of points.
+      {"_pd_meas_2theta_range_min 5\n_pd_meas_2theta_range_max 6\nloop_ _pd_meas_counts_total 1 2 "
+       "3",
+       {5, 5.5, 6},
+       {1, 2, 3},
+       {}},
+      {"_pd_meas_2theta_range_min 0\n_pd_meas_2theta_range_max 100\n_pd_meas_2theta_range_inc 48\n"
+       "loop_ _pd_meas_counts_total 1 2 3",
+       {0, 48, 96},
+       {1, 2, 3},
+       {}},
+      {"_pd_meas_2theta_range_min 5\n_pd_meas_2theta_range_inc 0.1\n_pd_meas_2theta_range_max 9\n"
+       "_pd_proc_2theta_range_min 6\n_pd_proc_2theta_range_inc 0.5\n_pd_proc_2theta_range_max 7\n"
+       "loop_ _pd_proc_intensity_net 1 2 3",
+       {6, 6.5, 7},
+       {1, 2, 3},
+       {}},
+      // Unknown values drop their points; counts that are all unknown give way to the next kind.
+      // Weights stand for e.s.d.s only where nothing else does.
+      {"loop_ _pd_proc_2theta_corrected _pd_meas_counts_total _pd_proc_intensity_total\n"
+       "_pd_proc_ls_weight\n1.5 ? 10 0.25  2.5 ? . 0.25  3.5 . 30 0.04  4.5 ? 49 0 ? ? 8 1",
+       {1.5, 3.5, 4.5},
+       {10, 30, 49},
+       {2, 5, 7}},
+      {"loop_ _pd_meas_angle_2theta _pd_meas_intensity_total _pd_proc_ls_weight 1 100(7) 0.25\n",
+       {1},
+       {100},
+       {7}},
+      // The newer names, with a column of uncertainties, in capitals; an exponent, a plus.
+      {"loop_ _pd_meas.2theta_scan _PD_MEAS.INTENSITY_TOTAL _pd_meas.intensity_total_su\n"
+       "+1.0 1.2e3 30 2.0 '9' 3 3 12 4",
+       {1, 3},
+       {1200, 12},
+       {30, 4}},
+      {"_pd_meas_overall.2theta_range_min 5 _pd_meas_overall.2theta_range_inc 1\n"
+       "loop_ _pd_meas.counts_total 1 2",
+       {5, 6},
+       {1, 2},
+       {}},
+      // Positions in a loop of their own; spacings only where no angles are.
+      {"loop_ _pd_meas_2theta_scan 1 2\nloop_ _pd_proc_d_spacing _pd_meas_counts_total 9 4 8 5",
+       {1, 2},
+       {4, 5},
+       {}},
+      {"loop_ _pd_proc_d_spacing _pd_meas_counts_total 9 4 8 5", {9, 8}, {4, 5}, {}, ScanAxis::D},
+      {"loop_ _pd_proc_recip_len_Q _pd_proc_intensity_net 1 4 2 5",
+       {1, 2},
+       {4, 5},
+       {},
+       ScanAxis::Q},
+      // A name that comes twice, and one without a value.
+      {"_pd_meas_2theta_range_inc 1\n_pd_meas_2theta_range_inc 2\n_cell_length_a\n"
+       "_pd_meas_2theta_range_min 3\nloop_ _pd_meas_counts_total 1 2",
+       {3, 4},
+       {1, 2},
+       {}},
+  };
+  for (const auto& each : cases) {
+    SCOPED_TRACE(each.items);
+    const MeasuredScan scan = ScanOf(std::string("data_x\n") + each.items);
+    ExpectNear(scan.x, each.x);
+    ExpectNear(scan.counts, each.counts);
+    ExpectNear(scan.esd, each.esd);
+    EXPECT_EQ(scan.axis, each.axis);
+  }
+}
+
+TEST(MarkedUp, CifBlocks) {
+  const std::string points = "loop_ _pd_meas_2theta_scan _pd_meas_counts_total 1 2 3 4\n";
+  // Wavelength and sample of the phases that name a pattern; what two tell is nobody's.
+  const Imported imported = ImportText(
+      "data_global\n_publ_section_title ?\n"
+      "data_phase\n_chemical_name_common 'zinc oxide'\n_pd_block_diffractogram_id B\n"
+      "loop_ _diffrn_radiation_wavelength_wt _diffrn_radiation_wavelength\n"
+      "0.2 1.3922 0.5 1.5444 1.0 1.5406\n_cell_length_a 3.25\n"
+      "data_other\n_diffrn_radiation_wavelength 0.7\n"
+      "data_A\n_pd_block_id A\n_pd_meas_step_count_time 3\n"
+      "_pd_meas_datetime_initiated 2012-05-04T09:30\n" +
+      points + "data_B\n_pd_block_id B\n" + points +
+      "data_tof\nloop_ _pd_meas_time_of_flight\n"
+      "_pd_meas_intensity_total _pd_proc_d_spacing 4000 5 2.1 4002 6 2.0\n");
+  ASSERT_EQ(imported.file.scans.size(), 2u) << imported.trouble;
+  EXPECT_EQ(imported.file.note, "left out: a time-of-flight pattern, which has no angles");
+  const MeasuredScan &a = imported.file.scans[0], &b = imported.file.scans[1];
+  EXPECT_TRUE(a.label == "A" && b.label == "B");
+  EXPECT_EQ(a.wavelengths[0], 0);
+  EXPECT_EQ(a.seconds, 3);
+  EXPECT_EQ(a.date, "2012-05-04 09:30:00");
+  EXPECT_EQ(a.sample, "zinc oxide");
+  EXPECT_EQ(b.wavelengths, (std::array{1.5406, 1.5444}));
+  EXPECT_EQ(b.ratio, 0.5);
+}
+
+TEST(MarkedUp, CifWithoutPattern) {
+  const Texts cases[] = {
+      {"loop_ _atom_site_label _atom_site_fract_x Zn 0.3", "holds a crystal structure"},
+      {"loop_ _pd_proc_d_spacing _pd_calc_intensity_total 1 2", "a calculated pattern"},
+      {"loop_ _pd_meas_time_of_flight _pd_meas_counts_total 1 2", "holds a time-of-flight"},
+      {"loop_ _pd_proc_energy_detection _pd_meas_counts_total 1 2", "an energy-dispersive"},
+      {"loop_ _pd_meas_counts_total 1 2", "counts without positions"},
+      {"_pd_meas_2theta_range_min 1\n_pd_meas_2theta_range_max 9\n_pd_meas_2theta_range_inc 0.5\n"
+       "loop_ _pd_meas_counts_total 1 2",
+       "counts without positions"},
+      {"loop_ _pd_meas_2theta_scan _pd_meas_counts_total 1 many", "\"many\" where a number"},
+      {"loop_ _pd_meas_2theta_scan _pd_meas_counts_total 1 2 3", "line 2 is no CIF: Wrong number"},
+      {"_cell_length_a 3\n4", "line 3 is no CIF"},
+      {"_cell_length_a\n;\nno end", "is no CIF: unterminated text field"},
+      {"_cell_length_a 3", "it holds no pattern"},
+  };
+  for (const Texts& each : cases) {
+    const Imported imported = ImportText("data_x\n" + each[0]);
+    EXPECT_NE(imported.trouble.find(each[1]), std::string::npos) << imported.trouble;
+    EXPECT_EQ(imported.format, "powder CIF");
+  }
+}
+#endif
+}  // namespace
