@@ -206,9 +206,9 @@ TEST(MarkedUp, CifByNames) {
       // The newer names, with a column of uncertainties, in capitals; an exponent, a plus.
       {"loop_ _pd_meas.2theta_scan _PD_MEAS.INTENSITY_TOTAL _pd_meas.intensity_total_su\n"
        "+1.0 1.2e3 30 2.0 '9' 3 3 12 4",
-       {1, 3},
-       {1200, 12},
-       {30, 4}},
+       {1, 2, 3},
+       {1200, 9, 12},
+       {30, 3, 4}},
       {"_pd_meas_overall.2theta_range_min 5 _pd_meas_overall.2theta_range_inc 1\n"
        "loop_ _pd_meas.counts_total 1 2",
        {5, 6},
@@ -291,4 +291,253 @@ TEST(MarkedUp, CifWithoutPattern) {
   }
 }
 #endif
+
+#ifdef QUILLAGRAM_PUGIXML
+std::string XrdmlWith(const std::string& from, const std::string& to) {
+  EXPECT_NE(std::string(kXrdml).find(from), std::string::npos) << from;
+  return Replaced(kXrdml, from, to);
+}
+
+TEST(MarkedUp, XrdmlPositions) {
+  const std::string ends = "<startPosition>10</startPosition><endPosition>10.04</endPosition>";
+  const std::string listed = "<listPositions>1 1.5 3</listPositions>";
+  ExpectNear(ScanOf(XrdmlWith(ends, listed)).x, {1, 1.5, 3});
+  ExpectQuartz(ScanOf(XrdmlWith("Gonio", "Omega-2Theta")));
+  // Every name with a prefix.
+  const std::string prefixed = Replaced(Replaced(kXrdml, "<", "<q:"), "<q:/", "</q:");
+  ExpectQuartz(ScanOf(Replaced(prefixed, "<q:?", "<?")));
+  // A rocking curve; as many positions as counts.
+  const std::string fixed =
+      Replaced(XrdmlWith(ends, "<commonPosition>43.2</commonPosition>"), "\"Gonio\"", "\"Omega\"");
+  EXPECT_EQ(ImportText(fixed).trouble, "it holds a scan of Omega at a fixed two-theta");
+  EXPECT_EQ(ImportText(XrdmlWith("5 7\n6", "5 7")).file.scans[0].x.size(), 2u);
+  EXPECT_EQ(ImportText(Replaced(XrdmlWith(ends, listed), "5 7\n6", "5 7")).trouble,
+            "it has 3 positions for 2 counts");
+  EXPECT_EQ(ImportText(XrdmlWith("5 7\n6", "5 7,5 x6")).trouble,
+            "<counts> hold \"x6\" where a number should be");
+  EXPECT_EQ(ImportText(XrdmlWith("</scan>", "")).trouble.substr(0, 17), "line 11 is no XML");
+  EXPECT_EQ(ImportText(XrdmlWith("counts", "rates")).trouble, "it holds no scan with counts");
+}
+
+// The attenuator multiplies what has been counted; intensities show where it moves whether they
+// have its factors in them.
+TEST(MarkedUp, XrdmlAttenuators) {
+  const std::string three = "<counts unit=\"counts\">5 7\n6</counts>";
+  const std::string factors = "<beamAttenuationFactors>1 30 30</beamAttenuationFactors>";
+  const struct {
+    std::string points;
+    Values counts, esd;
+  } cases[] = {
+      {factors + "<counts>900 36 25</counts>", {900, 1080, 750}, {30, 180, 150}},
+      {factors + "<intensities>900 36 25</intensities>", {900, 1080, 750}, {30, 180, 150}},
+      {factors + "<intensities>900 1080 750</intensities>", {900, 1080, 750}, {30, 180, 150}},
+      // Counts are never taken for what they are not.
+      {factors + "<counts>900 1080 750</counts>",
+       {900, 32400, 22500},
+       {30, 985.9006035093, 821.5838362577}},
+      {"<beamAttenuationFactors>2</beamAttenuationFactors><counts>4 9 0</counts>",
+       {8, 18, 0},
+       {4, 6, 2}},
+      {"<beamAttenuationFactors>1 1 1</beamAttenuationFactors><counts>4 9 0</counts>",
+       {4, 9, 0},
+       {}},
+  };
+  for (const auto& each : cases) {
+    SCOPED_TRACE(each.points);
+    const Imported imported = ImportText(XrdmlWith(three, each.points));
+    ASSERT_EQ(imported.file.scans.size(), 1u) << imported.trouble;
+    ExpectNear(imported.file.scans[0].counts, each.counts);
+    ExpectNear(imported.file.scans[0].esd, each.esd);
+    EXPECT_EQ(imported.file.note.empty(), each.esd.empty());
+  }
+  EXPECT_EQ(ImportText(XrdmlWith("<counts unit",
+                                 "<beamAttenuationFactors>1 2</beamAttenuationFactors>"
+                                 "<counts unit"))
+                .trouble,
+            "it has 2 attenuation factors for 3 counts");
+}
+
+TEST(MarkedUp, XrdmlScans) {
+  // Three scans and a measurement of its own, with temperatures; one of Phi is left out.
+  const std::string whole = kXrdml, end = "</xrdMeasurement>";
+  const std::size_t begin = whole.find("<scan "), length = whole.find(end) - begin;
+  const std::string scan = whole.substr(begin, length);
+  const std::string hot = Replaced(scan, "<counts",
+                                   "<nonAmbientValues type=\"Temperature\" unit=\"K\">"
+                                   "573.15 573.2 573.1</nonAmbientValues><countingTimes>2 2 4"
+                                   "</countingTimes><counts");
+  const std::string phi = Replaced(Replaced(scan, "\"2Theta\"", "\"Phi\""), "Gonio", "Phi");
+  const Imported imported = ImportText(XrdmlWith(
+      end, hot + phi + end +
+               "<xrdMeasurement>"
+               "<usedWavelength intended=\"K-Beta\"><kAlpha1>1.5406</kAlpha1><kBeta>1.39</kBeta>"
+               "</usedWavelength>" +
+               scan + end));
+  const auto& scans = imported.file.scans;
+  ASSERT_EQ(scans.size(), 3u) << imported.trouble;
+  EXPECT_EQ(scans[0].label, "scan 1");
+  EXPECT_EQ(scans[1].label, "scan 2, 573.1 K");
+  EXPECT_EQ(scans[2].label, "scan 4");
+  EXPECT_EQ(scans[2].wavelengths, (std::array{1.39, 0.0}));
+  EXPECT_EQ(scans[2].sample, "quartz");
+  EXPECT_EQ(scans[1].seconds, 2);
+  EXPECT_EQ(imported.file.note,
+            "the counting time changes within a scan; left out: a scan of Phi "
+            "at a fixed two-theta");
+  // As many as a file may have, and one more.
+  std::string many;
+  for (int i = 0; i < 999; ++i) many += scan;
+  EXPECT_EQ(ImportText(XrdmlWith(end, many + end)).file.scans.size(), 1000u);
+  EXPECT_EQ(ImportText(XrdmlWith(end, many + scan + end)).trouble, "it holds more than 1000 scans");
+}
+#endif
+
+#ifdef QUILLAGRAM_LIBZIP
+std::string RawDataWith(const std::string& from, const std::string& to) {
+  EXPECT_NE(std::string(kRawData).find(from), std::string::npos) << from;
+  return Replaced(kRawData, from, to);
+}
+
+TEST(MarkedUp, BrmlColumns) {
+  // Columns in another order, which is told, and the absorber's factor; the angles are known by
+  // where they begin.
+  std::string turned = RawDataWith("Start=\"1\" Length=\"1\" LogicName=\"AbsorptionFactor\"",
+                                   "Start=\"4\" Length=\"1\" LogicName=\"AbsorptionFactor\"");
+  turned = Replaced(turned, "Start=\"2\" Length=\"2\"", "Start=\"1\" Length=\"2\"");
+  turned = Replaced(turned, "Start=\"4\" Length=\"1\"/>", "Start=\"3\" Length=\"1\"/>");
+  const std::size_t begin = turned.find("<Datum>"), end = turned.find("</DataRoute>");
+  const std::string points = "<Datum>2,5,10,4,1</Datum><Datum>2,5.01,10.02,9,10</Datum>";
+  const Imported imported = ImportText(Brml(turned.replace(begin, end - begin, points)));
+  ASSERT_EQ(imported.file.scans.size(), 1u) << imported.trouble;
+  const MeasuredScan& scan = imported.file.scans[0];
+  ExpectNear(scan.x, {10, 10.02});
+  ExpectNear(scan.counts, {4, 90});
+  ExpectNear(scan.esd, {2, 30});
+  EXPECT_EQ(scan.seconds, 2);
+  EXPECT_NE(imported.file.note.find("absorber"), std::string::npos);
+  // Without views the columns are the usual ones; a relative range goes by the order of the axes.
+  std::string bare = kRawData;
+  bare.erase(bare.find("<DataViews>"), bare.find("</DataViews>") + 12 - bare.find("<DataViews>"));
+  ExpectQuartz(ScanOf(Brml(bare)));
+  ExpectQuartz(ScanOf(Brml(RawDataWith("<Start>10</Start>", "<Start>-1</Start>"))));
+  // A detector with channels that stands still.
+  std::string still = RawDataWith("Start=\"4\" Length=\"1\"", "Start=\"2\" Length=\"3\"");
+  still = Replaced(still, "<RawDataView xsi:type=\"VaryingRawDataView\" Start=\"2\" Length=\"2\"/>",
+                   "");
+  still.replace(still.find("<Datum>"), still.find("</DataRoute>") - still.find("<Datum>"),
+                "<Datum>60,1,5,7,6</Datum>");
+  ExpectQuartz(ScanOf(Brml(still)));
+}
+
+TEST(MarkedUp, BrmlRanges) {
+  // In the order of their numbers; of a range with a final state only that.
+  const std::string route =
+      "<DataRoute RouteFlag=\"Measured\"><Datum>1,1,1,1,1</Datum></DataRoute>";
+  const std::string second = RawDataWith("<DataRoutes>", "<DataRoutes>" + route);
+  const std::string tenth = RawDataWith("<Start>10<", "<Start>10.02<");
+  const std::string rocking = RawDataWith("\"TwoTheta\"", "\"Omega\"");
+  const Imported imported = ImportText(Zipped({{"Experiment0/RawData10.xml", rocking},
+                                               {"Experiment0\\RawData2.xml", second},
+                                               {"Experiment0/RawData11.xml", tenth},
+                                               {"../../RawData0.xml", kRawData}}));
+  ASSERT_EQ(imported.file.scans.size(), 3u) << imported.trouble;
+  for (const MeasuredScan& scan : imported.file.scans) ExpectNear(scan.counts, {5, 7, 6});
+  EXPECT_EQ(imported.file.scans[2].label, "range 3");
+  EXPECT_EQ(imported.file.note, "left out: a scan of Omega");
+  const struct {
+    std::string rawdata, trouble;
+  } refused[] = {
+      {rocking, "it holds a scan of Omega"},
+      {RawDataWith("Recorded", "Varying"), "it holds points without counts"},
+      {RawDataWith("Start=\"4\" Length=\"1\"", "Start=\"3\" Length=\"2\""),
+       "it holds snapshots of a detector with channels"},
+      {RawDataWith(",5.01,7", ",7"),
+       "points of Experiment0/RawData0.xml are not all of as many numbers"},
+      {RawDataWith("Datum", "Data"), "it holds no points"},
+  };
+  for (const auto& each : refused) EXPECT_EQ(ImportText(Brml(each.rawdata)).trouble, each.trouble);
+}
+
+TEST(MarkedUp, RasxScans) {
+  // A factor multiplies, 0 stands for none.
+  const MeasuredScan scan =
+      ScanOf(Rasx("\xEF\xBB\xBF"
+                  "1.0 4 1\r\n2.0 9 0\r\n\r\n3.0 4 10"));
+  ExpectNear(scan.x, {1, 2, 3});
+  ExpectNear(scan.counts, {4, 9, 40});
+  ExpectNear(scan.esd, {2, 3, 20});
+  std::vector<Entry> entries;
+  for (int i = 0; i < 401; ++i) {
+    const std::string folder = "Data" + std::to_string(i) + "/";
+    entries.push_back({folder + "Profile0.txt", "1 " + std::to_string(i) + "\n2 7\n"});
+    entries.push_back({folder + "MesurementConditions0.xml", kConditions});
+  }
+  entries[5].text = Replaced(kConditions, "TwoThetaTheta", "Chi");
+  const Imported imported = ImportText(Zipped(entries));
+  ASSERT_EQ(imported.file.scans.size(), 400u) << imported.trouble;
+  EXPECT_EQ(imported.file.note, "left out: a scan of Chi");
+  EXPECT_EQ(imported.file.scans[11].label, "Data12");
+  EXPECT_EQ(imported.file.scans[11].counts[0], 12);
+  EXPECT_EQ(ImportText(Rasx("1 2\n3\n")).trouble, "a line of Data0/Profile0.txt has no counts");
+  EXPECT_EQ(ImportText(Rasx("")).trouble, "no points in it");
+}
+
+TEST(MarkedUp, Archives) {
+  EXPECT_EQ(ImportText(Zipped({{"word/document.xml", "<a/>"}})).trouble,
+            "it is an archive without a pattern that is known");
+  const std::string whole = Rasx(kProfile);
+  EXPECT_TRUE(
+      ImportText(whole.substr(0, whole.size() / 2)).trouble.starts_with("its archive is damaged"));
+  std::string broken = whole;
+  broken[whole.find("Profile0.txt") + 14] ^= 1;
+  EXPECT_TRUE(ImportText(broken).trouble.starts_with("its \"Data0/Profile0.txt\" is damaged"));
+  // One that unpacks to far more than it is, and one of many entries.
+  EXPECT_TRUE(
+      ImportText(Rasx(std::string((64 << 20) + 1, ' '))).trouble.ends_with("256 MiB in all"));
+  std::vector<Entry> entries(5001, {"", kProfile});
+  for (std::size_t i = 0; i < entries.size(); ++i)
+    entries[i].name = "Data" + std::to_string(i) + "/Profile0.txt";
+  EXPECT_EQ(ImportText(Zipped(entries)).trouble, "it is an archive of more than 5000 entries");
+}
+#endif
+
+// Headings and texts that only look like it.
+TEST(MarkedUp, OthersAreLeftAlone) {
+  for (const char* text :
+       {"data_1\n10 5\n10.1 6\n", "PK says <xrdMeasurements>\n1 2\n",
+        "<html>about xrdMeasurements</html>", "loop_\n_pd_meas_counts_total\n5\n"})
+    for (const char* ours : {"CIF", "XRDML", "zip"})
+      EXPECT_EQ(ImportText(text).format.find(ours), std::string::npos) << text;
+}
+
+TEST(MarkedUp, RealFiles) {
+  const std::string directory = std::string(QUILLAGRAM_SOURCE) + "/../shared/data/patterns/";
+  std::ifstream manifest(directory + "MANIFEST.csv");
+  if (!manifest) GTEST_SKIP() << "no files of real instruments here";
+  std::string line;
+  int read = 0;
+  while (std::getline(manifest, line)) {
+    Texts cell;
+    std::istringstream cells(line);
+    for (std::string text; std::getline(cells, text, ',');) cell.push_back(text);
+    if (cell[1] != "cif" && cell[1] != "xrdml") continue;
+    SCOPED_TRACE(cell[0]);
+    const Imported imported = ImportFile(directory + cell[0]);
+    if (line.find("pole figure") != line.npos) {
+      EXPECT_EQ(imported.trouble, "it holds a scan of Phi at a fixed two-theta");
+      continue;
+    }
+    ASSERT_EQ(imported.file.scans.size(), std::stoul(cell[3])) << imported.trouble;
+    const MeasuredScan& scan = imported.file.scans[0];
+    ASSERT_EQ(scan.x.size(), std::stoul(cell[4]));
+    EXPECT_NEAR(scan.x.front(), std::stod(cell[6]), 1e-5);
+    EXPECT_NEAR(scan.x.back(), std::stod(cell[7]), 1e-5);
+    std::istringstream first(cell[9]), waves(Replaced(cell[13], "\"", ""));
+    double number = 0;
+    for (int i = 0; first >> number; ++i) EXPECT_EQ(scan.counts[i], number) << i;
+    for (int i = 0; waves >> number; ++i) EXPECT_EQ(scan.wavelengths[i], number) << i;
+    ++read;
+  }
+  EXPECT_GT(read, 12);
+}
 }  // namespace
