@@ -64,7 +64,8 @@ double Ratio(double field) { return Within(field, 1e-3, 1); }
 double Seconds(double field) { return Within(field, 1e-6, 1e6); }
 
 void TakeRecord(EvenRange& range, const BinaryFile& bytes, std::size_t stated) {
-  if (stated > 4 && range.points <= bytes.Behind(range.place) / stated) range.record = stated;
+  const bool sensible = stated >= 4 && stated <= 1024 && stated % 4 == 0;
+  if (sensible && bytes.Behind(range.place) != 4 * range.points) range.record = stated;
 }
 
 void AddRange(MeasuredFile& file, const EvenRange& range, const BinaryFile& bytes,

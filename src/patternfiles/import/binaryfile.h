@@ -55,7 +55,8 @@ struct EvenRange {
   bool last = false;       // no other follows
 };
 
-// Takes the bytes of a point as the header states them, and as 4 where so many do not fit.
+// Takes the bytes of a point as the header states them; 4 where that is nothing sensible, or where
+// counts alone make up the rest of the file.
 void TakeRecord(EvenRange& range, const BinaryFile& bytes, std::size_t stated);
 
 // Adds the range to the scans, rising. Of a range that the file ends in come the points that are

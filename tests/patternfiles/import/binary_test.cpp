@@ -41,7 +41,7 @@ struct Bytes : std::string {
 Bytes Range1(float start, Uint following, const std::vector<float>& counts) {
   Bytes range(152);
   range.Put(0, Uint(counts.size())).Put(4, 2.5f).Put(8, 0.25f).Put(20, start).Put(24, -1e6f);
-  range.Text(36, "Quartz").Put(68, 1.5406f).Put(72, 1.54439f).Put(148, following);
+  range.Text(36, "Quartz").Text(43, "x").Put(68, 1.5406f).Put(72, -1e6f).Put(148, following);
   return range.Counts(counts);
 }
 Bytes Raw1(const char* mark = "") {
@@ -79,25 +79,30 @@ Bytes Raw3(double alpha1 = 1.5406) {
   return file.Add(Range3(5, 0.02, 0, 0)).Add(Range3(40, 0.1, 3, 4)).Add(Range3(90, -0.5, 2, 12));
 }
 
-Bytes Range4(Uint kind, const char* type, double start, const std::vector<float>& counts) {
+Bytes Range4(Uint kind, const char* type, double start, const std::vector<float>& counts,
+             Uint record = 4) {
   Bytes range(160);
   range.Put(0, kind).Text(32, type).Put(72, start).Put(80, 0.02).Put(88, Uint(counts.size()));
-  range.Put(92, 0.5f).Put(112, 0.7107).Put(136, Uint(4)).Put(140, Uint(64));
+  range.Put(92, 0.5f).Put(112, 0.7107).Put(136, record).Put(140, Uint(64));
   range.Put(160, Uint(50)).Put(164, Uint(64)).Text(172, "2Theta").Put(216, start);
-  return range.Counts(counts);
+  return range.Counts(counts, std::string(record - 4, '\1'));
 }
+// Between the parts stands one of an unknown kind, which looks like both.
 Bytes Head4(double mean) {
-  Bytes file(61), sample(44), source(120);
+  Bytes file(61), sample(42), source(112), unknown(112);
   file.Text(0, "RAW4.00").Text(12, "04/12/2019").Text(24, "07:08:09");
-  sample.Put(0, Uint(10)).Put(4, Uint(44)).Text(12, "SAMPLEID").Text(36, "Rutile");
-  source.Put(0, Uint(30)).Put(4, Uint(120)).Put(72, mean).Put(80, 1.5406).Put(88, 1.54439);
-  return file.Add(sample).Add(source.Put(104, 0.5));
+  sample.Put(0, Uint(10)).Put(4, Uint(42)).Text(12, "SAMPLEID").Text(36, "Rutile");
+  source.Put(0, Uint(30)).Put(4, Uint(112)).Put(72, mean).Put(80, 1.5406).Put(88, 1.54439);
+  unknown.Text(0, "ABCD").Put(4, Uint(112)).Text(12, "SAMPLEID").Text(36, "none");
+  unknown.Put(72, 1.0).Put(80, 1.0).Put(88, 1.0);
+  source.Put(104, 0.5);
+  return file.Add(unknown).Add(sample).Add(unknown).Add(source).Add(unknown);
 }
 Bytes Raw4() {
   return Head4(1.5418)
       .Add(Range4(0, "Locked Coupled", 10, {4, 5, 6}))
       .Add(Range4(160, "Rocking Curve", 20, {9, 9, 9}))
-      .Add(Range4(160, "Detector Scan", 60, {7, 8}));
+      .Add(Range4(160, "Detector Scan", 60, {7, 8}, 12));
 }
 
 // Four steps of 0.02 from 5 degrees on.
@@ -137,14 +142,18 @@ TEST(BinaryFiles, TellWhatTheyHold) {
     const char *sample, *date, *note;
   } cases[] = {
       // clang-format off
-      {Raw1(), raw1, 2.5, 1.5406, 1.54439, 0, "Quartz", none, none},
-      {Raw1("RAW "), raw1, 2.5, 1.5406, 1.54439, 0, "Quartz", none, none},
+      {Raw1(), raw1, 2.5, 1.5406, 0, 0, "Quartz", none, none},
+      {Raw1("RAW "), raw1, 2.5, 1.5406, 0, 0, "Quartz", none, none},
       {Raw2(), raw2, 4, 1.5406, 1.54439, 0.5, none, "1996-10-14 09:30:05", none},
       {Raw3(), raw3, 12, 1.5406, 1.54439, 0.5, gruen, "2010-03-04 20:59:14", rocking},
       {Raw3(0), raw3, 12, 1.5418, 1.54439, 0.5, gruen, "2010-03-04 20:59:14", rocking},
       {Raw4(), raw4, 0.5, 1.5406, 1.54439, 0.5, "Rutile", "2019-04-12 07:08:09", rocking},
-      // Wavelengths beside their mean are none; each range tells one too.
-      {Head4(3).Add(Range4(160, "", 10, {4})), {{"", 10, 10, {4}}},
+      // One that states more bytes for a point than there are.
+      {Head4(1.5418).Add(Range4(0, "", 10, {4, 5, 6})).Put(Head4(1).size() + 136, Uint(12)),
+       {{"", 10, 10.04, {4, 5, 6}}}, 0.5, 1.5406, 1.54439, 0.5, "Rutile", "2019-04-12 07:08:09",
+       none},
+      // Wavelengths beside their mean are none; each range tells one too. A range may be empty.
+      {Head4(3).Add(Range4(160, "", 10, {4})).Add(Range4(0, "", 20, {})), {{"", 10, 10, {4}}},
        0.5, 0.7107, 0, 0, "Rutile", "2019-04-12 07:08:09", none},
       {Rd("V3RD", 4), rd, 0, 1.54056, 1.54439, 0.5, "Corundum", none, none},
       {Rd("V5RD", 4), rd, 0, 1.54056, 1.54439, 0.5, "Corundum", none, none},
@@ -187,7 +196,7 @@ TEST(BinaryFiles, CutOff) {
       {Raw1(), 4 + 152, 0, "the file ends behind 0 of 3 points", "no points in it"},
       {Raw1(), 4 + 152 + 12 + 20, 1,
        "range 2 and what follows could not be read: it ends within a header", ""},
-      {Raw4(), Raw4().size() - 4, 2,
+      {Raw4(), Raw4().size() - 12, 2,
        "the file ends behind 1 of 2 points; left out: a rocking curve", ""},
       {Rd("V3RD", 4), 250 + 7, 1, "the file ends behind 3 of 4 points", ""},
       {Raw1(), 4 + 151, 0, "", header},
@@ -212,7 +221,7 @@ TEST(BinaryFiles, RefusedWithAReason) {
       {Raw3().Put(712, Uint(303)), "header of a range is too short"},
       {Raw2().Put(256, Short(47)), "header of a range is too short"},
       {Raw3().Put(712 + 16, nan), "no angles"},
-      {Raw2().Put(256 + 12, 1e30f), "no angles"},
+      {Raw2().Put(256 + 12, 100.f).Put(256 + 16, 200.f), "no angles"},
       {Raw3().Put(712 + 176, 0.0), "of one position"},
       {Head4(1).Add(Range4(0, "Phi Scan", 10, {1, 2})), "it holds a scan of phi"},
       {Rd("V3RD", 4).Put(214, 0.0), "no steps"},
