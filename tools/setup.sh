@@ -8,7 +8,7 @@ packages=(g++ cmake ninja-build ccache qt6-base-dev qt6-svg-dev qt6-wayland libg
   libgtest-dev libc-bin locales gemmi-dev tao-pegtl-dev libstb-dev libpugixml-dev libzip-dev libxy-dev)
 if [[ ${1:-} == check ]]; then
   packages+=(clang-14 libclang-rt-14-dev clang-format-14 libbenchmark-dev git
-    desktop-file-utils libxml2-utils shared-mime-info man-db)
+    desktop-file-utils libxml2-utils shared-mime-info man-db python3-gemmi)
 fi
 
 if ! command -v dpkg-query >/dev/null || ! command -v apt-get >/dev/null; then
