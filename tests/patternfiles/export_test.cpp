@@ -80,6 +80,11 @@ TEST_F(Export, CsvHasTheCurvesOnShow) {
     EXPECT_NEAR(q, 2 * std::acos(-1) / 1.54056 * std::sqrt(i), 1e-5);
   }
 
+  // The axes of a truncated slot stay where they are.
+  RunMenu(MenuTruncate, "set 1022 90\npress OK");
+  EXPECT_EQ(PatternAsCsv(SlotInput)[1], plain[2]);
+  OpenThree();
+
   // Curves of an earlier pattern lie in the slots still; they count once they are drawn.
   Curve(SlotBackground, {80, 0, 90.25f});
   Curve(SlotRefined, {0, 150, 10});
@@ -133,7 +138,7 @@ TEST_F(Export, OverlaysAreColumnsOrFilesOfTheirOwn) {
   const std::string text = ReadFile(all);
   EXPECT_TRUE(text.starts_with("two_theta,counts,d,q,\"a,\"\"b\"\"\"\r\n60,100,1.5405")) << text;
   EXPECT_TRUE(text.ends_with(",3\r\n")) << text;
-  EXPECT_EQ(ReadFile(apart), "two_theta,counts,d,q\r\n60,8,2,3.1415925\r\n0,7,,0\r\n");
+  EXPECT_EQ(ReadFile(apart), "two_theta,counts,d,q\r\n60,8,2,3.1415925\r\n0,7,,\r\n");
   EXPECT_EQ(Told(MenuExportCsv, all), "Saved all.csv, 3 points");
 
   // One of them may be left out, and without the first name there is nothing.
@@ -319,6 +324,9 @@ TEST_F(Export, FailuresAreTold) {
   }
   RunMenu(MenuExportCsv, "file " + dir.file(std::string(250, 'n')));
   EXPECT_EQ(Events().back().substr(0, 4), "box\t");
+  ws.npts(SlotInput) = 0;
+  RunMenu(MenuExportPdCif);
+  EXPECT_EQ(Events().back(), "box\tError\tThere are no points to export");
 }
 
 // ---- The same by other roads ----

@@ -17,21 +17,11 @@ std::vector<std::string> PatternAsXye();
 // A block of the powder dictionary.
 std::vector<std::string> PatternAsPdCif();
 
-// ---- What is on show beside the counts --------------------------------------------------------
-
-// By the points of slot 1, not a number where there is none; empty without the curve.
-std::vector<float> ShownBackground();
-std::vector<float> ShownCalculated();
-// Whether all points of slot 1 are whole numbers, and none below 0.
-bool HasCounts();
-// The overlays, from 1, whose two-theta values are not those of slot 1.
-std::vector<int> OverlaysApart();
-
 // ---- Commands, by number ----------------------------------------------------------------------
 
 enum PatternExport { ExportCsv, ExportXye, ExportPdCif };
 // Asks for the name, and with csv for that of each overlay apart, which may be left out.
 Outcome AskPatternExport(Arguments& arguments);
 Outcome ExportPattern(const Arguments& arguments);
-// What there is to know of the file besides: " without a wavelength, ..."; may be blank.
+// What the status bar tells of the file besides: "; no wavelength, as none is stated"; or blank.
 std::string ExportRemark(int number);

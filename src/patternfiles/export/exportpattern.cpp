@@ -1,4 +1,5 @@
 // "Export": the files of the pattern and of overlays.
+#include "patternfiles/export/columns.h"
 #include "patternfiles/export/export.h"
 #include "toolkit/toolkit.h"
 #include "workspace/csv.h"
@@ -36,6 +37,10 @@ bool Write(const std::string& path, const std::vector<std::string>& lines, const
 
 Outcome AskPatternExport(Arguments& arguments) {
   const ExportFormat& format = kFormats[arguments.number];
+  if (ws.npts(SlotInput) < 1) {
+    MessageBoxError("Error", "There are no points to export");
+    return Outcome::Failed;
+  }
   arguments.path = AskName(format, ws.patternstem, "Export pattern");
   if (arguments.path.empty()) return Outcome::Cancelled;
   if (arguments.number != ExportCsv) return Outcome::Done;

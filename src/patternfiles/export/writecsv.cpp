@@ -1,11 +1,13 @@
 // The pattern as csv.
 //
 //   two_theta,counts,background,calculated,difference,d,q,quartz
-//   5.02,151,98.5,149.25,1.75,17.588924,0.3572240,87
+//   5.02,151,98.5,149.25,1.75,17.58881,0.3572263,87
 #include <algorithm>
+#include <cmath>
 #include <functional>
 #include <limits>
 
+#include "patternfiles/export/columns.h"
 #include "patternfiles/export/export.h"
 #include "workspace/csv.h"
 #include "workspace/slots.h"
@@ -13,14 +15,7 @@
 
 namespace {
 
-constexpr float kNotANumber = std::numeric_limits<float>::quiet_NaN();
-
-struct Column {
-  std::string head;
-  std::vector<float> values;
-};
-
-std::vector<float> Copy(std::span<const float> values) { return {values.begin(), values.end()}; }
+constexpr float kNone = std::numeric_limits<float>::quiet_NaN();
 
 std::vector<float> Difference(std::span<const float> counts, std::span<const float> calculated) {
   std::vector<float> difference(calculated.size());
@@ -28,37 +23,46 @@ std::vector<float> Difference(std::span<const float> counts, std::span<const flo
   return difference;
 }
 
-std::vector<Column> ColumnsOf(int slot) {
-  const auto axis = [slot](int which) {
-    return Copy(ws.xval.row(which, slot).first(ws.npts(slot)));
-  };
-  std::vector<Column> columns{{"two_theta", axis(AxisTth)}, {"counts", Copy(IntensityOf(slot))}};
-  const bool pattern = slot == SlotInput;
-  if (auto background = ShownBackground(); pattern && !background.empty())
+void AddCurves(std::vector<Column>& columns) {
+  if (auto background = ShownBackground(); !background.empty())
     columns.push_back({"background", std::move(background)});
-  if (auto calculated = ShownCalculated(); pattern && !calculated.empty()) {
-    auto difference = Difference(IntensityOf(slot), calculated);
-    columns.push_back({"calculated", std::move(calculated)});
-    columns.push_back({"difference", std::move(difference)});
-  }
-  columns.push_back({"d", axis(AxisD)});
-  std::ranges::replace(columns.back().values, 0.0f, kNotANumber);  // of a two-theta of 0
-  columns.push_back({"q", axis(AxisQ)});
-  return columns;
+  auto calculated = ShownCalculated();
+  if (calculated.empty()) return;
+  auto difference = Difference(IntensityOf(SlotInput), calculated);
+  columns.push_back({"calculated", std::move(calculated)});
+  columns.push_back({"difference", std::move(difference)});
 }
 
 void AddOverlays(std::vector<Column>& columns) {
   const std::vector<int> apart = OverlaysApart();
   for (int k = 1; k <= ws.noverlay; ++k)
     if (std::ranges::find(apart, k) == apart.end())
-      columns.push_back({FileStem(ws.overlayname(k)), Copy(IntensityOf(SlotOverlay + k - 1))});
+      columns.push_back({FileStem(ws.overlayname(k)), CopyOf(IntensityOf(SlotOverlay + k - 1))});
+}
+
+// From the two-theta: the axes of a slot that has been truncated are still those of before.
+void AddAxes(std::vector<Column>& columns, float wavelength) {
+  Column d{"d", columns.front().values}, q{"q", columns.front().values};
+  for (float& value : d.values)
+    value = value > 0 ? (wavelength * 0.5f) / std::sin(value * 0.5f / RadToDeg) : kNone;
+  std::ranges::transform(d.values, q.values.begin(),
+                         [](float spacing) { return 6.283185f / spacing; });
+  columns.insert(columns.end(), {std::move(d), std::move(q)});
+}
+
+std::vector<Column> ColumnsOf(int slot) {
+  std::vector<Column> columns{{"two_theta", CopyOf(TthOf(slot))},
+                              {"counts", CopyOf(IntensityOf(slot))}};
+  if (slot == SlotInput) AddCurves(columns);
+  AddAxes(columns, slot == SlotInput ? ws.axiswave : ws.wavelen(slot));
+  if (slot == SlotInput) AddOverlays(columns);
+  return columns;
 }
 
 }  // namespace
 
 std::vector<std::string> PatternAsCsv(int slot) {
-  std::vector<Column> columns = ColumnsOf(slot);
-  if (slot == SlotInput) AddOverlays(columns);
+  const std::vector<Column> columns = ColumnsOf(slot);
   std::vector<std::string> cells;
   for (const Column& column : columns) cells.push_back(column.head);
   std::vector<std::string> lines{CsvLine(cells)};

@@ -19,12 +19,12 @@
 //   183
 //   178
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <optional>
 
 #include "crystal/cellmetric.h"
 #include "patternfiles/export/ciftext.h"
+#include "patternfiles/export/columns.h"
 #include "patternfiles/export/export.h"
 #include "toolkit/toolkit.h"
 #include "workspace/record.h"
@@ -128,13 +128,6 @@ std::optional<EvenGrid> FindEvenGrid(std::span<const float> x) {
   return std::nullopt;
 }
 
-struct Column {
-  const char* tag;
-  std::vector<float> values;
-};
-
-std::vector<float> Copy(std::span<const float> values) { return {values.begin(), values.end()}; }
-
 void AddPoints(Block& block) {
   std::vector<Column> columns;
   const std::span<const float> x = TthOf(SlotInput);
@@ -144,17 +137,17 @@ void AddPoints(Block& block) {
     block.Item("_pd_meas_2theta_range_max", Number(grid->last));
     block.Item("_pd_meas_2theta_range_inc", grid->step);
   } else {
-    columns.push_back({"_pd_meas_2theta_scan", Copy(x)});
+    columns.push_back({"_pd_meas_2theta_scan", CopyOf(x)});
   }
   columns.push_back({HasCounts() ? "_pd_meas_counts_total" : "_pd_meas_intensity_total",
-                     Copy(IntensityOf(SlotInput))});
+                     CopyOf(IntensityOf(SlotInput))});
   columns.push_back({"_pd_calc_intensity_total", ShownCalculated()});
   columns.push_back({"_pd_proc_intensity_bkg_calc", ShownBackground()});
   std::erase_if(columns, [](const Column& column) { return column.values.empty(); });
 
   block.Line("");
   block.Line("loop_");
-  for (const Column& column : columns) block.Line(column.tag);
+  for (const Column& column : columns) block.Line(column.head);
   for (std::size_t i = 0; i < x.size(); ++i) {
     std::string line;
     for (const Column& column : columns)

@@ -1,10 +1,11 @@
-// What is on show beside the counts of the pattern.
+// The curves that belong to the pattern, and its overlays.
+#include "patternfiles/export/columns.h"
+
 #include <algorithm>
 #include <cmath>
 #include <limits>
 
 #include "background/background.h"
-#include "patternfiles/export/export.h"
 #include "workspace/slots.h"
 
 namespace {
@@ -32,6 +33,8 @@ std::vector<float> RefinedPolynomial() {
 
 }  // namespace
 
+std::vector<float> CopyOf(std::span<const float> values) { return {values.begin(), values.end()}; }
+
 // The points of slot 2 may be those of an earlier pattern: only what is drawn, or has been taken
 // off or refined in what is drawn, is known to belong to this one.
 std::vector<float> ShownBackground() {
@@ -40,8 +43,7 @@ std::vector<float> ShownBackground() {
   const int n = ws.npts(SlotInput);
   if (!drawn && refined && ws.chebyused > 0) return RefinedPolynomial();
   if ((!drawn && !refined) || !OnGridOf(SlotInput, SlotBackground, n)) return {};
-  const auto values = ws.yval.row(SlotBackground).first(n);
-  return UnlessBlank({values.begin(), values.end()});
+  return UnlessBlank(CopyOf(ws.yval.row(SlotBackground).first(n)));
 }
 
 // That of an overlay begins where both patterns do.
