@@ -273,7 +273,8 @@ TEST(CifText, LettersValuesAndNames) {
                {"it's", "_t it's"},
                {"the dog's life", "_t 'the dog's life'"},
                {"dogs' life", "_t \"dogs' life\""},
-               {"a' b\" c", "_t\n;a' b\" c\n;"}};
+               {"a' b\" c", "_t\n;a' b\" c\n;"},
+               {"no '1'#2", "_t \"no '1'#2\""}};
   for (const auto& c : items) EXPECT_EQ(Joined(CifItem("_t", c.value)), c.line + std::string("\n"));
   // A long text is folded at blanks, and no line of it may look like its end.
   const std::string words = std::string(70, 'a') + " ;" + std::string(60, 'b') + " " + "c";

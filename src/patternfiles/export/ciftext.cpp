@@ -89,9 +89,11 @@ bool StandsAlone(std::string_view value) {
   });
 }
 
-// A quote ends a value only where a blank follows it.
+// A quote ends a value where a blank follows it, and for some readers where a comment does.
 bool CanStandIn(char quote, std::string_view value) {
-  return value.find(std::string{quote, ' '}) == std::string_view::npos;
+  return std::ranges::none_of(std::string_view(" #"), [=](char next) {
+    return value.find(std::string{quote, next}) != std::string_view::npos;
+  });
 }
 
 std::string Quoted(const std::string& value) {
