@@ -135,7 +135,7 @@ std::optional<double> WavelengthOf(std::string_view unit, std::string_view value
 }
 
 // Text of a heading as the window shows it: one that is no UTF-8 is taken as Latin-1.
-std::string AsUtf8(std::string_view text) {
+std::string FromLatin1(std::string_view text) {
   std::string utf8;
   for (std::size_t i = 0; i < text.size(); ++i) {
     const auto letter = static_cast<unsigned char>(text[i]);
@@ -166,7 +166,7 @@ bool TakeFirst(Value& field, const std::optional<New>& value) {
 
 bool TakeText(std::string& field, std::string_view value) {
   value = Unquoted(value);
-  if (field.empty()) field = Cut(AsUtf8(value), 200);
+  if (field.empty()) field = Cut(FromLatin1(value), 200);
   return !value.empty();
 }
 
@@ -182,7 +182,7 @@ bool TakeTime(MeasuredScan& scan, std::string_view value) {
   value = Unquoted(value);
   if (value.size() != 8 || value[2] != ':' || value[5] != ':' || scan.date.size() != 10)
     return false;
-  scan.date += ' ' + AsUtf8(value);
+  scan.date += ' ' + FromLatin1(value);
   return true;
 }
 

@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "patternfiles/import/markup.h"
+#include "patternfiles/import/utf8.h"
 #include "workspace/text.h"
 
 namespace {

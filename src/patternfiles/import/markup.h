@@ -1,7 +1,6 @@
 // What the readers of CIF, XML and archives share: texts, numbers and the list of scans.
 #pragma once
 
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -18,17 +17,8 @@ MeasuredFile ImportRasx(const ImportSource& source);
 // thirty times as much.
 constexpr std::size_t kMostMarkup = std::size_t{64} << 20;
 
-// In UTF-8 and without byte order mark, which also tells UTF-16.
-std::string AsUtf8(std::string_view bytes);
-// Without blanks, tabs and line ends around it.
-std::string_view Stripped(std::string_view text);
-// None unless the whole text is a number; a point stands before the decimals, "+" may stand in
-// front.
-std::optional<double> NumberIn(std::string_view text);
 // Parted by blanks, commas, semicolons or line ends. Throws NotReadable "WHERE hold(s) ...".
 std::vector<double> NumbersIn(std::string_view text, const std::string& where);
-// "2005-09-17T20:43:43.25+02:00" as "2005-09-17 20:43:43"; other texts as they are.
-std::string PlainDate(std::string_view stamp);
 // Letters in lower case, without blanks.
 std::string Squeezed(std::string_view text);
 // "2Theta-Omega", "TwoThetaTheta"

@@ -7,39 +7,17 @@
 #include <limits>
 #include <utility>
 
+#include "patternfiles/import/utf8.h"
+
 namespace {
 
 constexpr std::size_t kHead = 32768;  // bytes that tell the format of a file
 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
-bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\f' || c == '\0'; }
+bool IsBlank(char c) {
+  return c == ' ' || c == '\t' || c == '\r' || c == '\n' || c == '\f' || c == '\0';
+}
 bool IsSeparator(char c) { return IsBlank(c) || c == ',' || c == ';'; }
-
-void AppendUtf8(std::string& text, unsigned letter) {
-  if (letter < 0x80) {
-    text += static_cast<char>(letter);
-  } else if (letter < 0x800) {
-    text += static_cast<char>(0xC0 | letter >> 6);
-    text += static_cast<char>(0x80 | (letter & 0x3F));
-  } else {
-    text += static_cast<char>(0xE0 | letter >> 12);
-    text += static_cast<char>(0x80 | (letter >> 6 & 0x3F));
-    text += static_cast<char>(0x80 | (letter & 0x3F));
-  }
-}
-
-// Letters in pairs of surrogates are none that a reader looks for.
-std::string FromUtf16(std::string_view bytes, bool bigendian) {
-  std::string text;
-  text.reserve(bytes.size() / 2);
-  for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) {
-    const unsigned low = static_cast<unsigned char>(bytes[i + (bigendian ? 1 : 0)]);
-    const unsigned high = static_cast<unsigned char>(bytes[i + (bigendian ? 0 : 1)]);
-    const unsigned letter = high << 8 | low;
-    AppendUtf8(text, letter >= 0xD800 && letter < 0xE000 ? '?' : letter);
-  }
-  return text;
-}
 
 // The e.s.d. of counts; those of none are not 0.
 double RootOf(double counts) { return std::sqrt(std::max(counts, 1.0)); }
@@ -72,7 +50,7 @@ TextLines::TextLines(std::string_view bytes) : rest(bytes) {
   if (bytes.starts_with("\xEF\xBB\xBF")) {
     rest.remove_prefix(3);
   } else if (bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF")) {
-    decoded = FromUtf16(bytes.substr(2), bytes[0] == '\xFE');
+    decoded = AsUtf8(bytes);
     rest = decoded;
   }
 }

@@ -2,9 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <filesystem>
-#include <fstream>
-#include <map>
 #include <sstream>
 
 #include "patternfiles/import/import.h"
@@ -340,45 +337,6 @@ TEST(ImportText, Rigaku) {
   EXPECT_EQ(groups.file.scans[0].seconds, 10);
   EXPECT_EQ(Told(Import("*A=1\n*START=\n*STEP=\n7,6\n")),
             "trouble: it tells no first angle or no step");
-}
-
-// Files of instruments come in as their content has been noted.
-TEST(ImportText, RealFiles) {
-  const std::string directory = std::string(QUILLAGRAM_SOURCE) + "/../shared/data/patterns/";
-  std::ifstream manifest(directory + "MANIFEST.csv");
-  if (!manifest) GTEST_SKIP() << "no files of real instruments here";
-  const std::map<std::string, std::string> refused{
-      {"uxd/rates_16_ranges.uxd", "its ranges run over PHI, not over two-theta"}};
-  std::string line;
-  std::getline(manifest, line);  // headings
-  int read = 0;
-  while (std::getline(manifest, line)) {
-    std::vector<std::string> cell;
-    std::istringstream cells(line);
-    for (std::string text; std::getline(cells, text, ',');) cell.push_back(text);
-    const std::string kind = cell[1];
-    if (kind == "cif" || kind == "xrdml" || !std::filesystem::exists(directory + cell[0])) continue;
-    SCOPED_TRACE(cell[0]);
-    const Imported imported = ImportFile(directory + cell[0]);
-    if (const auto why = refused.find(cell[0]); why != refused.end()) {
-      EXPECT_EQ(imported.trouble, why->second);
-      continue;
-    }
-    ++read;
-    ASSERT_EQ(imported.file.scans.size(), std::stoul(cell[3])) << imported.trouble;
-    const MeasuredScan& scan = imported.file.scans[0];
-    ASSERT_EQ(scan.x.size(), std::stoul(cell[4]));
-    EXPECT_NEAR(scan.x.front(), std::stod(cell[6]), 1e-6);
-    EXPECT_NEAR(scan.x.back(), std::stod(cell[7]), 1e-6);
-    std::istringstream intensities(cell[9] + ' ' + cell[11]);
-    for (int i = 0; i < 3; ++i) {
-      double wanted;
-      intensities >> wanted;
-      EXPECT_DOUBLE_EQ(scan.counts[i], wanted);
-    }
-    EXPECT_EQ(scan.esd.empty(), !cell[0].ends_with(".xye"));
-  }
-  EXPECT_GT(read, 20);
 }
 
 }  // namespace

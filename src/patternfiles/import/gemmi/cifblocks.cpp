@@ -6,6 +6,8 @@
 #include <gemmi/cif.hpp>
 
 #include "patternfiles/import/markup.h"
+#include "patternfiles/import/textlines.h"
+#include "patternfiles/import/utf8.h"
 #include "workspace/text.h"
 
 namespace {
@@ -98,7 +100,7 @@ std::optional<CifNumber> CifNumberIn(std::string_view text) {
   if (text.size() > 1 && (text[0] == '\'' || text[0] == '"'))
     text = text.substr(1, text.size() - 2);
   const std::size_t open = std::min(text.find('('), text.size());
-  const auto value = NumberIn(text.substr(0, open));
+  const auto value = NumberOf(text.substr(0, open));
   if (!value) return std::nullopt;
   CifNumber number{*value};
   const std::size_t close = text.find(')', open);
@@ -107,7 +109,7 @@ std::optional<CifNumber> CifNumberIn(std::string_view text) {
   const std::size_t point = text.substr(0, open).find('.');
   const bool scaled = point != text.npos && digits.find('.') == digits.npos;
   const double last = scaled ? std::pow(10.0, -static_cast<double>(open - point - 1)) : 1;
-  number.su = NumberIn(digits).value_or(0) * last;
+  number.su = NumberOf(digits).value_or(0) * last;
   return number;
 }
 

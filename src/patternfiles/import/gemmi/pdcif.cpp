@@ -12,6 +12,7 @@
 #include <cmath>
 #include <span>
 
+#include "patternfiles/import/dates.h"
 #include "patternfiles/import/gemmi/cifblocks.h"
 #include "patternfiles/import/markup.h"
 
@@ -181,7 +182,7 @@ std::string SampleOf(const CifBlock& block) {
 void Describe(const CifBlocks& blocks, const CifBlock& own, MeasuredScan& scan) {
   scan.label = own.name;
   scan.seconds = std::max(own.Number("_pd_meas_step_count_time").value_or(0), 0.0);
-  scan.date = PlainDate(own.Text({"_pd_meas_datetime_initiated"}));
+  scan.date = IsoDate(own.Text({"_pd_meas_datetime_initiated"}));
   scan.instrument = own.Text({"_diffrn_measurement_device_type", "_diffrn_measurement_device"});
   const auto hassample = [](const CifBlock& block) { return !SampleOf(block).empty(); };
   if (const CifBlock* block = BlockThatTells(blocks, own, hassample))

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "patternfiles/import/markup.h"
+#include "patternfiles/import/textlines.h"
 #include "workspace/text.h"
 
 void ParseXml(std::string_view bytes, pugi::xml_document& tree) {
@@ -46,6 +47,6 @@ std::string_view Told(pugi::xml_node node, std::string_view name) {
 }
 
 double ValueOf(pugi::xml_node node) {
-  const auto number = NumberIn(TextOf(node));
-  return number ? *number : NumberIn(Told(node, "Value")).value_or(0);
+  const auto number = NumberOf(TextOf(node));
+  return number ? *number : NumberOf(Told(node, "Value")).value_or(0);
 }

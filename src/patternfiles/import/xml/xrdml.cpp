@@ -18,7 +18,9 @@
 #include <algorithm>
 #include <cmath>
 
+#include "patternfiles/import/dates.h"
 #include "patternfiles/import/markup.h"
+#include "patternfiles/import/textlines.h"
 #include "patternfiles/import/xml/xmltree.h"
 #include "workspace/text.h"
 
@@ -103,7 +105,7 @@ std::string Temperature(pugi::xml_node scan) {
   });
   for (pugi::xml_node node : {marked, marked.first_child()}) {
     const std::string_view text = TextOf(node);
-    const auto value = NumberIn(text.substr(0, text.find_first_of(" \t\r\n")));
+    const auto value = NumberOf(text.substr(0, text.find_first_of(" \t\r\n")));
     if (value) return Fixed(*value, 1) + " " + std::string(Told(marked, "unit"));
   }
   return "";
@@ -132,7 +134,7 @@ void AddScan(pugi::xml_node node, MeasuredScan scan, ScanList& scans) {
                           " at a fixed two-theta");
   Unattenuate(points, scan, scans);
   TakeTime(points, scan, scans);
-  scan.date = PlainDate(Told(header, "startTimeStamp"));
+  scan.date = IsoDate(Told(header, "startTimeStamp"));
   scan.instrument = OnOneLine(Told(Child(header, "source"), "instrumentControlSoftware"));
   const std::string temperature = Temperature(node);
   if (!temperature.empty()) scan.label += (scan.label.empty() ? "" : ", ") + temperature;

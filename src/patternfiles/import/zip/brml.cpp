@@ -24,7 +24,9 @@
 #include <array>
 #include <cmath>
 
+#include "patternfiles/import/dates.h"
 #include "patternfiles/import/markup.h"
+#include "patternfiles/import/textlines.h"
 #include "patternfiles/import/xml/xmltree.h"
 #include "patternfiles/import/zip/archive.h"
 #include "workspace/text.h"
@@ -64,7 +66,7 @@ Axes AxesOf(pugi::xml_node route) {
 
 // A column or a number of columns; -1 for what is none.
 int Place(pugi::xml_node view, const char* name, int width) {
-  const double number = NumberIn(Told(view, name)).value_or(-1);
+  const double number = NumberOf(Told(view, name)).value_or(-1);
   return number >= 0 && number <= width ? static_cast<int>(number) : -1;
 }
 
@@ -172,7 +174,7 @@ MeasuredScan Described(const std::vector<const pugi::xml_document*>& trees) {
   const pugi::xml_node sample = Anywhere(trees, "SampleName");
   const std::string_view text = TextOf(sample);
   scan.sample = OnOneLine(text.empty() ? Told(sample, "Value") : text);
-  scan.date = PlainDate(TextOf(Anywhere(trees, "TimeStampStarted")));
+  scan.date = IsoDate(TextOf(Anywhere(trees, "TimeStampStarted")));
   return scan;
 }
 

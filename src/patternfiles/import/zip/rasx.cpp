@@ -10,7 +10,10 @@
 #include <algorithm>
 #include <cmath>
 
+#include "patternfiles/import/dates.h"
 #include "patternfiles/import/markup.h"
+#include "patternfiles/import/textlines.h"
+#include "patternfiles/import/utf8.h"
 #include "patternfiles/import/xml/xmltree.h"
 #include "patternfiles/import/zip/archive.h"
 #include "workspace/text.h"
@@ -58,7 +61,7 @@ bool Describe(pugi::xml_node conditions, MeasuredScan& scan, ScanList& scans) {
                       ValueOf(Below(conditions, "WavelengthKalpha2"))};
   scan.sample = told("SampleName");
   scan.instrument = told("SystemName");
-  scan.date = PlainDate(told("StartTime"));
+  scan.date = IsoDate(told("StartTime"));
   scan.seconds = SecondsOf(information);
   if (Squeezed(told("IntensityUnit")) == "cps") scans.Note("its intensities are counts per second");
   return true;
