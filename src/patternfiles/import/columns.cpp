@@ -25,8 +25,9 @@
 namespace {
 
 constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
-constexpr std::size_t kHeadingLines = 12;  // kept in front of a block
-constexpr double kMostTwoTheta = 200;      // what lies above is no angle
+constexpr std::size_t kHeadingLines = 12;    // kept in front of a block
+constexpr std::size_t kMostHeadings = 5000;  // lines of words that are searched for keys
+constexpr double kMostTwoTheta = 200;        // what lies above is no angle
 constexpr std::size_t kFewPoints = 10, kManyPoints = 100;
 
 struct HeadingLine {
@@ -109,7 +110,7 @@ class ColumnReader {
   std::vector<double> row;
   std::vector<HeadingLine> heading;  // since the last row
   bool blank = false;                // a blank line since then
-  std::size_t rows = 0;
+  std::size_t rows = 0, headings = 0;
 };
 
 // A row begins with a number and holds another one, or a sign that it is missing.
@@ -158,7 +159,7 @@ void ColumnReader::TakeHeading(std::string_view line) {
   if (heading.size() == kHeadingLines) heading.erase(heading.begin());
   heading.push_back({lines.Number(), line});
   const std::size_t text = std::min(line.find_first_not_of("#;'!/*%_$& \t"), line.size());
-  TakeKeyLine(header, line.substr(text));
+  if (++headings < kMostHeadings) TakeKeyLine(header, line.substr(text));
 }
 
 void ColumnReader::Read() {
