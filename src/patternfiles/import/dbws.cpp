@@ -163,7 +163,12 @@ std::optional<MeasuredScan> StepScanOf(std::string_view bytes) {
 }  // namespace
 
 bool IsStartStepStop(std::string_view bytes) {
-  return LooksText(bytes) && StepScanOf(bytes).has_value();
+  if (!LooksText(bytes)) return false;
+  try {
+    return StepScanOf(bytes).has_value();
+  } catch (const NotReadable&) {
+    return true;  // it has been too large; the reader says so again
+  }
 }
 
 MeasuredFile ReadStartStepStop(const ImportSource& source) {

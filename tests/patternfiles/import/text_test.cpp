@@ -303,6 +303,9 @@ TEST(ImportText, StartStepStop) {
   EXPECT_EQ(first("5 .02 6.18\n" + halves), scan.substr(0, 14) + " 33.2 ");
   // An interrupted measurement; and columns whose first line might begin like that.
   EXPECT_EQ(first("5 .02 7.18\n" + ten), scan);
+  std::string many = "5 .02 150\n";
+  for (int i = 0; i < 1'300'000; ++i) many += "1 2 3 4 5 6 7 8 9 1\n";
+  EXPECT_EQ(first(many), "trouble: it holds more than 4000000 points");
   EXPECT_EQ(first("5 .02 7.18\n6 1100 1\n7 1200 2\n8 1300 1\n"), "4 5 8 1100 1 ");
 }
 
