@@ -10,6 +10,7 @@
 // A block with points is a scan. Its wavelength and its sample may stand in another block.
 #include <algorithm>
 #include <cmath>
+#include <set>
 #include <span>
 
 #include "patternfiles/import/dates.h"
@@ -111,31 +112,45 @@ std::vector<double> EsdsOf(const CifBlock& block, const std::string& tag, const 
   return {};
 }
 
-// Whether one of them names the other as its diffractogram, or as one of its phases.
-bool AreLinked(const CifBlock& one, const CifBlock& other) {
-  const auto names = [](const CifBlock& from, const char* tag, const CifBlock& to) {
-    const CifValues* listed = from.Find(tag);
-    const std::string id = to.Text({"_pd_block_id"});
-    if (!listed || id.empty()) return false;
-    for (std::size_t i = 0; i < listed->count; ++i)
-      if (CifText((*listed)[i]) == id) return true;
-    return false;
+// A block's own name in the file and those of the blocks that it speaks of.
+struct Links {
+  std::string id;
+  std::set<std::string> diffractograms, phases;
+};
+
+Links LinksOf(const CifBlock& block) {
+  const auto listed = [&](const char* tag) {
+    std::set<std::string> names;
+    const CifValues* values = block.Find(tag);
+    for (std::size_t i = 0; values && i < values->count; ++i) names.insert(CifText((*values)[i]));
+    return names;
   };
-  return names(one, "_pd_block_diffractogram_id", other) ||
-         names(other, "_pd_block_diffractogram_id", one) || names(one, "_pd_phase_block_id", other);
+  return {block.Text({"_pd_block_id"}), listed("_pd_block_diffractogram_id"),
+          listed("_pd_phase_block_id")};
 }
+
+bool AreLinked(const Links& pattern, const Links& other) {
+  const bool named = !pattern.id.empty() && other.diffractograms.contains(pattern.id);
+  return named || (!other.id.empty() && (pattern.diffractograms.contains(other.id) ||
+                                         pattern.phases.contains(other.id)));
+}
+
+struct Cif {
+  CifBlocks blocks;
+  std::vector<Links> links;  // of the blocks
+};
 
 // The block that tells something of a pattern: its own, or else the only one that is linked with
 // it, or else the only one of the file.
 template <class Tells>
-const CifBlock* BlockThatTells(const CifBlocks& blocks, const CifBlock& own, Tells tells) {
-  if (tells(own)) return &own;
+const CifBlock* BlockThatTells(const Cif& cif, std::size_t own, Tells tells) {
+  if (tells(cif.blocks[own])) return &cif.blocks[own];
   for (const bool linked : {true, false}) {
     const CifBlock* teller = nullptr;
     int found = 0;
-    for (const CifBlock& block : blocks) {
-      if (!tells(block) || (linked && !AreLinked(own, block))) continue;
-      teller = &block;
+    for (std::size_t i = 0; i < cif.blocks.size(); ++i) {
+      if ((linked && !AreLinked(cif.links[own], cif.links[i])) || !tells(cif.blocks[i])) continue;
+      teller = &cif.blocks[i];
       ++found;
     }
     if (found > 0) return found == 1 ? teller : nullptr;
@@ -179,15 +194,15 @@ std::string SampleOf(const CifBlock& block) {
                      "_pd_phase_name", "_chemical_formula_sum"});
 }
 
-void Describe(const CifBlocks& blocks, const CifBlock& own, MeasuredScan& scan) {
+void Describe(const Cif& cif, std::size_t place, MeasuredScan& scan) {
+  const CifBlock& own = cif.blocks[place];
   scan.label = own.name;
   scan.seconds = std::max(own.Number("_pd_meas_step_count_time").value_or(0), 0.0);
   scan.date = IsoDate(own.Text({"_pd_meas_datetime_initiated"}));
   scan.instrument = own.Text({"_diffrn_measurement_device_type", "_diffrn_measurement_device"});
   const auto hassample = [](const CifBlock& block) { return !SampleOf(block).empty(); };
-  if (const CifBlock* block = BlockThatTells(blocks, own, hassample))
-    scan.sample = SampleOf(*block);
-  if (const CifBlock* block = BlockThatTells(blocks, own, WavelengthsIn))
+  if (const CifBlock* block = BlockThatTells(cif, place, hassample)) scan.sample = SampleOf(*block);
+  if (const CifBlock* block = BlockThatTells(cif, place, WavelengthsIn))
     TakeWavelengths(*block, scan);
 }
 
@@ -198,7 +213,8 @@ const char* OtherKind(const CifBlock& block) {
 }
 
 // The counts that are preferred among those that have positions.
-void AddPattern(const CifBlocks& blocks, const CifBlock& block, ScanList& scans) {
+void AddPattern(const Cif& cif, std::size_t place, ScanList& scans) {
+  const CifBlock& block = cif.blocks[place];
   const char* amiss = nullptr;
   for (const char* tag : kCounts) {
     const CifValues* counts = block.Find(tag);
@@ -213,7 +229,7 @@ void AddPattern(const CifBlocks& blocks, const CifBlock& block, ScanList& scans)
       if (!TakeColumn(block, kSpacings, scan)) continue;
     }
     scan.esd = EsdsOf(block, tag, scan, *counts);
-    Describe(blocks, block, scan);
+    Describe(cif, place, scan);
     return scans.Add(std::move(scan));
   }
   if (amiss) scans.LeaveOut(amiss);
@@ -237,12 +253,14 @@ const char* WhatElse(const CifBlocks& blocks) {
 }  // namespace
 
 MeasuredFile ImportPdCif(const ImportSource& source) {
-  constexpr std::size_t kMostCif = std::size_t{32} << 20;
+  constexpr std::size_t kMostCif = std::size_t{32} << 20, kMostBlocks = 5000;
   if (source.bytes.size() > kMostCif) throw NotReadable("it is larger than 32 MiB");
-  const CifBlocks blocks = ParseCif(source.bytes);
+  Cif cif{ParseCif(source.bytes), {}};
+  if (cif.blocks.size() > kMostBlocks) throw NotReadable("it holds more than 5000 blocks");
+  for (const CifBlock& block : cif.blocks) cif.links.push_back(LinksOf(block));
   ScanList scans;
-  for (const CifBlock& block : blocks) AddPattern(blocks, block, scans);
-  MeasuredFile file = scans.Done(WhatElse(blocks));
+  for (std::size_t i = 0; i < cif.blocks.size(); ++i) AddPattern(cif, i, scans);
+  MeasuredFile file = scans.Done(WhatElse(cif.blocks));
   if (file.scans.size() == 1) file.scans[0].label.clear();
   return file;
 }

@@ -32,19 +32,24 @@ std::vector<double> Numbers(pugi::xml_node parent, const std::string& name) {
 
 double Number(pugi::xml_node parent, const char* name) { return ValueOf(Child(parent, name)); }
 
+std::vector<double> Grid(double first, double last, std::size_t n) {
+  std::vector<double> grid;
+  for (std::size_t i = 0; n > 1 && i < n; ++i)
+    grid.push_back(first + static_cast<double>(i) * (last - first) / static_cast<double>(n - 1));
+  return grid;
+}
+
 // Without positions if two-theta stands still, or is not told.
 void TakePositions(pugi::xml_node points, MeasuredScan& scan) {
   pugi::xml_node axis = Child(points, "positions");
   while (axis && !NamesTwoTheta(Told(axis, "axis"))) axis = NextLike(axis);
   const std::size_t n = scan.counts.size();
   scan.x = Numbers(axis, "listPositions");
-  if (!scan.x.empty() && scan.x.size() != n)
+  if (scan.x.empty()) scan.x = Grid(Number(axis, "startPosition"), Number(axis, "endPosition"), n);
+  if (std::ranges::all_of(scan.x, [&](double x) { return x == scan.x[0]; })) scan.x.clear();
+  if (scan.x.size() != n && !scan.x.empty())
     throw NotReadable("it has " + std::to_string(scan.x.size()) + " positions for " +
                       std::to_string(n) + " counts");
-  const double first = Number(axis, "startPosition"), last = Number(axis, "endPosition");
-  if (!scan.x.empty() || first == last || n < 2) return;
-  for (std::size_t i = 0; i < n; ++i)
-    scan.x.push_back(first + static_cast<double>(i) * (last - first) / static_cast<double>(n - 1));
 }
 
 // How far neighbours lie apart where the attenuator moves, once with its factors and once without.

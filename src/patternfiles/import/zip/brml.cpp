@@ -21,7 +21,6 @@
 // The varying columns are the axes in the order of their list; versions differ in what else they
 // tell of them. Sample and wavelengths may stand in entries beside.
 #include <algorithm>
-#include <array>
 #include <cmath>
 
 #include "patternfiles/import/dates.h"
@@ -70,6 +69,13 @@ int Place(pugi::xml_node view, const char* name, int width) {
   return number >= 0 && number <= width ? static_cast<int>(number) : -1;
 }
 
+// Of the view itself, or of what stands in it.
+std::string_view LogicName(pugi::xml_node view) {
+  if (view.attribute("LogicName")) return view.attribute("LogicName").value();
+  const auto named = [](pugi::xml_node node) { return bool(node.attribute("LogicName")); };
+  return view.find_node(named).attribute("LogicName").value();
+}
+
 Columns ColumnsOf(pugi::xml_node route, int width) {
   Columns columns;
   pugi::xml_node view = Below(route, "RawDataView");
@@ -80,13 +86,14 @@ Columns ColumnsOf(pugi::xml_node route, int width) {
   for (; view; view = NextLike(view)) {
     const int start = Place(view, "Start", width), length = Place(view, "Length", width);
     if (start < 0 || length < 1 || start + length > width) continue;
-    const std::string_view kind = Told(view, "type");
-    const std::string name = Squeezed(Told(view, "LogicName"));
+    const std::string kind(Told(view, "type")), name = Squeezed(LogicName(view));
+    const auto is = [&](const char* which) { return kind.find(which) != kind.npos; };
     if (name == "measuredtime") columns.time = start;
     if (name == "absorptionfactor") columns.factor = start;
-    if (kind.starts_with("Varying"))
-      for (int i = start; i < start + length; ++i) columns.axes.push_back(i);
-    if (!kind.starts_with("Recorded") || columns.counts >= 0) continue;
+    const int places = width - static_cast<int>(columns.axes.size());
+    for (int i = 0; is("Varying") && i < std::min(length, places); ++i)
+      columns.axes.push_back(start + i);
+    if (!is("Recorded") || columns.counts >= 0) continue;
     columns.counts = start;
     columns.channels = length;
   }
@@ -153,55 +160,67 @@ void AddRoute(pugi::xml_node route, const std::string& entry, MeasuredScan scan,
   scans.Add(std::move(scan));
 }
 
-// The first node of these trees with the name.
-pugi::xml_node Anywhere(const std::vector<const pugi::xml_document*>& trees,
-                        std::string_view name) {
-  for (const pugi::xml_document* tree : trees) {
-    const pugi::xml_node node = tree->find_node([&](pugi::xml_node each) {
-      return IsNamed(each, name) || each.attribute("Name").value() == name;
-    });
-    if (node) return node;
-  }
+// What the first node tells that is called so, by its own name, as its "Name", or by an attribute.
+std::string_view Anywhere(const pugi::xml_document& tree, const char* name) {
+  const pugi::xml_node node = tree.find_node([&](pugi::xml_node each) {
+    return IsNamed(each, name) || each.attribute("Name").value() == std::string_view(name) ||
+           each.attribute(name);
+  });
+  for (const std::string_view told : {Told(node, name), TextOf(node), Told(node, "Value")})
+    if (!told.empty()) return told;
   return {};
 }
 
-MeasuredScan Described(const std::vector<const pugi::xml_document*>& trees) {
+MeasuredScan Described(const pugi::xml_document& tree) {
   MeasuredScan scan;
-  const auto value = [&](const char* name) { return ValueOf(Anywhere(trees, name)); };
+  const auto value = [&](const char* name) { return NumberOf(Anywhere(tree, name)).value_or(0); };
   scan.wavelengths = {value("WaveLengthAlpha1"), value("WaveLengthAlpha2")};
   if (!(scan.wavelengths[0] > 0)) scan.wavelengths[0] = value("WaveLengthAverage");
   scan.ratio = value("WaveLengthRatio");
-  const pugi::xml_node sample = Anywhere(trees, "SampleName");
-  const std::string_view text = TextOf(sample);
-  scan.sample = OnOneLine(text.empty() ? Told(sample, "Value") : text);
-  scan.date = IsoDate(TextOf(Anywhere(trees, "TimeStampStarted")));
+  scan.sample = OnOneLine(Anywhere(tree, "SampleName"));
+  scan.date = IsoDate(Anywhere(tree, "TimeStampStarted"));
   return scan;
+}
+
+// What one of them leaves open the other may tell.
+MeasuredScan Together(MeasuredScan scan, const MeasuredScan& other) {
+  if (!(scan.wavelengths[0] > 0)) {
+    scan.wavelengths = other.wavelengths;
+    scan.ratio = other.ratio;
+  }
+  if (scan.sample.empty()) scan.sample = other.sample;
+  if (scan.date.empty()) scan.date = other.date;
+  return scan;
+}
+
+// The routes of a range; of one with final states only those.
+void AddRange(const pugi::xml_document& tree, const std::string& entry, const MeasuredScan& told,
+              ScanList& scans) {
+  const MeasuredScan common = Together(Described(tree), told);
+  const auto isfinal = [](pugi::xml_node route) { return Told(route, "RouteFlag") == "Final"; };
+  const pugi::xml_node first = Below(tree, "DataRoute");
+  pugi::xml_node final = first;
+  while (final && !isfinal(final)) final = NextLike(final);
+  for (pugi::xml_node route = first; route; route = NextLike(route))
+    if (!final || isfinal(route)) AddRoute(route, entry, common, scans);
 }
 
 }  // namespace
 
 MeasuredFile ImportBrml(const ImportSource& source) {
   Archive archive(source.bytes);
-  std::array<pugi::xml_document, 2> beside;
-  const char* const names[] = {"MeasurementContainer", "DataContainer"};
-  for (int i : {0, 1}) {
-    const auto entries = archive.Like(names[i], ".xml");
-    if (!entries.empty()) ParseXml(archive.Read(entries[0]), beside[i]);
-  }
+  MeasuredScan told;  // of all ranges
+  for (const char* name : {"MeasurementContainer", "DataContainer"})
+    for (const Archive::Entry& entry : archive.Like(name, ".xml")) {
+      pugi::xml_document tree;
+      ParseXml(archive.Read(entry), tree);
+      told = Together(told, Described(tree));
+    }
   ScanList scans;
-  const auto entries = archive.Like("RawData", ".xml");
-  for (const Archive::Entry& entry : entries) {
+  for (const Archive::Entry& entry : archive.Like("RawData", ".xml")) {
     pugi::xml_document tree;
     ParseXml(archive.Read(entry), tree);
-    MeasuredScan common = Described({&tree, &beside[0], &beside[1]});
-    const pugi::xml_node first = Below(tree, "DataRoute");
-    // Of one measurement there may be several states.
-    pugi::xml_node final = first;
-    while (final && Told(final, "RouteFlag") != "Final") final = NextLike(final);
-    for (pugi::xml_node route = final ? final : first; route; route = NextLike(route)) {
-      if (final && Told(route, "RouteFlag") != "Final") continue;
-      AddRoute(route, entry.name, common, scans);
-    }
+    AddRange(tree, entry.name, told, scans);
   }
   MeasuredFile file = scans.Done("it holds no points");
   for (std::size_t i = 0; file.scans.size() > 1 && i < file.scans.size(); ++i)

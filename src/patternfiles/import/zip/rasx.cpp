@@ -20,14 +20,15 @@
 
 namespace {
 
-// A factor of 0 stands for none.
+// A factor of 0 stands for none. Lines of headings, if there are any, are marked.
 void TakePoints(std::string_view text, const std::string& name, MeasuredScan& scan) {
   bool attenuated = false;
   for (std::size_t at = 0; at < text.size();) {
     const std::size_t end = std::min(text.find_first_of("\r\n", at), text.size());
-    const std::vector<double> row = NumbersIn(text.substr(at, end - at), "lines of " + name);
+    const std::string_view line = Stripped(text.substr(at, end - at));
     at = end + 1;
-    if (row.empty()) continue;
+    if (line.empty() || line[0] == '#' || line[0] == '*') continue;
+    const std::vector<double> row = NumbersIn(line, "lines of " + name);
     if (row.size() < 2) throw NotReadable("a line of " + name + " has no counts");
     const double factor = row.size() > 2 && row[2] > 0 ? row[2] : 1;
     attenuated |= factor != 1;
