@@ -37,15 +37,15 @@ Dispersion DispersionOf(const gemmi::SmallStructure& crystal, double wavelength)
   return dispersion;
 }
 
-// What is left of all indices up to this d when equivalent ones are one, and the triples that have
-// to be looked at for them.
+// Whether all indices up to this d, equivalent ones counted once, are too many.
 bool IsTooMuch(const StructureModel& model, double d) {
   const auto& cell = model.crystal.cell;
-  const auto images = static_cast<double>(cell.images.size() + 1);
   const double points = 4 * std::numbers::pi / 3 * cell.volume / (d * d * d);
   const double tried = (2 * cell.a / d + 1) * (2 * cell.b / d + 1) * (2 * cell.c / d + 1);
-  const double all = points / static_cast<double>(model.operators.sym_ops.size());
-  return tried > kMostTried || all * images * double(model.crystal.sites.size()) > kMostWork;
+  const auto rotations = static_cast<double>(model.operators.sym_ops.size());
+  const double equivalents = rotations * (model.operators.is_centrosymmetric() ? 1 : 2);
+  const auto atoms = static_cast<double>(model.crystal.sites.size() * (cell.images.size() + 1));
+  return tried > kMostTried || points / equivalents * atoms > kMostWork;
 }
 
 // Indices as tables print them: as few negative ones as can be, then l and k positive, then h, k
@@ -97,7 +97,7 @@ StructureReflections ReflectionsOf(const StructureModel& model, double wavelengt
     for (const Miller& other : all)
       if (PrintedRank(other) > PrintedRank(hkl)) return;
     const double square = factors.Square(hkl);
-    if (!std::isfinite(square)) throw NotReadable("its displacement factors are none");
+    if (!std::isfinite(square)) throw NotReadable("its structure factors are no numbers");
     found.rows.push_back({{hkl[0], hkl[1], hkl[2]}, static_cast<int>(all.size()), d, square});
   };
   for (int h = -most[0]; h <= most[0]; ++h)

@@ -7,13 +7,10 @@
 //   _atom_site_fract_x
 //   ...
 //
-// Names with a dot, as newer dictionaries have them, are taken as those with a line. Displacement
-// factors are U or B, anisotropic ones first.
+// Displacement factors are U or B, anisotropic ones first.
 #include <cmath>
-#include <gemmi/cif.hpp>
 #include <gemmi/elem.hpp>
 #include <gemmi/it92.hpp>
-#include <gemmi/numb.hpp>
 #include <map>
 #include <memory>
 
@@ -24,62 +21,43 @@
 
 namespace {
 
-using gemmi::cif::as_number;
-using gemmi::cif::as_string;
-using gemmi::cif::Block;
 using Site = gemmi::SmallStructure::Site;
 
 constexpr double kUsualB = 0.5;        // of sites without a displacement factor
 constexpr double kSamePlace = 0.25;    // angstrom; images of a site that are one atom
+constexpr double kFarthest = 100;      // fractional coordinate
 constexpr double kMostAtoms = 5000;    // in the cell
 constexpr double kLongestEdge = 1000;  // angstrom
 constexpr int kNameLength = 40;
 
-gemmi::cif::Document Parsed(std::string_view bytes) {
-  if (bytes.starts_with("\xEF\xBB\xBF")) bytes.remove_prefix(3);
-  gemmi::cif::Document document;
-  try {
-    tao::pegtl::memory_input<> input(bytes.data(), bytes.size(), "line");
-    gemmi::cif::parse_input(document, input);
-  } catch (const std::exception& failure) {
-    throw NotReadable(std::string("it is no CIF, ") + failure.what());
-  }
-  return document;
+double NumberIn(const std::string& value, double missing) {
+  const auto number = CifNumberIn(value);
+  return number ? number->value : missing;
 }
 
-void ReplaceDots(Block& block) {
-  const auto replace = [](std::string& tag) { std::ranges::replace(tag, '.', '_'); };
-  for (auto& item : block.items) {
-    if (item.type == gemmi::cif::ItemType::Pair) replace(item.pair[0]);
-    if (item.type != gemmi::cif::ItemType::Loop) continue;
-    for (std::string& tag : item.loop.tags) replace(tag);
-  }
-}
-
-Block& BlockWithAtoms(gemmi::cif::Document& document) {
-  for (Block& block : document.blocks) {
-    ReplaceDots(block);
-    for (const std::string& x : block.find_values("_atom_site_fract_x"))
-      if (std::isfinite(as_number(x))) return block;
+const CifBlock& BlockWithAtoms(const CifBlocks& blocks) {
+  for (const CifBlock& block : blocks) {
+    const CifValues* x = block.Find("_atom_site_fract_x");
+    for (std::size_t i = 0; x && i < x->count; ++i)
+      if (CifNumberIn((*x)[i])) return block;
   }
   throw NotReadable("it holds no atoms with fractional coordinates");
 }
 
 // Angles that are not given are right ones.
-gemmi::UnitCell CellOf(Block& block) {
-  const auto number = [&](const char* tag, double missing) {
-    return as_number(FirstValue(block, {tag}), missing);
-  };
-  const double a = number("_cell_length_a", 0), b = number("_cell_length_b", 0),
-               c = number("_cell_length_c", 0);
-  gemmi::UnitCell cell;
-  const double angles[] = {number("_cell_angle_alpha", 90), number("_cell_angle_beta", 90),
-                           number("_cell_angle_gamma", 90)};
-  for (const double edge : {a, b, c})
-    if (!(edge >= 1 && edge <= kLongestEdge)) throw NotReadable("it tells no cell for its atoms");
-  for (const double angle : angles)
-    if (!(angle > 0 && angle < 180)) throw NotReadable("the angles of its cell are none");
-  cell.set(a, b, c, angles[0], angles[1], angles[2]);
+gemmi::UnitCell CellOf(const CifBlock& block) {
+  static constexpr const char* kEdges[] = {"_cell_length_a", "_cell_length_b", "_cell_length_c"};
+  static constexpr const char* kAngles[] = {"_cell_angle_alpha", "_cell_angle_beta",
+                                            "_cell_angle_gamma"};
+  double edge[3], angle[3];
+  for (int k = 0; k < 3; ++k) {
+    edge[k] = NumberIn(block.Text({kEdges[k]}), 0);
+    angle[k] = NumberIn(block.Text({kAngles[k]}), 90);
+    if (!(edge[k] >= 1 && edge[k] <= kLongestEdge))
+      throw NotReadable("it tells no cell for its atoms");
+    if (!(angle[k] > 0 && angle[k] < 180)) throw NotReadable("the angles of its cell are none");
+  }
+  const gemmi::UnitCell cell(edge[0], edge[1], edge[2], angle[0], angle[1], angle[2]);
   if (!(cell.volume > 1)) throw NotReadable("its cell has no volume");
   return cell;
 }
@@ -106,56 +84,81 @@ gemmi::Element ElementOf(const std::string& symbol, const std::string& label) {
   throw NotReadable("its atom \"" + Field(label, kNameLength) + "\" is of no known element");
 }
 
-using Tensors = std::map<std::string, gemmi::SMat33<double>>;
+// A loop by those of its names that begin with a prefix; what it does not have is blank.
+class Loop {
+ public:
+  Loop(const CifBlock& block, const std::string& prefix, const std::string& leading)
+      : block_(block), prefix_(prefix), leading_(block.Find(prefix + leading)) {}
+  std::size_t Rows() const { return leading_ ? leading_->count : 0; }
+  std::string Text(const std::string& name, std::size_t row) const {
+    const CifValues* values = block_.Find(prefix_ + name);
+    return values && values->count == Rows() ? CifText((*values)[row]) : "";
+  }
+  double Number(const std::string& name, std::size_t row, double missing) const {
+    return NumberIn(Text(name, row), missing);
+  }
+
+ private:
+  const CifBlock& block_;
+  std::string prefix_;
+  const CifValues* leading_;
+};
+
+using Tensor = gemmi::SMat33<double>;
+using Tensors = std::map<std::string, Tensor>;
 
 // By the labels of the sites.
-void AddTensors(Block& block, char letter, double factor, Tensors& tensors) {
-  std::vector<std::string> tags{"label"};
-  for (const char* place : {"11", "22", "33", "12", "13", "23"})
-    tags.push_back(std::string(1, letter) + "_" + place);
-  for (auto row : block.find("_atom_site_aniso_", tags)) {
-    const auto value = [&](int k) { return factor * as_number(row[k], 0.0); };
-    const gemmi::SMat33<double> u{value(1), value(2), value(3), value(4), value(5), value(6)};
-    if (u.u11 > 0 && u.u22 > 0 && u.u33 > 0) tensors[row.str(0)] = u;
+void AddTensors(const CifBlock& block, const std::string& letter, double factor, Tensors& tensors) {
+  const Loop loop(block, "_atom_site_aniso_", "label");
+  for (std::size_t row = 0; row < loop.Rows(); ++row) {
+    const auto value = [&](const char* place) {
+      return factor * loop.Number(letter + place, row, 0);
+    };
+    const Tensor u{value("_11"), value("_22"), value("_33"),
+                   value("_12"), value("_13"), value("_23")};
+    if (u.u11 > 0 && u.u22 > 0 && u.u33 > 0) tensors[loop.Text("label", row)] = u;
   }
 }
 
-Tensors TensorsOf(Block& block) {
+Tensors TensorsOf(const CifBlock& block) {
   Tensors tensors;
-  AddTensors(block, 'B', 1 / gemmi::u_to_b(), tensors);
-  AddTensors(block, 'U', 1, tensors);
+  AddTensors(block, "b", 1 / gemmi::u_to_b(), tensors);
+  AddTensors(block, "u", 1, tensors);
   return tensors;
 }
 
-enum SiteColumn { Label, X, Y, Z, Symbol, U, B, Occupancy, Flag };
+double DisplacementOf(const Loop& loop, std::size_t row) {
+  if (const double u = loop.Number("u_iso_or_equiv", row, 0); u != 0) return u;
+  const double b = loop.Number("b_iso_or_equiv", row, 0);
+  return (b != 0 ? b : kUsualB) / gemmi::u_to_b();
+}
+
+[[noreturn]] void RefuseSize() {
+  throw NotReadable("it has more than " + Fixed(kMostAtoms, 0) + " atoms in its cell");
+}
 
 // None for dummies, and for atoms that are known to be there and not where.
-std::vector<Site> SitesOf(Block& block) {
+std::vector<Site> SitesOf(const CifBlock& block) {
   const Tensors tensors = TensorsOf(block);
+  const Loop loop(block, "_atom_site_", "fract_x");
   std::vector<Site> sites;
-  for (auto row : block.find("_atom_site_",
-                             {"label", "fract_x", "fract_y", "fract_z", "?type_symbol",
-                              "?U_iso_or_equiv", "?B_iso_or_equiv", "?occupancy", "?calc_flag"})) {
-    const auto number = [&](int k, double missing) {
-      return row.has(k) ? as_number(row[k], missing) : missing;
-    };
+  for (std::size_t row = 0; row < loop.Rows(); ++row) {
     Site site;
-    site.label = row.str(Label);
-    site.fract = {number(X, NAN), number(Y, NAN), number(Z, NAN)};
-    const bool placed = std::abs(site.fract.x) < 100 && std::abs(site.fract.y) < 100 &&
-                        std::abs(site.fract.z) < 100;
-    if (!placed || (row.has(Flag) && row.str(Flag) == "dum")) continue;
-    site.element = ElementOf(row.has(Symbol) ? row.str(Symbol) : "", site.label);
-    site.occ = number(Occupancy, 1);
-    if (!(std::abs(site.occ) <= 10)) site.occ = 1;
-    if (const auto tensor = tensors.find(site.label); tensor != tensors.end())
+    const auto place = [&](const char* name) { return loop.Number(name, row, NAN); };
+    site.fract = {place("fract_x"), place("fract_y"), place("fract_z")};
+    const auto placed = [](double x) { return std::abs(x) < kFarthest; };
+    if (!placed(site.fract.x) || !placed(site.fract.y) || !placed(site.fract.z)) continue;
+    if (loop.Text("calc_flag", row) == "dum") continue;
+    const std::string label = loop.Text("label", row);
+    site.element = ElementOf(loop.Text("type_symbol", row), label);
+    site.occ = loop.Number("occupancy", row, 1);
+    if (const auto tensor = tensors.find(label); tensor != tensors.end())
       site.aniso = tensor->second;
-    site.u_iso = number(U, 0);
-    if (site.u_iso == 0) site.u_iso = number(B, 0) / gemmi::u_to_b();
-    if (site.u_iso == 0) site.u_iso = kUsualB / gemmi::u_to_b();
+    site.u_iso = DisplacementOf(loop, row);
     sites.push_back(site);
+    if (static_cast<double>(sites.size()) > kMostAtoms) RefuseSize();
   }
-  if (sites.empty()) throw NotReadable("its atoms have no labels or no coordinates");
+  if (sites.empty()) throw NotReadable("none of its atoms has three coordinates");
   return sites;
 }
 
@@ -166,30 +169,27 @@ void Complete(StructureModel& model) {
     if (op != gemmi::Op::identity())
       crystal.cell.images.push_back(
           gemmi::Transform{gemmi::rot_as_mat33(op), gemmi::tran_as_vec3(op)});
-  const auto images = static_cast<double>(operators.order());
-  if (static_cast<double>(crystal.sites.size()) * images > 100 * kMostAtoms)
-    throw NotReadable("it has more than " + Fixed(kMostAtoms, 0) + " atoms in its cell");
   double atoms = 0;
   for (Site& site : crystal.sites) {
     const int order = crystal.cell.is_special_position(site.fract, kSamePlace) + 1;
     site.occ /= order;
-    atoms += images / order;
+    atoms += static_cast<double>(operators.order()) / order;
+    if (atoms > kMostAtoms) RefuseSize();
   }
-  if (atoms > kMostAtoms)
-    throw NotReadable("it has more than " + Fixed(kMostAtoms, 0) + " atoms in its cell");
 }
 
 // ---- Texts ----
 
-std::string NameOf(Block& block, const std::string& path) {
-  const std::string name = FirstValue(block, {"_chemical_name_mineral", "_chemical_name_common",
-                                              "_pd_phase_name", "_chemical_name_systematic"});
-  return Field(name.empty() ? FileStem(path) : name, kNameLength);
+// Some programs tell a path instead of a name.
+std::string NameOf(const CifBlock& block, const std::string& path) {
+  std::string name = block.Text({"_chemical_name_mineral", "_chemical_name_common",
+                                 "_pd_phase_name", "_chemical_name_systematic"});
+  if (name.empty() || name.find_first_of("/\\") != name.npos) name = FileStem(path);
+  return Field(name, kNameLength);
 }
 
-std::string FormulaOf(Block& block) {
-  std::string formula =
-      FirstValue(block, {"_chemical_formula_sum", "_chemical_formula_structural"});
+std::string FormulaOf(const CifBlock& block) {
+  std::string formula = block.Text({"_chemical_formula_sum", "_chemical_formula_structural"});
   std::erase(formula, ' ');
   return Field(formula, kNameLength);
 }
@@ -197,8 +197,8 @@ std::string FormulaOf(Block& block) {
 }  // namespace
 
 CrystalStructure ReadStructure(std::string_view bytes, const std::string& path) {
-  gemmi::cif::Document document = Parsed(bytes);
-  Block& block = BlockWithAtoms(document);
+  const CifBlocks blocks = ParseCif(bytes);
+  const CifBlock& block = BlockWithAtoms(blocks);
   auto model = std::make_shared<StructureModel>();
   gemmi::UnitCell& cell = model->crystal.cell;
   cell = CellOf(block);

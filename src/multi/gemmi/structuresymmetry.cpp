@@ -47,7 +47,7 @@ Op OperatorOf(std::string text) {
   int row = 0, sign = 1;
   for (const char *at = text.data(), *end = at + text.size(); at != end;) {
     const char c = LowerChar(*at);
-    if (c >= '0' && c <= '9') {
+    if ((c >= '0' && c <= '9') || c == '.') {
       op.tran[row] += sign * Translation(text, at);
       continue;
     }
@@ -89,11 +89,13 @@ gemmi::GroupOps GroupOf(const std::vector<Op>& listed) {
   return gemmi::split_centering_vectors(group);
 }
 
-std::vector<Op> ListedOperators(gemmi::cif::Block& block) {
+std::vector<Op> ListedOperators(const CifBlock& block) {
   std::vector<Op> ops;
   for (const char* tag : {"_space_group_symop_operation_xyz", "_symmetry_equiv_pos_as_xyz"}) {
-    for (const std::string& value : block.find_values(tag))
-      if (!gemmi::cif::is_null(value)) ops.push_back(OperatorOf(gemmi::cif::as_string(value)));
+    const CifValues* values = block.Find(tag);
+    for (std::size_t i = 0; values && i < values->count; ++i)
+      if (const std::string text = CifText((*values)[i]); !text.empty())
+        ops.push_back(OperatorOf(text));
     if (!ops.empty()) break;
   }
   return ops;
@@ -127,15 +129,14 @@ const gemmi::SpaceGroup* GroupByHall(const std::string& symbol) {
   return nullptr;
 }
 
-constexpr auto kNameTags = {"_space_group_name_H-M_alt", "_symmetry_space_group_name_H-M",
-                            "_space_group_name_H-M_ref"};
+constexpr auto kNameTags = {"_space_group_name_h-m_alt", "_symmetry_space_group_name_h-m",
+                            "_space_group_name_h-m_ref"};
 
-const gemmi::SpaceGroup& StatedGroup(gemmi::cif::Block& block, const gemmi::UnitCell& cell) {
-  const std::string name = FirstValue(block, kNameTags);
-  const std::string number =
-      FirstValue(block, {"_space_group_IT_number", "_symmetry_Int_Tables_number"});
+const gemmi::SpaceGroup& StatedGroup(const CifBlock& block, const gemmi::UnitCell& cell) {
+  const std::string name = block.Text(kNameTags);
+  const std::string number = block.Text({"_space_group_it_number", "_symmetry_int_tables_number"});
   const auto* group =
-      GroupByHall(FirstValue(block, {"_space_group_name_Hall", "_symmetry_space_group_name_Hall"}));
+      GroupByHall(block.Text({"_space_group_name_hall", "_symmetry_space_group_name_hall"}));
   if (!group) group = GroupByName(name, cell);
   if (!group) group = GroupByNumber(number);
   if (group) return *group;
@@ -185,14 +186,6 @@ void CheckCell(gemmi::UnitCell cell, const gemmi::GroupOps& operators) {
 
 }  // namespace
 
-std::string FirstValue(gemmi::cif::Block& block, std::initializer_list<const char*> tags) {
-  for (const char* tag : tags)
-    for (const std::string& value : block.find_values(tag))
-      if (const std::string text = gemmi::cif::as_string(value); !text.empty())
-        return std::string(Trim(OnOneLine(text)));
-  return "";
-}
-
 std::set<Miller> EquivalentsOf(const Miller& hkl, const gemmi::GroupOps& operators) {
   std::set<Miller> all;
   for (const Op& op : operators.sym_ops) {
@@ -203,7 +196,7 @@ std::set<Miller> EquivalentsOf(const Miller& hkl, const gemmi::GroupOps& operato
   return all;
 }
 
-StructureSymmetry SymmetryOf(gemmi::cif::Block& block, const gemmi::UnitCell& cell) {
+StructureSymmetry SymmetryOf(const CifBlock& block, const gemmi::UnitCell& cell) {
   StructureSymmetry symmetry{};
   const std::vector<Op> listed = ListedOperators(block);
   if (listed.empty()) {
@@ -213,7 +206,7 @@ StructureSymmetry SymmetryOf(gemmi::cif::Block& block, const gemmi::UnitCell& ce
   } else {
     symmetry.operators = GroupOf(listed);
     const auto* group = gemmi::find_spacegroup_by_ops(symmetry.operators);
-    symmetry.group = group ? group->hm : FirstValue(block, kNameTags);
+    symmetry.group = group ? group->hm : block.Text(kNameTags);
   }
   CheckCell(cell, symmetry.operators);
   symmetry.laueclass = LaueClassOfGroup(symmetry.operators);

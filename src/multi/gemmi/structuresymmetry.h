@@ -1,11 +1,12 @@
 // The symmetry of a structure: its operators, and what the fit calls its class and centering.
 #pragma once
 
-#include <gemmi/cifdoc.hpp>
 #include <gemmi/symmetry.hpp>
 #include <gemmi/unitcell.hpp>
 #include <set>
 #include <string>
+
+#include "patternfiles/import/gemmi/cifblocks.h"
 
 struct StructureSymmetry {
   gemmi::GroupOps operators;
@@ -15,10 +16,7 @@ struct StructureSymmetry {
 
 // By the block's list of operators, or without one by the space group's Hall symbol, name or
 // number. Throws NotReadable.
-StructureSymmetry SymmetryOf(gemmi::cif::Block& block, const gemmi::UnitCell& cell);
+StructureSymmetry SymmetryOf(const CifBlock& block, const gemmi::UnitCell& cell);
 
 // All that are equivalent to one reflection, Friedel mates included.
 std::set<gemmi::Miller> EquivalentsOf(const gemmi::Miller& hkl, const gemmi::GroupOps& operators);
-
-// A value of the first of these tags that has one, without quotes and line ends; else blank.
-std::string FirstValue(gemmi::cif::Block& block, std::initializer_list<const char*> tags);
