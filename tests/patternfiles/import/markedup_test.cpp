@@ -499,5 +499,4 @@ TEST(MarkedUp, OthersAreLeftAlone) {
       EXPECT_EQ(ImportText(text).format.find(ours), std::string::npos) << text;
 }
 
-#if defined(QUILLAGRAM_GEMMI) && defined(QUILLAGRAM_PUGIXML)
 }  // namespace
