@@ -5,7 +5,7 @@
 set -euo pipefail
 
 packages=(g++ cmake ninja-build ccache qt6-base-dev qt6-svg-dev qt6-wayland libgl-dev libjpeg62-turbo-dev
-  libgtest-dev libc-bin locales gemmi-dev tao-pegtl-dev libstb-dev libpugixml-dev libzip-dev libxy-dev)
+  libgtest-dev libc-bin locales gemmi-dev tao-pegtl-dev libstb-dev libpugixml-dev libzip-dev)
 if [[ ${1:-} == check ]]; then
   packages+=(clang-14 libclang-rt-14-dev clang-format-14 libbenchmark-dev git
     desktop-file-utils libxml2-utils shared-mime-info man-db python3-gemmi)

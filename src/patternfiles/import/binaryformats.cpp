@@ -20,7 +20,7 @@ constexpr ImportFormat kFormats[] = {
     {"Bruker RAW, version 3", IsRaw3, ReadBrukerRaw3},
     {"Bruker RAW, version 4", IsRaw4, ReadBrukerRaw4},
     {"Philips RD", IsRd, ReadPhilipsRd},
-    {"another kind of file", IsOtherKind, RefuseOtherKind},
+    {"", IsOtherKind, RefuseOtherKind},  // its reasons name the kind
 };
 
 }  // namespace
