@@ -131,7 +131,11 @@ constexpr Command All(int id, const char* text, Outcome (*run)(const Arguments&)
 }
 
 constexpr Command Structure(int k) {
-  return {.item = {MenuCloseStructures + k, k == 0 ? "All" : "Empty", MenuPopupCloseStructures},
+  return {.item = {MenuCloseStructures + k,
+                   k == 0   ? "All"
+                   : k == 1 ? "Empty"
+                            : "",
+                   MenuPopupCloseStructures},
           .title = k == 0 ? "Close all structures" : "Close structure",
           .viewmode = 1,
           .number = k,
@@ -141,7 +145,7 @@ constexpr Command Structure(int k) {
 }
 
 constexpr Command CellOf(int k) {
-  return {.item = {MenuPopupUseCell + k, "Empty", MenuPopupUseCell},
+  return {.item = {MenuPopupUseCell + k, k == 1 ? "Empty" : "", MenuPopupUseCell},
           .title = "Use cell in fit",
           .number = k,
           .run = UseCell,

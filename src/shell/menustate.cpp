@@ -53,7 +53,7 @@ void ShowOverlays() {
   }
 }
 
-// By name, in both popups.
+// By name, in both popups; a free place is blank.
 void ShowStructures() {
   Enable(MenuCloseStructures, ws.nstructure > 0, kNeedStructure);
   Enable(MenuScaleStructures, ws.nstructure > 0, kNeedStructure);
@@ -61,7 +61,7 @@ void ShowStructures() {
     for (const int first : {MenuCloseStructure1, MenuUseCell1}) {
       const bool open = k <= ws.nstructure;
       Enable(first + k - 1, open, "No structure has this place");
-      WMenuSetString(first + k - 1, open ? ws.structurename(k) : "Empty");
+      WMenuSetString(first + k - 1, open ? ws.structurename(k) : k == 1 ? "Empty" : "");
     }
   Check(MenuScaleStructures, ws.structurescale);
 }

@@ -9,6 +9,7 @@
 #include <QPrinter>
 
 #include "shell/shell.h"
+#include "support/support.h"
 #include "toolkit/qt/events.h"
 #include "toolkit/qt/painter.h"
 #include "toolkit/qt/window.h"
@@ -84,7 +85,8 @@ TEST(Canvas, ThinningKeepsWhatIsSeen) {
 }
 
 TEST(Canvas, SheetIsWhiteWithHintThenCurveOfTheFileDropped) {
-  const std::string file = MakePattern("curve.xy"), unknown = MakePattern("note.doc");
+  const std::string file = MakePattern("curve.xy"), unknown = Place() + "/note.doc";
+  WriteFile(unknown, "no numbers here\n");
   QPalette dark;
   RunWith([&]() -> Script {
     dark.setColor(QPalette::Window, Qt::black);
