@@ -129,6 +129,7 @@ MeasuredScan Chosen(const MeasuredFile& file, const ScanChoice& choice) {
 
 int ReadScans(int slot, const std::string& path, const ScanChoice& choice) {
   Imported imported = ImportFile(path);
+  if (imported.isnopattern) return Refuse(path, imported);
   if (ReadByExtension(slot, path, imported)) return 1;
   if (imported.file.scans.empty()) {
     // A reader that knows the extension tells what it misses.

@@ -106,7 +106,7 @@ MeasuredFile ReadRanges(const BinaryFile& bytes, std::size_t place, std::size_t 
       break;
     }
   }
-  if (otheraxis && file.scans.empty()) throw NotReadable(std::string("it holds ") + otheraxis);
+  if (otheraxis && file.scans.empty()) throw NoPattern(std::string("it holds ") + otheraxis);
   if (otheraxis) AddNote(file.note, std::string("left out: ") + otheraxis);
   NumberScans(file.scans);
   return file;

@@ -86,6 +86,9 @@ Imported ImportFile(const std::string& path) {
     imported.file = format->read({*bytes, path});
     Mend(imported.file);
     if (imported.file.scans.empty()) imported.trouble = "no points in it";
+  } catch (const NoPattern& failure) {
+    imported.trouble = failure.what();
+    imported.isnopattern = true;
   } catch (const std::exception& failure) {
     imported.trouble = failure.what();
     imported.file.scans.clear();

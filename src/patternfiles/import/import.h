@@ -6,9 +6,10 @@
 #include "patternfiles/import/measured.h"
 
 struct Imported {
-  MeasuredFile file;    // without scans if that failed
-  std::string format;   // as far as it has been recognised
-  std::string trouble;  // why there are no scans, as the end of a sentence
+  MeasuredFile file;         // without scans if that failed
+  std::string format;        // as far as it has been recognised
+  std::string trouble;       // why there are no scans, as the end of a sentence
+  bool isnopattern = false;  // there is nothing wrong with the file but that
 };
 
 // Of files up to 256 MiB. Scans without points are left out; values that are not finite are none.

@@ -30,3 +30,7 @@ struct MeasuredFile {
 struct NotReadable : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
+// The same where the file is sound but is no pattern: a pole figure, a rocking curve, a structure.
+struct NoPattern : NotReadable {
+  using NotReadable::NotReadable;
+};

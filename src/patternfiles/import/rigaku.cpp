@@ -36,7 +36,7 @@ namespace {
 }
 
 [[noreturn]] void RefuseAxis(const std::string& axis) {
-  throw NotReadable("its scans run over " + axis + ", not over two-theta");
+  throw NoPattern("its scans run over " + axis + ", not over two-theta");
 }
 
 bool IsTwoTheta(const std::string& axis) {

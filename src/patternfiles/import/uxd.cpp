@@ -136,7 +136,7 @@ MeasuredFile UxdReader::Read(std::string_view bytes) {
   for (std::string_view line; lines.Next(line);) TakeLine(line, lines.Number());
   if (range.marker.numbers > 0) EndRange();
   if (file.scans.empty() && !otherdrive.empty())
-    throw NotReadable("its ranges run over " + otherdrive + ", not over two-theta");
+    throw NoPattern("its ranges run over " + otherdrive + ", not over two-theta");
   LabelScans(file, "range");
   return std::move(file);
 }
