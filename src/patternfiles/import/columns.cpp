@@ -217,7 +217,8 @@ bool IsEsd(const std::vector<double>& column) {
 }
 
 // Whether a column without a name can be the e.s.d. of the counts: nowhere negative, not always the
-// same nor rising all the way, and not about as large as the counts, as a calculated pattern is.
+// same nor rising or falling all the way, and not about as large as the counts, as a calculated
+// pattern is.
 bool CanBeEsd(const MeasuredScan& scan) {
   if (scan.esd.empty() || !IsEsd(scan.esd)) return false;
   std::size_t positive = 0, alike = 0, high = 0;
@@ -228,8 +229,9 @@ bool CanBeEsd(const MeasuredScan& scan) {
     alike += std::abs(scan.esd[i] / scan.counts[i] - 1) < 0.3;
   }
   const auto [low, top] = std::minmax_element(scan.esd.begin(), scan.esd.end());
-  const bool rises = std::is_sorted(scan.esd.begin(), scan.esd.end());
-  return positive * 2 > scan.esd.size() && *low < *top && !rises && (high == 0 || alike * 2 < high);
+  const bool turns = !std::is_sorted(scan.esd.begin(), scan.esd.end()) &&
+                     !std::is_sorted(scan.esd.rbegin(), scan.esd.rend());
+  return positive * 2 > scan.esd.size() && *low < *top && turns && (high == 0 || alike * 2 < high);
 }
 
 // The first row of usual width, or one in front of it that the positions show to go with it; the

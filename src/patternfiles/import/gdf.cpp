@@ -1,6 +1,6 @@
 // GDF: sixteen lines of heading, then a whole count a line. The fourth line names the sample, the
-// seventh tells the date, the month first, and 11 to 13 the first and the last two-theta and the
-// step.
+// seventh tells the date, the month first, the tenth has a value between > and <, and 11 to 13 the
+// first and the last two-theta and the step.
 //
 //   7251
 //   fluorite
@@ -44,7 +44,9 @@ bool IsCameraText(std::string_view bytes) {
   std::string_view first;
   if (!TakeHeading(lines, heading) || !lines.Next(first) || !NumberOf(first)) return false;
   const auto start = heading.Number(11), stop = heading.Number(12), step = heading.Number(13);
-  return heading.Number(3) && start && stop && step && *step > 0 && *stop > *start + *step;
+  const bool marked = heading.line[10].find('>') < heading.line[10].find('<');
+  return marked && heading.Number(3) && start && stop && step && *step > 0 &&
+         *stop > *start + *step;
 }
 
 MeasuredFile ReadCameraText(const ImportSource& source) {

@@ -111,6 +111,7 @@ TEST(ImportColumns, ThirdColumn) {
       {"5 100 10\n6 400 20\n7 225 15\n8 0 0\n", "5 6 7 8 = 100 400 225 0 +- 10 20 15 0"},
       {"5 100 101\n6 400 395\n7 225 230\n", "5 6 7 = 100 400 225"},
       {"5 100 1\n6 400 2\n7 225 3\n", "5 6 7 = 100 400 225"},
+      {"5 100 9\n6 400 8\n7 225 7\n", "5 6 7 = 100 400 225"},
       {"5 100 1\n6 400 1\n7 225 1\n", "5 6 7 = 100 400 225"},
       {"5 100 -1\n6 400 3\n7 225 1\n", "5 6 7 = 100 400 225"},
       {"5 100 10 3\n6 400 20 3\n7 225 15 3\n", "5 6 7 = 100 400 225"},
@@ -142,7 +143,7 @@ TEST(ImportColumns, WhatIsNoPattern) {
   EXPECT_EQ(Told(Import(centi)), "trouble: its positions are no angles, as 525.0 among them");
   EXPECT_EQ(Told(Import("Dear all,\nthis is 1 of 2.\n5 6\n7 8\n")),
             "trouble: no lines of numbers in it");
-  EXPECT_EQ(Told(Import("1\n2\n3\n4\n5\n6\n7\n8\n9\n10\n")),
+  EXPECT_EQ(Told(Import("1\n2\n3\n4\n5\n6\n7\n8\n9\n10\n1\n20\n3\n4\n5\n6\n7\n8\n")),
             "trouble: its lines hold one number each, and positions are missing");
   std::string scans;
   for (int i = 0; i < 1001; ++i) scans += "5 1\n6 1\n7 1\n8 1\n9 1\n10 1\n";
