@@ -110,6 +110,7 @@ class ColumnReader {
   std::vector<double> row;
   std::vector<HeadingLine> heading;  // since the last row
   bool blank = false;                // a blank line since then
+  bool sampleid = false;             // the name of the sample is to come
   std::size_t rows = 0, headings = 0;
 };
 
@@ -156,6 +157,8 @@ void ColumnReader::TakeHeading(std::string_view line) {
   line = Stripped(line);
   blank = blank || line.empty();
   if (line.empty()) return;
+  if (line.starts_with("Type=")) sampleid = line.ends_with("=SAMPLEID");
+  if (sampleid && line.starts_with("Value=")) TakeKey(header, "sample", line.substr(6));
   if (heading.size() == kHeadingLines) heading.erase(heading.begin());
   heading.push_back({lines.Number(), line});
   const std::size_t text = std::min(line.find_first_not_of("#;'!/*%_$& \t"), line.size());

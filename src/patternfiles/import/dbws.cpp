@@ -5,8 +5,9 @@
 //    10.000   0.025 160.000  corundum
 //        179     147     165     172     150     165     150     158
 //
-// The angles may touch in columns of eight. Twice as many numbers as angles are either pairs, the
-// number of detectors in front of each count, or all the counts and then all the e.s.d.
+// The angles may touch in columns of eight, stand behind a remark in /* */ or in lines of their
+// own. Twice as many numbers as angles are either pairs, the number of detectors in front of each
+// count, or all the counts and then all the e.s.d.
 #include <algorithm>
 #include <cmath>
 #include <optional>
@@ -100,16 +101,20 @@ bool TakePairs(const std::vector<double>& numbers, MeasuredScan& scan) {
   return true;
 }
 
-// The second half as e.s.d. of the first: nowhere negative, and much the same times the root.
+// The second half as e.s.d. of the first: nowhere negative, much the same times the root, and well
+// below the counts.
 bool TakeHalves(const std::vector<double>& numbers, MeasuredScan& scan) {
   const auto half = static_cast<std::ptrdiff_t>(numbers.size() / 2);
   std::vector<double> ratio;
-  for (std::ptrdiff_t i = 0; i < half; ++i)
-    if (numbers[i] > 0) ratio.push_back(numbers[half + i] / std::sqrt(numbers[i]));
-  if (static_cast<std::ptrdiff_t>(ratio.size()) * 2 < half) return false;
+  std::ptrdiff_t small = 0;
+  for (std::ptrdiff_t i = 0; i < half; ++i) {
+    const double counts = numbers[i], esd = numbers[half + i];
+    if (!(counts >= 0 && esd >= 0)) return false;
+    if (counts > 0) ratio.push_back(esd / std::sqrt(counts));
+    small += esd < counts / 2;
+  }
   std::sort(ratio.begin(), ratio.end());
-  if (!(ratio.front() >= 0 && ratio[ratio.size() / 4] * 3 > ratio[ratio.size() * 3 / 4]))
-    return false;
+  if (small * 2 < half || ratio[ratio.size() / 4] * 2 < ratio[ratio.size() * 3 / 4]) return false;
   scan.counts.assign(numbers.begin(), numbers.begin() + half);
   scan.esd.assign(numbers.begin() + half, numbers.end());
   return true;
@@ -136,26 +141,49 @@ bool TakeMeanCounts(std::string_view body, double points, MeasuredScan& scan) {
   return Near(scan.counts.size(), points);
 }
 
+// Three numbers and the counts, a number a line.
+std::optional<MeasuredScan> ScanOfLines(std::string_view body, const MeasuredScan& heading) {
+  std::size_t inrow;
+  const std::vector<double> numbers = NumbersOf(body, inrow);
+  if (numbers.size() < 13) return std::nullopt;
+  const Angles angles{numbers[0], numbers[1], numbers[2], {}};
+  if (!IsPlausible(angles) || !Near(numbers.size() - 3, angles.Points())) return std::nullopt;
+  MeasuredScan scan = heading;
+  scan.counts.assign(numbers.begin() + 3, numbers.end());
+  FillEvenGrid(scan, angles.start, angles.step);
+  return scan;
+}
+
+std::optional<MeasuredScan> ScanBehind(const Angles& angles, std::string_view body,
+                                       const MeasuredScan& heading) {
+  MeasuredScan scan = heading;
+  if (!TakeCounts(body, angles.Points(), scan)) {
+    scan = heading;
+    if (!TakeMeanCounts(body, angles.Points(), scan)) return std::nullopt;
+  }
+  FillEvenGrid(scan, angles.start, angles.step);
+  return scan;
+}
+
+std::string_view WithoutRemark(std::string_view line) {
+  const std::size_t end = line.find("*/");
+  return end == line.npos ? line : line.substr(end + 2);
+}
+
 std::optional<MeasuredScan> StepScanOf(std::string_view bytes) {
   TextLines lines(bytes);
   TextHeader header;
-  std::string_view line;
+  std::string_view here = lines.Rest(), line;
   for (int i = 0; i <= kTitleLines && lines.Next(line); ++i) {
-    const auto angles = AnglesOf(line);
-    if (!angles) {
-      TakeKeyLine(header, line);
-      if (i == 0) TakeKey(header, "sample", line);
-      continue;
+    if (const auto angles = AnglesOf(WithoutRemark(line))) {
+      if (!angles->text.empty() && !NumberOf(angles->text.substr(0, 1)))
+        TakeKey(header, "sample", angles->text);
+      return ScanBehind(*angles, lines.Rest(), header.scan);
     }
-    if (!angles->text.empty() && !NumberOf(angles->text.substr(0, 1)))
-      TakeKey(header, "sample", angles->text);
-    MeasuredScan scan = header.scan;
-    if (!TakeCounts(lines.Rest(), angles->Points(), scan)) {
-      scan = header.scan;
-      if (!TakeMeanCounts(lines.Rest(), angles->Points(), scan)) return std::nullopt;
-    }
-    FillEvenGrid(scan, angles->start, angles->step);
-    return scan;
+    if (NumberOf(line)) return ScanOfLines(here, header.scan);
+    here = lines.Rest();
+    TakeKeyLine(header, line);
+    if (i == 0) TakeKey(header, "sample", line);
   }
   return std::nullopt;
 }

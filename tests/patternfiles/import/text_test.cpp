@@ -66,6 +66,7 @@ TEST(ImportColumns, WaysOfWriting) {
            "\xEF\xBB\xBF"
            "5.0 131\n5.5 99.5\n6.0 12\n",
            "; words\n# 1 2\n// 3 4\n' 5 6\n! 7 8\n/* 9 10\n*/\n_KEY\n5 131\n\n5.5 99.5\n6 12\n",
+           "3 2 1\n5 131\n5.5 99.5\n6 12\n",
            "12 mg sample 3\n5 131\n5.5 99.5\n6 12\n3 points in all\n",
            "6 12\n5.5 99.5\n5 131\n",
            "5 131\n# lamp changed 5.2 7\n5.5 99.5\n5.8 nan\n6 12\n",
@@ -99,6 +100,8 @@ TEST(ImportColumns, HeadingsChoose) {
        "trouble: its positions are no angles but \"Radial Distance (mm)\""},
       {"Time-of-flight (us),Counts\n5,7\n6,6\n7,5\n",
        "trouble: its positions are no angles but \"Time-of-flight (us)\""},
+      {"Nr,2theta,Si\n1,5,7\n2,6,6\n3,7,5\n", "5 6 7 = 7 6 5"},
+      {"Nr   2 Theta   Si 640\n1 5 7\n2 6 6\n3 7 5\n", "5 6 7 = 7 6 5"},
       // A sentence of as many words as there are columns is no heading.
       {"diffraction angle data\n5 70 2\n6 60 3\n7 50 2\n", "5 6 7 = 70 60 50 +- 2 3 2"},
   });
@@ -125,6 +128,8 @@ TEST(ImportColumns, SeveralScans) {
       {"7 1\n6 2\n5 3\n7 4\n6 5\n5 6\n", "scan 1: 5 6 7 = 3 2 1 / scan 2: 5 6 7 = 6 5 4"},
       {"# tth I\n5 1\n6 2\n7 3\n\n# tth I\n8 4\n9 5\n10 6\n",
        "scan 1: 5 6 7 = 1 2 3 / scan 2: 8 9 10 = 4 5 6"},
+      {"# tth I\n5 1\n6 2\n7 3\n\n# tth I\n9 1\n8 2\n7 3\n9 4\n8 5\n7 6\n",
+       "scan 1: 5 6 7 = 1 2 3 / scan 2: 7 8 9 = 3 2 1 / scan 3: 7 8 9 = 6 5 4"},
       {"[Data]\n Angle, PSD,\n5, 1,\n6, 2,\n7, 3,\n[RangeHeader]\n[Data]\n Angle, PSD,\n8, 4,\n"
        "9, 5,\n",
        "scan 1: 5 6 7 = 1 2 3 / scan 2: 8 9 = 4 5"},
@@ -170,6 +175,9 @@ TEST(ImportColumns, Keys) {
             1.540598, 1.544426, .5, 43.6, "Tin, red", "2012-01-11 10:22:00"},
            {"Date=08/20/2019\nTime=11:07:58\nAlpha1=1.5406\nAlpha2=1.54439\nAlphaRatio=0.5\nTime=5",
             1.5406, 1.54439, .5, 5, "", "2019-08-20 11:07:58"},
+           {"[VarInfo]\nType=SITE\nValue=Ulm\n[VarInfo]\nType=SAMPLEID\nFlags=0\nValue=Tin", 0, 0,
+            0, 0, "Tin"},
+           {"Sample: Gr\xC3\xBCn", 0, 0, 0, 0, "Gr\xC3\xBCn"},
            {"Sample: Gr\xFCn", 0, 0, 0, 0, "Gr\xC3\xBCn"},
            {"# Date: 2020-02-30x", 0, 0, 0, 0, "", "2020-02-30"},
            {"# Date: 32.1.2020", 0, 0, 0, 0, ""},
@@ -299,9 +307,15 @@ TEST(ImportText, StartStepStop) {
   EXPECT_EQ(first("Tin\nlambda 1.5\n5 .02 6.18 1000\n" + one), scan + "Tin");
   EXPECT_EQ(first("  5.0000  0.0200006.1800\n" + ten), scan);
   EXPECT_EQ(first("5 .02 6.18\n" + ten + "end\n"), scan);
+  EXPECT_EQ(first("/* a\nremark */ 5 .02 6.18\n" + one), scan + "/* a");
+  EXPECT_EQ(first("Tin\n5\n.02\n6.18\n" + one), scan + "Tin");
+  EXPECT_EQ(first("5\n.02\n7.18\n" + one),
+            "trouble: its lines hold one number each, and positions are missing");
   EXPECT_EQ(first("5 .02 6.18\n" + pairs), scan.substr(0, 14) + " 23.4521 ");
   EXPECT_EQ(first("5 .02 6.18\n" + touching), scan.substr(0, 14) + " 23.4521 ");
   EXPECT_EQ(first("5 .02 6.18\n" + halves), scan.substr(0, 14) + " 33.2 ");
+  EXPECT_EQ(first("5 .02 6.18\n" + ten + ten),
+            "trouble: the positions in its lines neither rise nor fall");
   // An interrupted measurement; and columns whose first line might begin like that.
   EXPECT_EQ(first("5 .02 7.18\n" + ten), scan);
   std::string many = "5 .02 150\n";
