@@ -164,6 +164,28 @@ TEST(MarkedUp, OneScanInAllFormats) {
     }
 }
 
+TEST(MarkedUp, Texts) {
+  // Letters of two, three and four bytes, and half of a pair of surrogates.
+  const std::string_view little(
+      "\xFF\xFE"
+      "\xC5\0\x1A\x20\x35\xD8\x4F\xDD\x35\xD8"
+      "a\0",
+      14);
+  const std::string_view big(
+      "\xFE\xFF"
+      "\0\xC5\x20\x1A\xD8\x35\xDD\x4F\xD8\x35"
+      "\0a",
+      14);
+  for (const std::string_view bytes : {little, big})
+    EXPECT_EQ(AsUtf8(bytes), "\u00C5\u201A\U0001D54F?a");
+  EXPECT_EQ(AsUtf8(big.substr(0, 8)), "\u00C5\u201A?");
+  const Texts dates[] = {{"2005-09-17T20:43:43.25+02:00", "2005-09-17 20:43:43"},
+                         {" 2005-09-17 20:43Z", "2005-09-17 20:43:00"},
+                         {"2005-09-17\n", "2005-09-17"},
+                         {"17.9.2005 20:43", "17.9.2005 20:43"}};
+  for (const Texts& each : dates) EXPECT_EQ(PlainDate(each[0]), each[1]);
+}
+
 #ifdef QUILLAGRAM_GEMMI
 TEST(MarkedUp, CifByNames) {
   const struct {
@@ -250,6 +272,12 @@ TEST(MarkedUp, CifBlocks) {
   EXPECT_EQ(a.sample, "zinc oxide");
   EXPECT_EQ(b.wavelengths, (std::array{1.5406, 1.5444}));
   EXPECT_EQ(b.ratio, 0.5);
+  // A pattern that names its phase.
+  const std::string linked =
+      "data_p\n_pd_phase_name zinc\n_pd_block_id P\ndata_q\n_pd_phase_name tin\n_pd_block_id Q\n";
+  EXPECT_EQ(ScanOf(linked + "data_A\n_pd_phase_block_id Q\n" + points).sample, "tin");
+  EXPECT_EQ(ScanOf(linked + "data_A\n_pd_block_diffractogram_id P\n" + points).sample, "zinc");
+  EXPECT_EQ(ScanOf(linked + "data_A\n" + points).sample, "");
 }
 
 TEST(MarkedUp, CifWithoutPattern) {
@@ -337,6 +365,10 @@ TEST(MarkedUp, XrdmlAttenuators) {
                                  "<counts unit"))
                 .trouble,
             "it has 2 attenuation factors for 3 counts");
+  EXPECT_EQ(ImportText(XrdmlWith("<counts unit",
+                                 "<beamAttenuationFactors>0</beamAttenuationFactors><counts unit"))
+                .trouble,
+            "it has an attenuation factor that is not above 0");
 }
 
 TEST(MarkedUp, XrdmlScans) {
