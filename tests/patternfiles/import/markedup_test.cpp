@@ -435,6 +435,7 @@ TEST(MarkedUp, BrmlColumns) {
   inside = Replaced(Replaced(inside, ",1,10,", ",2,10,"), "<Tube>", "<Tube SampleName=\"zinc\">");
   const MeasuredScan weak = ScanOf(Brml(inside));
   ExpectNear(weak.counts, {10, 7, 6});
+  ExpectQuartz(ScanOf(Brml(RawDataWith("<Datum>2.5,1", "<Datum>2.5,0"))));
   EXPECT_EQ(weak.sample, "zinc");
   // Without views the columns are the usual ones; a relative range goes by the order of the axes.
   std::string bare = kRawData;
@@ -475,6 +476,8 @@ TEST(MarkedUp, BrmlRanges) {
       {RawDataWith(",5.01,7", ",7"),
        "points of Experiment0/RawData0.xml are not all of as many numbers"},
       {RawDataWith("Datum", "Data"), "it holds no points"},
+      {"<RawData><DataRoute><Datum>5</Datum></DataRoute></RawData>",
+       "it holds points without counts"},
   };
   for (const auto& each : refused) EXPECT_EQ(ImportText(Brml(each.rawdata)).trouble, each.trouble);
 }

@@ -79,7 +79,8 @@ std::string_view LogicName(pugi::xml_node view) {
 Columns ColumnsOf(pugi::xml_node route, int width) {
   Columns columns;
   pugi::xml_node view = Below(route, "RawDataView");
-  if (!view) {  // the usual ones
+  constexpr int kFewest = 3;
+  if (!view && width >= kFewest) {  // the usual ones
     columns = {0, 1, -1, width - 1, 1, {}};
     for (int i = 2; i < width - 1; ++i) columns.axes.push_back(i);
   }
@@ -113,9 +114,14 @@ int AngleColumn(const Columns& columns, const Axes& axes, const std::vector<doub
   return columns.axes.size() == axes.names.size() ? columns.axes[axes.angles->place] : -1;
 }
 
+// Of the absorber; 0 stands for none.
+double FactorOf(const std::vector<double>& row, const Columns& columns) {
+  return columns.factor >= 0 && row[columns.factor] > 0 ? row[columns.factor] : 1;
+}
+
 void AddPoint(const std::vector<double>& row, const Columns& columns,
               const std::optional<AngleRange>& angles, MeasuredScan& scan) {
-  const double factor = columns.factor >= 0 && row[columns.factor] > 0 ? row[columns.factor] : 1;
+  const double factor = FactorOf(row, columns);
   for (int channel = 0; channel < columns.channels; ++channel) {
     const double counted = row[columns.counts + channel];
     const double grid =
@@ -150,7 +156,7 @@ void AddRoute(pugi::xml_node route, const std::string& entry, MeasuredScan scan,
     const std::vector<double> row = NumbersIn(TextOf(datum), "points of " + entry);
     if (row.size() != point.size())
       throw NotReadable("points of " + entry + " are not all of as many numbers");
-    absorbed |= columns.factor >= 0 && row[columns.factor] != 1;
+    absorbed |= FactorOf(row, columns) != 1;
     AddPoint(row, columns, axes.angles, scan);
   }
   if (absorbed)
