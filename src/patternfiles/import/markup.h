@@ -17,7 +17,7 @@ MeasuredFile ImportRasx(const ImportSource& source);
 // thirty times as much.
 constexpr std::size_t kMostMarkup = std::size_t{64} << 20;
 
-// Parted by blanks, commas, semicolons or line ends. Throws NotReadable "WHERE hold(s) ...".
+// Parted by blanks, commas, semicolons or line ends. Throws NotReadable "WHERE hold ...".
 std::vector<double> NumbersIn(std::string_view text, const std::string& where);
 // Letters in lower case, without blanks.
 std::string Squeezed(std::string_view text);
