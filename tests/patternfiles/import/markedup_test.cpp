@@ -227,9 +227,10 @@ TEST(MarkedUp, CifByNames) {
        "1 2", "4 5", ""},
       {"loop_ _pd_proc_d_spacing _pd_meas_counts_total 9 4 8 5", "9 8", "4 5", "", ScanAxis::D},
       {"loop_ _pd_proc_recip_len_Q _pd_proc_intensity_net 1 4 2 5", "1 2", "4 5", "", ScanAxis::Q},
-      // A name that comes twice, and one without a value.
+      // A name that comes twice, one without a value, a loop without rows.
       {"_pd_meas_2theta_range_inc 1\n_pd_meas_2theta_range_inc 2\n_cell_length_a\n"
-       "_pd_meas_2theta_range_min 3\nloop_ _pd_meas_counts_total 1 2",
+       "_pd_meas_2theta_range_min 3\nloop_ _pd_meas_2theta_scan _x\nloop_ _pd_meas_counts_total 1 "
+       "2",
        "3 4", "1 2", ""},
   };
   for (const auto& each : cases) {
@@ -272,6 +273,10 @@ TEST(MarkedUp, CifBlocks) {
   EXPECT_EQ(a.sample, "zinc oxide");
   EXPECT_EQ(b.wavelengths, (std::array{1.5406, 1.5444}));
   EXPECT_EQ(b.ratio, 0.5);
+  // Without weights the first one counts; what is no doublet is no second one.
+  const std::string waves = "data_A\nloop_ _diffrn_radiation_wavelength\n";
+  EXPECT_EQ(ScanOf(waves + "1.5406 1.5444\n" + points).wavelengths, (std::array{1.5406, 1.5444}));
+  EXPECT_EQ(ScanOf(waves + "0.4100 1.5406 ?\n" + points).wavelengths, (std::array{0.41, 0.0}));
   // A pattern that names its phase.
   const std::string linked =
       "data_p\n_pd_phase_name zinc\n_pd_block_id P\ndata_q\n_pd_phase_name tin\n_pd_block_id Q\n";
@@ -507,7 +512,7 @@ TEST(MarkedUp, RasxScans) {
 }
 
 TEST(MarkedUp, Archives) {
-  EXPECT_EQ(ImportText(Zipped({{"Experiment0/notes.xml", "<a/>"}})).trouble,
+  EXPECT_EQ(ImportText(Zipped({{"RawDatasheet.xml", "<a/>"}, {"RawData.xml", "<a/>"}})).trouble,
             "it is an archive without a pattern that is known");
   const std::string whole = Rasx(kProfile);
   EXPECT_TRUE(
