@@ -169,6 +169,19 @@ TEST_F(Export, XyeHasWeightsOfCounting) {
   EXPECT_TRUE(PointsAreKept());
 }
 
+// They go out as they came in, as long as the points are those of the file.
+TEST_F(Export, EsdsThatTheFileHasStated) {
+  OpenThree();
+  StateEsds({2.5f, 12, 0.0625f});
+  EXPECT_EQ(Joined(PatternAsXye()), "60 100 2.5\n90 200.5 12\n120 -3 0.0625\n");
+  EXPECT_EQ(ExportRemark(ExportXye), "");
+  const std::string cif = Joined(PatternAsPdCif());
+  EXPECT_EQ(cif.substr(cif.find("loop_")),
+            "loop_\n_pd_meas_intensity_total\n100.0(25)\n200.5(120)\n-3.000(63)\n");
+  ws.yval(SlotInput, 1) = 4;
+  EXPECT_EQ(PatternAsXye()[0], "60 4 2");
+}
+
 TEST_F(Export, PdCifOfCountsOnAnEvenGrid) {
   for (const FormatSample& sample : FormatSamples())
     if (std::string(sample.extension) == "txt") Open("my scan.txt", sample.text());

@@ -12,7 +12,8 @@
 // Two-theta, counts, d and Q of a slot. Slot 1 comes with the background, the calculated pattern
 // and the difference, as far as they are on show, and with the overlays on the same two-theta.
 std::vector<std::string> PatternAsCsv(int slot);
-// Two-theta, counts, and the square root of the counts as their e.s.d., 1 at least.
+// Two-theta, counts, and their e.s.d.s as the file has stated them, or else the square roots of the
+// counts, 1 at least.
 std::vector<std::string> PatternAsXye();
 // A block of the powder dictionary.
 std::vector<std::string> PatternAsPdCif();

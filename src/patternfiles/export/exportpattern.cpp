@@ -64,7 +64,7 @@ Outcome ExportPattern(const Arguments& arguments) {
 }
 
 std::string ExportRemark(int number) {
-  if (number == ExportXye && !HasCounts())
+  if (number == ExportXye && !HasCounts() && StatedEsds().empty())
     return "; e.s.d.s are square roots, but the intensities are no counts";
   if (number == ExportPdCif && !(ws.statedwave > 0)) return "; no wavelength, as none is stated";
   return "";

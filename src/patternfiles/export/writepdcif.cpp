@@ -128,8 +128,44 @@ std::optional<EvenGrid> FindEvenGrid(std::span<const float> x) {
   return std::nullopt;
 }
 
+// All digits of the value, and the e.s.d. in units of the last one; of the e.s.d. two digits.
+std::string WithBrackets(float value, float esd) {
+  constexpr int kMost = 9;
+  std::string text = Number(value);
+  if (!(esd > 0 && esd < 1e9f) || !std::isfinite(value)) return text;
+  if (text.find('.') == std::string::npos) text += '.';
+  int decimals = static_cast<int>(text.size() - text.find('.')) - 1;
+  const int needed = std::clamp(1 - static_cast<int>(std::floor(std::log10(esd))), 0, kMost);
+  if (needed > decimals) text.append(static_cast<std::size_t>(needed - decimals), '0');
+  decimals = std::max(decimals, needed);
+  if (text.ends_with('.')) text.pop_back();
+  if (decimals > kMost) return text;  // a number next to 0
+  return text + '(' + std::to_string(std::llround(esd * std::pow(10.0, decimals))) + ')';
+}
+
+struct Cells {
+  const char* tag;
+  std::vector<std::string> values;
+};
+
+std::vector<std::string> Numbers(std::span<const float> values) {
+  std::vector<std::string> texts(values.size());
+  std::ranges::transform(values, texts.begin(), Number);
+  return texts;
+}
+
+// Of counts e.s.d.s are not told: they are known to be square roots.
+Cells Intensities() {
+  const std::span<const float> counts = IntensityOf(SlotInput), esds = StatedEsds();
+  if (esds.empty())
+    return {HasCounts() ? "_pd_meas_counts_total" : "_pd_meas_intensity_total", Numbers(counts)};
+  std::vector<std::string> texts(counts.size());
+  std::ranges::transform(counts, esds, texts.begin(), WithBrackets);
+  return {"_pd_meas_intensity_total", std::move(texts)};
+}
+
 void AddPoints(Block& block) {
-  std::vector<Column> columns;
+  std::vector<Cells> columns;
   const std::span<const float> x = TthOf(SlotInput);
   block.Item("_pd_meas_number_of_points", std::to_string(x.size()));
   if (const auto grid = FindEvenGrid(x)) {
@@ -137,21 +173,19 @@ void AddPoints(Block& block) {
     block.Item("_pd_meas_2theta_range_max", Number(grid->last));
     block.Item("_pd_meas_2theta_range_inc", grid->step);
   } else {
-    columns.push_back({"_pd_meas_2theta_scan", CopyOf(x)});
+    columns.push_back({"_pd_meas_2theta_scan", Numbers(x)});
   }
-  columns.push_back({HasCounts() ? "_pd_meas_counts_total" : "_pd_meas_intensity_total",
-                     CopyOf(IntensityOf(SlotInput))});
-  columns.push_back({"_pd_calc_intensity_total", ShownCalculated()});
-  columns.push_back({"_pd_proc_intensity_bkg_calc", ShownBackground()});
-  std::erase_if(columns, [](const Column& column) { return column.values.empty(); });
+  columns.push_back(Intensities());
+  columns.push_back({"_pd_calc_intensity_total", Numbers(ShownCalculated())});
+  columns.push_back({"_pd_proc_intensity_bkg_calc", Numbers(ShownBackground())});
+  std::erase_if(columns, [](const Cells& column) { return column.values.empty(); });
 
   block.Line("");
   block.Line("loop_");
-  for (const Column& column : columns) block.Line(column.head);
+  for (const Cells& column : columns) block.Line(column.tag);
   for (std::size_t i = 0; i < x.size(); ++i) {
     std::string line;
-    for (const Column& column : columns)
-      line += (line.empty() ? "" : " ") + Number(column.values[i]);
+    for (const Cells& column : columns) line += (line.empty() ? "" : " ") + column.values[i];
     block.Line(line);
   }
 }
