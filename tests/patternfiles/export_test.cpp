@@ -110,9 +110,10 @@ TEST_F(Export, CsvHasTheCurvesOnShow) {
   EXPECT_EQ(Csv(),
             "two_theta,counts,background,calculated,difference\n"
             "60,100,90,,\n90,200.5,105,150,50.5\n120,-3,,10,-13\n");
+  ws.fitnpar = 0;  // of an earlier fit
+  EXPECT_EQ(Csv().substr(0, 30), "two_theta,counts,calculated,di");
 
   // A fit of an overlay has points of its own, here from the second on.
-  ws.fitnpar = 0;
   ws.plotmask = PlotInput;
   Curve(SlotRefined, {150, 10}, 2);
   ws.fitshown = 1;
@@ -295,6 +296,8 @@ TEST(CifText, LettersValuesAndNames) {
             "_t\n;" + std::string(70, 'a') + "\n ;" + std::string(60, 'b') + " c\n;\n");
   for (const std::string& line : CifItem("_t", std::string(5000, 'x')))
     EXPECT_LE(line.size(), 2048u);
+  EXPECT_EQ(CifItem("_t", std::string(77, 'x')).size(), 1u);
+  EXPECT_EQ(CifItem("_t", std::string(78, 'x')).size(), 3u);
 
   EXPECT_EQ(CifBlockHead("Si \u00e4(1).a"), "data_Si___1_.a");
   EXPECT_EQ(CifBlockHead(""), "data_pattern");
