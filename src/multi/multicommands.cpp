@@ -130,13 +130,9 @@ constexpr Command All(int id, const char* text, Outcome (*run)(const Arguments&)
           .undo = true};
 }
 
-constexpr Command Structure(int k) {
-  return {.item = {MenuCloseStructures + k,
-                   k == 0   ? "All"
-                   : k == 1 ? "Empty"
-                            : "",
-                   MenuPopupCloseStructures},
-          .title = k == 0 ? "Close all structures" : "Close structure",
+constexpr Command CloseOf(int k, const char* text, const char* title = "Close structure") {
+  return {.item = {MenuCloseStructures + k, text, MenuPopupCloseStructures},
+          .title = title,
           .viewmode = 1,
           .number = k,
           .run = CloseTheStructure,
@@ -144,8 +140,8 @@ constexpr Command Structure(int k) {
           .undo = true};
 }
 
-constexpr Command CellOf(int k) {
-  return {.item = {MenuPopupUseCell + k, k == 1 ? "Empty" : "", MenuPopupUseCell},
+constexpr Command CellOf(int k, const char* text) {
+  return {.item = {MenuPopupUseCell + k, text, MenuPopupUseCell},
           .title = "Use cell in fit",
           .number = k,
           .run = UseCell,
@@ -192,24 +188,24 @@ constexpr Command kMultiCommands[] = {
      .redraw = Redraw::Keep,
      .undo = true},
     {.item = {MenuPopupUseCell, "Use cell in fit", kMulti, true}},
-    CellOf(1),
-    CellOf(2),
-    CellOf(3),
-    CellOf(4),
-    CellOf(5),
-    CellOf(6),
-    CellOf(7),
-    CellOf(8),
+    CellOf(1, "1 Empty"),
+    CellOf(2, "2 Empty"),
+    CellOf(3, "3 Empty"),
+    CellOf(4, "4 Empty"),
+    CellOf(5, "5 Empty"),
+    CellOf(6, "6 Empty"),
+    CellOf(7, "7 Empty"),
+    CellOf(8, "8 Empty"),
     {.item = {MenuPopupCloseStructures, "Close structures", kMulti, true}},
-    Structure(0),
-    Structure(1),
-    Structure(2),
-    Structure(3),
-    Structure(4),
-    Structure(5),
-    Structure(6),
-    Structure(7),
-    Structure(8),
+    CloseOf(0, "All", "Close all structures"),
+    CloseOf(1, "1 Empty"),
+    CloseOf(2, "2 Empty"),
+    CloseOf(3, "3 Empty"),
+    CloseOf(4, "4 Empty"),
+    CloseOf(5, "5 Empty"),
+    CloseOf(6, "6 Empty"),
+    CloseOf(7, "7 Empty"),
+    CloseOf(8, "8 Empty"),
 };
 
 }  // namespace

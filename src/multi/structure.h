@@ -23,7 +23,7 @@ struct StructureReflections {
 
 struct CrystalStructure {
   std::string name, formula;
-  std::string group;  // symbol of the space group, blank where none is known
+  std::string group;  // symbol of the space group and its setting, blank where none is known
   UnitCell cell;
   int laueclass = 1, centering = 1;  // as the fit numbers them
   // Those from d `longest` down to `shortest`, angstrom.

@@ -111,7 +111,12 @@ std::string IndicesText(const Hkl& hkl) {
   return std::to_string(hkl.h) + gap + std::to_string(hkl.k) + gap + std::to_string(hkl.l);
 }
 
-// "corundum Al2O3: 104 at 35.15 (100), ..."
+// "(R -3 c:H)" behind a blank, nothing where no group is known.
+std::string GroupText(int k) {
+  return ws.structuregroup(k).empty() ? "" : " (" + ws.structuregroup(k) + ")";
+}
+
+// "corundum Al2O3 (R -3 c:H): 104 at 35.15 (100), ..."
 std::string StrongestText(int k) {
   std::vector<int> lines(ws.nstructureline(k));
   std::iota(lines.begin(), lines.end(), 1);
@@ -124,7 +129,7 @@ std::string StrongestText(int k) {
             Degrees(ws.structuretth(k, i)) + " (" + Fixed(ws.structureint(k, i), 0) + ")";
   if (text.empty())
     text = "no lines from " + Degrees(ws.structurefrom) + " to " + Degrees(ws.structureto);
-  return StructureLabel(k) + ": " + text;
+  return StructureLabel(k) + GroupText(k) + ": " + text;
 }
 
 // ---- Opening ----
@@ -190,7 +195,7 @@ Outcome UseCellInFit(int k) {
   ws.cell = structure.cell;
   ws.laueclass = structure.laueclass;
   ws.centering = structure.centering;
-  WindowOutStatusBar(3, "Cell of " + structure.name +
+  WindowOutStatusBar(3, "Cell of " + structure.name + GroupText(k) +
                             " goes to Peak fit: " + LaueClassOf(ws.laueclass).label + ", " +
                             CenteringOf(ws.centering).label);
   return Outcome::Done;

@@ -53,7 +53,7 @@ void ShowOverlays() {
   }
 }
 
-// By name, in both popups; a free place is blank.
+// By number and name, in both popups: names may be the same.
 void ShowStructures() {
   Enable(MenuCloseStructures, ws.nstructure > 0, kNeedStructure);
   Enable(MenuScaleStructures, ws.nstructure > 0, kNeedStructure);
@@ -61,7 +61,8 @@ void ShowStructures() {
     for (const int first : {MenuCloseStructure1, MenuUseCell1}) {
       const bool open = k <= ws.nstructure;
       Enable(first + k - 1, open, "No structure has this place");
-      WMenuSetString(first + k - 1, open ? ws.structurename(k) : k == 1 ? "Empty" : "");
+      WMenuSetString(first + k - 1,
+                     std::to_string(k) + " " + (open ? ws.structurename(k) : "Empty"));
     }
   Check(MenuScaleStructures, ws.structurescale);
 }

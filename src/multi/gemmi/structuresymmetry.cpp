@@ -202,11 +202,11 @@ StructureSymmetry SymmetryOf(const CifBlock& block, const gemmi::UnitCell& cell)
   if (listed.empty()) {
     const gemmi::SpaceGroup& group = StatedGroup(block, cell);
     symmetry.operators = group.operations();
-    symmetry.group = group.hm;
+    symmetry.group = group.xhm();
   } else {
     symmetry.operators = GroupOf(listed);
     const auto* group = gemmi::find_spacegroup_by_ops(symmetry.operators);
-    symmetry.group = group ? group->hm : block.Text(kNameTags);
+    symmetry.group = group ? group->xhm() : block.Text(kNameTags);
   }
   CheckCell(cell, symmetry.operators);
   symmetry.laueclass = LaueClassOfGroup(symmetry.operators);
