@@ -220,6 +220,17 @@ keys alt+u f; await "Fit patterns"; keys Tab space Tab Tab space; picture dialog
 keys Return; await " - Quillagram"; picture overlay-fit
 keys alt+c c; await "Create Script"; picture dialog-script; keys Escape; await " - Quillagram"
 
+# Structures below a pattern.
+xdotool key ctrl+q; sleep 0.5
+"$program" "$home/$(basename "$pattern")" & started+=($!)
+await " - Quillagram"
+for name in corundum calcite; do
+  keys alt+u r; await "Open structures"
+  xdotool type --delay 20 "$source/tools/structures/$name.cif"
+  keys Return; await " - Quillagram"
+done
+picture structures
+
 # The printed page beside the window.
 (cd "$home" && "$(dirname "$program")/quillagram-replay" >/dev/null) <<END
 open "$home/$(basename "$pattern")"

@@ -10,7 +10,7 @@
 namespace {
 
 // In drawing units of the screen. The label of a row stands over its ticks.
-constexpr float kRow = 38, kLabel = 13, kLongest = 18, kShortest = 3, kGap = 3;
+constexpr float kRow = 42, kLabel = 14, kLongest = 17, kShortest = 3, kGap = 5;
 
 constexpr int kColours[MaxStructures] = {
     RgbColour(0, 114, 178),   RgbColour(213, 94, 0),   RgbColour(0, 158, 115),

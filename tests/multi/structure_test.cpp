@@ -361,8 +361,8 @@ TEST_F(Structures, AreDrawnAsTicksOrToScale) {
   RunMenu(MenuFullPattern);
   const float height = ws.plotheight, floor = ws.ploty0;
   Open({"silicon", "rutile"});
-  EXPECT_EQ(ws.plotheight + 76, height);
-  EXPECT_EQ(ws.ploty0 - 76, floor);
+  EXPECT_EQ(ws.plotheight + 84, height);
+  EXPECT_EQ(ws.ploty0 - 84, floor);
   const auto rows = Ticks(1);
   ASSERT_EQ(rows.size(), 6u);
   EXPECT_NEAR(rows[0].first - ws.plotx0, (ws.structuretth(1, 1) - ws.viewxmin) / ws.xperunit, 0.01);

@@ -1,6 +1,7 @@
 // Structures by the selector and the menu.
 #include <gtest/gtest.h>
 
+#include <QLabel>
 #include <algorithm>
 
 #include "plot/structureticks.h"
@@ -41,7 +42,7 @@ TEST(Structures, AreChosenAndClosedByName) {
     Pick(MenuCloseStructure1);
     co_await Idle();
     EXPECT_EQ(Strokes(1), 0);
-    EXPECT_EQ(Root()->parts[2]->text(), "0 structures");
+    EXPECT_EQ(FindA<QLabel>("status4")->text(), "0 structures");
   });
 }
 
