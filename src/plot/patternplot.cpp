@@ -258,5 +258,7 @@ void DrawPatternPlot() {
   SetPen(1, 1, colours::kBlack);
   DrawName(ws.plotwidth - plot.page.scale * 10, ws.plotheight - plot.page.scale * 20, ws.stem20,
            std::max(plot.page.textheight, 1.4f * TextUnits * plot.page.scale), 0, 5);
-  if (OnPaper() && ws.epsflag == 0) DrawPlotHeader(plot.page);
+  if (!OnPaper() || ws.epsflag == 1) return;
+  MoveOrigin(0, -StructureRoom());
+  DrawPlotHeader(plot.page);
 }

@@ -10,8 +10,10 @@
 #include "crystal/laue.h"
 #include "modify/patterns.h"
 #include "multi/structure.h"
+#include "plot/plot.h"
 #include "plot/structureticks.h"
 #include "shell/shell.h"
+#include "toolkit/common.h"  // for PaperList
 #include "toolkit/displaylist.h"
 #include "toolkit/toolkit.h"
 #include "workspace/menuids.h"
@@ -382,6 +384,32 @@ TEST_F(Structures, AreDrawnAsTicksOrToScale) {
   EXPECT_NEAR(sticks[1].second, (100 + 650 - ws.viewymin) / ws.yperunit, 5);
   RunMenu(MenuUndo);
   EXPECT_EQ(Ticks(1), rows);
+}
+
+// The form about the measurement stands where it has always stood, below the rows.
+TEST_F(Structures, LeaveThePrintedFormInItsPlace) {
+  const auto page = [] {
+    ws.printflag = 1;
+    IGrInit("H");
+    IGrArea(0, 0, 1, 1);
+    IGrUnits(0, 0, 180, 254);
+    LayView();
+    DrawView();
+    ws.printflag = 0;
+    DrawRect box{1e9f, 1e9f, -1e9f, -1e9f};
+    for (const DrawPoint& p : PaperList().points)
+      box = {std::min(box.x1, p.x), std::min(box.y1, p.y), std::max(box.x2, p.x),
+             std::max(box.y2, p.y)};
+    return box;
+  };
+  ws.sampleid = "corundum";
+  const DrawRect before = page();
+  IGrInit("");
+  Open({"corundum", "calcite"});
+  const DrawRect after = page();
+  IGrInit("");
+  for (const auto side : {&DrawRect::x1, &DrawRect::y1, &DrawRect::x2, &DrawRect::y2})
+    EXPECT_NEAR(after.*side, before.*side, 1e-3);
 }
 
 // A cell that has more reflections than can be worked out has them up to where it is said.
