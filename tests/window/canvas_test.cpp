@@ -7,9 +7,9 @@
 #include <QMimeData>
 #include <QPrintDialog>
 #include <QPrinter>
+#include <fstream>
 
 #include "shell/shell.h"
-#include "support/support.h"
 #include "toolkit/qt/events.h"
 #include "toolkit/qt/painter.h"
 #include "toolkit/qt/window.h"
@@ -86,7 +86,7 @@ TEST(Canvas, ThinningKeepsWhatIsSeen) {
 
 TEST(Canvas, SheetIsWhiteWithHintThenCurveOfTheFileDropped) {
   const std::string file = MakePattern("curve.xy"), unknown = Place() + "/note.doc";
-  WriteFile(unknown, "no numbers here\n");
+  std::ofstream(unknown) << "no numbers here\n";
   QPalette dark;
   RunWith([&]() -> Script {
     dark.setColor(QPalette::Window, Qt::black);

@@ -3,8 +3,10 @@
 
 #include <sstream>
 
+#include "patternfiles/import/dates.h"
 #include "patternfiles/import/import.h"
 #include "patternfiles/import/markup.h"
+#include "patternfiles/import/utf8.h"
 #include "support/support.h"
 #ifdef QUILLAGRAM_LIBZIP
 #include <zip.h>
@@ -182,8 +184,10 @@ TEST(MarkedUp, Texts) {
   const Texts dates[] = {{"2005-09-17T20:43:43.25+02:00", "2005-09-17 20:43:43"},
                          {" 2005-09-17 20:43Z", "2005-09-17 20:43:00"},
                          {"2005-09-17\n", "2005-09-17"},
-                         {"17.9.2005 20:43", "17.9.2005 20:43"}};
-  for (const Texts& each : dates) EXPECT_EQ(PlainDate(each[0]), each[1]);
+                         {"17.9.2005 20:43", "2005-09-17 20:43:00"},
+                         {"9/17/2005 8:43:10 PM", "2005-09-17 20:43:10"},
+                         {"soon", ""}};
+  for (const Texts& each : dates) EXPECT_EQ(IsoDate(each[0]), each[1]);
 }
 
 #ifdef QUILLAGRAM_GEMMI
