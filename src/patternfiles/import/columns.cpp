@@ -58,9 +58,7 @@ bool CanBeginRow(std::string_view line) {
 bool IsMissing(std::string_view cell) {
   static constexpr std::string_view kWords[] = {"nan", "inf", "-inf", "na",  "n/a",
                                                 "-",   "--",  "?",    "null"};
-  std::string lower(Unquoted(cell));
-  std::transform(lower.begin(), lower.end(), lower.begin(),
-                 [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
+  const std::string lower = LowerText(Unquoted(cell));
   return cell.find_first_not_of('*') == cell.npos ||
          std::find(std::begin(kWords), std::end(kWords), lower) != std::end(kWords);
 }

@@ -69,7 +69,7 @@ TEST(ImportColumns, WaysOfWriting) {
            "3 2 1\n5 131\n5.5 99.5\n6 12\n",
            "12 mg sample 3\n5 131\n5.5 99.5\n6 12\n3 points in all\n",
            "6 12\n5.5 99.5\n5 131\n",
-           "5 131\n# lamp changed 5.2 7\n5.5 99.5\n5.8 nan\n6 12\n",
+           "5 131\n# lamp changed 5.2 7\n5.5 99.5\n5.8 NaN\n6 12\n",
            "5 131\n6 12\n5.5 99.5\n",
            "2-Theta,Intensity\n(deg),(counts)\n5,131\n5.5,99.5\n6,12\n",
        })
@@ -180,6 +180,7 @@ TEST(ImportColumns, Keys) {
            {"Sample: Gr\xC3\xBCn", 0, 0, 0, 0, "Gr\xC3\xBCn"},
            {"Sample: Gr\xFCn", 0, 0, 0, 0, "Gr\xC3\xBCn"},
            {"# Date: 2020-02-30x", 0, 0, 0, 0, "", "2020-02-30"},
+           {"# Date: Mar/4/88 1:05 pm", 0, 0, 0, 0, "", "1988-03-04 13:05:00"},
            {"# Date: 32.1.2020", 0, 0, 0, 0, ""},
        }) {
     SCOPED_TRACE(told.line);
