@@ -104,8 +104,10 @@ void PutTexts(int k) {
 
 std::string Degrees(double tth) { return Fixed(tth, 2); }
 
-// "104", and with blanks where that would not be clear.
-std::string IndicesText(const Hkl& hkl) {
+// "104", and with blanks where that would not be clear; "?" for indices without a code.
+std::string IndicesText(int code) {
+  if (code == 0) return "?";
+  const Hkl hkl = UnpackHkl(code);
   const auto digit = [](int index) { return index >= 0 && index <= 9; };
   const char* gap = digit(hkl.h) && digit(hkl.k) && digit(hkl.l) ? "" : " ";
   return std::to_string(hkl.h) + gap + std::to_string(hkl.k) + gap + std::to_string(hkl.l);
@@ -125,7 +127,7 @@ std::string StrongestText(int k) {
   lines.resize(std::min<std::size_t>(lines.size(), kNamedLines));
   std::string text;
   for (const int i : lines)
-    text += (text.empty() ? "" : ", ") + IndicesText(UnpackHkl(ws.structurehkl(k, i))) + " at " +
+    text += (text.empty() ? "" : ", ") + IndicesText(ws.structurehkl(k, i)) + " at " +
             Degrees(ws.structuretth(k, i)) + " (" + Fixed(ws.structureint(k, i), 0) + ")";
   if (text.empty())
     text = "no lines from " + Degrees(ws.structurefrom) + " to " + Degrees(ws.structureto);
