@@ -61,6 +61,18 @@ void Mend(MeasuredFile& file) {
   std::erase_if(file.scans, [](const MeasuredScan& scan) { return scan.x.empty(); });
 }
 
+void Read(std::string_view bytes, const std::string& path, Imported& imported) {
+  const ImportFormat* format = FormatOf(bytes);
+  if (!format) throw NotReadable("it holds nothing that is known as a pattern");
+  imported.format = format->name;
+  if (!format->read)
+    throw NotReadable(std::string("this program has been built without ") + format->needs +
+                      ", which reads " + format->name);
+  imported.file = format->read({bytes, path});
+  Mend(imported.file);
+  if (imported.file.scans.empty()) throw NotReadable("no points in it");
+}
+
 }  // namespace
 
 Imported ImportFile(const std::string& path) {
@@ -71,27 +83,14 @@ Imported ImportFile(const std::string& path) {
     imported.trouble = "it is empty";
     return imported;
   }
-  const ImportFormat* format = FormatOf(*bytes);
-  if (!format) {
-    imported.trouble = "it holds nothing that is known as a pattern";
-    return imported;
-  }
-  imported.format = format->name;
-  if (!format->read) {
-    imported.trouble = std::string("this program has been built without ") + format->needs +
-                       ", which reads " + format->name;
-    return imported;
-  }
   try {
-    imported.file = format->read({*bytes, path});
-    Mend(imported.file);
-    if (imported.file.scans.empty()) imported.trouble = "no points in it";
+    Read(*bytes, path, imported);
   } catch (const NoPattern& failure) {
     imported.trouble = failure.what();
     imported.isnopattern = true;
   } catch (const std::exception& failure) {
     imported.trouble = failure.what();
-    imported.file.scans.clear();
   }
+  if (!imported.trouble.empty()) imported.file.scans.clear();
   return imported;
 }

@@ -55,8 +55,11 @@ void ScanList::Note(const std::string& text) {
 }
 
 MeasuredFile ScanList::Done(const std::string& nothing) {
-  if (file_.scans.empty() && leftout_.empty()) throw NotReadable(nothing);
-  if (file_.scans.empty()) throw NoPattern("it holds " + leftout_[0]);
+  if (file_.scans.empty()) {
+    if (leftout_.empty()) throw NotReadable(nothing);
+    if (!sound_) throw NotReadable("it holds " + leftout_[0]);
+    throw NoPattern("it holds " + leftout_[0]);
+  }
   if (!leftout_.empty()) {
     const std::string many = leftout_.size() > 1 ? " and more of the kind" : "";
     Note("left out: " + leftout_[0] + many);

@@ -29,14 +29,19 @@ class ScanList {
  public:
   // Throws NotReadable above 1000 scans and 4 million points.
   void Add(MeasuredScan scan);
-  void LeaveOut(const std::string& what) { leftout_.push_back(what); }  // "a scan of Phi"
+  // "a scan of Phi", or what is no sound scan at all.
+  void LeaveOut(const std::string& what, bool sound = true) {
+    leftout_.push_back(what);
+    sound_ = sound_ && sound;
+  }
   void Note(const std::string& text);
-  // Throws NotReadable if nothing but what is left out has been found, or, with `nothing`, not even
-  // that.
+  // Throws if nothing but what is left out has been found, NoPattern where that is sound; or, with
+  // `nothing`, not even that.
   MeasuredFile Done(const std::string& nothing);
 
  private:
   MeasuredFile file_;
   std::vector<std::string> leftout_;
+  bool sound_ = true;
   std::size_t points_ = 0;
 };

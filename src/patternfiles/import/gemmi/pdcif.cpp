@@ -216,6 +216,7 @@ const char* OtherKind(const CifBlock& block) {
 void AddPattern(const Cif& cif, std::size_t place, ScanList& scans) {
   const CifBlock& block = cif.blocks[place];
   const char* amiss = nullptr;
+  bool sound = false;
   for (const char* tag : kCounts) {
     const CifValues* counts = block.Find(tag);
     if (!counts) continue;
@@ -224,7 +225,8 @@ void AddPattern(const Cif& cif, std::size_t place, ScanList& scans) {
     if (std::ranges::none_of(scan.counts, [](double c) { return std::isfinite(c); })) continue;
     if (!TakeColumn(block, kAngles, scan) && !TakeRange(block, scan)) {
       amiss = OtherKind(block);
-      if (amiss) break;
+      sound = amiss != nullptr;
+      if (sound) break;
       amiss = "counts without positions that fit them";
       if (!TakeColumn(block, kSpacings, scan)) continue;
     }
@@ -232,7 +234,7 @@ void AddPattern(const Cif& cif, std::size_t place, ScanList& scans) {
     Describe(cif, place, scan);
     return scans.Add(std::move(scan));
   }
-  if (amiss) scans.LeaveOut(amiss);
+  if (amiss) scans.LeaveOut(amiss, sound);
 }
 
 // What a file without points holds instead, as the end of a sentence.
