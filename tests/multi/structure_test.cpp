@@ -232,8 +232,8 @@ TEST(StructureFile, TakesWhatProgramsWrite) {
 TEST(PowderLines, AddUpWhatLiesAtOneSpacing) {
   const double d = kWave / 2 / std::sin(Degrees(15)), far = kWave / 2 / std::sin(Degrees(30));
   const std::vector<StructureReflection> rows = {
-      {{3, 3, 3}, 8, far, 10}, {{2, 0, 0}, 6, d, 30},    {{5, 1, 1}, 24, far * (1 + 1e-7), 10},
-      {{9, 9, 9}, 1, 0.5, 99}, {{1, 0, 0}, 2, 2 * d, 0},
+      {{3, 3, 3}, 8, far, 10}, {{2, 0, 0}, 6, d, 30},   {{5, 1, 1}, 24, far * (1 + 1e-7), 10},
+      {{9, 0, 0}, 1, far, 10}, {{9, 9, 9}, 1, 0.5, 99}, {{1, 0, 0}, 2, 2 * d, 0},
   };
   const auto lines = PowderLines(rows, kWave, 9);
   ASSERT_EQ(lines.size(), 2u);
@@ -241,7 +241,7 @@ TEST(PowderLines, AddUpWhatLiesAtOneSpacing) {
   EXPECT_NEAR(lines[1].tth, 60, 1e-4);
   EXPECT_EQ(PackHkl(lines[1].hkl), PackHkl({5, 1, 1}));
   const double first = 180 * (1 + 0.75) / 2 / (std::sin(Degrees(15)) * 0.5);
-  const double second = 320 * (1 + 0.25) / 2 / (0.5 * std::sin(Degrees(60)));
+  const double second = 330 * (1 + 0.25) / 2 / (0.5 * std::sin(Degrees(60)));
   EXPECT_NEAR(lines[0].intensity, 100, 1e-4);
   EXPECT_NEAR(lines[1].intensity, 100 * second / first, 1e-3);
   EXPECT_EQ(PowderLines(rows, kWave, 1).size(), 1u);
@@ -264,16 +264,17 @@ class Structures : public testing::Test {
     RunMenu(MenuOpenStructures, answer);
   }
   // Strokes of a structure's colour, from the lowest to the highest point; names aside.
-  std::vector<std::pair<float, float>> Ticks(int k) const {
+  std::vector<std::pair<float, float>> Ticks(int k) {
     std::vector<std::pair<float, float>> ticks;
     for (const Stroke& stroke : ScreenList().strokes) {
       const DrawPoint* points = &ScreenList().points[stroke.first];
       if (stroke.pen.width == 2 && static_cast<int>(stroke.pen.colour) == StructureColour(k))
         for (std::size_t i = 0; i + 1 < stroke.count; i += 2)
-          ticks.push_back({points[i].x, points[i + 1].y - points[i].y});
+          ticks.push_back({points[i].x, points[i + 1].y - points[i].y}), floor_ = points[i].y;
     }
     return ticks;
   }
+  float floor_ = 0;  // of the ticks looked at last
 };
 
 }  // namespace
@@ -316,10 +317,15 @@ TEST_F(Structures, ComeAndGo) {
   EXPECT_EQ(ws.nstructure, 2);
   EXPECT_EQ(ws.structurename(1), "ceria");
   EXPECT_EQ(ws.structuretth(1, 1), ceria);
+  EXPECT_GT(ws.nstructureline(2), 0);
   EXPECT_EQ(ws.nstructureline(3), 0);
   EXPECT_FALSE(WMenuGetState(MenuUseCell1 + 2, MenuEnabled));
   RunMenu(MenuUndo);
   EXPECT_EQ(ws.structurename(1) + ws.structurename(3), "siliconrutile");
+
+  RunMenu(MenuCloseStructure1 + 2);
+  EXPECT_EQ(ws.nstructure, 2);
+  RunMenu(MenuUndo);
 
   RunMenu(MenuUseCell1 + 2);
   EXPECT_FLOAT_EQ(ws.cell(3), 2.9587f);
@@ -369,7 +375,9 @@ TEST_F(Structures, AreDrawnAsTicksOrToScale) {
   ASSERT_EQ(rows.size(), 6u);
   EXPECT_NEAR(rows[0].first - ws.plotx0, (ws.structuretth(1, 1) - ws.viewxmin) / ws.xperunit, 0.01);
   EXPECT_NEAR((rows[1].second - 3) / (rows[0].second - 3), std::sqrt(0.65), 0.01);
+  EXPECT_FLOAT_EQ(floor_, ws.ploty0 - 20 - 37);
   EXPECT_GT(Ticks(2).size(), 10u);
+  EXPECT_FLOAT_EQ(floor_, ws.ploty0 - 20 - 79);
   RunMenu(MenuAxisD);
   ASSERT_EQ(Ticks(1).size(), 6u);
   EXPECT_NEAR(Ticks(1)[0].first - ws.plotx0, (3.13553f - ws.viewxmin) / ws.xperunit, 0.01);
@@ -422,7 +430,11 @@ TEST_F(Structures, TooManyReflectionsEndEarlier) {
              spread(0.382 * i) + "\n";
   WriteFile(dir.file("big.cif"), Cif("40 41 42 90 90 90", Name("P 1"), atoms));
   RunMenu(MenuOpenStructures, "file \"" + dir.file("big.cif") + "\"");
-  EXPECT_NE(WStatusText(3).find("no lines worked out beyond"), std::string::npos) << WStatusText(3);
+  const std::string text = WStatusText(3), told = "no lines worked out beyond ";
+  const std::size_t at = text.find(told);
+  ASSERT_NE(at, text.npos) << text;
+  const double end = std::stod(text.substr(at + told.size()));
+  EXPECT_NEAR(end, ws.structuretth(1, ws.nstructureline(1)), 0.2);
   EXPECT_EQ(ws.nstructureline(1), MaxStructureLines);
 }
 
