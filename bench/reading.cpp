@@ -1,4 +1,5 @@
-// Reading a pattern of 19000 points in every format, against a bare loop over the same bytes.
+// Reading a pattern of 19000 points in every format, by its strict reader and by the import that
+// looks at what the file holds, against a bare loop over the same bytes.
 #include <benchmark/benchmark.h>
 #include <unistd.h>
 
@@ -11,9 +12,12 @@
 #include <functional>
 #include <string>
 
+#include "patternfiles/import/import.h"
+#include "patternfiles/import/prepared.h"
 #include "patternfiles/patternfiles.h"
 #include "toolkit/toolkit.h"
 #include "workspace/record.h"
+#include "workspace/workspace.h"
 
 namespace {
 
@@ -95,14 +99,20 @@ double SecondsOfBareLoop(const std::string& text) {
   return (Seconds() - start) / kRuns;
 }
 
-void Reading(benchmark::State& state, const PatternFormat& format) {
+bool Import(const std::string& path) {
+  const Imported imported = ImportFile(path);
+  return !imported.file.scans.empty() &&
+         !Prepared(imported.file.scans[0], CuKalpha1, MaxPoints).tth.empty();
+}
+
+void Reading(benchmark::State& state, const PatternFormat& format, bool import) {
   const std::string text = Content(format.extension);
   const std::string path =
       std::filesystem::temp_directory_path() / ("quillagram-bench-" + std::to_string(getpid()));
   std::ofstream(path, std::ios::binary) << text;
   const double start = Seconds();
   for (auto _ : state)
-    if (!format.read(1, path)) state.SkipWithError("not read");
+    if (!(import ? Import(path) : format.read(1, path) != 0)) state.SkipWithError("not read");
   const double seconds = Seconds() - start;
   std::filesystem::remove(path);
   state.SetBytesProcessed(static_cast<std::int64_t>(text.size()) * state.iterations());
@@ -114,8 +124,10 @@ void Reading(benchmark::State& state, const PatternFormat& format) {
 
 int main(int argc, char** argv) {
   for (const PatternFormat& format : PatternFormats())
-    benchmark::RegisterBenchmark(format.extension,
-                                 [&](benchmark::State& s) { Reading(s, format); });
+    for (const bool import : {false, true})
+      benchmark::RegisterBenchmark(
+          (format.extension + std::string(import ? " import" : "")).c_str(),
+          [&, import](benchmark::State& s) { Reading(s, format, import); });
   benchmark::Initialize(&argc, argv);
   benchmark::RunSpecifiedBenchmarks();
 }

@@ -47,7 +47,9 @@ constexpr Control kControls[] = {
 };
 
 std::string Fixed(double value, int decimals) {
-  return LeftAlign(RealField(static_cast<float>(value), 15, decimals));
+  std::string text = LeftAlign(RealField(static_cast<float>(value), 15, decimals));
+  if (text.ends_with('.')) text.pop_back();
+  return text;
 }
 
 std::vector<std::string> RowOf(const MeasuredScan& scan, std::size_t number) {
