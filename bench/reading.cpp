@@ -123,11 +123,17 @@ void Reading(benchmark::State& state, const PatternFormat& format, bool import) 
 }  // namespace
 
 int main(int argc, char** argv) {
-  for (const PatternFormat& format : PatternFormats())
-    for (const bool import : {false, true})
-      benchmark::RegisterBenchmark(
-          (format.extension + std::string(import ? " import" : "")).c_str(),
-          [&, import](benchmark::State& s) { Reading(s, format, import); });
+  // The others have no heading here, by which the import would know them.
+  const std::string known = "xy chi txt uxd";
+  const auto add = [](const std::string& name, const PatternFormat& format, bool import) {
+    benchmark::RegisterBenchmark(
+        name.c_str(), [&format, import](benchmark::State& s) { Reading(s, format, import); });
+  };
+  for (const PatternFormat& format : PatternFormats()) {
+    add(format.extension, format, false);
+    if (known.find(format.extension) != known.npos)
+      add(format.extension + std::string(" import"), format, true);
+  }
   benchmark::Initialize(&argc, argv);
   benchmark::RunSpecifiedBenchmarks();
 }

@@ -58,13 +58,12 @@ TextLines::TextLines(std::string_view bytes) : rest(bytes) {
 bool TextLines::Next(std::string_view& line) {
   if (rest.empty()) return false;
   ++number;
-  const std::size_t end = rest.find_first_of("\r\n");
+  // By hand: the library looks up each letter among the ends.
+  std::size_t end = 0;
+  while (end < rest.size() && rest[end] != '\n' && rest[end] != '\r') ++end;
   line = rest.substr(0, end);
-  if (end == rest.npos) {
-    rest = {};
-  } else {
-    rest.remove_prefix(end + (rest.substr(end).starts_with("\r\n") ? 2 : 1));
-  }
+  rest.remove_prefix(end);
+  rest.remove_prefix(rest.starts_with("\r\n") ? 2 : rest.empty() ? 0 : 1);
   return true;
 }
 
@@ -115,7 +114,8 @@ bool TakeNumber(std::string_view& text, double& value, bool comma) {
   text.remove_prefix(length);
   if (digits.front() == '+') digits.remove_prefix(1);
   std::string plain;
-  if (digits.find_first_of(",dD") != digits.npos) {
+  if (std::any_of(digits.begin(), digits.end(),
+                  [](char c) { return c == ',' || c == 'd' || c == 'D'; })) {
     plain = digits;
     std::replace(plain.begin(), plain.end(), ',', '.');
     std::replace(plain.begin(), plain.end(), 'd', 'e');
