@@ -7,7 +7,7 @@
 #include "workspace/command.h"
 
 // The pattern's format is `filetype`.
-Outcome BackgroundFromFile(const std::string& path);
+Outcome BackgroundFromFile(const std::string& path, const ScanChoice& choice = {});
 Outcome RefinedBackground();
 // The background polynomial of the last fit at a two-theta; 0 outside of its range.
 float RefinedBackgroundAt(float tth);

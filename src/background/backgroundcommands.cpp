@@ -76,7 +76,8 @@ Question AskUser() { return ws.batchmode == 1 ? Question() : AskOnPlot; }
 
 Outcome AskFile(Arguments& arguments) {
   arguments.path = AskForPattern(ws.filetype);
-  return Answered(!arguments.path.empty());
+  if (arguments.path.empty()) return Outcome::Cancelled;
+  return ws.filetype == FileTypeAny ? AskScans(arguments.path, arguments.scans) : Outcome::Done;
 }
 
 Outcome AskSave(Arguments& arguments) {
@@ -85,7 +86,9 @@ Outcome AskSave(Arguments& arguments) {
   return Answered(!arguments.path.empty());
 }
 
-Outcome FromFile(const Arguments& arguments) { return BackgroundFromFile(arguments.path); }
+Outcome FromFile(const Arguments& arguments) {
+  return BackgroundFromFile(arguments.path, arguments.scans);
+}
 Outcome Save(const Arguments& arguments) { return SaveBackground(arguments.path); }
 Outcome Subtract(const Arguments&) { return SubtractBackground(AskUser()); }
 Outcome Estimate(const Arguments&) { return Autosubtract(AskUser()); }

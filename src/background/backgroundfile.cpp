@@ -59,13 +59,15 @@ void CutToPattern() {
 
 // The reader leaves the file's wavelength in wavelen(2), which is K alpha 2 otherwise. After a
 // failure slot 2 holds what the reader has put there.
-Outcome BackgroundFromFile(const std::string& path) {
+Outcome BackgroundFromFile(const std::string& path, const ScanChoice& choice) {
   const PatternFormat* format = FindFormat(ws.filetype);
   if (!format) return Outcome::Failed;
   if (!AcceptPath(path)) return Outcome::Failed;
   ws.bgpath = path;
   if (ws.debugmode) MessageBoxInfo("Progress", ws.bgpath);
-  if (format->read(SlotBackground, ws.bgpath) == 0) {
+  const int read = ws.filetype == FileTypeAny ? ReadScans(SlotBackground, ws.bgpath, choice)
+                                              : format->read(SlotBackground, ws.bgpath);
+  if (read == 0) {
     MessageBoxError("Error", format->handlingerror);
     return Outcome::Failed;
   }

@@ -11,8 +11,9 @@ std::span<const Command> MultiCommands();
 
 // Puts pattern files of the format `filetype` over the pattern, the first four at most, cut to its
 // range. Where there is no room the oldest overlay goes. A file that cannot be read is told and
-// left out; Failed when none could.
-Outcome OpenOverlay(std::span<const std::string> paths, int filetype);
+// left out; Failed when none could. Of a single file of any format the scans chosen, or their sum.
+Outcome OpenOverlay(std::span<const std::string> paths, int filetype,
+                    const ScanChoice& choice = {});
 // The same with the second to fifth scan of a choice, of the file whose first one is the pattern.
 void OpenScansOver(const std::string& path, const ScanChoice& choice);
 // Closes overlay k, and those behind it move up; 0 closes all.

@@ -52,6 +52,8 @@ constexpr ParameterDialog kFit{.resource = {118, "Fit patterns", kFitControls, 1
 
 Outcome AskOverlays(Arguments& arguments) {
   arguments.paths = AskForPatterns(ws.filetype);
+  if (ws.filetype == FileTypeAny && arguments.paths.size() == 1)
+    return AskScans(arguments.paths[0], arguments.scans);
   return Answered(!arguments.paths.empty());
 }
 
@@ -65,7 +67,9 @@ Outcome AskSave(Arguments& arguments) {
   return Answered(!arguments.path.empty());
 }
 
-Outcome Open(const Arguments& arguments) { return OpenOverlay(arguments.paths, ws.filetype); }
+Outcome Open(const Arguments& arguments) {
+  return OpenOverlay(arguments.paths, ws.filetype, arguments.scans);
+}
 Outcome CloseOne(const Arguments& arguments) { return CloseOverlay(arguments.number); }
 // The view changes with the save only: a save cannot be taken back, but it can be cancelled.
 Outcome Save(const Arguments& arguments) {

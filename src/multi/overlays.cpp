@@ -48,25 +48,45 @@ void MoveUp(int k) {
   ComputeSlotAxes(slot, ws.wavelen(slot));
 }
 
-// The slot behind the last overlay holds the pattern of a file, or of a scan in it.
-void AddOverlay(const std::string& name) {
-  const int slot = OverlaySlot(ws.noverlay + 1);
-  CutToPattern(slot);
-  ComputeSlotAxes(slot, ws.wavelen(slot));
-  if (ws.noverlay == MaxOverlays) DropOldest();
-  ws.overlayname(++ws.noverlay) = name;
+// "folder/ramp.xrdml" as "folder/ramp #3.xrdml".
+std::string NameOfScan(std::string path, std::size_t scan) {
+  const std::size_t dot = path.rfind('.'), slash = path.rfind('/');
+  const bool extension = dot != path.npos && (slash == path.npos || dot > slash);
+  return path.insert(extension ? dot : path.size(), " #" + std::to_string(scan));
 }
 
-// A file that cannot be read leaves nothing of itself behind.
-bool OpenOne(const PatternFormat& format, const std::string& path) {
-  if (!AcceptPath(path)) return false;
+// A pattern that is wanted: a file, or a scan in it.
+struct Wanted {
+  std::string path, name;
+  ScanChoice choice{};
+};
+
+std::vector<Wanted> WantedScans(const std::string& path, const ScanChoice& choice) {
+  std::vector<Wanted> scans;
+  for (const std::size_t scan : choice.scans) {
+    ScanChoice one = choice;
+    one.scans = {scan};
+    scans.push_back({path, NameOfScan(path, scan), one});
+  }
+  return scans;
+}
+
+// What cannot be read leaves nothing of itself behind.
+bool OpenOne(const PatternFormat& format, const Wanted& wanted) {
+  if (!AcceptPath(wanted.path)) return false;
   const Snapshot before = TakeSnapshot();
-  if (format.read(OverlaySlot(ws.noverlay + 1), path) == 0) {
+  const int slot = OverlaySlot(ws.noverlay + 1);
+  const int read = format.filetype == FileTypeAny ? ReadScans(slot, wanted.path, wanted.choice)
+                                                  : format.read(slot, wanted.path);
+  if (read == 0) {
     RestoreSnapshot(before);
     MessageBoxError("Error", format.handlingerror);
     return false;
   }
-  AddOverlay(path);
+  CutToPattern(slot);
+  ComputeSlotAxes(slot, ws.wavelen(slot));
+  if (ws.noverlay == MaxOverlays) DropOldest();
+  ws.overlayname(++ws.noverlay) = wanted.name;
   return true;
 }
 
@@ -81,13 +101,6 @@ void AddNote(std::string& notes, const std::string& note) {
   notes += (notes.empty() ? "" : "; ") + note;
 }
 
-// "folder/ramp.xrdml" as "folder/ramp #3.xrdml".
-std::string NameOfScan(std::string path, std::size_t scan) {
-  const std::size_t dot = path.rfind('.'), slash = path.rfind('/');
-  const bool extension = dot != path.npos && (slash == path.npos || dot > slash);
-  return path.insert(extension ? dot : path.size(), " #" + std::to_string(scan));
-}
-
 }  // namespace
 
 void CopyPoints(int from, int first, int n, int to) {
@@ -100,24 +113,31 @@ void CopyPoints(int from, int first, int n, int to) {
   ws.npts(to) = n;
 }
 
-Outcome OpenOverlay(std::span<const std::string> paths, int filetype) {
+Outcome OpenOverlay(std::span<const std::string> paths, int filetype, const ScanChoice& choice) {
   const PatternFormat* format = FindFormat(filetype);
   if (!format) {
     MessageBoxError("Error", "Unrecognized file type");
     return Outcome::Failed;
   }
-  const auto taken = paths.first(std::min<std::size_t>(paths.size(), MaxOverlays));
+  const bool scans = paths.size() == 1 && choice.scans.size() > 1 && !choice.sum;
+  std::vector<Wanted> wanted;
+  if (scans)
+    wanted = WantedScans(paths[0], choice);
+  else
+    for (const std::string& path : paths)
+      wanted.push_back({path, path, paths.size() == 1 ? choice : ScanChoice{}});
   int opened = 0;
   std::string notes;
-  for (const std::string& path : taken) {
-    if (!OpenOne(*format, path)) continue;
+  for (const Wanted& one :
+       std::span(wanted).first(std::min<std::size_t>(wanted.size(), MaxOverlays))) {
+    if (!OpenOne(*format, one)) continue;
     ++opened;
-    if (ws.npts(OverlaySlot(ws.noverlay)) == 0) AddNote(notes, OutsidePattern(path));
+    if (ws.npts(OverlaySlot(ws.noverlay)) == 0) AddNote(notes, OutsidePattern(one.path));
   }
   if (opened == 0) return Outcome::Failed;
-  if (paths.size() > taken.size())
-    AddNote(notes, std::to_string(opened) + " of " + std::to_string(paths.size()) +
-                       " files opened: there is room for four");
+  if (wanted.size() > MaxOverlays)
+    AddNote(notes, std::to_string(opened) + " of " + std::to_string(wanted.size()) +
+                       (scans ? " scans" : " files") + " opened: there is room for four");
   ws.overlayitems = 1;
   EndOverlayFit();  // a fit was one of the patterns of before
   if (!notes.empty()) WindowOutStatusBar(3, notes);
@@ -125,18 +145,14 @@ Outcome OpenOverlay(std::span<const std::string> paths, int filetype) {
 }
 
 void OpenScansOver(const std::string& path, const ScanChoice& choice) {
-  ScanChoice one = choice;
-  for (std::size_t i = 1; i < std::min<std::size_t>(choice.scans.size(), MaxOverlays + 1); ++i) {
-    one.scans = {choice.scans[i]};
-    const Snapshot before = TakeSnapshot();
-    if (ReadScans(OverlaySlot(ws.noverlay + 1), path, one) != 0)
-      AddOverlay(NameOfScan(path, choice.scans[i]));
-    else
-      RestoreSnapshot(before);
-  }
+  if (choice.sum || choice.scans.size() < 2) return;
+  const std::vector<Wanted> wanted = WantedScans(path, choice);
+  const auto over = std::span(wanted).subspan(1);
+  for (const Wanted& one : over.first(std::min<std::size_t>(over.size(), MaxOverlays)))
+    OpenOne(*FindFormat(FileTypeAny), one);
   ws.overlayitems = ws.noverlay > 0;
-  if (choice.scans.size() > MaxOverlays + 1)
-    WindowOutStatusBar(3, "five of " + std::to_string(choice.scans.size()) +
+  if (over.size() > MaxOverlays)
+    WindowOutStatusBar(3, "5 of " + std::to_string(wanted.size()) +
                               " scans opened: there is room for four over the first");
 }
 

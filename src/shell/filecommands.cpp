@@ -45,8 +45,7 @@ Outcome OpenByFormat(const Arguments& arguments) {
 
 Outcome OpenAnyFormat(const Arguments& arguments) {
   const Outcome outcome = AfterOpening(OpenPattern(arguments.path, FileTypeAny, arguments.scans));
-  if (outcome == Outcome::Done && !arguments.scans.sum)
-    OpenScansOver(arguments.path, arguments.scans);
+  if (outcome == Outcome::Done) OpenScansOver(arguments.path, arguments.scans);
   return outcome;
 }
 

@@ -99,6 +99,11 @@ TEST_F(AnyFormat, ScansAreChosenFromAList) {
   EXPECT_EQ(ws.overlayname(1), dir_.file("two #1.uxd"));
   Open(path, "set Scans 1-2\nset \"Their sum\" on\npress OK\n");
   EXPECT_EQ(Counts(SlotInput), (Row{300, 320, 340}));
+  RunMenu(MenuOverlayAny, "file \"" + path + "\"\nset Scans 1,2\npress OK\n");
+  ASSERT_EQ(ws.noverlay, 2);
+  EXPECT_EQ(Counts(SlotOverlay + 1), (Row{200, 210, 220}));
+  RunMenu(MenuBackgroundAny, "file \"" + path + "\"\nset Scans 2\npress OK\n");
+  EXPECT_EQ(Counts(SlotBackground), (Row{200, 210, 220}));
   Events();
   Open(path, "set Scans 1-3\npress OK\n");
   EXPECT_EQ(Events().back().substr(0, 10), "box\tError\t");
