@@ -55,6 +55,8 @@ void ShowOverlays() {
 
 // By number and name, in both popups: names may be the same.
 void ShowStructures() {
+  for (const int popup : {MenuPopupCloseStructures, MenuPopupUseCell})
+    Enable(popup, ws.nstructure > 0, kNeedStructure);
   Enable(MenuCloseStructures, ws.nstructure > 0, kNeedStructure);
   Enable(MenuScaleStructures, ws.nstructure > 0, kNeedStructure);
   for (int k = 1; k <= MaxStructures; ++k)
