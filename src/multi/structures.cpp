@@ -3,16 +3,14 @@
 
 #include <algorithm>
 #include <cmath>
-#include <filesystem>
-#include <fstream>
 #include <numeric>
 #include <optional>
 
 #include "crystal/laue.h"
 #include "multi/structure.h"
+#include "patternfiles/import/bytes.h"
 #include "plot/structureticks.h"  // for StructureLabel
 #include "toolkit/toolkit.h"
-#include "workspace/lines.h"  // for SystemReason
 #include "workspace/paths.h"
 #include "workspace/slots.h"
 #include "workspace/text.h"
@@ -25,23 +23,9 @@ CrystalStructure ReadStructure(std::string_view, const std::string&) {
 
 namespace {
 
-constexpr std::uintmax_t kMostBytes = std::uintmax_t{8} << 20;
+constexpr int kMostMiB = 8;
 constexpr double kFirstTth = 0.1, kLastTth = 179.9;  // of a line
 constexpr int kNamedLines = 3;
-
-// ---- Reading ----
-
-std::string BytesOf(const std::string& path) {
-  std::error_code error;
-  const std::uintmax_t size = std::filesystem::file_size(path, error);
-  if (error) throw std::runtime_error(error.message());
-  if (size > kMostBytes) throw std::runtime_error("it is larger than 8 MiB");
-  std::string bytes(static_cast<std::size_t>(size), '\0');
-  std::ifstream file(path, std::ios::binary);
-  if (!file.read(bytes.data(), static_cast<std::streamsize>(size)))
-    throw std::runtime_error(SystemReason());
-  return bytes;
-}
 
 // ---- Lines ----
 
@@ -142,7 +126,7 @@ bool OpenOne(const std::string& path, std::string& notes) {
   const int k = ws.nstructure + 1;
   try {
     ws.structures[k - 1] =
-        std::make_shared<const CrystalStructure>(ReadStructure(BytesOf(path), path));
+        std::make_shared<const CrystalStructure>(ReadStructure(BytesOf(path, kMostMiB), path));
     const std::optional<double> upto = WorkOutLines(k);
     ws.nstructure = k;
     PutTexts(k);

@@ -2,37 +2,14 @@
 #include "patternfiles/import/import.h"
 
 #include <cmath>
-#include <cstdint>
-#include <cstring>
 #include <exception>
-#include <filesystem>
-#include <fstream>
-#include <optional>
 
+#include "patternfiles/import/bytes.h"
 #include "patternfiles/import/formats.h"
 
 namespace {
 
-constexpr std::uintmax_t kMostBytes = std::uintmax_t{256} << 20;
-
-// None if it cannot be read, with the reason in `trouble`.
-std::optional<std::string> BytesOf(const std::string& path, std::string& trouble) {
-  std::error_code error;
-  const std::uintmax_t size = std::filesystem::file_size(path, error);
-  if (error) {
-    trouble = error.message();
-    return std::nullopt;
-  }
-  if (size > kMostBytes) {
-    trouble = "it is larger than 256 MiB";
-    return std::nullopt;
-  }
-  std::string bytes(static_cast<std::size_t>(size), '\0');
-  std::ifstream file(path, std::ios::binary);
-  if (file.read(bytes.data(), static_cast<std::streamsize>(bytes.size()))) return bytes;
-  trouble = std::strerror(errno);
-  return std::nullopt;
-}
+constexpr int kMostMiB = 256;
 
 const ImportFormat* FormatOf(std::string_view bytes) {
   for (const auto& group : {BinaryFormats(), MarkedUpFormats(), TextFormats()})
@@ -61,7 +38,9 @@ void Mend(MeasuredFile& file) {
   std::erase_if(file.scans, [](const MeasuredScan& scan) { return scan.x.empty(); });
 }
 
-void Read(std::string_view bytes, const std::string& path, Imported& imported) {
+void Read(const std::string& path, Imported& imported) {
+  const std::string bytes = BytesOf(path, kMostMiB);
+  if (bytes.empty()) throw NotReadable("it is empty");
   const ImportFormat* format = FormatOf(bytes);
   if (!format) throw NotReadable("it holds nothing that is known as a pattern");
   imported.format = format->name;
@@ -77,14 +56,8 @@ void Read(std::string_view bytes, const std::string& path, Imported& imported) {
 
 Imported ImportFile(const std::string& path) {
   Imported imported;
-  const auto bytes = BytesOf(path, imported.trouble);
-  if (!bytes) return imported;
-  if (bytes->empty()) {
-    imported.trouble = "it is empty";
-    return imported;
-  }
   try {
-    Read(*bytes, path, imported);
+    Read(path, imported);
   } catch (const NoPattern& failure) {
     imported.trouble = failure.what();
     imported.isnopattern = true;
