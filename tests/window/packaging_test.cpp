@@ -44,9 +44,10 @@ TEST(Packaging, TypesOfPatternFiles) {
   const QStringList bycontent = {"txt", "uxd", "cif", "dat", "udf"};
   const QStringList byname = {"xy", "gdf", "uxd", "xrdml", "udf", "chi"};
   for (const PatternFormat& format : PatternFormats()) {
-    const QString extension = format.extension, type = "powder-" + extension;
-    EXPECT_EQ(offered.filter(extension == "xrdml" ? "x-xrdml" : type).size(), 1)
-        << format.extension;
+    const QString extension = format.extension;
+    const QString type =
+        extension == "xrdml" ? "application/x-xrdml" : "text/x-powder-" + extension;
+    EXPECT_EQ(offered.count(type), 1) << format.extension;
     const QDir examples(kSource + "/examples");
     const QString example = examples.filePath(examples.entryList({"*." + extension}).value(0));
     if (bycontent.contains(extension)) {
@@ -55,6 +56,9 @@ TEST(Packaging, TypesOfPatternFiles) {
     EXPECT_EQ(offered.contains(ofname("pattern." + extension)), byname.contains(extension))
         << format.extension;
   }
+  for (const char* name : {"a.xye", "a.ras", "a.rasx", "a.brml"})
+    EXPECT_TRUE(offered.contains(ofname(name))) << name;
+  EXPECT_TRUE(offered.contains(ofcontent("RAW1.01" + QByteArray(200, '\0'))));
   for (const QByteArray& other :
        {QByteArray("Dear Sir,\n"), QByteArray("data_x\n_cell_length_a 5.4\n"),
         QByteArray("   3.000     297     13.2\n").repeated(40), QByteArray(200, '\0')})
