@@ -211,7 +211,7 @@ constexpr Command kCommands[] = {
     Picture(MenuSavePng, "*.png", PicturePng),
     Picture(MenuSaveSvg, "*.svg", PictureSvg),
     Picture(MenuSavePdf, "*.pdf", PicturePdf),
-    {.item = {kExport, "Export", kPopup, true}},
+    {.item = {kExport, "Expor&t", kPopup, true}},
     Pattern(MenuExportCsv, "Pattern, *.csv", "Export pattern as csv", ExportCsv),
     Pattern(MenuExportXye, "Pattern, *.xye", "Export pattern as xye", ExportXye),
     Pattern(MenuExportPdCif, "Pattern, *.cif", "Export pattern as pdCIF", ExportPdCif),
