@@ -14,13 +14,18 @@ std::string NamesOf(const PatternFormat& format) {
   return format.filetype == FileTypeAny ? "*" : std::string("*.") + format.extension;
 }
 
+std::string FilterOf(const PatternFormat& format) {
+  const char* description = format.filetype == FileTypeAny ? "Patterns of any format" : "";
+  return description + ("|" + NamesOf(format) + "|");
+}
+
 }  // namespace
 
 std::string AskForPattern(int filetype) {
   const PatternFormat* format = FindFormat(filetype);
   if (!format) return "";
   std::string path = NamesOf(*format);
-  WSelectFile("|" + path + "|", FileMustExist, path, kTitle);
+  WSelectFile(FilterOf(*format), FileMustExist, path, kTitle);
   return path.starts_with('*') ? "" : path;
 }
 
@@ -28,7 +33,7 @@ std::vector<std::string> AskForPatterns(int filetype) {
   const PatternFormat* format = FindFormat(filetype);
   if (!format) return {};
   const std::string names = NamesOf(*format);
-  return WSelectFiles("|" + names + "|", FileMustExist, names, kTitle);
+  return WSelectFiles(FilterOf(*format), FileMustExist, names, kTitle);
 }
 
 Outcome OpenPattern(const std::string& path, int filetype, const ScanChoice& choice) {
