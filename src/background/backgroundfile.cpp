@@ -65,9 +65,7 @@ Outcome BackgroundFromFile(const std::string& path, const ScanChoice& choice) {
   if (!AcceptPath(path)) return Outcome::Failed;
   ws.bgpath = path;
   if (ws.debugmode) MessageBoxInfo("Progress", ws.bgpath);
-  const int read = ws.filetype == FileTypeAny ? ReadScans(SlotBackground, ws.bgpath, choice)
-                                              : format->read(SlotBackground, ws.bgpath);
-  if (read == 0) {
+  if (ReadPattern(*format, SlotBackground, ws.bgpath, choice) == 0) {
     MessageBoxError("Error", format->handlingerror);
     return Outcome::Failed;
   }

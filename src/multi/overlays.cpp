@@ -76,9 +76,7 @@ bool OpenOne(const PatternFormat& format, const Wanted& wanted) {
   if (!AcceptPath(wanted.path)) return false;
   const Snapshot before = TakeSnapshot();
   const int slot = OverlaySlot(ws.noverlay + 1);
-  const int read = format.filetype == FileTypeAny ? ReadScans(slot, wanted.path, wanted.choice)
-                                                  : format.read(slot, wanted.path);
-  if (read == 0) {
+  if (ReadPattern(format, slot, wanted.path, wanted.choice) == 0) {
     RestoreSnapshot(before);
     MessageBoxError("Error", format.handlingerror);
     return false;

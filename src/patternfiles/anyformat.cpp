@@ -125,17 +125,19 @@ MeasuredScan Chosen(const MeasuredFile& file, const ScanChoice& choice) {
   return SumOf(scans);
 }
 
-}  // namespace
+// What nobody can read is told by who knows the file: the import where it has recognised it, else
+// the reader of its extension.
+int RefuseUnread(int slot, const std::string& path, const Imported& imported) {
+  const bool recognised = !imported.format.empty() && !IsColumns(imported.format);
+  const PatternFormat* format = recognised ? nullptr : FindFormatByExtension(path);
+  return format ? format->read(slot, path) : Refuse(path, imported);
+}
 
 int ReadScans(int slot, const std::string& path, const ScanChoice& choice) {
   Imported imported = ImportFile(path);
   if (imported.isnopattern) return Refuse(path, imported);
   if (ReadByExtension(slot, path, imported)) return 1;
-  if (imported.file.scans.empty()) {
-    // A reader that knows the extension tells what it misses.
-    const PatternFormat* format = FindFormatByExtension(path);
-    return format ? format->read(slot, path) : Refuse(path, imported);
-  }
+  if (imported.file.scans.empty()) return RefuseUnread(slot, path, imported);
   try {
     if (PutScan(slot, Chosen(imported.file, choice), imported, choice)) return 1;
     imported.trouble = "none of its points has a two-theta";
@@ -145,4 +147,11 @@ int ReadScans(int slot, const std::string& path, const ScanChoice& choice) {
   return Refuse(path, imported);
 }
 
+}  // namespace
+
 int ReadAny(int slot, const std::string& path) { return ReadScans(slot, path, {}); }
+
+int ReadPattern(const PatternFormat& format, int slot, const std::string& path,
+                const ScanChoice& choice) {
+  return format.filetype == FileTypeAny ? ReadScans(slot, path, choice) : format.read(slot, path);
+}

@@ -50,9 +50,7 @@ Outcome OpenPattern(const std::string& path, int filetype, const ScanChoice& cho
   if (ws.debugmode && filetype != FileTypeAny) MessageBoxInfo("Progress", ws.patternpath);
   ws.statedwave = 0;
   ws.importnote.clear();
-  const int read = filetype == FileTypeAny ? ReadScans(SlotInput, ws.patternpath, choice)
-                                           : format->read(SlotInput, ws.patternpath);
-  if (read == 0) return Outcome::Failed;
+  if (ReadPattern(*format, SlotInput, ws.patternpath, choice) == 0) return Outcome::Failed;
   ws.recentpending = 1;
   ws.viewmode = 1;
   EndOverlayFit();

@@ -51,8 +51,9 @@ int ReadXrdml(int slot, const std::string& path);
 // Otherwise it has the first scan of the file, and slot 1 what the file tells of wavelengths,
 // sample, date and time; `importnote` says what was done to the points.
 int ReadAny(int slot, const std::string& path);
-// The same with the chosen scan, or the sum of the chosen ones.
-int ReadScans(int slot, const std::string& path, const ScanChoice& choice);
+// By the reader of a format; of any format the chosen scan, or the sum of the chosen ones.
+int ReadPattern(const PatternFormat& format, int slot, const std::string& path,
+                const ScanChoice& choice);
 
 // Asks which scans of a file with several are wanted, and for the wavelength of positions in d or
 // Q. Done without a question where there is no choice.

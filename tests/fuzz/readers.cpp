@@ -102,7 +102,9 @@ void Import() {
   for (const MeasuredScan& scan : imported.file.scans) {
     if (scan.x.empty() || scan.counts.size() != scan.x.size()) std::abort();
     const PreparedPattern pattern = Prepared(scan, CuKalpha1, MaxPoints);
+    const auto finite = [](float v) { return v - v == 0; };
     if (pattern.tth.size() > MaxPoints || !std::ranges::is_sorted(pattern.tth)) std::abort();
+    if (!std::ranges::all_of(pattern.counts, finite)) std::abort();
   }
 }
 

@@ -221,7 +221,7 @@ TEST(StructureFile, TakesWhatProgramsWrite) {
   };
   EXPECT_EQ(name(""), "file");
   EXPECT_EQ(name("_chemical_name_mineral 'Iron water'\n"), "Iron water");
-  EXPECT_EQ(name("_pd_phase_name 'from C:/work/x.EXP'\n"), "file");
+  EXPECT_EQ(name("_pd_phase_name 'from C:/data/x.EXP'\n"), "file");
   const CrystalStructure structure = Read(block + "_chemical_formula_sum 'Fe H2 O'\n");
   EXPECT_EQ(structure.formula, "FeH2O");
   // Oxygen and iron, in phase and out of it.

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <limits>
 #include <numbers>
 #include <string_view>
 
@@ -25,12 +26,20 @@ void Note(std::string& note, const std::string& text) { note += (note.empty() ? 
 
 std::string Points(std::size_t n) { return std::to_string(n) + (n == 1 ? " point" : " points"); }
 
+// Whether a diffractometer can have the angle, and 32 bits the counts; an e.s.d. may be missing.
+bool IsPoint(const Point& point) {
+  constexpr double kMostTwoTheta = 360, kMost = std::numeric_limits<float>::max();
+  return std::abs(point.tth) <= kMostTwoTheta && std::abs(point.counts) <= kMost &&
+         !(std::abs(point.esd) > kMost);
+}
+
 // By rising two-theta.
 std::vector<Point> PointsOf(const MeasuredScan& scan, double wavelength) {
   std::vector<Point> points;
   for (std::size_t i = 0; i < scan.x.size(); ++i)
-    if (const double tth = TwoThetaOf(scan.axis, scan.x[i], wavelength); std::isfinite(tth))
-      points.push_back({tth, scan.counts[i], scan.esd.empty() ? 0 : scan.esd[i]});
+    points.push_back({TwoThetaOf(scan.axis, scan.x[i], wavelength), scan.counts[i],
+                      scan.esd.empty() ? 0 : scan.esd[i]});
+  std::erase_if(points, [](const Point& point) { return !IsPoint(point); });
   std::ranges::stable_sort(points, {}, &Point::tth);
   const auto same = [](const Point& a, const Point& b) {
     return static_cast<float>(a.tth) == static_cast<float>(b.tth);
@@ -52,6 +61,7 @@ void Merge(std::vector<Point>& points, std::size_t factor) {
     points[i] = {sum.tth / static_cast<double>(factor), sum.counts, sum.esd};
   }
   points.resize(n);
+  std::erase_if(points, [](const Point& point) { return !IsPoint(point); });
 }
 
 // Steps are rounded in many files.

@@ -66,6 +66,8 @@ TEST(Prepared, UnevenStepsAndEqualPositionsAreTold) {
   const PreparedPattern twice = Prepared(Scan({2, 1, 2}, {20, 10, 30}), 1.54, 9);
   EXPECT_EQ(twice.counts, (std::vector<float>{10, 20}));
   EXPECT_TRUE(Prepared(Scan({}, {}), 1.54, 9).tth.empty());
+  const PreparedPattern huge = Prepared(Scan({1, 2, 1e9, 3}, {5, 1e39, 6, 7}), 1.54, 9);
+  EXPECT_EQ(huge.counts, (std::vector<float>{5, 7}));
 }
 
 TEST(SumOf, AddsScansOfOneGridAndRefusesOthers) {
