@@ -108,8 +108,9 @@ bool PutScan(int slot, const MeasuredScan& scan, const Imported& imported,
 }
 
 int Refuse(const std::string& path, const Imported& imported) {
-  const std::string format = imported.format.empty() ? "" : " (" + imported.format + ")";
-  MessageBoxError("Error", FileMessage("Unrecognized file type", path, imported.trouble + format));
+  std::string reason = imported.trouble;
+  if (reason.find(imported.format) == reason.npos) reason += " (" + imported.format + ")";
+  MessageBoxError("Error", FileMessage("Unrecognized file type", path, reason));
   return 0;
 }
 
