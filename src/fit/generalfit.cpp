@@ -1,6 +1,7 @@
 // "General peak fit": the stages of the whole-pattern fit, one after the other.
 #include <algorithm>
 #include <string>
+#include <utility>
 
 #include "background/curve.h"  // for ReportFitCycle
 #include "crystal/reflections.h"
@@ -23,6 +24,7 @@ enum FitRun { RunRefine = 1, RunCalculate = 2 };
 enum PositionMode { IndividualPositions = 1, UnitCellPositions = 2 };
 
 constexpr const char* kLog = "%refine.out";
+constexpr const char* kNoLog = "/dev/null";
 
 FitModel WorkspaceModel() {
   const auto n = static_cast<std::size_t>(ws.npts(SlotInput));
@@ -165,8 +167,8 @@ Outcome RefineModel(FitModel& model) {
     TellTooMany(numbers.npar, numbers);
     return Outcome::Failed;
   }
-  ws.refineout = kLog;
-  LineWriter log(ws.refineout);
+  ws.refineout = ws.fitlog ? kLog : "";
+  LineWriter log(ws.fitlog ? kLog : kNoLog);
   if (!log.IsOpen()) {
     MessageBoxError("File Error", FileMessage("Error opening output file", kLog, log.Reason()));
     return Outcome::Failed;
@@ -188,6 +190,8 @@ Outcome RefineModel(FitModel& model) {
 Outcome GeneralFit() {
   if (ws.npts(SlotInput) < 1) return Outcome::Idle;
   EndOverlayFit();
+  if (const auto start = std::exchange(ws.fitstart, std::nullopt))
+    static_cast<FitValues&>(ws) = *start;
   FitModel model = WorkspaceModel();
   PutRight(model);
   Progress("start fitting or calculation");

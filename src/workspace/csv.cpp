@@ -22,6 +22,24 @@ std::string CsvLine(std::span<const std::string> cells) {
   return line;
 }
 
+std::vector<std::string> CsvCells(std::string_view line) {
+  std::vector<std::string> cells(1);
+  bool quoted = false;
+  for (std::size_t k = 0; k < line.size(); ++k) {
+    const char c = line[k];
+    if (quoted && c == '"' && k + 1 < line.size() && line[k + 1] == '"') {
+      cells.back() += line[++k];
+    } else if (c == '"' && (quoted || cells.back().empty())) {
+      quoted = !quoted;
+    } else if (c == ',' && !quoted) {
+      cells.emplace_back();
+    } else {
+      cells.back() += c;
+    }
+  }
+  return cells;
+}
+
 std::string WriteLines(const std::string& path, std::span<const std::string> lines,
                        const std::string& failure, const char* end) {
   LineWriter file(path);

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -189,6 +190,18 @@ struct PerPattern {
   bool operator==(const PerPattern&) const = default;
 };
 
+// What the whole-pattern fit moves: it begins and ends with these.
+struct FitValues {
+  Table<float, 6> cell{{10, 10, 10, 90, 90, 90}};  // a, b, c in angstrom, alpha, beta, gamma
+  // U, V, W of the squared FWHM in tan(theta), and g1, g2, g3 of the shape in two-theta
+  Table<float, 3> fwhmleft, fwhmright;
+  Table<float, 3> shapeleft, shaperight;
+  Table<float, MaxChebyshev> bgcoef;
+  float tthzero = 0;  // added to every two-theta
+
+  bool operator==(const FitValues&) const = default;
+};
+
 // What belongs to the program and its user rather than to a pattern: no load and no undo changes
 // it.
 struct Session {
@@ -214,6 +227,9 @@ struct Session {
   // Whole-pattern fit: its files, and the button that ran it last (1 "Refine", 2 "Calculate")
   std::string fitfile, refineout;
   int fitrun = 0;
+  int fitlog = 1;  // 0: it leaves no log, as several fits at once would all have the same
+  // What the next fit begins with in place of the fields of its dialog
+  std::optional<FitValues> fitstart;
 
   // By its path a digest of what a file has last given or taken: the points of slot 1, or the peaks
   std::map<std::string, std::uint64_t> kept;
@@ -339,25 +355,19 @@ struct FitResults {
 };
 
 // The whole-pattern fit: what its dialog holds, and the results.
-struct FitParameters : FitResults {
-  Table<float, 6> cell{{10, 10, 10, 90, 90, 90}};  // a, b, c in angstrom, alpha, beta, gamma
+struct FitParameters : FitValues, FitResults {
   Table<float, 6> cellesd;
   Table<int, 6> cellrefine;
   // The cell of the last fit, for one that comes without lengths
   Table<float, 6> cellfallback{{10, 10, 10, 90, 90, 90}};
   int laueclass = 1, centering = 1;  // 1 to 16 and 1 to 7
 
-  // U, V, W of the squared FWHM in tan(theta), and g1, g2, g3 of the shape in two-theta
-  Table<float, 3> fwhmleft, fwhmright;
   Table<int, 6> fwhmrefine;  // left, then right
   Table<int, 3> fwhmtie;     // left and right are one parameter
-  Table<float, 3> shapeleft, shaperight;
   Table<int, 6> shaperefine;
   Table<int, 3> shapetie;
 
   int bgorder = 5;  // Chebyshev terms; 0: the estimated background
-  Table<float, MaxChebyshev> bgcoef;
-  float tthzero = 0;  // added to every two-theta
   int tthzerorefine = 0;
 
   int ncycles = 25, nbkgcycles = 1;

@@ -89,17 +89,47 @@ void AnswerSelector(Situation& now, const Words& words) {
   now.done = true;
 }
 
-void PrintField(Situation&, const Words& words) {
-  const std::string& name = words[1].text;
-  const auto values = Hooks().field ? Hooks().field(name) : std::nullopt;
-  if (!values) Fail("no field " + name);
-  std::vector<std::string> event{"value", name};
-  for (std::size_t begin = 0; begin <= values->size();) {
-    const std::size_t end = std::min(values->find('\t', begin), values->size());
-    event.push_back(values->substr(begin, end - begin));
+std::vector<std::string> ValuesOf(const Word& field) {
+  const auto text = Hooks().field ? Hooks().field(field.text) : std::nullopt;
+  if (!text) Fail("no field " + field.text);
+  std::vector<std::string> values;
+  for (std::size_t begin = 0; begin <= text->size();) {
+    const std::size_t end = std::min(text->find('\t', begin), text->size());
+    values.push_back(text->substr(begin, end - begin));
     begin = end + 1;
   }
-  Emit(event);
+  return values;
+}
+
+std::vector<std::string> ColumnsFor(const Words& words, std::size_t values) {
+  const bool named = words.size() > 2;
+  if (named && (words[2].text != "as" || words.size() == 3))
+    Fail("behind the field stands \"as\" with names");
+  const Words names(words.begin() + (named ? 3 : 1), words.end());
+  std::vector<std::string> columns;
+  for (const Word& name : names) columns.push_back(name.text);
+  if (columns.size() == values) return columns;
+  if (columns.size() > 1)
+    Fail(words[1].text + " has " + std::to_string(values) + " values for " +
+         std::to_string(columns.size()) + " names");
+  const std::string name = columns.front();
+  columns.clear();
+  for (std::size_t k = 1; k <= values; ++k) columns.push_back(name + ' ' + std::to_string(k));
+  return columns;
+}
+
+void CheckField(const Words& words) { ColumnsOf(words); }
+
+// With names each value is an event of its own.
+void PrintField(Situation&, const Words& words) {
+  std::vector<std::string> values = ValuesOf(words[1]);
+  const std::vector<std::string> columns = ColumnsFor(words, values.size());
+  if (words.size() > 2) {
+    for (std::size_t k = 0; k < values.size(); ++k) Emit({"value", columns[k], values[k]});
+    return;
+  }
+  values.insert(values.begin(), {"value", words[1].text});
+  Emit(values);
 }
 
 void StopAtReport(Situation&, const Words& words) {
@@ -120,6 +150,7 @@ constexpr unsigned InWindow = In(Place::Window);
 constexpr unsigned InPlot = InWindow | In(Place::Beside);
 constexpr unsigned InDialog = In(Place::Beside) | In(Place::Modal);
 constexpr unsigned Anywhere = ~0u;
+constexpr std::size_t kAnyNumber = std::numeric_limits<std::size_t>::max();
 
 struct Action {
   const char* name;
@@ -127,11 +158,12 @@ struct Action {
   unsigned places;
   const char* missing;  // what a place lacks where the line cannot be done
   void (*run)(Situation&, const Words&);
+  void (*check)(const Words&) = nullptr;  // of what is known in front of all lines
 };
 
 constexpr Action Actions[] = {
     {"open", 1, 1, InWindow, "", OpenPattern},
-    {"menu", 1, 1, InWindow, "", PickMenu},
+    {"menu", 1, 1, InWindow, "", PickMenu, CheckMenu},
     {"undo", 0, 0, InWindow, "", Undo},
     {"redo", 0, 0, InWindow, "", Redo},
     {"key", 1, 1, InPlot, "", PressKey},
@@ -146,10 +178,9 @@ constexpr Action Actions[] = {
     {"doubleclick", 2, 2, InPlot, "", DoubleClick},
     {"set", 2, 2, InDialog, "no dialog is on show", SetField},
     {"press", 1, 1, InDialog | In(Place::Query), "no dialog is on show", PressButton},
-    {"file", 0, std::numeric_limits<std::size_t>::max(), In(Place::Selector),
-     "no file selector is on show", AnswerSelector},
+    {"file", 0, kAnyNumber, In(Place::Selector), "no file selector is on show", AnswerSelector},
     {"stop", 1, 1, Anywhere, "", StopAtReport},
-    {"get", 1, 1, Anywhere, "", PrintField},
+    {"get", 1, kAnyNumber, Anywhere, "", PrintField, CheckField},
     {"item", 1, 1, Anywhere, "", PrintItem},
     {"plot", 1, 1, Anywhere, "", WritePlot},
 };
@@ -161,18 +192,28 @@ std::string OnShow(const Situation& now) {
   return now.place == Place::Selector ? "a file selector" : "the window";
 }
 
-void RunLine(Situation& now, const Words& words) {
+const Action& ActionOf(const Words& words) {
   const std::string& name = words[0].text;
   const auto action =
       std::ranges::find_if(Actions, [&](const Action& a) { return name == a.name; });
   if (action == std::end(Actions)) Fail("unknown line " + name);
-  if (!(action->places & In(now.place)))
-    Fail(now.place == Place::Window ? action->missing
-                                    : name + " cannot be done while " + OnShow(now) + " is open");
+  return *action;
+}
+
+void CountWords(const Action& action, const Words& words) {
   const std::size_t count = words.size() - 1;
-  if (count < action->fewest || count > action->most)
-    Fail(name + (count < action->fewest ? " needs more words" : " has too many words"));
-  action->run(now, words);
+  if (count < action.fewest || count > action.most)
+    Fail(words[0].text + (count < action.fewest ? " needs more words" : " has too many words"));
+}
+
+void RunLine(Situation& now, const Words& words) {
+  const Action& action = ActionOf(words);
+  if (!(action.places & In(now.place)))
+    Fail(now.place == Place::Window
+             ? action.missing
+             : words[0].text + " cannot be done while " + OnShow(now) + " is open");
+  CountWords(action, words);
+  action.run(now, words);
 }
 
 }  // namespace
@@ -180,6 +221,16 @@ void RunLine(Situation& now, const Words& words) {
 int& ReportsToStop() {
   static int reports = 0;
   return reports;
+}
+
+void CheckLine(const std::vector<Word>& words) {
+  const Action& action = ActionOf(words);
+  CountWords(action, words);
+  if (action.check) action.check(words);
+}
+
+std::vector<std::string> ColumnsOf(const std::vector<Word>& words) {
+  return ColumnsFor(words, ValuesOf(words[1]).size());
 }
 
 std::string Shown(const std::string& text) {

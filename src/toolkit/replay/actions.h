@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "toolkit/frontend.h"
+#include "toolkit/replay/transcript.h"
 
 namespace replay {
 
@@ -21,6 +22,15 @@ struct Situation {
   bool accepted = false;             // answer to a query
   std::vector<std::string> paths{};  // answer to a selector
 };
+
+// Fails for a line that can be done in no state of the program: one that is unknown or has too many
+// or too few words, or asks for a menu item or a field that is not there.
+void CheckLine(const std::vector<Word>& words);
+
+// The columns of a table that a line `get NAME [as COLUMN ...]` fills, one for each value: the given
+// ones, or one name with the numbers of the values behind it if there are several. Fails where names
+// and values do not go together.
+std::vector<std::string> ColumnsOf(const std::vector<Word>& words);
 
 // Does lines until the situation is done. Fails at the end of the transcript, except in the window.
 // False if the transcript has ended.

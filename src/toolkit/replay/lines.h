@@ -13,6 +13,8 @@ using Words = std::vector<Word>;
 // A whole number, or 0 for anything else: no menu item, control or field has that number.
 int Number(const Word& word);
 
+// Fails unless the line names an item of the menu.
+void CheckMenu(const Words& words);
 void PickMenu(Situation& now, const Words& words);
 // The items with the keys Ctrl+Z and Ctrl+Shift+Z.
 void Undo(Situation& now, const Words& words);

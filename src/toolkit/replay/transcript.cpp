@@ -42,24 +42,6 @@ std::string QuotedText(const std::string& line, std::size_t& at) {
   Fail("quote is not closed");
 }
 
-std::vector<Word> Split(const std::string& line) {
-  std::vector<Word> words;
-  for (std::size_t at = 0; at < line.size();) {
-    if (Blank(line[at])) {
-      ++at;
-    } else if (line[at] == '#') {
-      break;
-    } else if (line[at] == '"') {
-      words.push_back({QuotedText(line, at), true});
-    } else {
-      const std::size_t begin = at;
-      while (at < line.size() && !Blank(line[at])) ++at;
-      words.push_back({line.substr(begin, at - begin)});
-    }
-  }
-  return words;
-}
-
 bool NextText(std::string& line) {
   if (!fed.empty()) {
     line = fed.front();
@@ -102,10 +84,30 @@ void NoInput() {
   linenumber = 0;
 }
 
+std::vector<Word> WordsOf(const std::string& line) {
+  std::vector<Word> words;
+  for (std::size_t at = 0; at < line.size();) {
+    if (Blank(line[at])) {
+      ++at;
+    } else if (line[at] == '#') {
+      break;
+    } else if (line[at] == '"') {
+      words.push_back({QuotedText(line, at), true});
+    } else {
+      const std::size_t begin = at;
+      while (at < line.size() && !Blank(line[at])) ++at;
+      words.push_back({line.substr(begin, at - begin)});
+    }
+  }
+  return words;
+}
+
+void FeedLine(const std::string& line) { fed.push_back(line); }
+
 void FeedLines(const std::string& lines) {
   for (std::size_t begin = 0; begin < lines.size();) {
     const std::size_t end = std::min(lines.find('\n', begin), lines.size());
-    fed.push_back(lines.substr(begin, end - begin));
+    FeedLine(lines.substr(begin, end - begin));
     begin = end + 1;
   }
 }
@@ -114,7 +116,7 @@ bool NextLine(std::vector<Word>& words) {
   std::string line;
   while (NextText(line)) {
     ++linenumber;
-    words = Split(line);
+    words = WordsOf(line);
     if (!words.empty()) return true;
   }
   return false;

@@ -16,10 +16,14 @@ struct Word {
 bool OpenTranscript(const std::string& path);
 // Puts lines at the end of those that wait; they come before those of a file.
 void FeedLines(const std::string& lines);
+// The same for one line, which keeps the line ends inside its quotes.
+void FeedLine(const std::string& line);
 // Takes no lines but those that will be fed; forgets those that wait.
 void NoInput();
 // The words of the next line that has any; false at the end of the transcript.
 bool NextLine(std::vector<Word>& words);
+// The words of a line, without its comment.
+std::vector<Word> WordsOf(const std::string& line);
 
 // Puts out one event: its kind and what belongs to it.
 void Emit(const std::vector<std::string>& fields);

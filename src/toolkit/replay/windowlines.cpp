@@ -153,9 +153,14 @@ Release& PendingRelease() {
   return release;
 }
 
-void PickMenu(Situation& now, const Words& words) {
+void CheckMenu(const Words& words) {
   const MenuItem& item = ItemOf(words[1]);
   if (item.row.popup) Fail("menu " + ItemPath(item) + " is not an item");
+}
+
+void PickMenu(Situation& now, const Words& words) {
+  CheckMenu(words);
+  const MenuItem& item = ItemOf(words[1]);
   if (!Reachable(item)) Fail("menu item " + ItemPath(item) + " is disabled");
   Pick(now, item);
 }
