@@ -10,11 +10,11 @@ struct SeriesError {
   std::string text;
 };
 
-// Columns that every table has, and that of a chain. The others are those of the list, then those of
-// the recipe.
-inline constexpr std::string_view kFileColumn = "file", kDateColumn = "date", kStartColumn = "start",
-                                  kRecipeColumn = "recipe", kBoxesColumn = "boxes",
-                                  kFailedColumn = "failed";
+// Columns that every table has, and that of a chain. The others are those of the list, then those
+// of the recipe.
+inline constexpr std::string_view kFileColumn = "file", kDateColumn = "date",
+                                  kStartColumn = "start", kRecipeColumn = "recipe",
+                                  kBoxesColumn = "boxes", kFailedColumn = "failed";
 
 struct SeriesTable {
   std::vector<std::string> columns;
@@ -29,8 +29,8 @@ struct SeriesTable {
 // SeriesError.
 SeriesTable ReadSeriesTable(const std::string& path);
 
-// The files of a list: one path a line, or rows of a table with a column "file", whose other columns
-// go with them.
+// The files of a list: one path a line, or rows of a table with a column "file", whose other
+// columns go with them.
 struct FileList {
   std::vector<std::string> columns;  // beside "file"
   struct File {

@@ -27,9 +27,9 @@ struct Situation {
 // or too few words, or asks for a menu item or a field that is not there.
 void CheckLine(const std::vector<Word>& words);
 
-// The columns of a table that a line `get NAME [as COLUMN ...]` fills, one for each value: the given
-// ones, or one name with the numbers of the values behind it if there are several. Fails where names
-// and values do not go together.
+// The columns of a table that a line `get NAME [as COLUMN ...]` fills, one for each value: the
+// given ones, or one name with the numbers of the values behind it if there are several. Fails
+// where names and values do not go together.
 std::vector<std::string> ColumnsOf(const std::vector<Word>& words);
 
 // Does lines until the situation is done. Fails at the end of the transcript, except in the window.

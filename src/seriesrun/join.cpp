@@ -1,0 +1,74 @@
+// Tables of parts put together.
+#include "seriesrun/join.h"
+
+#include <cstdio>
+#include <map>
+
+#include "series/seriestable.h"
+#include "toolkit/toolkit.h"
+#include "workspace/csv.h"
+#include "workspace/lines.h"
+
+namespace seriesrun {
+namespace {
+
+// Rows of all parts, one behind the other.
+SeriesTable RowsOfParts(const std::vector<std::string>& paths) {
+  SeriesTable all;
+  for (const std::string& path : paths) {
+    SeriesTable part = ReadSeriesTable(path);
+    if (all.columns.empty()) all.columns = part.columns;
+    if (part.columns != all.columns)
+      throw SeriesError{path + " has other columns than " + paths.front()};
+    for (auto& row : part.rows) all.rows.push_back(std::move(row));
+  }
+  return all;
+}
+
+using RowByFile = std::map<std::string, std::size_t>;
+
+RowByFile PlaceRows(const SeriesTable& table) {
+  const int file = table.ColumnOf(kFileColumn);
+  RowByFile places;
+  for (std::size_t k = 0; k < table.rows.size(); ++k)
+    if (!places.emplace(table.rows[k][file], k).second)
+      throw SeriesError{"two parts have a row of " + table.rows[k][file]};
+  return places;
+}
+
+std::vector<std::size_t> OrderOf(const SeriesTable& table, const std::string& listpath) {
+  const RowByFile places = PlaceRows(table);
+  std::vector<std::size_t> order;
+  if (listpath.empty()) {
+    for (std::size_t k = 0; k < table.rows.size(); ++k) order.push_back(k);
+    return order;
+  }
+  const FileList list = ReadFileList(listpath);
+  std::size_t missing = 0;
+  std::string firstmissing;
+  for (const FileList::File& file : list.files) {
+    const auto place = places.find(file.path);
+    if (place != places.end())
+      order.push_back(place->second);
+    else if (missing++ == 0)
+      firstmissing = file.path;
+  }
+  if (missing > 0)
+    throw SeriesError{std::to_string(missing) + " of " + std::to_string(list.files.size()) +
+                      " files have no row in the parts, the first is " + firstmissing};
+  if (order.size() < table.rows.size()) throw SeriesError{"the parts have rows of other files"};
+  return order;
+}
+
+}  // namespace
+
+void JoinParts(const Options& options) {
+  const SeriesTable table = RowsOfParts(options.files);
+  const std::vector<std::size_t> order = OrderOf(table, options.list);
+  LineWriter file(options.table);
+  file.Write(CsvLine(table.columns));
+  for (const std::size_t row : order) file.Write(CsvLine(table.rows[row]));
+  if (!file.Close()) throw SeriesError{"cannot write " + options.table + ": " + file.Reason()};
+}
+
+}  // namespace seriesrun

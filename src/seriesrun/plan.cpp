@@ -1,0 +1,141 @@
+// What is to be done: recipes, files, and what makes the rows of their table.
+#include "seriesrun/plan.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdio>
+#include <set>
+
+#include "toolkit/toolkit.h"
+#include "workspace/csv.h"
+
+namespace seriesrun {
+namespace {
+
+// 64-bit FNV-1a.
+std::uint64_t Digest(std::uint64_t digest, const std::string& text) {
+  constexpr std::uint64_t kPrime = 1099511628211u;
+  for (const char c : text + '\n') digest = (digest ^ static_cast<unsigned char>(c)) * kPrime;
+  return digest;
+}
+
+std::string DigestOf(const Plan& plan, const Options& options) {
+  std::uint64_t digest = 14695981039346656037u;
+  for (const Recipe& recipe : plan.recipes)
+    for (const std::string& line : recipe.lines) digest = Digest(digest, line);
+  if (plan.chain) digest = Digest(digest, "chain " + std::to_string(plan.chunk));
+  if (plan.restart)
+    digest = Digest(digest, plan.restart->column + (plan.restart->above ? '>' : '<') +
+                                std::to_string(plan.restart->limit));
+  digest = Digest(digest, "settings " + options.settings);
+  char text[9];
+  std::snprintf(text, sizeof text, "%08x", static_cast<unsigned>(digest ^ digest >> 32));
+  return text;
+}
+
+std::vector<std::string> ColumnsOf(const Plan& plan) {
+  std::vector<std::string> columns{std::string(kFileColumn), std::string(kDateColumn)};
+  for (const auto* more : {&plan.list.columns, &plan.recipes[0].columns})
+    columns.insert(columns.end(), more->begin(), more->end());
+  if (plan.HasStarts()) columns.emplace_back(kStartColumn);
+  for (const auto last : {kRecipeColumn, kBoxesColumn, kFailedColumn}) columns.emplace_back(last);
+  return columns;
+}
+
+void CheckCondition(const Plan& plan) {
+  const auto& columns = plan.recipes[0].columns;
+  const std::string& name = plan.restart->column;
+  if (name != "Rwp" && std::ranges::find(columns, name) == columns.end())
+    throw SeriesError{"--restart-when: the recipe has no column \"" + name + "\""};
+}
+
+// A row is told by the name of its file, and is one line.
+void CheckNames(const FileList& list) {
+  std::set<std::string_view> seen;
+  for (const FileList::File& file : list.files) {
+    if (file.path.empty()) throw SeriesError{"a file without a name is in the list"};
+    if (file.path.find_first_of("\r\n") != std::string::npos)
+      throw SeriesError{file.path + " has a line end in its name"};
+    if (!seen.insert(file.path).second)
+      throw SeriesError{file.path + " stands twice among the files"};
+  }
+}
+
+// Whole chunks, as many for each part as for any other, or one more.
+void TakePart(Plan& plan, const Options& options) {
+  const std::size_t rows = plan.list.files.size();
+  const std::size_t chunks = (rows + plan.chunk - 1) / plan.chunk;
+  const auto begin = [&](std::size_t part) {
+    return std::min(rows, chunks * part / static_cast<std::size_t>(options.parts) * plan.chunk);
+  };
+  plan.first = begin(options.part - 1);
+  plan.last = begin(options.part);
+}
+
+}  // namespace
+
+Plan MakePlan(const Options& options) {
+  Plan plan;
+  if (options.list.empty())
+    for (const std::string& file : options.files) plan.list.files.push_back({file, {}});
+  else
+    plan.list = ReadFileList(IOsFullPath(options.list));
+  CheckNames(plan.list);
+  std::vector<std::string> paths = options.otherrecipes;
+  paths.insert(paths.begin(), options.recipe);
+  for (const std::string& path : paths) {
+    plan.recipes.push_back(ReadRecipe(IOsFullPath(path), plan.list.columns));
+    if (plan.recipes.back().columns != plan.recipes[0].columns)
+      throw SeriesError{path + " has other columns than " + options.recipe};
+  }
+  plan.chunk = static_cast<std::size_t>(options.chunk);
+  plan.chain = options.chain;
+  plan.restart = options.restart;
+  plan.limit = options.limit;
+  if (plan.restart) CheckCondition(plan);
+  plan.columns = ColumnsOf(plan);
+  plan.digest = DigestOf(plan, options);
+  TakePart(plan, options);
+  return plan;
+}
+
+Places PlacesOfRow(const Plan& plan, std::size_t row) {
+  const FileList::File& file = plan.list.files[row];
+  Places places = PlacesOf(file.path, row + 1);
+  for (std::size_t k = 0; k < file.cells.size(); ++k) places[plan.list.columns[k]] = file.cells[k];
+  return places;
+}
+
+void Rehearse(const Plan& plan) {
+  const std::size_t last = plan.list.files.size() - 1;
+  for (const Recipe& recipe : plan.recipes) {
+    std::string complaint;
+    for (const std::size_t row : std::set<std::size_t>{0, last / 2, last}) {
+      const RowResult result = RunRow(recipe, PlacesOfRow(plan, row), {}, plan.limit);
+      complaint = result.badline ? result.failed : "";
+      if (complaint.empty()) break;
+    }
+    if (!complaint.empty())
+      throw SeriesError{"recipe " + recipe.name + ", " + complaint + " (when it was tried on " +
+                        plan.list.files[last].path + ")"};
+  }
+}
+
+std::string TableLine(const Plan& plan, std::size_t row, const std::string& start,
+                      std::size_t recipe, const RowResult& result) {
+  const FileList::File& file = plan.list.files[row];
+  std::vector<std::string> cells{file.path, result.date};
+  cells.insert(cells.end(), file.cells.begin(), file.cells.end());
+  std::vector<std::string> values = result.values;
+  values.resize(plan.recipes[0].columns.size());
+  cells.insert(cells.end(), values.begin(), values.end());
+  if (plan.HasStarts()) cells.push_back(start);
+  cells.push_back(plan.recipes[recipe].name + '#' + plan.digest);
+  std::string boxes;
+  for (const std::string& box : result.boxes) boxes += (boxes.empty() ? "" : " | ") + box;
+  cells.push_back(boxes);
+  cells.push_back(result.failed);
+  return CsvLine(cells);
+}
+
+}  // namespace seriesrun

@@ -1,0 +1,42 @@
+// What is to be done: recipes, files, and what makes the rows of their table.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "series/seriestable.h"
+#include "seriesrun/options.h"
+#include "seriesrun/recipe.h"
+#include "seriesrun/rowrun.h"
+
+namespace seriesrun {
+
+struct Plan {
+  std::vector<Recipe> recipes;  // the first one, and those for another start
+  FileList list;
+  std::vector<std::string> columns;  // of the table
+  std::string digest;                // of all that makes a row, in eight hexadecimal digits
+  std::size_t first = 0, last = 0;   // the rows of the part: [first, last)
+  std::size_t chunk = 1;             // rows of a chain; chunks are counted from row 0
+  bool chain = false;
+  std::optional<Condition> restart;
+  int limit = 0;
+
+  bool HasStarts() const { return chain || restart; }
+};
+
+Places PlacesOfRow(const Plan& plan, std::size_t row);
+
+// Reads recipes and list; the program must have started up. Throws SeriesError.
+Plan MakePlan(const Options& options);
+
+// Does the recipes to up to three of the files and throws SeriesError if a line of one can be done
+// for none of them: then the recipe is wrong, not the file.
+void Rehearse(const Plan& plan);
+
+// The line of the table for a row, without its end. `start` and `recipe` tell how it was done.
+std::string TableLine(const Plan& plan, std::size_t row, const std::string& start,
+                      std::size_t recipe, const RowResult& result);
+
+}  // namespace seriesrun

@@ -1,0 +1,92 @@
+// The table of a series while it is written.
+#include "seriesrun/tablefile.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <string_view>
+
+#include "seriesrun/process.h"
+#include "workspace/csv.h"
+#include "workspace/lines.h"
+
+namespace seriesrun {
+namespace {
+
+// The digest behind the name of a recipe.
+std::string_view DigestIn(std::string_view cell) {
+  const std::size_t sign = cell.rfind('#');
+  return sign == cell.npos ? "" : cell.substr(sign + 1);
+}
+
+}  // namespace
+
+TableFile::TableFile(const std::string& path, const Plan& plan) : path_(path) {
+  file_ = open(path.c_str(), O_RDWR | O_CREAT | O_APPEND | O_CLOEXEC, 0666);
+  if (file_ < 0) throw SeriesError{"cannot write " + path + ": " + SystemReason()};
+  try {
+    if (flock(file_, LOCK_EX | LOCK_NB) != 0) {
+      if (errno == EWOULDBLOCK) Refuse("another run is writing it");
+      Refuse(SystemReason());
+    }
+    struct stat status {};
+    if (fstat(file_, &status) != 0 || !S_ISREG(status.st_mode)) Refuse("it is no ordinary file");
+    if (status.st_size == 0)
+      Append(CsvLine(plan.columns) + '\n');
+    else
+      GoOn(plan);
+  } catch (...) {
+    Leave();
+    throw;
+  }
+}
+
+TableFile::~TableFile() { Leave(); }
+
+void TableFile::Leave() {
+  if (file_ >= 0) close(file_);
+  file_ = -1;
+}
+
+void TableFile::Refuse(const std::string& reason) const {
+  throw SeriesError{"table " + path_ + ": " + reason};
+}
+
+void TableFile::GoOn(const Plan& plan) {
+  const SeriesTable table = ReadSeriesTable(path_);
+  if (table.columns != plan.columns) Refuse("it has other columns; give another name to --table");
+  rows_ = table.rows.size();
+  if (rows_ > plan.last - plan.first) Refuse("it has more rows than there are files");
+  const int recipe = table.ColumnOf(kRecipeColumn), failed = table.ColumnOf(kFailedColumn);
+  for (std::size_t k = 0; k < rows_; ++k) {
+    const auto& row = table.rows[k];
+    const std::string& file = plan.list.files[plan.first + k].path;
+    if (row[0] != file)
+      Refuse("its row " + std::to_string(k + 1) + " is that of " + row[0] + ", but the file " +
+             "there is " + file + "; give another name to --table");
+    if (DigestIn(row[recipe]) != plan.digest)
+      Refuse(
+          "its rows were made by another recipe or with other options; give another name to "
+          "--table");
+    failures_ += !row[failed].empty();
+  }
+  // What a crash has left of a row goes.
+  std::string tail(1, '\n');
+  off_t end = lseek(file_, 0, SEEK_END);
+  while (end > 0 && pread(file_, tail.data(), 1, end - 1) == 1 && tail[0] != '\n') --end;
+  if (ftruncate(file_, end) != 0) Refuse(SystemReason());
+}
+
+void TableFile::Append(const std::string& lines) {
+  const off_t before = lseek(file_, 0, SEEK_END);
+  if (WriteWhole(file_, lines)) return;
+  const std::string reason = SystemReason();
+  if (ftruncate(file_, before) != 0)
+    Refuse(reason + ", and what was written of a row is still there");
+  Refuse(reason);
+}
+
+}  // namespace seriesrun
