@@ -112,12 +112,14 @@ void Rehearse(const Plan& plan) {
     std::string complaint;
     for (const std::size_t row : std::set<std::size_t>{0, last / 2, last}) {
       const RowResult result = RunRow(recipe, PlacesOfRow(plan, row), {}, plan.limit);
-      complaint = result.badline ? result.failed : "";
-      if (complaint.empty()) break;
+      if (result.badline)
+        complaint = "recipe " + recipe.name + ", " + result.failed + " (when it was tried on " +
+                    plan.list.files[row].path + ")";
+      if (!result.failed.empty()) continue;
+      complaint.clear();
+      break;
     }
-    if (!complaint.empty())
-      throw SeriesError{"recipe " + recipe.name + ", " + complaint + " (when it was tried on " +
-                        plan.list.files[last].path + ")"};
+    if (!complaint.empty()) throw SeriesError{complaint};
   }
 }
 

@@ -31,8 +31,8 @@ Places PlacesOfRow(const Plan& plan, std::size_t row);
 // Reads recipes and list; the program must have started up. Throws SeriesError.
 Plan MakePlan(const Options& options);
 
-// Does the recipes to up to three of the files and throws SeriesError if a line of one can be done
-// for none of them: then the recipe is wrong, not the file.
+// Does the recipes to up to three of the files. Throws SeriesError if none of them comes to the end
+// and a line of the recipe could not be done at all: then the recipe is wrong, not the file.
 void Rehearse(const Plan& plan);
 
 // The line of the table for a row, without its end. `start` and `recipe` tell how it was done.

@@ -14,6 +14,7 @@
 #include <csignal>
 #include <cstring>
 
+#include "patternfiles/import/dates.h"
 #include "series/seriestable.h"
 #include "seriesrun/process.h"
 #include "shell/shell.h"
@@ -52,6 +53,13 @@ std::string OneLine(std::string text) {
   return text;
 }
 
+// As instruments write dates; what could be a month or a day first stays as it is.
+std::string DateNow() {
+  const std::string iso =
+      ws.scandate.find('/') == std::string::npos ? IsoDate(ws.scandate) : std::string();
+  return iso.empty() ? ws.scandate : iso;
+}
+
 FitFound FitNow() {
   FitFound found;
   found.rwp = 100 * ws.fitrwp;
@@ -76,7 +84,7 @@ class Telling {
 
   // The row has come to its end, or to the line that could not be done.
   [[noreturn]] void End() {
-    Add(PartDate, ws.scandate);
+    Add(PartDate, DateNow());
     for (const std::string& box : boxes_) Add(PartBox, box);
     const FitFound fit = FitNow();
     text_ += PartFit;

@@ -20,7 +20,7 @@ cmake --install "$build" --prefix "$prefix" >"$scratch/log"
 # Of the environment only what a bare login has: neither display nor settings.
 bare() { env -i HOME="$home" PATH=/usr/bin:/bin ASAN_OPTIONS=detect_leaks=0 "$@"; }
 
-programs=(quillagram-replay)
+programs=(quillagram-replay quillagram-series)
 [[ $window != ON ]] || programs+=(quillagram quillagram-edit)
 for program in "${programs[@]}"; do
   [[ $(bare "$prefix/bin/$program" --version) == "$program $version" ]] || fail "$program: another version"

@@ -45,6 +45,14 @@ TEST(Transcript, WordsAreSplitAtBlanksOutsideQuotes) {
   }
 }
 
+TEST(Transcript, ValuesHaveTheNamesGivenToThem) {
+  const TempDir work;
+  const ReplayRun run = RunReplay(
+      "get cell(3:4) as c \"alpha, deg\"\nget cell(3:4) as cell\nget cell(3:4)\n", work.path());
+  EXPECT_EQ(run.lines, (Lines{"value\tc\t10", "value\talpha, deg\t90", "value\tcell 1\t10",
+                              "value\tcell 2\t90", "value\tcell(3:4)\t10\t90"}));
+}
+
 TEST(Transcript, WhatCannotBeDoneEndsTheRun) {
   const struct {
     const char* lines;
@@ -60,6 +68,9 @@ TEST(Transcript, WhatCannotBeDoneEndsTheRun) {
       {"menu 40001\n", "error\t1\tmenu File is not an item"},
       {"menu \"Modify/Smooth\"\n", "error\t1\tmenu item Modify/Smooth is disabled"},
       {"get nothing\n", "error\t1\tno field nothing"},
+      {"get npeaks called n\n", "error\t1\tbehind the field stands \"as\" with names"},
+      {"get npeaks as\n", "error\t1\tbehind the field stands \"as\" with names"},
+      {"get npeaks as n m\n", "error\t1\tnpeaks has 1 values for 2 names"},
       {"menu 40008\nmenu 40008\n", "error\t2\tmenu cannot be done while dialog 101 is open"},
       {"menu 40038\nset Samples x\n", "error\t2\tno field Samples"},
       {"menu 40124\nset 2.5 x\n", "error\t2\tno field 2.5"},
