@@ -90,6 +90,7 @@ void ShowMenuState() {
   ShowStep(MenuUndo, "Undo", UndoTitle(), "Nothing has been done that could be taken back");
   ShowStep(MenuRedo, "Redo", RedoTitle(), "Nothing has been taken back");
   Enable(MenuSaveHistory, HasHistory(), "Nothing has been done yet");
+  Enable(MenuSaveRecipe, ws.patternloaded != 0, "Needs a pattern, and what has been done to it");
   for (const int id : {MenuCopyPeaks, MenuExportPeaks})
     Enable(id, ws.npeaks > 0, "Needs peaks: search or pick them first");
   Enable(MenuCopyPoints, HasPointsInView(), "Needs the pattern on show: Plot > Full pattern");

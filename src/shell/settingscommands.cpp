@@ -33,6 +33,15 @@ Outcome SaveHistory(const Arguments& arguments) {
   return WriteHistory(arguments.path) ? Outcome::Done : Outcome::Failed;
 }
 
+Outcome AskRecipeName(Arguments& arguments) {
+  arguments.path = ws.patternstem + ".recipe";
+  WSelectFile("Recipe|*.recipe|", FileSave, arguments.path, "Save recipe");
+  return Answered(!arguments.path.empty());
+}
+Outcome SaveRecipe(const Arguments& arguments) {
+  return WriteRecipe(arguments.path) ? Outcome::Done : Outcome::Failed;
+}
+
 Outcome CopyPicture(const Arguments&) {
   WCopyPicture(ws.patternstem);
   WindowOutStatusBar(3, "Picture copied");
@@ -154,6 +163,11 @@ constexpr Command kEditCommands[] = {
     {.item = {MenuSaveHistory, "Save history...", MenuPopupEdit},
      .ask = AskHistoryName,
      .run = SaveHistory,
+     .history = false},
+    {.item = {MenuSaveRecipe, "Save as recipe...", MenuPopupEdit},
+     .title = "Save recipe",
+     .ask = AskRecipeName,
+     .run = SaveRecipe,
      .history = false},
     {.item = {MenuCopyPicture, "Copy picture", MenuPopupEdit, false, "Ctrl+Shift+C"},
      .run = CopyPicture,

@@ -114,6 +114,7 @@ constexpr struct {
     {MenuSaveFitted, MenuSaveFitted, SavedTo},
     {MenuSaveFit, MenuSaveFit, SavedTo},
     {MenuSaveHistory, MenuSaveHistory, SavedTo},
+    {MenuSaveRecipe, MenuSaveRecipe, SavedTo},
     {MenuSavePng, MenuSavePdf, SavedTo},
     {MenuSaveJpeg, MenuSaveJpeg, JpegSaved},
     {MenuSaveBitmap, MenuSaveBitmap, BitmapSaved},

@@ -276,6 +276,27 @@ std::string CubicRecipe(double edge, int cycles) {
          "get cell(1) as a\nget cellesd(1) as \"a esd\"\nget fitrwp as rwp\n";
 }
 
+TEST(Series, WhatWasDoneToOnePatternIsDoneToOthers) {
+  const TempDir folder;
+  for (const char* name : {"a", "b"})
+    WriteFile(folder.file(std::string(name) + ".xy"), CubicPattern(5.4, *name));
+  const std::string work = CubicRecipe(5.402, 20);
+  const std::string behind = work.substr(work.find('\n'));
+  const ReplayRun run = RunReplay(
+      "open b.xy\nopen a.xy" + behind + "menu 40279\nfile saved.recipe\nopen b.xy" + behind,
+      folder.path());
+  ASSERT_EQ(RunSeries(folder, "saved.recipe b.xy a.xy").status, 0);
+  const SeriesTable table = ReadSeriesTable(folder.file("saved.csv"));
+  std::vector<std::string> edges;
+  for (const std::string& line : run.lines)
+    if (line.starts_with("value\ta\t")) edges.push_back(line.substr(8));
+  ASSERT_EQ(edges.size(), 2u);
+  ASSERT_EQ(table.rows.size(), 2u);
+  EXPECT_EQ(table.rows[0][table.ColumnOf("a")], edges[1]);
+  EXPECT_EQ(table.rows[1][table.ColumnOf("a")], edges[0]);
+  EXPECT_NE(edges[0], edges[1]);
+}
+
 TEST(Series, AChainGoesOnFromTheLastGoodFile) {
   const TempDir folder;
   constexpr std::array kEdges{5.400, 5.402, 5.404, 0.0, 5.408, 5.410, 5.600, 5.602};
