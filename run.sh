@@ -5,7 +5,6 @@
 set -euo pipefail
 
 root=$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")" && pwd)
-formats="xy gdf txt uxd cif dat xrdml udf chi"
 
 fail() {
   echo "$*" >&2
@@ -14,7 +13,7 @@ fail() {
 
 case ${1:-} in
   -h | --help)
-    echo "Usage: $0 [PATTERN]      PATTERN ends in one of: $formats"
+    echo "Usage: $0 [PATTERN]"
     exit 0
     ;;
 esac
@@ -24,13 +23,9 @@ pattern=${1:-$root/examples/corundum.xrdml}
 [[ $pattern == /* ]] || pattern=$PWD/$pattern
 [[ -e $pattern ]] || fail "There is no file $pattern"
 [[ -f $pattern && -r $pattern ]] || fail "$pattern cannot be read"
-name=${pattern##*/}
-extension=${name##*.}
-[[ " $formats " == *" ${extension,,} "* && $name == *.* ]] ||
-  fail "$name is of no known format; known are: $formats"
 
 "$root/tools/setup.sh"
-"$root/tools/build.sh" build quillagram quillagram-edit quillagram-replay
+"$root/tools/build.sh" build quillagram quillagram-edit quillagram-replay quillagram-series
 
 if [[ -n ${DISPLAY:-} || -n ${WAYLAND_DISPLAY:-} ]]; then
   exec "$root/build/quillagram" "$pattern"
