@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <csignal>
-#include <deque>
+#include <cstdint>
 #include <map>
 
 #include "seriesrun/chunk.h"
@@ -115,13 +115,18 @@ class Pool {
     waiting_[chunk.next++] = line;
   }
 
-  // A chunk that ended before its last row was killed: that row tells it, and the rest begins anew.
+  // A chunk that ended before its last row begins anew from there; the second time the row tells
+  // it.
   void End(int pipe) {
     const Chunk chunk = running_[pipe];
     running_.erase(pipe);
     close(pipe);
     const int status = WaitFor(chunk.pid);
     if (chunk.next >= chunk.last || stopped) return;
+    if (WasKilled(status) && chunk.next != killed_) {
+      killed_ = chunk.next;
+      return Begin(chunk.first, chunk.last, chunk.next);
+    }
     RowResult row;
     row.failed = "the process of its chunk ended: " + HowItEnded(status);
     waiting_[chunk.next] = TableLine(plan_, chunk.next, "", 0, row);
@@ -144,6 +149,7 @@ class Pool {
   std::size_t next_;                            // row of the chunk that begins next
   std::size_t written_;                         // rows before it are in the table
   std::size_t failed_;                          // of them
+  std::size_t killed_ = SIZE_MAX;               // the row at which a chunk was killed last
   std::map<int, Chunk> running_;                // by the end of their pipes
   std::map<std::size_t, std::string> waiting_;  // lines of rows behind one that has not come
 };

@@ -29,7 +29,9 @@ Child Fork() {
   if (pid != 0) return {pid, ends[0]};
   prctl(PR_SET_PDEATHSIG, SIGKILL);
   if (getppid() != parent) _exit(1);  // it died in between
-  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) std::signal(signal, SIG_DFL);
+  // What stops a run is often sent to all its processes. The first one decides: it must not take
+  // the end of another for a crash.
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) std::signal(signal, SIG_IGN);
   return {0, ends[1]};
 }
 
@@ -61,6 +63,12 @@ int WaitFor(pid_t pid) {
   while (waitpid(pid, &status, 0) < 0 && errno == EINTR) {
   }
   return status;
+}
+
+bool WasKilled(int status) {
+  if (!WIFSIGNALED(status) || WTERMSIG(status) != SIGKILL) return false;
+  sleep(1);
+  return true;
 }
 
 std::string HowItEnded(int status) {

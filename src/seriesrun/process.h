@@ -22,6 +22,9 @@ bool WriteWhole(int file, const std::string& text);
 
 // Waits for the end of a process and returns its status as waitpid tells it.
 int WaitFor(pid_t pid);
+// Whether a process was killed from outside, as for want of memory. Where everything is being
+// killed the next signal is for this process: it waits for it a moment.
+bool WasKilled(int status);
 // "signal 11 (Segmentation fault)"
 std::string HowItEnded(int status);
 

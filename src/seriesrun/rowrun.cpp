@@ -165,17 +165,20 @@ bool Understand(const std::string& text, RowResult& row) {
 
 RowResult RunRow(const Recipe& recipe, const Places& places, const std::optional<FitValues>& start,
                  int limit) {
-  Child child = Fork();
-  if (child.pid == 0) RunHere(recipe, places, start, limit, child.pipe);
-  const std::string text = ReadWhole(child.pipe);
-  const int status = WaitFor(child.pid);
-  RowResult row;
-  if (Understand(text, row)) return row;
-  row = {};
-  row.failed = WIFSIGNALED(status) && WTERMSIG(status) == SIGALRM
-                   ? "stopped after " + std::to_string(limit) + " s"
-                   : "the program ended: " + HowItEnded(status);
-  return row;
+  for (int attempt = 1;; ++attempt) {
+    const Child child = Fork();
+    if (child.pid == 0) RunHere(recipe, places, start, limit, child.pipe);
+    const std::string text = ReadWhole(child.pipe);
+    const int status = WaitFor(child.pid);
+    RowResult row;
+    if (Understand(text, row)) return row;
+    if (WasKilled(status) && attempt == 1) continue;
+    row = {};
+    row.failed = WIFSIGNALED(status) && WTERMSIG(status) == SIGALRM
+                     ? "stopped after " + std::to_string(limit) + " s"
+                     : "the program ended: " + HowItEnded(status);
+    return row;
+  }
 }
 
 }  // namespace seriesrun
