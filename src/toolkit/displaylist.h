@@ -4,7 +4,9 @@
 // SVG or PDF, and looked at by tests.
 #pragma once
 
+#include <array>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -38,13 +40,41 @@ struct DrawnText {
   std::string text;
 };
 
+// Levels of equal cells, row by row from the lowest. Where cells are smaller than what a target can
+// show, the highest level is seen, so that no narrow line gets lost. Level 0 shows nothing.
+struct RasterCells {
+  int columns = 0, rows = 0;
+  std::vector<std::uint8_t> levels;
+};
+
+using LevelColours = std::array<std::uint32_t, 256>;  // as that of a pen
+
+struct Raster {
+  std::shared_ptr<const RasterCells> cells;
+  LevelColours colours;
+  DrawRect place;       // of all cells, y upward
+  DrawRect window;      // what is seen of them, within that
+  std::size_t strokes;  // that lie below it
+};
+
 struct DisplayList {
   DrawRect area{0, 0, 1, 1};         // fractions of the target, y upward
   DrawRect units{0, 0, 1000, 1000};  // user units of the area's corners
   std::vector<DrawPoint> points;
   std::vector<Stroke> strokes;
+  std::vector<Raster> rasters;  // by rising numbers of strokes
   std::vector<DrawnText> texts;
 };
+
+// Calls one of two functions for each raster and stroke in the order in which they were drawn.
+template <class OnRaster, class OnStroke>
+void ForEachDrawn(const DisplayList& list, OnRaster raster, OnStroke stroke) {
+  auto next = list.rasters.begin();
+  for (std::size_t k = 0; k <= list.strokes.size(); ++k) {
+    for (; next != list.rasters.end() && next->strokes == k; ++next) raster(*next);
+    if (k < list.strokes.size()) stroke(list.strokes[k]);
+  }
+}
 
 // The list of the screen's last redraw.
 const DisplayList& ScreenList();

@@ -47,6 +47,7 @@ DrawPoint Turned(float x, float y) {
 // True if a line from the present position goes on with the list's last stroke.
 bool ContinuesStroke() {
   const DisplayList& list = target->list;
+  if (!list.rasters.empty() && list.rasters.back().strokes == list.strokes.size()) return false;
   return !list.strokes.empty() && list.strokes.back().pen == pen && list.points.back() == position;
 }
 
@@ -100,6 +101,7 @@ void IGrUnitsRotate(int degrees) { SetTurn(degrees); }
 void IGrAreaClear() {
   target->list.points.clear();
   target->list.strokes.clear();
+  target->list.rasters.clear();
   target->list.texts.clear();
   NoteChange();
 }
@@ -132,6 +134,16 @@ void IGrLineTo(float x, float y) {
   list.points.push_back(end);
   ++list.strokes.back().count;
   position = end;
+  NoteChange();
+}
+
+void IGrRaster(std::shared_ptr<const RasterCells> cells, const LevelColours& colours,
+               const DrawRect& place, const DrawRect& window) {
+  DisplayList& list = target->list;
+  const DrawRect seen{std::max(place.x1, window.x1), std::max(place.y1, window.y1),
+                      std::min(place.x2, window.x2), std::min(place.y2, window.y2)};
+  if (!(seen.x1 < seen.x2 && seen.y1 < seen.y2)) return;
+  list.rasters.push_back({std::move(cells), colours, place, seen, list.strokes.size()});
   NoteChange();
 }
 

@@ -21,6 +21,20 @@ std::string HexText(std::string_view text) {
   return out + ">";
 }
 
+std::string Stream(const std::string& entries, const std::string& data) {
+  return "<< " + entries + "/Length " + std::to_string(data.size()) + " >>\nstream\n" + data +
+         "\nendstream";
+}
+
+// A picture of levels, with nothing where they are 0.
+std::string ImageObject(const LevelPicture& picture, const LevelColours& colours) {
+  const std::string entries =
+      "/Type /XObject /Subtype /Image /Width " + std::to_string(picture.width) + " /Height " +
+      std::to_string(picture.height) + " /BitsPerComponent 8 /Mask [0 0]\n" +
+      "/ColorSpace [/Indexed /DeviceRGB 255 <" + HexColours(colours) + ">] ";
+  return Stream(entries, {picture.levels.begin(), picture.levels.end()});
+}
+
 // Puts the numbered objects together with their table of places.
 std::string Assemble(const std::vector<std::string>& objects, int root, int info) {
   std::string out = "%PDF-1.4\n%\xe2\xe3\xcf\xd3\n", table;
@@ -42,20 +56,30 @@ std::string Assemble(const std::vector<std::string>& objects, int root, int info
 
 bool WritePdf(const DisplayList& list, const std::string& path, const std::string& title,
               float width, float height, float pagewidth, float pageheight) {
+  constexpr std::size_t before = 6;  // objects in front of those of the images
   const float scale = std::min({1.0f, pagewidth / width, pageheight / height});
-  std::string content;
+  std::string content, names;
+  std::vector<std::string> images;
+  const auto image = [&](const Raster& raster, const LevelPicture& picture) {
+    images.push_back(ImageObject(picture, raster.colours));
+    const std::string name = "/Im" + std::to_string(images.size());
+    names += name + " " + std::to_string(before + images.size()) + " 0 R ";
+    return name + " Do\n";
+  };
   AppendNumbers(content, {scale, 0, 0, scale, (pagewidth - scale * width) / 2,
                           (pageheight - scale * height) / 2});
-  content += "cm\n" + PathOperators(list, PageMap(list, width, height));
+  content += "cm\n" + PathOperators(list, PageMap(list, width, height), image);
   std::string page = "<< /Type /Page /Parent 2 0 R /MediaBox [0 0 ";
   AppendNumbers(page, {pagewidth, pageheight});
-  page += "] /Contents 4 0 R /Resources << /Font << /F1 5 0 R >> >> >>";
-  const std::vector<std::string> objects = {
+  page += "] /Contents 4 0 R /Resources << /Font << /F1 5 0 R >> ";
+  page += names.empty() ? ">> >>" : "/XObject << " + names + ">> >> >>";
+  std::vector<std::string> objects = {
       "<< /Type /Catalog /Pages 2 0 R >>",
       "<< /Type /Pages /Kids [3 0 R] /Count 1 >>",
       page,
-      "<< /Length " + std::to_string(content.size()) + " >>\nstream\n" + content + "endstream",
+      Stream("", content),
       "<< /Type /Font /Subtype /Type1 /BaseFont /Helvetica /Encoding /WinAnsiEncoding >>",
       "<< /Title " + HexText(title) + " /Creator (Quillagram) >>"};
+  objects.insert(objects.end(), images.begin(), images.end());
   return WriteWholeFile(path, Assemble(objects, 1, 6));
 }

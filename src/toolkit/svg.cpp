@@ -1,8 +1,10 @@
 // A display list as an SVG file.
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 
 #include "toolkit/common.h"
+#include "toolkit/png.h"
 #include "toolkit/vectorpath.h"
 
 namespace {
@@ -66,6 +68,45 @@ void AppendText(std::string& out, const DrawnText& text, const PageMap& map) {
   out += ")\">" + XmlText(text.text) + "</text>\n";
 }
 
+std::string Base64(std::string_view bytes) {
+  constexpr std::string_view digits =
+      "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+  std::string out;
+  for (std::size_t at = 0; at < bytes.size(); at += 3) {
+    std::uint32_t word = 0;
+    for (std::size_t i = at; i < at + 3; ++i)
+      word = word << 8 | (i < bytes.size() ? static_cast<unsigned char>(bytes[i]) : 0u);
+    for (const int shift : {18, 12, 6, 0}) out += digits[word >> shift & 63];
+  }
+  std::fill_n(out.rbegin(), (3 - bytes.size() % 3) % 3, '=');
+  return out;
+}
+
+// Of a rectangle in user units.
+void AppendPlace(std::string& out, const DrawRect& r, const PageMap& map) {
+  const double corners[] = {map.X(r.x1), map.Y(r.y2), map.X(r.x2) - map.X(r.x1),
+                            map.Y(r.y1) - map.Y(r.y2)};
+  constexpr const char* names[] = {" x=\"", " y=\"", " width=\"", " height=\""};
+  for (int i = 0; i < 4; ++i) {
+    AppendNumber(out += names[i], corners[i]);
+    out += '"';
+  }
+}
+
+void AppendRaster(std::string& out, const Raster& raster, const PageMap& map, int number) {
+  const std::string name = "cells" + std::to_string(number);
+  const KeptCells kept = CellsInWindow(raster);
+  const LevelPicture& picture = kept.picture;
+  out += "<clipPath id=\"" + name + "\"><rect";
+  AppendPlace(out, raster.window, map);
+  out += "/></clipPath>\n<image clip-path=\"url(#" + name + ")\" preserveAspectRatio=\"none\"" +
+         " image-rendering=\"optimizeSpeed\" style=\"image-rendering:pixelated\"";
+  AppendPlace(out, kept.place, map);
+  out += " xlink:href=\"data:image/png;base64," +
+         Base64(PngBytes(picture.width, picture.height, picture.levels, raster.colours)) +
+         "\"/>\n";
+}
+
 }  // namespace
 
 std::string SvgText(const DisplayList& list, const std::string& title, float width, float height) {
@@ -74,7 +115,8 @@ std::string SvgText(const DisplayList& list, const std::string& title, float wid
   const double boxwidth = box.x2 - box.x1, boxheight = box.y2 - box.y1;
   std::string out =
       "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-      "<svg xmlns=\"http://www.w3.org/2000/svg\" version=\"1.1\" width=\"";
+      "<svg xmlns=\"http://www.w3.org/2000/svg\" xmlns:xlink=\"http://www.w3.org/1999/xlink\" "
+      "version=\"1.1\" width=\"";
   AppendNumber(out, boxwidth);
   out += "pt\" height=\"";
   AppendNumber(out, boxheight);
@@ -88,7 +130,10 @@ std::string SvgText(const DisplayList& list, const std::string& title, float wid
   out +=
       "\" width=\"100%\" height=\"100%\"/>\n"
       "<g fill=\"none\" stroke-linejoin=\"round\" stroke-linecap=\"round\">\n";
-  for (const Stroke& stroke : list.strokes) AppendStroke(out, list, stroke, map);
+  int rasters = 0;
+  ForEachDrawn(
+      list, [&](const Raster& raster) { AppendRaster(out, raster, map, ++rasters); },
+      [&](const Stroke& stroke) { AppendStroke(out, list, stroke, map); });
   for (const DrawnText& text : list.texts) AppendText(out, text, map);
   return out + "</g>\n</svg>\n";
 }

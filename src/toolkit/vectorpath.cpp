@@ -46,6 +46,19 @@ void AppendStroke(std::string& out, std::span<const DrawPoint> points, const Pag
   }
 }
 
+void AppendRaster(std::string& out, const Raster& raster, const PageMap& map,
+                  const ImageOperators& image) {
+  const KeptCells kept = CellsInWindow(raster);
+  const DrawRect &window = raster.window, &place = kept.place;
+  out += "q ";
+  AppendNumbers(out, {map.X(window.x1), map.Y(window.y1), (window.x2 - window.x1) * map.xscale,
+                      (window.y2 - window.y1) * map.yscale});
+  out += "re W n ";
+  AppendNumbers(out, {(place.x2 - place.x1) * map.xscale, 0, 0,
+                      (place.y2 - place.y1) * map.yscale, map.X(place.x1), map.Y(place.y1)});
+  out += "cm\n" + image(raster, kept.picture) + "Q\n";
+}
+
 // A text in parentheses in Latin-1, as both formats write it.
 std::string Literal(std::string_view text) {
   std::string out = "(";
@@ -95,7 +108,8 @@ PageMap::PageMap(const DisplayList& list, float width, float height, bool upward
 }
 
 PageBox CoveredBox(const DisplayList& list, const PageMap& map, float width, float height) {
-  if (list.strokes.empty() && list.texts.empty()) return {0, 0, width, height};
+  if (list.strokes.empty() && list.texts.empty() && list.rasters.empty())
+    return {0, 0, width, height};
   PageBox box{1e30, 1e30, -1e30, -1e30};
   const auto cover = [&](double x, double y, double reach) {
     box = {std::min(box.x1, x - reach), std::min(box.y1, y - reach), std::max(box.x2, x + reach),
@@ -106,6 +120,10 @@ PageBox CoveredBox(const DisplayList& list, const PageMap& map, float width, flo
       const DrawPoint& p = list.points[stroke.first + i];
       cover(map.X(p.x), map.Y(p.y), stroke.pen.width * ThinLine / 2);
     }
+  for (const Raster& raster : list.rasters) {
+    cover(map.X(raster.window.x1), map.Y(raster.window.y1), 0);
+    cover(map.X(raster.window.x2), map.Y(raster.window.y2), 0);
+  }
   for (const DrawnText& text : list.texts) {
     const BaseLine line(text, map);
     for (double along : {0.0, line.width})  // the reach is that of tall letters, all around
@@ -132,16 +150,29 @@ void AppendNumbers(std::string& out, std::initializer_list<double> values) {
   }
 }
 
-std::string PathOperators(const DisplayList& list, const PageMap& map) {
+std::string PathOperators(const DisplayList& list, const PageMap& map,
+                          const ImageOperators& image) {
   std::string out = "1 J 1 j\n";
   out.reserve(list.points.size() * 18 + 1000);
   const Pen* before = nullptr;
-  for (const Stroke& stroke : list.strokes) {
+  const auto appendraster = [&](const Raster& raster) { AppendRaster(out, raster, map, image); };
+  const auto appendstroke = [&](const Stroke& stroke) {
     AppendPen(out, stroke.pen, before);
     before = &stroke.pen;
     AppendStroke(out, std::span(list.points).subspan(stroke.first, stroke.count), map);
-  }
+  };
+  ForEachDrawn(list, appendraster, appendstroke);
   for (const DrawnText& text : list.texts) AppendText(out, text, map);
+  return out;
+}
+
+std::string HexColours(const LevelColours& colours) {
+  constexpr const char* digits = "0123456789ABCDEF";
+  std::string out;
+  for (std::size_t level = 0; level < colours.size(); ++level) {
+    const std::uint32_t colour = level == 0 ? 0xffffff : colours[level];
+    for (const int shift : {4, 0, 12, 8, 20, 16}) out += digits[colour >> shift & 15];
+  }
   return out;
 }
 

@@ -1,9 +1,11 @@
 // What the vector formats share: places on the page, drawing operators, numbers, titles.
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "toolkit/displaylist.h"
+#include "toolkit/raster.h"
 
 // From the units of a list to points on a target of some size, y upward or downward.
 struct PageMap {
@@ -29,8 +31,13 @@ void AppendNumber(std::string& out, double value);
 void AppendNumbers(std::string& out, std::initializer_list<double> values);
 
 // The list in the path and text operators that PDF has, and that the EPS files define for
-// themselves: m l S w RG d for strokes, BT Tf rg Tm Tj ET for texts.
-std::string PathOperators(const DisplayList& list, const PageMap& map);
+// themselves: m l S w RG d for strokes, BT Tf rg Tm Tj ET for texts, q re W n cm Q around what
+// `image` writes for each raster, in a unit square with its lower left corner at (0, 0).
+using ImageOperators = std::function<std::string(const Raster&, const LevelPicture&)>;
+std::string PathOperators(const DisplayList& list, const PageMap& map, const ImageOperators& image);
+
+// All colours in hexadecimal, of level 0 that of paper.
+std::string HexColours(const LevelColours& colours);
 
 // The character of a UTF-8 text that begins at `at`, which moves behind it; a byte that is none
 // stands for itself.

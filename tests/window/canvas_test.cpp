@@ -84,6 +84,33 @@ TEST(Canvas, ThinningKeepsWhatIsSeen) {
   }
 }
 
+// Two by two cells from (100, 100) to (600, 300) of 700 by 400 pixels, cut off at 550.
+TEST(Canvas, CellsLieInOrderAndKeepTheirEdges) {
+  DisplayList list;
+  list.units = {0, 0, 700, 400};
+  LevelColours colours{};
+  for (std::uint32_t level = 1; level < 4; ++level) colours[level] = level * 50;
+  list.strokes = {{{.width = 10}, 0, 2}, {{.width = 10}, 2, 2}};
+  list.points = {{50, 150}, {650, 150}, {50, 250}, {650, 250}};
+  const RasterCells cells{2, 2, {1, 2, 3, 0}};
+  list.rasters.push_back({std::make_shared<RasterCells>(cells), colours, {100, 100, 600, 300},
+                          {0, 0, 550, 400}, 1});
+  for (const Detail detail : {Detail::EveryPoint, Detail::PerColumn}) {
+    const QImage image = Painted(list, detail);
+    const auto at = [&](int x, int y) { return image.pixel(x, 399 - y); };
+    EXPECT_EQ(at(80, 150), qRgb(0, 0, 0));
+    EXPECT_EQ(at(200, 150), qRgb(50, 0, 0)) << "over the first stroke";
+    EXPECT_EQ(at(200, 250), qRgb(0, 0, 0)) << "under the second";
+    EXPECT_EQ(at(349, 199), qRgb(50, 0, 0));
+    EXPECT_EQ(at(350, 199), qRgb(100, 0, 0));
+    EXPECT_EQ(at(349, 200), qRgb(150, 0, 0));
+    EXPECT_EQ(at(350, 200), qRgb(255, 255, 255)) << "level 0";
+    EXPECT_EQ(at(99, 110), qRgb(255, 255, 255));
+    EXPECT_EQ(at(549, 110), qRgb(100, 0, 0));
+    EXPECT_EQ(at(550, 110), qRgb(255, 255, 255));
+  }
+}
+
 TEST(Canvas, SheetIsWhiteWithHintThenCurveOfTheFileDropped) {
   const std::string file = MakePattern("curve.xy"), unknown = Place() + "/note.doc";
   std::ofstream(unknown) << "no numbers here\n";

@@ -3,6 +3,7 @@
 
 #include <QFontMetricsF>
 #include <QGuiApplication>
+#include <QImage>
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -10,6 +11,7 @@
 #include <vector>
 
 #include "toolkit/common.h"
+#include "toolkit/raster.h"
 
 namespace {
 
@@ -177,6 +179,41 @@ void PaintStroke(QPainter& painter, const Stroke& stroke, Points places, double 
   painter.drawPolyline(places.data(), static_cast<int>(places.size()));
 }
 
+// Keeps no reference to the picture.
+QImage ImageOf(const LevelPicture& picture, const LevelColours& colours) {
+  std::array<QRgb, std::tuple_size_v<LevelColours>> shown{};
+  for (std::size_t level = 1; level < shown.size(); ++level)
+    shown[level] = ColourOf(colours[level]).rgba();
+  QImage image(picture.width, picture.height, QImage::Format_ARGB32_Premultiplied);
+  for (int y = 0; y < picture.height; ++y) {
+    auto* pixel = reinterpret_cast<QRgb*>(image.scanLine(y));
+    const std::uint8_t* level = &picture.levels[std::size_t(y) * picture.width];
+    for (int x = 0; x < picture.width; ++x) *pixel++ = shown[*level++];
+  }
+  return image;
+}
+
+void PaintCells(QPainter& painter, const Raster& raster, const Mapping& mapping) {
+  const auto rect = [&](const DrawRect& r) {
+    return QRectF(mapping.Place({r.x1, r.y2}), mapping.Place({r.x2, r.y1}));
+  };
+  const KeptCells kept = CellsInWindow(raster);
+  painter.save();
+  painter.setClipRect(rect(raster.window));
+  painter.setRenderHint(QPainter::SmoothPixmapTransform, false);
+  painter.drawImage(rect(kept.place), ImageOf(kept.picture, raster.colours));
+  painter.restore();
+}
+
+void PaintPixels(QPainter& painter, const Raster& raster, const Mapping& mapping, QSizeF target) {
+  const QPointF topleft = mapping.Place({raster.place.x1, raster.place.y2}),
+                bottomright = mapping.Place({raster.place.x2, raster.place.y1});
+  const PixelPicture pixels =
+      PixelsInWindow(raster, {topleft.x(), topleft.y(), bottomright.x(), bottomright.y()},
+                     static_cast<int>(target.width()), static_cast<int>(target.height()));
+  painter.drawImage(pixels.left, pixels.top, ImageOf(pixels.picture, raster.colours));
+}
+
 void PaintText(QPainter& painter, const DrawnText& text, const Mapping& mapping) {
   QFont font = QGuiApplication::font();
   const double pixels = std::abs(text.height * mapping.YScale());
@@ -214,7 +251,15 @@ void PaintList(QPainter& painter, const DisplayList& list, QSizeF target, double
   const Mapping mapping(list, target);
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setBrush(Qt::NoBrush);
-  for (const Stroke& stroke : list.strokes)
+  const auto paintraster = [&](const Raster& raster) {
+    if (detail == Detail::PerColumn)
+      PaintPixels(painter, raster, mapping, target);
+    else
+      PaintCells(painter, raster, mapping);
+  };
+  const auto paintstroke = [&](const Stroke& stroke) {
     PaintStroke(painter, stroke, PlacesOf(list, stroke, mapping), thin, detail);
+  };
+  ForEachDrawn(list, paintraster, paintstroke);
   for (const DrawnText& text : list.texts) PaintText(painter, text, mapping);
 }

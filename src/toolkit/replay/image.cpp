@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "toolkit/png.h"
 #include "toolkit/vectorpath.h"
 
 namespace replay {
@@ -38,6 +39,8 @@ std::string BmpFile(const Image& image) {
   }
   return out;
 }
+
+std::string PngFile(const Image& image) { return PngBytes(image.width, image.height, image.rgb); }
 
 bool WriteImage(const DisplayList& list, const std::string& path, const std::string& format,
                 int width, int height) {

@@ -1,8 +1,9 @@
-// Smooth lines of a display list on a field of pixels.
+// Rasters and smooth lines of a display list on a field of pixels.
 #include <algorithm>
 #include <cmath>
 
 #include "toolkit/common.h"
+#include "toolkit/raster.h"
 #include "toolkit/replay/image.h"
 #include "toolkit/vectorpath.h"
 
@@ -104,6 +105,19 @@ void DashedSegment(Cover& cover, Place a, Place b, float radius, std::span<const
   walked += length;
 }
 
+void PutLevels(Image& image, const PixelPicture& pixels, const LevelColours& colours) {
+  const LevelPicture& picture = pixels.picture;
+  for (int y = 0; y < picture.height; ++y)
+    for (int x = 0; x < picture.width; ++x) {
+      const std::uint8_t level = picture.levels[std::size_t(y) * picture.width + x];
+      if (level == 0) continue;
+      std::uint8_t* pixel =
+          &image.rgb[(std::size_t(pixels.top + y) * image.width + pixels.left + x) * 3];
+      for (int c = 0; c < 3; ++c)
+        pixel[c] = static_cast<std::uint8_t>(colours[level] >> (8 * c) & 255);
+    }
+}
+
 }  // namespace
 
 Image Rasterise(const DisplayList& list, int width, int height) {
@@ -115,7 +129,12 @@ Image Rasterise(const DisplayList& list, int width, int height) {
                  static_cast<float>(std::clamp(map.Y(p.y), -furthest, furthest))};
   };
   Cover cover(width, height);
-  for (const Stroke& stroke : list.strokes) {
+  const auto paintraster = [&](const Raster& raster) {
+    const DrawRect& cells = raster.place;
+    const PlaceRect on{map.X(cells.x1), map.Y(cells.y2), map.X(cells.x2), map.Y(cells.y1)};
+    PutLevels(image, PixelsInWindow(raster, on, width, height), raster.colours);
+  };
+  const auto paintstroke = [&](const Stroke& stroke) {
     const auto dashes = DashPattern(stroke.pen.linetype);
     const float radius = std::max(stroke.pen.width, 1.0f) / 2;
     float walked = 0;
@@ -127,7 +146,8 @@ Image Rasterise(const DisplayList& list, int width, int height) {
         DashedSegment(cover, a, b, radius, dashes, walked);
     }
     cover.Paint(image, stroke.pen.colour);
-  }
+  };
+  ForEachDrawn(list, paintraster, paintstroke);
   return image;
 }
 

@@ -1,11 +1,9 @@
-// The bytes of a .png file: 24 bits a pixel, and not compressed, for want of a library.
-#include <algorithm>
+// The bytes of a .png file.
+#include "toolkit/png.h"
+
 #include <array>
 #include <string_view>
 
-#include "toolkit/replay/image.h"
-
-namespace replay {
 namespace {
 
 void Append(std::string& out, std::uint32_t value) {
@@ -66,20 +64,27 @@ std::string Stored(std::string_view bytes) {
 
 }  // namespace
 
-std::string PngFile(const Image& image) {
-  std::string header, rows, out = "\x89PNG\r\n\x1a\n";
-  Append(header, static_cast<std::uint32_t>(image.width));
-  Append(header, static_cast<std::uint32_t>(image.height));
-  header += {8, 2, 0, 0, 0};  // bits, red green blue, and the only methods there are
-  const std::size_t row = std::size_t(image.width) * 3;
-  for (int y = 0; y < image.height; ++y) {
+std::string PngBytes(int width, int height, std::span<const std::uint8_t> pixels,
+                     std::span<const std::uint32_t> colours) {
+  constexpr char kPlain = 2, kPalette = 3;
+  std::string header, table, rows, out = "\x89PNG\r\n\x1a\n";
+  Append(header, static_cast<std::uint32_t>(width));
+  Append(header, static_cast<std::uint32_t>(height));
+  // Bits, kind of colours, and the only methods there are.
+  header += {8, colours.empty() ? kPlain : kPalette, 0, 0, 0};
+  for (const std::uint32_t colour : colours)
+    for (const int shift : {0, 8, 16}) table += static_cast<char>(colour >> shift & 255);
+  const std::size_t row = std::size_t(width) * (colours.empty() ? 3 : 1);
+  for (int y = 0; y < height; ++y) {
     rows += '\0';  // not filtered
-    rows.append(reinterpret_cast<const char*>(&image.rgb[y * row]), row);
+    rows.append(reinterpret_cast<const char*>(&pixels[y * row]), row);
   }
   AppendChunk(out, "IHDR", header);
+  if (!table.empty()) {
+    AppendChunk(out, "PLTE", table);
+    AppendChunk(out, "tRNS", std::string(1, '\0'));
+  }
   AppendChunk(out, "IDAT", Stored(rows));
   AppendChunk(out, "IEND", "");
   return out;
 }
-
-}  // namespace replay
