@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "plot/guestview.h"
 #include "plot/patternranges.h"
 #include "plot/penplot.h"  // for NearestIndex
 #include "workspace/workspace.h"
@@ -24,8 +25,14 @@ float FactorOf(float notches) {
 
 float SizeOf(const Range& range) { return std::max(std::abs(range.lo), std::abs(range.hi)); }
 
+std::optional<PatternFrame> Whole() {
+  if (const auto view = Guest()) return view->whole;
+  return FullFrame();
+}
+
 // Some steps of the pattern, as wide as they are near this place on the axis on show.
 float LeastWidth(float x) {
+  if (const auto view = Guest()) return view->leastx;
   const int slot = ActiveSlot(), n = ws.npts(slot);
   const float* xs = ws.xval.row(ws.xaxismode, slot).data();
   const int i = std::clamp(NearestIndex(x, xs, n), 1, n - 1);
@@ -38,6 +45,7 @@ float HeightInCounts(const Range& y) {
 
 // The curve can be pulled out of the frame, but not out of reach.
 Range ReachOfY(const Range& full) {
+  if (Guest()) return full;
   const float height = full.hi - full.lo;
   return {full.lo - height, full.hi + height};
 }
@@ -73,19 +81,21 @@ Range Shifted(const Range& range, float by, const Range& ends) {
 }
 
 void ZoomX(DataPoint about, float notches) {
-  const auto full = FullFrame();
+  const auto full = Whole();
   if (!full) return;
   const float at = ViewX().Limit(about.x);
   Show(ZoomedAbout(ViewX(), at, FactorOf(notches), full->x, LeastWidth(at)), ViewY());
 }
 
 void ZoomY(DataPoint about, float notches) {
-  const auto full = FullFrame();
+  const auto full = Whole();
   if (!full) return;
+  const float at = ViewY().Limit(about.y);
+  if (const auto view = Guest())
+    return Show(ViewX(), ZoomedAbout(ViewY(), at, FactorOf(notches), full->y, view->leasty));
   const float counts = std::min(kLeastCounts, kLeastShare * HeightInCounts(full->y));
   const float least = std::max(LogarithmicY() ? 0.0f : counts, kResolution * SizeOf(ViewY()));
-  const Range y =
-      ZoomedAbout(ViewY(), ViewY().Limit(about.y), FactorOf(notches), ReachOfY(full->y), least);
+  const Range y = ZoomedAbout(ViewY(), at, FactorOf(notches), ReachOfY(full->y), least);
   if (notches < 0 || !LogarithmicY() || HeightInCounts(y) >= counts) Show(ViewX(), y);
 }
 
@@ -94,6 +104,6 @@ void ScrollX(float notches) {
 }
 
 void PanFrom(const Range& x, const Range& y, DataPoint by) {
-  const auto full = FullFrame();
+  const auto full = Whole();
   if (full) Show(Shifted(x, by.x, full->x), Shifted(y, by.y, ReachOfY(full->y)));
 }

@@ -5,6 +5,7 @@
 
 #include "plot/dataposition.h"
 #include "plot/freezoom.h"
+#include "plot/guestview.h"
 #include "plot/plot.h"
 #include "plot/zoomhistory.h"
 #include "workspace/workspace.h"
@@ -13,14 +14,22 @@ namespace {
 
 constexpr int kPattern = 1;  // viewmode
 
-bool CanZoom() { return ws.viewmode == kPattern && ws.plotmask > 0 && ws.npts(ActiveSlot()) > 1; }
+bool CanZoom() {
+  if (Guest()) return true;
+  return ws.viewmode == kPattern && ws.plotmask > 0 && ws.npts(ActiveSlot()) > 1;
+}
 
 DataPoint ClampToView(DataPoint at) {
   return {std::clamp(at.x, ws.viewxmin, std::max(ws.viewxmin, ws.viewxmax)),
           std::clamp(at.y, ws.viewymin, std::max(ws.viewymin, ws.viewymax))};
 }
 
-void ReadOut(float x, float y) { ShowReadOuts(ToData(x, y)); }
+void ReadOut(float x, float y) {
+  const DataPoint at = ToData(x, y);
+  const auto view = Guest();
+  if (!view) return ShowReadOuts(at);
+  if (InView(at)) view->readout(at.x, at.y);
+}
 
 void TakeBand(DataPoint from, DataPoint to) {
   ws.bandx1 = std::min(from.x, to.x);
@@ -42,6 +51,25 @@ void Turn(const Message& wheel) {
     (vertical ? ZoomY : ZoomX)(at, notches);
   RefreshView();
   NoteZoom(true);
+}
+
+// The arrows, which for the pattern are commands. With Shift they go along the other axis.
+bool GuestKey(const Message& message) {
+  constexpr float kPage = 10, kStep = 2;  // notches
+  const int key = message.value1;
+  if (!Guest() || message.type != MessageKey || key < KeyLeft || key > KeyDown) return false;
+  const bool shift = message.modifiers & ModifierShift, pages = key == KeyLeft || key == KeyRight;
+  const Range x{ws.viewxmin, ws.viewxmax}, y{ws.viewymin, ws.viewymax};
+  const DataPoint middle{(x.lo + x.hi) / 2, (y.lo + y.hi) / 2};
+  if (pages && shift)
+    PanFrom(x, y, {0, key == KeyRight ? y.hi - y.lo : y.lo - y.hi});
+  else if (pages)
+    ScrollX(key == KeyLeft ? kPage : -kPage);
+  else
+    (shift ? ZoomY : ZoomX)(middle, key == KeyDown ? kStep : -kStep);
+  RefreshView();
+  NoteZoom();
+  return true;
 }
 
 // The view follows the mouse. Each place counts from the start of the drag, so that the way there
@@ -92,6 +120,7 @@ bool DrawBand(const Message& press, bool pick) {
 
 bool Navigate(const Message& message) {
   if (message.type == MessageMouseMove) ReadOut(message.x, message.y);
+  if (GuestKey(message)) return true;
   const bool shift = message.modifiers & ModifierShift;
   const int key = message.type == MessageKey ? message.value1 : 0;
   const bool full = message.type == MessageDoubleClick || key == KeyHome;

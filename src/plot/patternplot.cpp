@@ -33,15 +33,7 @@ void DrawFrame(const Plot& plot) {
   SetPen(1, 1, colours::kBlack);
 
   MoveOrigin(0, -below);
-  // Between limits that are rounded the axis keeps to whole degrees.
-  const bool degrees = ws.xaxismode == AxisTth;
-  const bool fine = ws.viewexact && plot.x.hi - plot.x.lo < kFewDegrees;
-  if (degrees && !fine)
-    AxisTwoTheta(ws.plotwidth, plot.x.lo, plot.x.hi, plot.xfactor, plot.page.tick,
-                 plot.page.textheight, kXTitles[0]);
-  else
-    AxisLinear(ws.plotwidth, plot.x.lo, plot.x.hi, plot.xfactor, plot.page.tick,
-               plot.page.textheight, 0, kXTitles[ws.xaxismode - 1]);
+  DrawPatternAxis(plot.page, plot.x, plot.xfactor);
   MoveOrigin(0, below);
   AxisLinear(ws.plotheight, plot.y.lo, plot.y.hi, plot.yfactor, plot.page.tick,
              plot.page.textheight, -270, LogarithmicY() ? "10log(Counts)" : "Counts");
@@ -245,6 +237,16 @@ void DrawLegend(const Plot& plot) {
 }
 
 }  // namespace
+
+// Between limits that are rounded the axis keeps to whole degrees.
+void DrawPatternAxis(const PageLayout& page, const Range& x, float xfactor) {
+  const bool degrees = ws.xaxismode == AxisTth, fine = ws.viewexact && x.hi - x.lo < kFewDegrees;
+  if (degrees && !fine)
+    AxisTwoTheta(ws.plotwidth, x.lo, x.hi, xfactor, page.tick, page.textheight, kXTitles[0]);
+  else
+    AxisLinear(ws.plotwidth, x.lo, x.hi, xfactor, page.tick, page.textheight, 0,
+               kXTitles[ws.xaxismode - 1]);
+}
 
 void DrawPatternPlot() {
   if (ws.plotmask < 1) return;

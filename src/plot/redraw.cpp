@@ -1,4 +1,5 @@
 // What the main window shows.
+#include "plot/guestview.h"
 #include "plot/page.h"
 #include "plot/views.h"
 #include "toolkit/toolkit.h"
@@ -6,6 +7,7 @@
 #include "workspace/workspace.h"
 
 ViewComplaint LayView() {
+  TakeOwnLimits();
   switch (ws.viewmode) {
     case 1:
       return LayPatternPlot();
@@ -14,6 +16,9 @@ ViewComplaint LayView() {
     case 3:
     case 4:
       LayPage();
+      return {};
+    case GuestViewMode:
+      LayGuestView();
       return {};
     default:
       return {};
@@ -33,6 +38,9 @@ ViewComplaint DrawView() {
       return DrawWidthPlot();
     case 4:
       return DrawSizePlot();
+    case GuestViewMode:
+      if (const auto view = Guest()) view->draw();
+      return {};
     default:
       return {};
   }

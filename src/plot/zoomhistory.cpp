@@ -3,6 +3,7 @@
 
 #include <tuple>
 
+#include "plot/guestview.h"
 #include "plot/patternranges.h"
 #include "plot/plot.h"
 #include "toolkit/toolkit.h"
@@ -15,7 +16,9 @@ constexpr std::size_t kMostViews = 100;
 
 ZoomHistory history;
 
-auto Origin(const ZoomView& v) { return std::tie(v.xaxismode, v.yaxismode, v.loadcount); }
+auto Origin(const ZoomView& v) {
+  return std::tie(v.xaxismode, v.yaxismode, v.loadcount, v.limitsof);
+}
 
 void Push(std::vector<ZoomView>& views, const ZoomView& view) {
   if (views.size() == kMostViews) views.erase(views.begin());
@@ -29,13 +32,13 @@ void ShowMenu() {
 
 // Views that look like the present one, or that the pattern has left since, are passed over.
 bool Step(std::vector<ZoomView>& from, std::vector<ZoomView>& to) {
-  if (ws.viewmode != 1) return false;  // another plot is on show
+  if (ws.viewmode != 1 && !Guest()) return false;  // another plot is on show
   bool found = false;
   while (!found && !from.empty()) {
     const ZoomView view = from.back();
     from.pop_back();
     PutView(view);
-    found = !SamePicture(view, history.now) && ViewCanBeLaid();
+    found = !SamePicture(view, history.now) && (Guest() || ViewCanBeLaid());
   }
   if (found) {
     Push(to, history.now);
@@ -52,9 +55,9 @@ bool Step(std::vector<ZoomView>& from, std::vector<ZoomView>& to) {
 }  // namespace
 
 ZoomView ViewNow() {
-  return {ws.viewxmin, ws.viewxmax,  ws.viewymin,  ws.viewymax, ws.viewexact,
-          ws.bandx1,   ws.bandx2,    ws.bandy1,    ws.bandy2,   ws.plotxmin,
-          ws.plotxmax, ws.xaxismode, ws.yaxismode, ws.loadcount};
+  return {ws.viewxmin, ws.viewxmax,  ws.viewymin,  ws.viewymax,  ws.viewexact,
+          ws.bandx1,   ws.bandx2,    ws.bandy1,    ws.bandy2,    ws.plotxmin,
+          ws.plotxmax, ws.xaxismode, ws.yaxismode, ws.loadcount, ws.limitsof};
 }
 
 bool SamePicture(const ZoomView& a, const ZoomView& b) {

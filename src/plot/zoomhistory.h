@@ -9,7 +9,7 @@ struct ZoomView {
   int viewexact;
   float bandx1, bandx2, bandy1, bandy2;
   float plotxmin, plotxmax;
-  int xaxismode, yaxismode, loadcount;
+  int xaxismode, yaxismode, loadcount, limitsof;
 };
 
 ZoomView ViewNow();

@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "plot/dataposition.h"
+#include "plot/guestview.h"
 #include "plot/navigation.h"
 #include "shell/shell.h"
 #include "workspace/workspace.h"
@@ -74,6 +75,10 @@ constexpr Command kKeys[] = {
 
 void OnKey(const Message& message) {
   const int key = message.value1;
+  if (Guest()) {
+    Navigate(message);
+    return;
+  }
   if (ws.npts(SlotInput) < 1) return;
   if (key >= KeyLeft && key <= KeyDown) RunCommand(kKeys[key - KeyLeft]);
   Navigate(message);

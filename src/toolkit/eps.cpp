@@ -70,8 +70,8 @@ std::string ImageOf(const Raster& raster, const LevelPicture& picture) {
   const std::string width = std::to_string(picture.width), height = std::to_string(picture.height);
   return "[/Indexed /DeviceRGB 255 <" + HexColours(raster.colours) + ">] setcolorspace\n" +
          "<< /ImageType 1 /Width " + width + " /Height " + height +
-         " /BitsPerComponent 8 /Decode [0 255]\n/ImageMatrix [" + width + " 0 0 -" + height + " 0 " +
-         height + "] /DataSource currentfile /ASCII85Decode filter >> image\n" +
+         " /BitsPerComponent 8 /Decode [0 255]\n/ImageMatrix [" + width + " 0 0 -" + height +
+         " 0 " + height + "] /DataSource currentfile /ASCII85Decode filter >> image\n" +
          Ascii85(picture.levels);
 }
 

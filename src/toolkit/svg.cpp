@@ -103,8 +103,7 @@ void AppendRaster(std::string& out, const Raster& raster, const PageMap& map, in
          " image-rendering=\"optimizeSpeed\" style=\"image-rendering:pixelated\"";
   AppendPlace(out, kept.place, map);
   out += " xlink:href=\"data:image/png;base64," +
-         Base64(PngBytes(picture.width, picture.height, picture.levels, raster.colours)) +
-         "\"/>\n";
+         Base64(PngBytes(picture.width, picture.height, picture.levels, raster.colours)) + "\"/>\n";
 }
 
 }  // namespace

@@ -245,8 +245,8 @@ void IGrColour(const std::string& name);
 void IGrColourN(int n);  // red + 256 green + 65536 blue in colour model 24
 void IGrMoveTo(float x, float y);
 void IGrLineTo(float x, float y);
-// Fills a place with cells in the colours of their levels, as far as the window shows them. In units
-// that have not been turned.
+// Fills a place with cells in the colours of their levels, as far as the window shows them. In
+// units that have not been turned.
 void IGrRaster(std::shared_ptr<const RasterCells> cells, const LevelColours& colours,
                const DrawRect& place, const DrawRect& window);
 void WGrTextFont(int font, int style, float height);

@@ -54,8 +54,8 @@ void AppendRaster(std::string& out, const Raster& raster, const PageMap& map,
   AppendNumbers(out, {map.X(window.x1), map.Y(window.y1), (window.x2 - window.x1) * map.xscale,
                       (window.y2 - window.y1) * map.yscale});
   out += "re W n ";
-  AppendNumbers(out, {(place.x2 - place.x1) * map.xscale, 0, 0,
-                      (place.y2 - place.y1) * map.yscale, map.X(place.x1), map.Y(place.y1)});
+  AppendNumbers(out, {(place.x2 - place.x1) * map.xscale, 0, 0, (place.y2 - place.y1) * map.yscale,
+                      map.X(place.x1), map.Y(place.y1)});
   out += "cm\n" + image(raster, kept.picture) + "Q\n";
 }
 

@@ -112,6 +112,7 @@ struct PerPattern {
   float viewymin = 0, viewymax = 0;  // viewymax 0: automatic
   int viewexact = 0;                 // 1: drawn with these very limits, else rounded outward
   float bandx1 = 0, bandx2 = 0, bandy1 = 0, bandy2 = 0;  // last rubber band, data units
+  int limitsof = 0;  // the axes of viewmode 5 whose ranges these are; 0: of the pattern plot
 
   Table<float, 9> wavelen{{CuKalpha1, CuKalpha2}};  // alpha1, alpha2, ratio, -, overlays 1-4, -
 
@@ -292,7 +293,8 @@ struct StructureTables {
 // shown.
 struct PatternData : PeakTables, StructureTables {
   // View
-  int viewmode = 0;                  // 0 nothing, 1 pattern, 2 report, 3 width plots, 4 size plots
+  // 0 nothing, 1 pattern, 2 report, 3 width plots, 4 size plots, 5 a view of many patterns
+  int viewmode = 0;
   int plotmask = 0;                  // sum of PlotSwitch
   float plotxmin = 0, plotxmax = 0;  // x limits that clip all but the primary curve
   float plotx0 = 0, ploty0 = 0, plotwidth = 0, plotheight = 0;  // plot area, drawing units

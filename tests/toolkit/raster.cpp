@@ -12,8 +12,7 @@
 namespace {
 
 std::shared_ptr<const RasterCells> Cells(int columns, int rows, const std::string& levels) {
-  return std::make_shared<RasterCells>(
-      RasterCells{columns, rows, {levels.begin(), levels.end()}});
+  return std::make_shared<RasterCells>(RasterCells{columns, rows, {levels.begin(), levels.end()}});
 }
 
 // Red is the level, green its complement.
@@ -88,8 +87,7 @@ TEST_F(RasterMedia, LiesInItsOrderAndWithinItsWindow) {
 TEST_F(RasterMedia, VectorFilesHoldTheCells) {
   DisplayList list;
   list.units = {0, 0, 100, 200};
-  list.rasters.push_back(
-      {Cells(4, 1, "Man "), Colours(), {10, 20, 90, 120}, {20, 20, 80, 120}, 0});
+  list.rasters.push_back({Cells(4, 1, "Man "), Colours(), {10, 20, 90, 120}, {20, 20, 80, 120}, 0});
   list.strokes.push_back({{}, 0, 2});
   list.points = {{0, 0}, {100, 200}};
   const auto written = [&](auto write, const char* name) {
@@ -104,9 +102,9 @@ TEST_F(RasterMedia, VectorFilesHoldTheCells) {
   EXPECT_TRUE(Contains(eps, " image\n 9jqo^~>\nQ\n"));
   EXPECT_LT(eps.find("9jqo^"), eps.find("\n200 400 l"));
 
-  const std::string pdf = written(
-      [&](const std::string& path) { return WritePdf(list, path, "", 200, 400, 200, 400); },
-      "a.pdf");
+  const std::string pdf =
+      written([&](const std::string& path) { return WritePdf(list, path, "", 200, 400, 200, 400); },
+              "a.pdf");
   EXPECT_TRUE(Contains(pdf, frame + "/Im1 Do\nQ\n"));
   EXPECT_TRUE(Contains(pdf, "/XObject << /Im1 7 0 R >>"));
   EXPECT_TRUE(Contains(pdf, "/Length 4 >>\nstream\nMan \nendstream"));
