@@ -67,8 +67,8 @@ void Paint(QImage& sheet, double density) {
 void BM_Draw(benchmark::State& state) {
   const double density = static_cast<double>(state.range(2)) / 100;
   QImage sheet(kCanvas * density, QImage::Format_RGB32);
-  const auto picture = Picture(static_cast<CountScale>(state.range(0)),
-                               static_cast<SeriesKind>(state.range(1)));
+  const auto picture =
+      Picture(static_cast<CountScale>(state.range(0)), static_cast<SeriesKind>(state.range(1)));
   ws.viewmode = GuestViewMode;
   for (auto _ : state) {
     ShowSeries(picture);

@@ -57,14 +57,14 @@ const LevelColours& MapColours() {
 }
 
 float ScaledCounts(CountScale scale, const Range& range, float counts) {
-  const float above = (counts - range.lo) / (range.hi - range.lo);
+  const double lo = range.lo, hi = range.hi, above = (counts - lo) / (hi - lo);
   switch (scale) {
     case CountScale::SquareRoot:
-      return above > 0 ? std::sqrt(above) : above;
+      return static_cast<float>(above > 0 ? std::sqrt(above) : above);
     case CountScale::Logarithm:
-      return counts > 0 ? Log10(counts / range.lo) / Log10(range.hi / range.lo) : 0.0F;
+      return counts > 0 ? static_cast<float>(std::log(counts / lo) / std::log(hi / lo)) : 0.0F;
     default:
-      return above;
+      return static_cast<float>(above);
   }
 }
 

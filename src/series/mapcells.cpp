@@ -81,11 +81,11 @@ double UsualStep(std::span<const Placed> rows) {
 }
 
 Upward ByValue(const SeriesMap& map, std::span<const double> values) {
-  constexpr double kCellsOfStep = 4;
+  constexpr double kCellsOfStep = 4, kBeyondMeasure = 1e30;
   std::vector<Placed> rows;
   for (std::size_t row = 0; row < map.Rows(); ++row) {
     const auto file = static_cast<std::size_t>(map.files[row]) - 1;
-    if (file < values.size() && std::isfinite(values[file]))
+    if (file < values.size() && std::abs(values[file]) < kBeyondMeasure)
       rows.push_back({values[file], static_cast<int>(row)});
   }
   if (rows.empty()) return {};

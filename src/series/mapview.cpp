@@ -40,9 +40,10 @@ void DrawBar(const SeriesFrame& frame, const SeriesShown& shown) {
   AxisLinear(ws.plotheight, bar.lo, bar.hi, ScaleOf(bar, ws.plotheight), page.tick / 2,
              page.textheight, 90, "");
   MoveOrigin(-left - width, 0);
-  const float up = 0.6F * page.textheight * WInfoGrReal(GraphicsGlyphY);
-  DrawText(left + width, ws.plotheight + up, logarithm ? "10log(Counts)" : "Counts",
-           page.textheight, 0, 2);
+  const std::string title = logarithm ? "10log(Counts)" : "Counts";
+  const float room = page.scale * (kBar + kNumbers) / WInfoGrReal(GraphicsGlyphX);
+  DrawText(left, ws.plotheight + 0.6F * page.textheight * WInfoGrReal(GraphicsGlyphY), title,
+           FittingHeight(title, room, page.textheight), 0, 1);
 }
 
 }  // namespace

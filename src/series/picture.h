@@ -13,8 +13,8 @@ enum class SeriesKind { Map = 1, Waterfall, Column };
 
 // A value of each file, not a number where there is none.
 struct SeriesValues {
-  std::string name;
-  std::vector<double> values;
+  std::string name{};
+  std::vector<double> values{};
   std::vector<double> esds{};  // as many, or none
 
   bool empty() const { return values.empty(); }
@@ -22,12 +22,12 @@ struct SeriesValues {
 
 struct SeriesPicture {
   SeriesKind kind = SeriesKind::Map;
-  std::string title;
-  std::shared_ptr<const SeriesMap> map;  // of map and waterfall
+  std::string title{};
+  std::shared_ptr<const SeriesMap> map{};  // of map and waterfall
   CountScale scale = CountScale::Linear;
   bool coloured = false;  // the curves of the waterfall
-  SeriesValues along;     // up the map, or across the column's plot; empty: the number of the file
-  SeriesValues column, second;  // the second one may be empty
+  SeriesValues along{};   // up the map, or across the column's plot; empty: the number of the file
+  SeriesValues column{}, second{};  // the second one may be empty
 };
 
 // From now on this is what viewmode 5 shows; its zoom is forgotten where other axes come with it.

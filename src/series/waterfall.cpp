@@ -55,7 +55,7 @@ std::optional<GuestView> WaterfallView(const SeriesShown& shown) {
   constexpr float kLeastPoints = 10, kLeastCurves = 2;
   const SeriesMap* map = shown.picture.map.get();
   if (!map || map->Columns() < 2) return {};
-  const auto [left, right] = std::minmax(ShownX(map->tth.front()), ShownX(map->tth.back()));
+  const auto [left, right] = std::minmax({ShownX(map->tth.front()), ShownX(map->tth.back())});
   const float floors = static_cast<float>(map->total) + 0.5F;
   GuestView view;
   view.whole = {{left, right}, {0.5F, 0.5F + (floors - 0.5F) / (1 - kHighest)}};

@@ -93,8 +93,11 @@ TEST(Canvas, CellsLieInOrderAndKeepTheirEdges) {
   list.strokes = {{{.width = 10}, 0, 2}, {{.width = 10}, 2, 2}};
   list.points = {{50, 150}, {650, 150}, {50, 250}, {650, 250}};
   const RasterCells cells{2, 2, {1, 2, 3, 0}};
-  list.rasters.push_back(
-      {std::make_shared<RasterCells>(cells), colours, {100, 100, 600, 300}, {100, 100, 550, 300}, 1});
+  list.rasters.push_back({std::make_shared<RasterCells>(cells),
+                          colours,
+                          {100, 100, 600, 300},
+                          {100, 100, 550, 300},
+                          1});
   for (const Detail detail : {Detail::EveryPoint, Detail::PerColumn}) {
     const QImage image = Painted(list, detail);
     const auto at = [&](int x, int y) { return image.pixel(x, 399 - y); };
