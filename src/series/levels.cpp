@@ -11,7 +11,7 @@ namespace {
 constexpr int kLevels = 255;
 
 // Of the map "viridis" by S. van der Walt and N. Smith (2015), released under CC0: its colours at
-// tenths from 0 to 9/9, as #rrggbb.
+// ninths from 0 to 1, as #rrggbb.
 constexpr std::uint32_t kViridis[] = {0x440154, 0x482878, 0x3E4A89, 0x31688E, 0x26828E,
                                       0x1F9E89, 0x35B779, 0x6DCD59, 0xB4DE2C, 0xFDE725};
 
