@@ -19,6 +19,7 @@
 #include <string_view>
 #include <vector>
 
+#include "counting.h"
 #include "examplelines.h"
 #include "examples.h"
 #include "workspace/lines.h"
@@ -26,8 +27,7 @@
 
 namespace {
 
-constexpr double Pi = std::numbers::pi;
-constexpr double Radian = Pi / 180;
+constexpr double Radian = std::numbers::pi / 180;
 
 constexpr const char* kReadmeHead[] = {
     "# Example patterns",
@@ -67,24 +67,6 @@ constexpr const char* kReadmeTail[] = {
     "    build/quillagram-replay examples/index.replay",
 };
 
-// Uniform in 0 to 1, both ends excluded.
-double Uniform(std::mt19937_64& random) {
-  return (static_cast<double>(random() >> 11) + 0.5) / 9007199254740992.0;
-}
-
-// A count of the given mean: by multiplying for small means, from a normal deviate with the
-// skewness of the Poisson distribution for large ones.
-int Poisson(double mean, std::mt19937_64& random) {
-  if (mean < 40) {
-    int n = 0;
-    for (double rest = Uniform(random); rest > std::exp(-mean); ++n) rest *= Uniform(random);
-    return n;
-  }
-  const double radius = std::sqrt(-2 * std::log(Uniform(random)));
-  const double z = radius * std::cos(2 * Pi * Uniform(random));
-  return static_cast<int>(std::floor(mean + std::sqrt(mean) * z + (z * z - 1) / 6 + 0.5));
-}
-
 const Structure& StructureOf(const Example& example) {
   const auto found =
       std::ranges::find(kStructures, std::string_view(example.structure), &Structure::name);
@@ -95,28 +77,18 @@ const Structure& StructureOf(const Example& example) {
   return *found;
 }
 
-// Area 1.
-double PseudoVoigt(double x, double fwhm, double lorentz) {
-  const double r = 2 * x / fwhm;
-  const double lorentzian = 2 / (Pi * fwhm) / (1 + r * r);
-  const double gaussian =
-      2 * std::sqrt(std::numbers::ln2 / Pi) / fwhm * std::exp(-std::numbers::ln2 * r * r);
-  return lorentz * lorentzian + (1 - lorentz) * gaussian;
-}
-
 void AddLines(const Example& example, double wavelength, double share,
               const std::vector<double>& tth, std::vector<double>& lines) {
   for (const Line& line : StructureOf(example).lines) {
     const double s = wavelength / line.d / 2;
     if (s >= 0.995) continue;
     const double theta = std::asin(s), position = 2 * theta / Radian;
-    const double t = std::tan(theta), c = std::cos(2 * theta);
-    const double polarised = (1 + c * c) / (s * s * std::cos(theta));
+    const double t = std::tan(theta);
     const double fwhm = std::sqrt(example.u * t * t + example.v * t + example.w);
     const double lorentz = std::min(1.0, example.shape + 0.003 * position);
     for (std::size_t i = 0; i < tth.size(); ++i)
       if (std::abs(tth[i] - position) < 60 * fwhm)
-        lines[i] += share * line.multiplicity * line.square * polarised *
+        lines[i] += share * line.multiplicity * line.square * LorentzPolarisation(theta) *
                     PseudoVoigt(tth[i] - position, fwhm, lorentz);
   }
 }
