@@ -18,6 +18,8 @@ Outcome SubtractBackground(const Question& ask = {});
 // Without a question the estimate goes to slot 2 and the difference to slot 3, and the view stays.
 Outcome Autosubtract(const Question& ask = {});
 Outcome Crystallinity();
+// Needs a background curve that lies on the hump, between humpstart and humpend.
+Outcome MeasureHump();
 Outcome SaveBackground(const std::string& path);
 Outcome ClearBackground();
 

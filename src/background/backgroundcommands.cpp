@@ -6,6 +6,7 @@
 #include "toolkit/toolkit.h"
 #include "workspace/menuids.h"
 #include "workspace/parameters.h"
+#include "workspace/slots.h"
 #include "workspace/text.h"
 #include "workspace/workspace.h"
 
@@ -60,6 +61,20 @@ constexpr Control kCrystallinityControls[] = {
 };
 constexpr ParameterDialog kCrystallinity{
     .resource = {122, "Crystallinity calculation", kCrystallinityControls}};
+
+constexpr Control kHumpControls[] = {
+    Number(1990, "Start", &ws.humpstart, "(f10.2)", "deg."),
+    Number(1991, "End", &ws.humpend, "(f10.2)", "deg."),
+    Ok,
+    Cancel,
+};
+void ShowHumpRange() {
+  if (ws.humpend > ws.humpstart) return;
+  WDialogPutReal(1990, FirstTth(SlotInput));
+  WDialogPutReal(1991, LastTth(SlotInput));
+}
+constexpr ParameterDialog kHump{.resource = {150, "Amorphous hump", kHumpControls},
+                                .prepare = ShowHumpRange};
 
 constexpr Control kManualControls[] = {
     Choice(1111, "Linear", "Curve", &ws.manualbgmode),
@@ -165,6 +180,7 @@ constexpr Command kCommands[] = {
     Curve(40077, "Clear background", Plain<ClearBackground>),
     Curve(MenuAutosubtract, "Autosubtract", Estimate),
     Curve(MenuAutosubtractOptions, "Options", AfterOptions, &kAutosubtract, "Autosubtract options"),
+    Curve(MenuHump, "Amorphous hump...", Plain<MeasureHump>, &kHump),
 };
 
 }  // namespace

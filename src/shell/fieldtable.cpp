@@ -66,7 +66,7 @@ NamedField Named(const Table<T, N...>& field) {
   F(nchild) F(childwin) \
   F(autosubwindow) F(autosubcycles) F(autosubscale) F(autosubdev) F(estimatescale) F(fullstart) F(fullstop) \
   F(manualbgmode) F(bgpath) F(bgscale) F(bgintstart) F(bgintend) F(cryststart) F(crystend) \
-    F(crystallinity) \
+    F(crystallinity) F(humpstart) F(humpend) F(humparea) F(humpposition) \
   F(lpmode) F(a2steps) F(a2interp) F(a2ratio) F(a2start) \
   F(muR) F(mut) F(plateangle) F(smoothwindow) F(sgwindow) \
   F(zeroshift) F(useorigsteps) F(scalefactor) F(savestart) F(savestep) F(savestop) \

@@ -57,6 +57,12 @@ std::string PeakKept(const Arguments&) {
   return "Fitted peak at " + Short(ws.spposition, 3) + " kept in the list";
 }
 
+std::string HumpMeasured(const Arguments&) {
+  if (ws.humpposition == 0) return "No hump above the line between the ends";
+  return "Hump of " + Short(ws.humparea, 1) + " counts deg. about " + Short(ws.humpposition, 2) +
+         " degrees";
+}
+
 bool IsSubtracted() { return ws.viewmode == 1 && ws.plotmask & PlotNet; }
 
 std::string Subtracted(const Arguments&) {
@@ -134,6 +140,7 @@ constexpr struct {
     {MenuSubtract, MenuSubtract, Subtracted},
     {MenuAutosubtract, MenuAutosubtract, Estimated},
     {MenuAutosubtractOptions, MenuAutosubtractOptions, AutosubtractOptions},
+    {MenuHump, MenuHump, HumpMeasured},
     {MenuTruncate, MenuConvert, PointsLeft},
     {MenuFitPattern, MenuFitPattern, Nothing},
     {MenuFitPatterns, MenuFitPatterns, Nothing},

@@ -130,6 +130,7 @@ struct PerPattern {
   float bgintstart = 0, bgintend = 0;
   float cryststart = 0, crystend = 0;
   float crystallinity = 0;  // percent; 0: none
+  float humpstart = 0, humpend = 0;
 
   // Modify
   int lpmode = 1;
@@ -332,7 +333,8 @@ struct PatternData : PeakTables, StructureTables {
   Table<float, 2, MaxManualPoints> manualbg;
   int nmanualbg = 0;
 
-  float estimatescale = 0;  // of the last estimate of the background
+  float estimatescale = 0;               // of the last estimate of the background
+  float humparea = 0, humpposition = 0;  // of the hump measured last; position 0: there is none
 
   // Results of the last single peak fit
   float spposition = 0, sparea = 0;

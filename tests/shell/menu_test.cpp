@@ -93,6 +93,7 @@ TEST_F(Menu, CommandsTellWhatTheyHaveDone) {
       {MenuAutosubtract, ButtonCancel, "Autosubtract: scale 1.000, 25 cycles, not subtracted"},
       {MenuAutosubtract, ButtonOk, "Autosubtract: scale 1.000, 25 cycles"},
       {MenuAutosubtractOptions, ButtonOk, "Autosubtract options kept"},
+      {MenuHump, ButtonOk, "No hump above the line between the ends"},
       {MenuSubtract, ButtonCancel, "Background not subtracted"},
       {MenuSubtract, ButtonOk, "Background subtracted"},
       {MenuFitPeak, ButtonCancel, "The fitted peak is not kept"},

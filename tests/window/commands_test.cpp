@@ -24,7 +24,7 @@ namespace {
 constexpr int MenuManualBackground = 40088, MenuGeneralFit = 40107;
 constexpr int kWithParameters[] = {
     40003, 40018, 40038, 40052, 40054, 40055, 40056, 40057, 40058, 40059, 40060,
-    40061, 40062, 40063, 40064, 40072, 40073, 40075, 40079, 40093, 40111, 40124,
+    40061, 40062, 40063, 40064, 40072, 40073, 40075, 40079, 40093, 40111, 40124, 40278,
 };
 
 QWidget* OnShow() { return QApplication::activeModalWidget(); }
