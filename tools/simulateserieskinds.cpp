@@ -75,16 +75,24 @@ struct Furnace {
   double offset;  // of all lines: the sample rises
 };
 
-void AddReflection(const Line& line, const Edges& cell, double share, const Furnace& furnace,
-                   std::span<const double> x, std::span<double> counts) {
+struct Peak {
+  double tth, area, fwhm;
+};
+
+Peak PeakOf(const Line& line, const Edges& cell, const Furnace& furnace) {
   const double inverse = std::hypot(line.h / cell.a, line.k / cell.b, line.l / cell.c);  // 1/d
-  const double s = CuKalpha1 * inverse / 2, theta = std::asin(s), tth = 2 * theta / Radian;
+  const double theta = std::asin(CuKalpha1 * inverse / 2), tth = 2 * theta / Radian;
   const double thermal = std::exp(-2 * (furnace.kelvin / 600) * inverse * inverse / 4);
   constexpr double brightness = 0.008;
-  AddLine(
-      tth + furnace.offset,
-      brightness * share * line.multiplicity * line.square * thermal * LorentzPolarisation(theta),
-      Fwhm(furnace.profile, tth), furnace.profile.lorentz, x, counts);
+  return {tth + furnace.offset,
+          brightness * line.multiplicity * line.square * thermal * LorentzPolarisation(theta),
+          Fwhm(furnace.profile, tth)};
+}
+
+void AddReflection(const Line& line, const Edges& cell, double share, const Furnace& furnace,
+                   std::span<const double> x, std::span<double> counts) {
+  const Peak peak = PeakOf(line, cell, furnace);
+  AddLine(peak.tth, share * peak.area, peak.fwhm, furnace.profile.lorentz, x, counts);
 }
 
 // Of the lines that are one in the tetragonal phase, hkl and khl have half of the members each.
@@ -112,7 +120,9 @@ Frame HeatingFrame(double at, int, std::span<const double> x) {
   AddBackground(background, x, counts);
   if (hot < 1) AddPhase(ColdPhase(kelvin), 1 - hot, furnace, x, counts);
   if (hot > 0) AddPhase(HotPhase(kelvin), hot, furnace, x, counts);
-  return {{kelvin, cell.a, cell.b, cell.c, hot, Fwhm(furnace.profile, 40), 0 - furnace.offset},
+  const Peak peak = PeakOf(kRutile[0], cell, furnace);
+  return {{kelvin, cell.a, cell.b, cell.c, hot, Fwhm(furnace.profile, 40), 0 - furnace.offset,
+           peak.tth, peak.area},
           counts};
 }
 
@@ -159,7 +169,8 @@ const std::vector<SeriesKind> kSeriesKinds = {
      "a run of the furnace with a change of phase",
      2000,
      {20, 0.02, 3000},
-     {"temperature", "true_a", "true_b", "true_c", "true_hot_share", "true_fwhm", "true_zero"},
+     {"temperature", "true_a", "true_b", "true_c", "true_hot_share", "true_fwhm", "true_zero",
+      "true_110", "true_110_area"},
      HeatingFrame},
     {"crystallising",
      "quartz that grows out of its glass",
