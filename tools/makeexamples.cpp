@@ -65,6 +65,9 @@ constexpr const char* kReadmeTail[] = {
     "drawing of the cell's lines, and the listings of both engines beside the pattern:",
     "",
     "    build/quillagram-replay examples/index.replay",
+    "",
+    "[recipes](recipes/README.md) are such files for series: what is done to each pattern of a "
+    "run.",
 };
 
 const Structure& StructureOf(const Example& example) {
