@@ -20,7 +20,7 @@
 
 namespace {
 
-constexpr int kInFolder = 1000;
+constexpr int kInFolder = 1000, kMostPatterns = 1000000;
 
 struct Series {
   const SeriesKind& kind;
@@ -40,7 +40,7 @@ std::string NineDigits(double value) {
   return std::string(digits, end.ptr);
 }
 
-// "run/003/heating_03120.xy"
+// "run/003/heating_003120.xy"
 std::string PathOf(const Series& series, int number) {
   return series.folder + "/" + Padded(number / kInFolder, 3) + "/" + series.kind.name + "_" +
          Padded(number, 6) + ".xy";
@@ -72,19 +72,25 @@ bool WritePattern(const std::string& path, const Frame& frame,
   return out.Close();
 }
 
+// What cannot be made is told by the files in it.
+void MakeFolderOf(const std::string& path) {
+  std::error_code ignored;
+  std::filesystem::create_directories(std::filesystem::path(path).parent_path(), ignored);
+}
+
 bool WriteSeries(const Series& series) {
   const SeriesKind& kind = series.kind;
   const std::vector<double> tth = PointsOf(kind.grid);
   const std::vector<std::string> heads = Heads(tth);
-  std::filesystem::create_directories(series.folder);
-  LineWriter list(series.folder + "/" + kind.name + ".csv");
+  const std::string listpath = series.folder + "/" + kind.name + ".csv";
+  MakeFolderOf(listpath);
+  LineWriter list(listpath);
   std::vector<std::string> cells{"file"};
   cells.insert(cells.end(), kind.columns.begin(), kind.columns.end());
   list.Write(CsvLine(cells));
   for (int number = 0; number < series.count; ++number) {
     const std::string path = PathOf(series, number);
-    if (number % kInFolder == 0)
-      std::filesystem::create_directories(std::filesystem::path(path).parent_path());
+    if (number % kInFolder == 0) MakeFolderOf(path);
     const Frame frame = kind.frame(number / std::max(1.0, series.count - 1.0), number, tth);
     if (!WritePattern(path, frame, heads, std::mt19937_64(series.seed * 1000003 + number)))
       return false;
@@ -115,11 +121,12 @@ int Usage() {
 int main(int argc, char** argv) {
   if (argc < 3 || argc > 5) return Usage();
   const auto kind = std::ranges::find(kSeriesKinds, std::string_view(argv[1]), &SeriesKind::name);
-  const long long count = argc > 3 ? NumberOf(argv[3]) : 0, seed = argc > 4 ? NumberOf(argv[4]) : 1;
-  if (kind == kSeriesKinds.end() || count < 0 || count > 10000000 || seed < 0) return Usage();
-  const Series series{*kind, argv[2], count > 0 ? static_cast<int>(count) : kind->count,
-                      static_cast<std::uint64_t>(seed)};
-  if (WriteSeries(series)) return 0;
+  if (kind == kSeriesKinds.end()) return Usage();
+  const long long count = argc > 3 ? NumberOf(argv[3]) : kind->count;
+  const long long seed = argc > 4 ? NumberOf(argv[4]) : 1;
+  if (count < 1 || count > kMostPatterns || seed < 0) return Usage();
+  if (WriteSeries({*kind, argv[2], static_cast<int>(count), static_cast<std::uint64_t>(seed)}))
+    return 0;
   std::fprintf(stderr, "%s: not all could be written\n", argv[2]);
   return 1;
 }
