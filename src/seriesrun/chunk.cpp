@@ -3,9 +3,12 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <limits>
+#include <optional>
+#include <utility>
 
 #include "seriesrun/process.h"
 #include "seriesrun/rowrun.h"
@@ -25,37 +28,36 @@ struct Carried {
   std::size_t recipe;
 };
 
-// The value that the condition looks at; not a number if there is none.
-double Watched(const Plan& plan, const RowResult& result) {
+// The value that a condition looks at; not a number if there is none.
+double Watched(const Plan& plan, const Condition& when, const RowResult& result) {
   constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
-  if (plan.restart->column == "Rwp") return result.fit.fitted ? result.fit.rwp : kNone;
+  if (when.column == "Rwp") return result.fit.fitted ? result.fit.rwp : kNone;
   const auto& columns = plan.recipes[0].columns;
-  for (std::size_t k = 0; k < result.values.size(); ++k) {
-    if (columns[k] != plan.restart->column) continue;
-    const std::string& text = result.values[k];
-    double value = kNone;
-    std::from_chars(text.data(), text.data() + text.size(), value);
-    return value;
+  const auto column =
+      static_cast<std::size_t>(std::ranges::find(columns, when.column) - columns.begin());
+  if (column >= result.values.size()) return kNone;
+  const std::string& text = result.values[column];
+  double value = kNone;
+  std::from_chars(text.data(), text.data() + text.size(), value);
+  return value;
+}
+
+// How bad a result is: first by how many conditions say so, a failed row by more than all of them,
+// then by the value that the first one looks at, turned so that more is worse.
+using Badness = std::pair<std::size_t, double>;
+
+Badness BadnessOf(const Plan& plan, const RowResult& result) {
+  if (!result.failed.empty()) return {plan.restart.size() + 1, 0};
+  Badness badness{0, 0};
+  for (const Condition& when : plan.restart) {
+    const double sign = when.above ? 1 : -1, value = sign * Watched(plan, when, result);
+    badness.first += !(value <= sign * when.limit);
+    if (&when == &plan.restart.front() && std::isfinite(value)) badness.second = value;
   }
-  return kNone;
+  return badness;
 }
 
-// Larger is worse; infinite for a row that has failed or has no such value.
-double Badness(const Plan& plan, const RowResult& result) {
-  constexpr double kWorst = std::numeric_limits<double>::infinity();
-  if (!result.failed.empty()) return kWorst;
-  if (!plan.restart) return 0;
-  const double value = Watched(plan, result);
-  if (!std::isfinite(value)) return kWorst;
-  return plan.restart->above ? value : -value;
-}
-
-bool IsBad(const Plan& plan, const RowResult& result) {
-  const double limit = !plan.restart         ? 0
-                       : plan.restart->above ? plan.restart->limit
-                                             : -plan.restart->limit;
-  return Badness(plan, result) > limit;
-}
+bool IsBad(const Badness& badness) { return badness.first > 0; }
 
 // The result that is kept of a row: the first that is good, or else the best.
 Attempt DoRow(const Plan& plan, std::size_t row, const std::optional<Carried>& carried) {
@@ -67,10 +69,13 @@ Attempt DoRow(const Plan& plan, std::size_t row, const std::optional<Carried>& c
   Attempt best = carried ? attempt(carried->recipe, "chain", carried->values)
                          : attempt(0, "recipe", std::nullopt);
   if (!plan.HasStarts()) return best;
-  const std::size_t recipes = plan.restart ? plan.recipes.size() : 1;
-  for (std::size_t k = carried ? 0 : 1; k < recipes && IsBad(plan, best.result); ++k) {
+  Badness badness = BadnessOf(plan, best.result);
+  for (std::size_t k = carried ? 0 : 1; k < plan.recipes.size() && IsBad(badness); ++k) {
     Attempt other = attempt(k, "restart", std::nullopt);
-    if (Badness(plan, other.result) < Badness(plan, best.result)) best = std::move(other);
+    const Badness otherbadness = BadnessOf(plan, other.result);
+    if (otherbadness >= badness) continue;
+    best = std::move(other);
+    badness = otherbadness;
   }
   return best;
 }
@@ -84,7 +89,7 @@ void RunChunk(const Plan& plan, std::size_t first, std::size_t last, std::size_t
       const Attempt done = DoRow(plan, row, carried);
       // A result that is not to be believed is not handed on: the next file goes on from the last
       // good one.
-      if (plan.chain && done.result.fit.fitted && !IsBad(plan, done.result))
+      if (plan.chain && done.result.fit.fitted && !IsBad(BadnessOf(plan, done.result)))
         carried = Carried{done.result.fit.values, done.recipe};
       if (row < from) continue;
       if (!WriteWhole(pipe, TableLine(plan, row, done.start, done.recipe, done.result) + '\n'))

@@ -27,7 +27,8 @@ constexpr const char* kUsage =
     "  --chain            a fit begins with the result of the file before\n"
     "  --chunk N          files of a chain, 100 if not given; parts hold whole chunks\n"
     "  --restart-when C   C as \"Rwp>12\" or \"COLUMN<0.5\": the file is done again from the\n"
-    "                     recipe's own values, and the better result is kept\n"
+    "                     recipe's own values, and the better result is kept; may be\n"
+    "                     given several times\n"
     "  --restart-with R   a further recipe to be tried then\n"
     "  --limit SECONDS    for one file, 600 if not given; 0: as long as it takes\n"
     "  --settings WHAT    of the configuration file: none (if not given) or read\n"
@@ -101,7 +102,7 @@ const Option kOptions[] = {
     {"--part", true, TakePart},
     {"--chain", false, [](Options& o, const std::string&) { o.chain = true; }},
     {"--restart-when", true,
-     [](Options& o, const std::string& word) { o.restart = ConditionOf(word); }},
+     [](Options& o, const std::string& word) { o.restart.push_back(ConditionOf(word)); }},
     {"--restart-with", true,
      [](Options& o, const std::string& word) { o.otherrecipes.push_back(word); }},
     {"--limit", true,
@@ -148,7 +149,7 @@ void CheckTogether(const Options& options) {
   if (options.files.empty() && options.list.empty()) Refuse("which files?");
   if (!options.files.empty() && !options.list.empty())
     Refuse("files come from the command line or from a list");
-  if (!options.otherrecipes.empty() && !options.restart)
+  if (!options.otherrecipes.empty() && options.restart.empty())
     Refuse("--restart-with needs --restart-when");
 }
 

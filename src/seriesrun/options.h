@@ -1,7 +1,6 @@
 // The command line of the program that runs series.
 #pragma once
 
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -25,8 +24,8 @@ struct Options {
   int chunk = 100;
   int part = 1, parts = 1;
   bool chain = false;
-  std::optional<Condition> restart;
-  int limit = 600;  // seconds of one file; 0: none
+  std::vector<Condition> restart;  // any of them
+  int limit = 600;                 // seconds of one file; 0: none
   std::string settings = "none";
   bool check = false, join = false, progress = false;
 };

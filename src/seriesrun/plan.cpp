@@ -24,9 +24,8 @@ std::string DigestOf(const Plan& plan, const Options& options) {
   for (const Recipe& recipe : plan.recipes)
     for (const std::string& line : recipe.lines) digest = Digest(digest, line);
   if (plan.chain) digest = Digest(digest, "chain " + std::to_string(plan.chunk));
-  if (plan.restart)
-    digest = Digest(digest, plan.restart->column + (plan.restart->above ? '>' : '<') +
-                                std::to_string(plan.restart->limit));
+  for (const Condition& when : plan.restart)
+    digest = Digest(digest, when.column + (when.above ? '>' : '<') + std::to_string(when.limit));
   digest = Digest(digest, "settings " + options.settings);
   char text[9];
   std::snprintf(text, sizeof text, "%08x", static_cast<unsigned>(digest ^ digest >> 32));
@@ -42,11 +41,11 @@ std::vector<std::string> ColumnsOf(const Plan& plan) {
   return columns;
 }
 
-void CheckCondition(const Plan& plan) {
+void CheckConditions(const Plan& plan) {
   const auto& columns = plan.recipes[0].columns;
-  const std::string& name = plan.restart->column;
-  if (name != "Rwp" && std::ranges::find(columns, name) == columns.end())
-    throw SeriesError{"--restart-when: the recipe has no column \"" + name + "\""};
+  for (const auto& [name, above, limit] : plan.restart)
+    if (name != "Rwp" && std::ranges::find(columns, name) == columns.end())
+      throw SeriesError{"--restart-when: the recipe has no column \"" + name + "\""};
 }
 
 // A row is told by the name of its file, and is one line.
@@ -92,7 +91,7 @@ Plan MakePlan(const Options& options) {
   plan.chain = options.chain;
   plan.restart = options.restart;
   plan.limit = options.limit;
-  if (plan.restart) CheckCondition(plan);
+  CheckConditions(plan);
   plan.columns = ColumnsOf(plan);
   plan.digest = DigestOf(plan, options);
   TakePart(plan, options);

@@ -1,7 +1,6 @@
 // What is to be done: recipes, files, and what makes the rows of their table.
 #pragma once
 
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -20,10 +19,10 @@ struct Plan {
   std::size_t first = 0, last = 0;   // the rows of the part: [first, last)
   std::size_t chunk = 1;             // rows of a chain; chunks are counted from row 0
   bool chain = false;
-  std::optional<Condition> restart;
+  std::vector<Condition> restart;
   int limit = 0;
 
-  bool HasStarts() const { return chain || restart; }
+  bool HasStarts() const { return chain || !restart.empty(); }
 };
 
 Places PlacesOfRow(const Plan& plan, std::size_t row);

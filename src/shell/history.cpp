@@ -43,14 +43,19 @@ Lines GetsOfResults() {
     gets.insert(gets.end(), {"get npeaks as peaks",
                              "get peaks(1:3,1) as \"position 1\" \"intensity 1\" \"FWHM 1\""});
   if (ws.fitnpar > 0)
-    gets.insert(gets.end(),
-                {"get cell(1:6) as a b c alpha beta gamma",
-                 "get cellesd(1:6) as \"a esd\" \"b esd\" \"c esd\" \"alpha esd\" \"beta esd\" "
-                 "\"gamma esd\"",
-                 "get tthzero as zero", "get fitrwp as \"Rwp, fraction\"", "get fitgof as GoF"});
+    gets.insert(
+        gets.end(),
+        {"get cell(1:6) as a b c alpha beta gamma",
+         "get cellesd(1:6) as \"a esd\" \"b esd\" \"c esd\" \"alpha esd\" \"beta esd\" "
+         "\"gamma esd\"",
+         "get tthzero as zero", "get fitcycles as cycles", "get fitcorrelation as correlation",
+         "get fitrwp as \"Rwp, fraction\"", "get fitgof as GoF"});
   if (ws.spposition > 0)
     gets.insert(gets.end(),
                 {"get spposition as position", "get sparea as area", "get spfwhmmean as FWHM"});
+  if (ws.humparea != 0)
+    gets.insert(gets.end(),
+                {"get humparea as \"hump area\"", "get humpposition as \"hump position\""});
   if (ws.crystallinity > 0) gets.push_back("get crystallinity");
   if (gets.empty()) gets.push_back("get npts(1) as points");
   return gets;

@@ -310,7 +310,7 @@ TEST(Series, AChainGoesOnFromTheLastGoodFile) {
   WriteFile(folder.file("cold"), CubicRecipe(5.402, 20));
   WriteFile(folder.file("hot"), CubicRecipe(5.601, 20));
   const std::string words =
-      "cold --restart-with hot --list list.csv --chain --restart-when 'Rwp>20' --table t";
+      "cold --restart-with hot --list list.csv --chain --restart-when 'a<5' --restart-when 'Rwp>20' --table t";
   const SeriesRun run = RunSeries(folder, words);
   ASSERT_EQ(run.status, 0) << run.told;
   const SeriesTable table = ReadSeriesTable(folder.file("t"));
