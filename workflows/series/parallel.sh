@@ -44,7 +44,7 @@ lines() {
 "$series" --check --list "$list" "$@" -- "$recipe"
 mkdir -p -- "$folder"
 if ! lines "$@" | parallel "${engine[@]}"; then
-  echo "Not all parts are complete; the same command goes on where they ended." >&2
+  echo "Not all parts are complete (see above); the same command goes on where they ended." >&2
   exit 1
 fi
 tables=()
