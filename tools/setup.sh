@@ -1,14 +1,15 @@
 #!/usr/bin/env bash
 # Installs what the build and the tests need on Debian, if anything is missing.
 #   tools/setup.sh          compiler, CMake, Qt, test and benchmark libraries
-#   tools/setup.sh check    also what fuzzing, benchmarks and the checks of style and packaging need
+#   tools/setup.sh check    also what fuzzing, benchmarks, the checks of style and packaging and the tests of series
+#                           on other engines need
 set -euo pipefail
 
 packages=(g++ cmake ninja-build ccache qt6-base-dev qt6-svg-dev qt6-wayland libgl-dev libjpeg62-turbo-dev
   libgtest-dev libc-bin locales gemmi-dev tao-pegtl-dev libstb-dev libpugixml-dev libzip-dev)
 if [[ ${1:-} == check ]]; then
   packages+=(clang-14 libclang-rt-14-dev clang-format-14 libbenchmark-dev git
-    desktop-file-utils libxml2-utils shared-mime-info man-db python3-gemmi)
+    desktop-file-utils libxml2-utils shared-mime-info man-db python3-gemmi parallel snakemake)
 fi
 
 if ! command -v dpkg-query >/dev/null || ! command -v apt-get >/dev/null; then

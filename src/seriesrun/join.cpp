@@ -1,10 +1,12 @@
 // Tables of parts put together.
 #include "seriesrun/join.h"
 
-#include <cstdio>
+#include <filesystem>
 #include <map>
 
 #include "series/seriestable.h"
+#include "seriesrun/plan.h"
+#include "seriesrun/tablefile.h"
 #include "toolkit/toolkit.h"
 #include "workspace/csv.h"
 #include "workspace/lines.h"
@@ -23,6 +25,25 @@ SeriesTable RowsOfParts(const std::vector<std::string>& paths) {
     for (auto& row : part.rows) all.rows.push_back(std::move(row));
   }
   return all;
+}
+
+// Parts of one plan, all of whose rows have the same digest.
+void CheckDigests(const SeriesTable& table) {
+  const int recipe = table.ColumnOf(kRecipeColumn);
+  if (recipe < 0) throw SeriesError{"the parts have no column \"recipe\""};
+  for (const auto& row : table.rows)
+    if (DigestIn(row[recipe]) != DigestIn(table.rows[0][recipe]))
+      throw SeriesError{"the row of " + row[table.ColumnOf(kFileColumn)] +
+                        " was made by another recipe or with other options than that of " +
+                        table.rows[0][table.ColumnOf(kFileColumn)]};
+}
+
+// The table must be none of the parts.
+void CheckNames(const Options& options) {
+  std::error_code missing;
+  for (const std::string& part : options.files)
+    if (std::filesystem::equivalent(part, options.table, missing))
+      throw SeriesError{options.table + " is one of the parts"};
 }
 
 using RowByFile = std::map<std::string, std::size_t>;
@@ -63,8 +84,11 @@ std::vector<std::size_t> OrderOf(const SeriesTable& table, const std::string& li
 }  // namespace
 
 void JoinParts(const Options& options) {
+  CheckNames(options);
   const SeriesTable table = RowsOfParts(options.files);
+  CheckDigests(table);
   const std::vector<std::size_t> order = OrderOf(table, options.list);
+  const TableLock lock(options.table);
   LineWriter file(options.table);
   file.Write(CsvLine(table.columns));
   for (const std::size_t row : order) file.Write(CsvLine(table.rows[row]));

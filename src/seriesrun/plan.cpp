@@ -73,6 +73,11 @@ void TakePart(Plan& plan, const Options& options) {
 
 }  // namespace
 
+std::string_view DigestIn(std::string_view cell) {
+  const std::size_t sign = cell.rfind('#');
+  return sign == cell.npos ? "" : cell.substr(sign + 1);
+}
+
 Plan MakePlan(const Options& options) {
   Plan plan;
   if (options.list.empty())

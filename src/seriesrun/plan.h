@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "series/seriestable.h"
@@ -29,6 +30,9 @@ Places PlacesOfRow(const Plan& plan, std::size_t row);
 
 // Reads recipes and list; the program must have started up. Throws SeriesError.
 Plan MakePlan(const Options& options);
+
+// The digest in the cell of the column "recipe" of a row: that of its plan.
+std::string_view DigestIn(std::string_view cell);
 
 // Does the recipes to up to three of the files. Throws SeriesError if none of them comes to the end
 // and a line of the recipe could not be done at all: then the recipe is wrong, not the file.

@@ -19,6 +19,7 @@
 #include "seriesrun/process.h"
 #include "shell/shell.h"
 #include "toolkit/replay/transcript.h"
+#include "toolkit/toolkit.h"
 #include "workspace/lines.h"
 
 namespace seriesrun {
@@ -72,13 +73,13 @@ FitFound FitNow() {
 
 class Telling {
  public:
-  explicit Telling(int pipe) : pipe_(pipe) {}
+  Telling(int pipe, std::string file) : pipe_(pipe), file_(std::move(file)) {}
 
   void Take(const std::string& event) {
     const std::vector<std::string> fields = Fields(event);
     if (fields[0] == "value")
       for (std::size_t k = 2; k < fields.size(); ++k) Add(PartValue, fields[k]);
-    if (fields[0] == "box") boxes_.push_back(OneLine(fields.back()));
+    if (fields[0] == "box") boxes_.push_back(AsListed(OneLine(fields.back())));
     if (fields[0] == "error") TakeError(fields);
   }
 
@@ -99,6 +100,14 @@ class Telling {
     text_ += '\0';
   }
 
+  // Names the file as the list does: a row is the same wherever the list lies.
+  std::string AsListed(std::string text) const {
+    const std::string path = IOsFullPath(file_);
+    for (std::size_t at = 0; (at = text.find(path, at)) != text.npos; at += file_.size())
+      text.replace(at, path.size(), file_);
+    return text;
+  }
+
   // A command that fails has shown a box that tells why.
   void TakeError(const std::vector<std::string>& fields) {
     if (fields[2] == kCommandFailed && !boxes_.empty()) {
@@ -111,6 +120,7 @@ class Telling {
   }
 
   int pipe_;
+  std::string file_;
   std::string text_;
   std::vector<std::string> boxes_;
 };
@@ -118,7 +128,7 @@ class Telling {
 [[noreturn]] void RunHere(const Recipe& recipe, const Places& places,
                           const std::optional<FitValues>& start, int limit, int pipe) {
   static_assert(std::is_trivially_copyable_v<FitFound>);
-  Telling telling(pipe);
+  Telling telling(pipe, places.at("file"));
   replay::Redirect([&](const std::string& event) { telling.Take(event); }, [&] { telling.End(); });
   alarm(static_cast<unsigned>(limit));
   for (const std::string& line : recipe.lines) replay::FeedLine(FilledIn(line, places));

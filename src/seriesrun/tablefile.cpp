@@ -7,7 +7,6 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <string_view>
 
 #include "seriesrun/process.h"
 #include "workspace/csv.h"
@@ -16,44 +15,39 @@
 namespace seriesrun {
 namespace {
 
-// The digest behind the name of a recipe.
-std::string_view DigestIn(std::string_view cell) {
-  const std::size_t sign = cell.rfind('#');
-  return sign == cell.npos ? "" : cell.substr(sign + 1);
+[[noreturn]] void RefuseTable(const std::string& path, const std::string& reason) {
+  throw SeriesError{"table " + path + ": " + reason};
 }
 
 }  // namespace
 
-TableFile::TableFile(const std::string& path, const Plan& plan) : path_(path) {
+TableLock::TableLock(const std::string& path) {
   file_ = open(path.c_str(), O_RDWR | O_CREAT | O_APPEND | O_CLOEXEC, 0666);
   if (file_ < 0) throw SeriesError{"cannot write " + path + ": " + SystemReason()};
-  try {
-    if (flock(file_, LOCK_EX | LOCK_NB) != 0) {
-      if (errno == EWOULDBLOCK) Refuse("another run is writing it");
-      Refuse(SystemReason());
-    }
-    struct stat status {};
-    if (fstat(file_, &status) != 0 || !S_ISREG(status.st_mode)) Refuse("it is no ordinary file");
-    if (status.st_size == 0)
-      Append(CsvLine(plan.columns) + '\n');
-    else
-      GoOn(plan);
-  } catch (...) {
-    Leave();
-    throw;
-  }
+  std::string reason;
+  struct stat status {};
+  if (flock(file_, LOCK_EX | LOCK_NB) != 0)
+    reason = errno == EWOULDBLOCK ? "another run is writing it" : SystemReason();
+  else if (fstat(file_, &status) != 0 || !S_ISREG(status.st_mode))
+    reason = "it is no ordinary file";
+  if (reason.empty()) return;
+  Leave();
+  RefuseTable(path, reason);
 }
 
-TableFile::~TableFile() { Leave(); }
-
-void TableFile::Leave() {
+void TableLock::Leave() {
   if (file_ >= 0) close(file_);
   file_ = -1;
 }
 
-void TableFile::Refuse(const std::string& reason) const {
-  throw SeriesError{"table " + path_ + ": " + reason};
+TableFile::TableFile(const std::string& path, const Plan& plan) : path_(path), lock_(path) {
+  if (lseek(lock_.File(), 0, SEEK_END) == 0)
+    Append(CsvLine(plan.columns) + '\n');
+  else
+    GoOn(plan);
 }
+
+void TableFile::Refuse(const std::string& reason) const { RefuseTable(path_, reason); }
 
 void TableFile::GoOn(const Plan& plan) {
   const SeriesTable table = ReadSeriesTable(path_);
@@ -75,16 +69,16 @@ void TableFile::GoOn(const Plan& plan) {
   }
   // What a crash has left of a row goes.
   std::string tail(1, '\n');
-  off_t end = lseek(file_, 0, SEEK_END);
-  while (end > 0 && pread(file_, tail.data(), 1, end - 1) == 1 && tail[0] != '\n') --end;
-  if (ftruncate(file_, end) != 0) Refuse(SystemReason());
+  off_t end = lseek(lock_.File(), 0, SEEK_END);
+  while (end > 0 && pread(lock_.File(), tail.data(), 1, end - 1) == 1 && tail[0] != '\n') --end;
+  if (ftruncate(lock_.File(), end) != 0) Refuse(SystemReason());
 }
 
 void TableFile::Append(const std::string& lines) {
-  const off_t before = lseek(file_, 0, SEEK_END);
-  if (WriteWhole(file_, lines)) return;
+  const off_t before = lseek(lock_.File(), 0, SEEK_END);
+  if (WriteWhole(lock_.File(), lines)) return;
   const std::string reason = SystemReason();
-  if (ftruncate(file_, before) != 0)
+  if (ftruncate(lock_.File(), before) != 0)
     Refuse(reason + ", and what was written of a row is still there");
   Refuse(reason);
 }

@@ -5,6 +5,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <chrono>
 #include <csignal>
@@ -94,6 +95,7 @@ TEST(Series, OneRowAFileInTheirOrderHoweverItIsDone) {
       EXPECT_EQ(row[5] + row[7] + row[8], "400");
     } else {
       EXPECT_EQ(row[2] + row[3] + row[4] + row[5], "");
+      EXPECT_EQ(row[8].find(folder.path()), std::string::npos) << row[8];
       EXPECT_NE(row[8].find(k % 7 == 3 ? "No such file" : "no points in it"), std::string::npos)
           << row[8];
     }
@@ -118,6 +120,13 @@ TEST(Series, OneRowAFileInTheirOrderHoweverItIsDone) {
   EXPECT_EQ(lacking.status, 2);
   EXPECT_NE(lacking.told.find("8 of 30 files have no row in the parts"), std::string::npos);
   EXPECT_EQ(RunSeries(folder, "--join joined part2 part2 part3 part1 --list list").status, 2);
+  EXPECT_EQ(RunSeries(folder, "--join part2 part2 part3 part1 --list list").status, 2);
+  WriteFile(folder.file("lines.recipe"), std::string("# other\n") + kRecipe);
+  EXPECT_EQ(
+      RunSeries(folder, "lines.recipe --list list --chunk 4 --part 2/3 --table other2").status, 0);
+  const SeriesRun mixed = RunSeries(folder, "--join joined part1 other2 part3 --list list");
+  EXPECT_EQ(mixed.status, 2);
+  EXPECT_NE(mixed.told.find("another recipe"), std::string::npos) << mixed.told;
 }
 
 TEST(Series, GoesOnWhereItWasKilled) {
@@ -238,6 +247,63 @@ TEST(Series, AFileThatTakesTooLongIsARow) {
   EXPECT_EQ(table.rows[0].back(), "stopped after 1 s");
 }
 
+// ---- Processes that end ----
+
+// The first child of a process; 0 if it has none.
+pid_t ChildOf(pid_t parent) {
+  const std::string id = std::to_string(parent);
+  return std::atoi(ReadFile("/proc/" + id + "/task/" + id + "/children").c_str());
+}
+
+// Starts a series with one job, and as soon as a file is at work behind the third row sends a
+// signal to the process of the file, or to that of its chunk.
+int RunAndSignal(const TempDir& folder, int signal, bool tochunk) {
+  const pid_t run = fork();
+  if (run == 0) {
+    if (chdir(folder.path().c_str()) != 0 || !std::freopen("/dev/null", "w", stderr)) _exit(9);
+    execl(QUILLAGRAM_SERIES, QUILLAGRAM_SERIES, "slow", "--list", "list", "--jobs", "1", "--chunk",
+          "5", "--table", "hit", nullptr);
+    _exit(9);
+  }
+  for (int pause = 0; pause < 5000; ++pause) {
+    const std::string sofar = ReadFile(folder.file("hit"));
+    const pid_t chunk = std::ranges::count(sofar, '\n') > 3 ? ChildOf(run) : 0;
+    const pid_t file = chunk ? ChildOf(chunk) : 0;
+    if (file && kill(tochunk ? chunk : file, signal) == 0) break;
+    std::this_thread::sleep_for(std::chrono::milliseconds(2));
+  }
+  int status = 0;
+  waitpid(run, &status, 0);
+  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+// What is killed from outside is done again; what crashes is a row, and the others stay as they
+// are.
+TEST(Series, AProcessThatEndsIsDoneAgainOrARow) {
+  const TempDir folder;
+  WriteFiles(folder, 10);
+  std::string recipe = kRecipe;
+  for (int k = 0; k < 200; ++k) recipe += "menu 40105\n";
+  WriteFile(folder.file("slow"), recipe);
+  ASSERT_EQ(RunSeries(folder, "slow --list list").status, 0);
+  const SeriesTable whole = ReadSeriesTable(folder.file("slow.csv"));
+  for (const auto& [signal, tochunk] :
+       {std::pair{SIGKILL, false}, {SIGKILL, true}, {SIGABRT, false}, {SIGABRT, true}}) {
+    std::remove(folder.file("hit").c_str());
+    ASSERT_EQ(RunAndSignal(folder, signal, tochunk), 0);
+    const SeriesTable table = ReadSeriesTable(folder.file("hit"));
+    ASSERT_EQ(table.rows.size(), whole.rows.size());
+    int others = 0;
+    for (std::size_t k = 0; k < whole.rows.size(); ++k) {
+      EXPECT_EQ(table.rows[k][0], whole.rows[k][0]);
+      if (table.rows[k] == whole.rows[k]) continue;
+      ++others;
+      EXPECT_NE(table.rows[k].back().find("signal 6"), std::string::npos) << table.rows[k].back();
+    }
+    EXPECT_EQ(others, signal == SIGABRT ? 1 : 0) << signal << tochunk;
+  }
+}
+
 // ---- Chains ----
 
 // Lines of a cubic cell of edge `a` for copper radiation.
@@ -310,7 +376,8 @@ TEST(Series, AChainGoesOnFromTheLastGoodFile) {
   WriteFile(folder.file("cold"), CubicRecipe(5.402, 20));
   WriteFile(folder.file("hot"), CubicRecipe(5.601, 20));
   const std::string words =
-      "cold --restart-with hot --list list.csv --chain --restart-when 'a<5' --restart-when 'Rwp>20' --table t";
+      "cold --restart-with hot --list list.csv --chain --restart-when 'a<5' --restart-when "
+      "'Rwp>20' --table t";
   const SeriesRun run = RunSeries(folder, words);
   ASSERT_EQ(run.status, 0) << run.told;
   const SeriesTable table = ReadSeriesTable(folder.file("t"));
