@@ -265,11 +265,14 @@ int RunAndSignal(const TempDir& folder, int signal, bool tochunk) {
           "5", "--table", "hit", nullptr);
     _exit(9);
   }
+  // One that has just begun, and so does not end by itself in between.
+  pid_t seen = 0;
   for (int pause = 0; pause < 5000; ++pause) {
     const std::string sofar = ReadFile(folder.file("hit"));
     const pid_t chunk = std::ranges::count(sofar, '\n') > 3 ? ChildOf(run) : 0;
     const pid_t file = chunk ? ChildOf(chunk) : 0;
-    if (file && kill(tochunk ? chunk : file, signal) == 0) break;
+    if (seen && file && file != seen && kill(tochunk ? chunk : file, signal) == 0) break;
+    if (file) seen = file;
     std::this_thread::sleep_for(std::chrono::milliseconds(2));
   }
   int status = 0;
