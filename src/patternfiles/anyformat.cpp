@@ -107,8 +107,7 @@ bool PutScan(int slot, const MeasuredScan& scan, const Imported& imported,
   return true;
 }
 
-int Refuse(const std::string& path, const Imported& imported) {
-  std::string reason = imported.trouble;
+int Refuse(const std::string& path, const Imported& imported, std::string reason) {
   if (reason.find(imported.format) == reason.npos) reason += " (" + imported.format + ")";
   MessageBoxError("Error", FileMessage("Unrecognized file type", path, reason));
   return 0;
@@ -131,21 +130,24 @@ MeasuredScan Chosen(const MeasuredFile& file, const ScanChoice& choice) {
 int RefuseUnread(int slot, const std::string& path, const Imported& imported) {
   const bool recognised = !imported.format.empty() && !IsColumns(imported.format);
   const PatternFormat* format = recognised ? nullptr : FindFormatByExtension(path);
-  return format ? format->read(slot, path) : Refuse(path, imported);
+  return format ? format->read(slot, path) : Refuse(path, imported, imported.trouble);
 }
 
+// All that look at the file see the same bytes, even if it changes meanwhile.
 int ReadScans(int slot, const std::string& path, const ScanChoice& choice) {
-  Imported imported = ImportFile(path);
-  if (imported.isnopattern) return Refuse(path, imported);
+  const auto file =
+      choice.imported ? choice.imported : std::make_shared<const Imported>(ImportFile(path));
+  const Imported& imported = *file;
+  const HeldFile held(path, imported.bytes);
+  if (imported.isnopattern) return Refuse(path, imported, imported.trouble);
   if (ReadByExtension(slot, path, imported)) return 1;
   if (imported.file.scans.empty()) return RefuseUnread(slot, path, imported);
   try {
     if (PutScan(slot, Chosen(imported.file, choice), imported, choice)) return 1;
-    imported.trouble = "none of its points has a two-theta";
   } catch (const NotReadable& failure) {
-    imported.trouble = failure.what();
+    return Refuse(path, imported, failure.what());
   }
-  return Refuse(path, imported);
+  return Refuse(path, imported, "none of its points has a two-theta");
 }
 
 }  // namespace

@@ -9,8 +9,6 @@
 #include "workspace/text.h"
 #include "workspace/workspace.h"
 
-void ClearCounts(int slot) { std::ranges::fill(ws.yval.row(slot), 0.0f); }
-
 int ReadFailure(const std::string& caption, const std::string& text, const LineReader& in,
                 const std::string& reason) {
   std::string why = in.Reason().empty() ? reason : in.Reason();

@@ -12,9 +12,6 @@ inline constexpr int DataWidth = 40;      // characters read of a line with one 
 inline constexpr int RowWidth = 276;      // and of a line with a row of counts
 inline constexpr int PointLimit = 19991;  // of most formats
 
-// Every reader begins with an empty slot: all counts 0, the two-theta as they are.
-void ClearCounts(int slot);
-
 // Shows a box that names the file and what is wrong with it, and returns 0, a reader's result. The
 // reason is the reader's own if that has failed; without any the file ends too early.
 int ReadFailure(const std::string& caption, const std::string& text, const LineReader& in,

@@ -87,7 +87,8 @@ constexpr ParameterDialog kDialog{
 }  // namespace
 
 Outcome AskScans(const std::string& path, ScanChoice& choice) {
-  const MeasuredFile file = ImportFile(path).file;
+  choice.imported = std::make_shared<const Imported>(ImportFile(path));
+  const MeasuredFile& file = choice.imported->file;
   if (file.scans.size() < 2 && !std::ranges::any_of(file.scans, NeedsWavelength))
     return Outcome::Done;
   asked = {.scans = "1"};

@@ -106,7 +106,8 @@ Outcome RunCommand(const Command& command, Arguments arguments) {
   arguments.number = command.number;
   SetFields(command);
   Outcome outcome = Ask(command, arguments);
-  const Snapshot entered = outcome == Outcome::Done ? StateNow() : before;
+  const bool asked = command.dialog || command.ask;
+  const Snapshot entered = asked && outcome == Outcome::Done ? StateNow() : before;
   if (outcome == Outcome::Done && command.run) outcome = command.run(arguments);
 
   if (outcome == Outcome::Done && ws.patternpath != before.data.patternpath) FollowPattern();
@@ -116,7 +117,7 @@ Outcome RunCommand(const Command& command, Arguments arguments) {
   std::vector<std::string> lines = WTakeJournal();
   const bool happened = outcome == Outcome::Done || outcome == Outcome::Idle;
   if (!happened && command.undo) PutBack(entered, before.data);
-  const bool changed = StateNow() != before;
+  const bool changed = !IsAsIn(before);
   // What is saved cannot be taken back, and leaves its settings behind even when it fails.
   const bool lasting = happened || changed || indexing != static_cast<const Indexing&>(ws);
   if (lasting) Note(command, picked, std::move(lines));

@@ -17,13 +17,9 @@ std::deque<State> undone, done;  // the last one is the next to come back
 Snapshot latest;
 
 std::size_t BytesKept() {
-  std::vector<const Snapshot*> counted;
-  std::size_t bytes = 0;
-  for (const State& state : done) {
-    bytes += BytesOf(state.snapshot, counted);
-    counted.push_back(&state.snapshot);
-  }
-  return bytes;
+  std::vector<const Snapshot*> kept;
+  for (const State& state : done) kept.push_back(&state.snapshot);
+  return BytesOf(kept);
 }
 
 // Puts the last state of a list back, and the present one at the end of the other list.
@@ -44,7 +40,7 @@ std::string TitleOf(const std::deque<State>& states) {
 }  // namespace
 
 Snapshot StateNow() {
-  latest = TakeSnapshot(latest.points[0] ? &latest : nullptr);
+  latest = TakeSnapshot(latest.structures ? &latest : nullptr);
   return latest;
 }
 

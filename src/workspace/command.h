@@ -7,6 +7,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -32,11 +33,15 @@ struct ParameterDialog;
 // Called by a command before it changes something that is to be an undo step of its own.
 using UndoStep = std::function<void(const std::string& title)>;
 
+struct Imported;  // patternfiles/import/import.h
+
 // What has been asked for a pattern file that leaves a choice.
 struct ScanChoice {
   std::vector<std::size_t> scans{1};  // in their order in the file
   bool sum = false;                   // all of them are one pattern
   float wavelength = 0;               // of positions in d or Q, where the file states none; 0: Cu
+  // What the file held when the question came up; without it the file is read.
+  std::shared_ptr<const Imported> imported{};
 };
 
 // What has been asked for a command.

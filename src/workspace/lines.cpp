@@ -15,6 +15,9 @@ constexpr std::size_t BufferSize = 65536;
 constexpr std::string_view ByteOrderMark = "\xEF\xBB\xBF";
 constexpr std::size_t LongestLetter = 4;  // bytes
 
+// The bytes that stand for a file at present.
+const std::string *heldpath = nullptr, *heldbytes = nullptr;
+
 // Why a path names no file to read; empty if it does.
 std::string NoFile(const std::string& path) {
   std::error_code error;
@@ -28,8 +31,21 @@ std::string NoFile(const std::string& path) {
 
 std::string SystemReason() { return std::generic_category().message(errno); }
 
+HeldFile::HeldFile(const std::string& path, const std::string& bytes) {
+  if (bytes.empty()) return;
+  heldpath = &path;
+  heldbytes = &bytes;
+}
+
+HeldFile::~HeldFile() { heldpath = heldbytes = nullptr; }
+
 // What the path names is asked before it is opened: opening a pipe would wait for its other end.
-LineReader::LineReader(const std::string& path) : path_(path), reason_(NoFile(path)) {
+LineReader::LineReader(const std::string& path) : path_(path) {
+  if (heldpath && path == *heldpath) {
+    TakeBytes(*heldbytes);
+    return;
+  }
+  reason_ = NoFile(path);
   if (!reason_.empty()) return;
   file_.reset(std::fopen(path.c_str(), "rb"));
   if (!file_) {
@@ -38,7 +54,23 @@ LineReader::LineReader(const std::string& path) : path_(path), reason_(NoFile(pa
   }
   buffer_ = std::make_unique_for_overwrite<char[]>(BufferSize);
   at_ = end_ = buffer_.get();
-  if (Fill() && std::string_view(at_, end_).starts_with(ByteOrderMark)) at_ += ByteOrderMark.size();
+  Fill();
+  SkipMark();
+}
+
+void LineReader::SkipMark() {
+  if (std::string_view(at_, end_).starts_with(ByteOrderMark)) at_ += ByteOrderMark.size();
+}
+
+void LineReader::TakeBytes(std::string_view bytes) {
+  if (bytes.find('\0') != bytes.npos) {
+    buffer_ = std::make_unique_for_overwrite<char[]>(bytes.size());
+    std::ranges::replace_copy(bytes, buffer_.get(), '\0', ' ');
+    bytes = {buffer_.get(), bytes.size()};
+  }
+  at_ = bytes.data();
+  end_ = at_ + bytes.size();
+  SkipMark();
 }
 
 // Makes sure that there is something between at_ and end_, without NUL bytes; false at the end of

@@ -11,6 +11,16 @@
 // Why the system's last call failed, in words.
 std::string SystemReason();
 
+// As long as it lives, a LineReader of the path reads these bytes in place of the file, unless they
+// are empty.
+class HeldFile {
+ public:
+  HeldFile(const std::string& path, const std::string& bytes);
+  ~HeldFile();
+  HeldFile(const HeldFile&) = delete;
+  HeldFile& operator=(const HeldFile&) = delete;
+};
+
 // Reads a regular file in lines of at most `width` letters, longer ones cut. Line ends are LF,
 // CRLF, or CR at the end of the file; a last line without an end counts, and a byte order mark in
 // front is skipped. NUL bytes count as blanks. Memory stays bounded whatever the file holds.
@@ -18,7 +28,7 @@ class LineReader {
  public:
   // Directories, devices and unreadable files do not open.
   explicit LineReader(const std::string& path);
-  bool IsOpen() const { return file_ != nullptr; }
+  bool IsOpen() const { return at_ != nullptr; }
   // The next line without its end and without trailing blanks; false at the end of the file.
   bool Read(std::string& line, int width = 256);
   const std::string& Path() const { return path_; }
@@ -37,6 +47,8 @@ class LineReader {
   std::unique_ptr<char[]> buffer_;
   const char* at_ = nullptr;
   const char* end_ = nullptr;
+  void TakeBytes(std::string_view bytes);
+  void SkipMark();
   bool Fill();
 };
 

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <set>
 
 namespace {
 
@@ -15,68 +16,91 @@ std::span<float> RowOf(int slot, int row) {
   return row <= AxisQ ? ws.xval.row(row, slot) : ws.yval.row(slot);
 }
 
-// Up to the last point that a slot uses or that holds counts: some commands go by the number of
-// points of another slot.
+// Some commands go by the number of points of another slot.
 std::size_t PointsOf(int slot) {
-  const auto counts = ws.yval.row(slot);
-  int last = MaxPoints;
-  while (last > 0 && counts[last - 1] == 0) --last;
-  return static_cast<std::size_t>(std::max({last, ws.npts(slot), kLeast}));
+  return static_cast<std::size_t>(std::max({CountsEnd(slot), ws.npts(slot), kLeast}));
 }
 
-bool Holds(const SlotPoints& points, int slot) {
+// Bit for bit: what is not a number equals itself here.
+bool Holds(const SlotRow& kept, std::span<const float> used) {
+  return kept.size() == used.size() &&
+         std::memcmp(kept.data(), used.data(), used.size_bytes()) == 0;
+}
+
+using KeptSlot = decltype(Snapshot::slots)::value_type;
+
+// From the same slot before, or from another one, as the axes of most are those of slot 1.
+void KeepSlot(int slot, KeptSlot& kept, const KeptSlot& other) {
   const std::size_t n = PointsOf(slot);
-  if (points.size() != n * kRows) return false;
-  // Bit for bit: what is not a number equals itself here.
-  for (int row = 1; row <= kRows; ++row)
-    if (std::memcmp(&points[n * (row - 1)], RowOf(slot, row).data(), n * sizeof(float)) != 0)
-      return false;
-  return true;
+  for (int row = 1; row <= kRows; ++row) {
+    const std::span<const float> used = RowOf(slot, row).first(n);
+    auto& keeper = kept[row - 1];
+    if (keeper && Holds(*keeper, used)) continue;
+    const auto& same = other[row - 1];
+    keeper = same && Holds(*same, used) ? same
+                                        : std::make_shared<const SlotRow>(used.begin(), used.end());
+  }
 }
 
-std::shared_ptr<const SlotPoints> PointsNow(int slot) {
-  SlotPoints points;
-  points.reserve(PointsOf(slot) * kRows);
-  for (int row = 1; row <= kRows; ++row) {
-    const auto used = RowOf(slot, row).first(PointsOf(slot));
-    points.insert(points.end(), used.begin(), used.end());
-  }
-  return std::make_shared<const SlotPoints>(std::move(points));
+template <class Part>
+bool IsNow(const Part& kept) {
+  return kept == static_cast<const Part&>(ws);
+}
+
+bool SlotIsNow(const KeptSlot& kept, int slot) {
+  const std::size_t n = PointsOf(slot);
+  for (int row = 1; row <= kRows; ++row)
+    if (!Holds(*kept[row - 1], RowOf(slot, row).first(n))) return false;
+  return true;
 }
 
 }  // namespace
 
 Snapshot TakeSnapshot(const Snapshot* before) {
-  Snapshot now{ws, ws, ws, ws.npts, {}};
-  for (int slot = 1; slot <= MaxSlots; ++slot) {
-    auto& points = now.points[slot - 1];
-    if (before) points = before->points[slot - 1];
-    if (!points || !Holds(*points, slot)) points = PointsNow(slot);
+  Snapshot now{
+      .data = ws, .fit = ws, .options = ws, .npts = ws.npts, .structures = {}, .slots = {}};
+  if (before) {
+    now.structures = before->structures;
+    now.slots = before->slots;
   }
+  if (!now.structures || !IsNow(*now.structures))
+    now.structures = std::make_shared<const StructureTables>(ws);
+  for (int slot = 1; slot <= MaxSlots; ++slot)
+    KeepSlot(slot, now.slots[slot - 1], now.slots[SlotInput - 1]);
   return now;
+}
+
+bool IsAsIn(const Snapshot& snapshot) {
+  if (!(IsNow(snapshot.data) && IsNow(snapshot.fit) && IsNow(snapshot.options) &&
+        snapshot.npts == ws.npts && IsNow(*snapshot.structures)))
+    return false;
+  for (int slot = 1; slot <= MaxSlots; ++slot)
+    if (!SlotIsNow(snapshot.slots[slot - 1], slot)) return false;
+  return true;
 }
 
 void RestoreSnapshot(const Snapshot& snapshot) {
   static_cast<PatternData&>(ws) = snapshot.data;
   static_cast<FitParameters&>(ws) = snapshot.fit;
   static_cast<PerPattern&>(ws) = snapshot.options;
+  static_cast<StructureTables&>(ws) = *snapshot.structures;
   ws.npts = snapshot.npts;
   for (int slot = 1; slot <= MaxSlots; ++slot) {
-    const SlotPoints& points = *snapshot.points[slot - 1];
-    const std::size_t n = points.size() / kRows;
+    ClearCounts(slot);
     for (int row = 1; row <= kRows; ++row)
-      std::copy_n(&points[n * (row - 1)], n, RowOf(slot, row).begin());
-    std::ranges::fill(ws.yval.row(slot).subspan(n), 0.0f);
+      std::ranges::copy(*snapshot.slots[slot - 1][row - 1], RowOf(slot, row).begin());
   }
 }
 
-std::size_t BytesOf(const Snapshot& snapshot, std::span<const Snapshot* const> others) {
-  std::size_t bytes = sizeof(Snapshot);
-  for (std::size_t k = 0; k < snapshot.points.size(); ++k) {
-    const auto& points = snapshot.points[k];
-    const bool shared = std::ranges::any_of(
-        others, [&](const Snapshot* other) { return other->points[k] == points; });
-    if (!shared) bytes += points->size() * sizeof(float);
+std::size_t BytesOf(std::span<const Snapshot* const> snapshots) {
+  std::size_t bytes = 0;
+  std::set<const void*> counted;
+  for (const Snapshot* snapshot : snapshots) {
+    bytes += sizeof(Snapshot);
+    if (counted.insert(snapshot->structures.get()).second) bytes += sizeof(StructureTables);
+    for (const KeptSlot& slot : snapshot->slots)
+      for (const auto& row : slot)
+        if (counted.insert(row.get()).second) bytes += row->size() * sizeof(float);
   }
   return bytes;
 }

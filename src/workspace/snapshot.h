@@ -7,24 +7,29 @@
 
 #include "workspace/workspace.h"
 
-// The points of a slot: two-theta, d, Q and counts, one run after the other.
-using SlotPoints = std::vector<float>;
+// Two-theta, d, Q or counts of a slot.
+using SlotRow = std::vector<float>;
 
 struct Snapshot {
   PatternData data;
   FitParameters fit;
   PerPattern options;
   Table<int, MaxSlots> npts;
-  // Slots that did not change between two snapshots are shared by them.
-  std::array<std::shared_ptr<const SlotPoints>, MaxSlots> points;
+  // What did not change between two snapshots is shared by them, and what is the same in several
+  // slots by those.
+  std::shared_ptr<const StructureTables> structures;
+  std::array<std::array<std::shared_ptr<const SlotRow>, 4>, MaxSlots> slots;
 
   bool operator==(const Snapshot&) const = default;
 };
 
-// Keeps the points in use. Slots equal to those of `before` are taken from there, so that two such
+// Keeps the points in use. What is equal to that of `before` is taken from there, so that two such
 // snapshots compare equal if nothing has changed.
 Snapshot TakeSnapshot(const Snapshot* before = nullptr);
 void RestoreSnapshot(const Snapshot& snapshot);
 
-// Memory that the snapshot takes for points which none of `others` shares.
-std::size_t BytesOf(const Snapshot& snapshot, std::span<const Snapshot* const> others);
+// Whether a snapshot taken now would be equal.
+bool IsAsIn(const Snapshot& snapshot);
+
+// Memory that snapshots take together.
+std::size_t BytesOf(std::span<const Snapshot* const> snapshots);

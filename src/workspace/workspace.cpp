@@ -4,7 +4,9 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
+#include <cstring>
 #include <span>
+#include <tuple>
 
 Workspace ws;
 
@@ -28,8 +30,8 @@ namespace {
 
 void LayOnPattern(int slot) {
   for (int axis = AxisTth; axis <= AxisQ; ++axis)
-    for (int i = 1; i <= ws.npts(SlotInput); ++i)
-      ws.xval(axis, slot, i) = ws.xval(axis, SlotInput, i);
+    std::ranges::copy(ws.xval.row(axis, SlotInput).first(ws.npts(SlotInput)),
+                      ws.xval.row(axis, slot).begin());
 }
 
 }  // namespace
@@ -109,11 +111,36 @@ int ActiveSlot() {
   return SlotInput;
 }
 
+bool StructureTables::operator==(const StructureTables& other) const {
+  const auto head = [](const StructureTables& t) {
+    return std::tie(t.nstructure, t.structures, t.structurename, t.structureformula,
+                    t.structuregroup, t.nstructureline, t.structurewave, t.structurefrom,
+                    t.structureto, t.structurescale);
+  };
+  return head(*this) == head(other) && (nstructure == 0 || (structuretth == other.structuretth &&
+                                                            structureint == other.structureint &&
+                                                            structurehkl == other.structurehkl));
+}
+
+int CountsEnd(int slot) {
+  static constexpr std::array<float, 500> kEmptyBlock{};
+  constexpr int block = kEmptyBlock.size();
+  static_assert(MaxPoints % block == 0);
+  const float* const counts = ws.yval.row(slot).data();
+  int end = MaxPoints;
+  while (end > 0 && std::memcmp(counts + end - block, kEmptyBlock.data(), sizeof kEmptyBlock) == 0)
+    end -= block;
+  while (end > 0 && std::bit_cast<std::uint32_t>(counts[end - 1]) == 0) --end;
+  return end;
+}
+
+void ClearCounts(int slot) { std::ranges::fill(ws.yval.row(slot).first(CountsEnd(slot)), 0.0f); }
+
 void EndOverlayFit() {
   if (ws.fitshown == 0) return;
   ws.fitshown = 0;
   ws.profrvalue = 0;
-  for (float& y : ws.yval.row(SlotRefined)) y = 0;
+  ClearCounts(SlotRefined);
   LayOnPattern(SlotRefined);
   ws.npts(SlotRefined) = ws.npts(SlotInput);
 }
@@ -124,6 +151,6 @@ void ClearPeakFit() {
   static_cast<FitParameters&>(ws) = FitParameters{};
   ws.fwhmleft = ws.fwhmright = ws.caglmin;
   ws.shapeleft = ws.shaperight = ws.shapemin;
-  for (float& y : ws.yval.row(SlotRefined)) y = 0;
+  ClearCounts(SlotRefined);
   ws.plotmask = PlotInput;
 }

@@ -287,12 +287,13 @@ struct StructureTables {
   float structurewave = 0, structurefrom = 0, structureto = 0;
   int structurescale = 0;  // 1: drawn over the pattern up to its highest point, not below it
 
-  bool operator==(const StructureTables&) const = default;
+  // As far as the tables are filled.
+  bool operator==(const StructureTables& other) const;
 };
 
 // What is known of the pattern beside its points: names, header, peaks, results, and how it is
 // shown.
-struct PatternData : PeakTables, StructureTables {
+struct PatternData : PeakTables {
   // View
   // 0 nothing, 1 pattern, 2 report, 3 width plots, 4 size plots, 5 a view of many patterns
   int viewmode = 0;
@@ -430,6 +431,7 @@ struct Scripting {
 struct Workspace : Session,
                    PointStore,
                    PatternData,
+                   StructureTables,
                    FitParameters,
                    PerPattern,
                    Indexing,
@@ -451,6 +453,12 @@ void ComputeSlotAxes(int slot, float wavelength);
 // The pattern that is drawn first and that the Modify and Background commands work on, by
 // `plotmask`: 1, 4, 3 or 2.
 int ActiveSlot();
+
+// Number of points of a slot up to the last one with counts, whatever npts says.
+int CountsEnd(int slot);
+// Makes all counts of a slot 0. Where they are 0 nothing is written: a process that shares its
+// memory with the one it comes from keeps sharing it.
+void ClearCounts(int slot);
 
 // Ends the fit of an overlay, if one stands: for all that changes its curves. Slot 4 is left empty,
 // on the points of slot 1.

@@ -39,7 +39,7 @@ void Mend(MeasuredFile& file) {
 }
 
 void Read(const std::string& path, Imported& imported) {
-  const std::string bytes = BytesOf(path, kMostMiB);
+  const std::string& bytes = imported.bytes = BytesOf(path, kMostMiB);
   if (bytes.empty()) throw NotReadable("it is empty");
   const ImportFormat* format = FormatOf(bytes);
   if (!format) throw NotReadable("it holds nothing that is known as a pattern");

@@ -6,6 +6,7 @@
 #include "patternfiles/import/measured.h"
 
 struct Imported {
+  std::string bytes;         // the whole file, as far as it could be read
   MeasuredFile file;         // without scans if that failed
   std::string format;        // as far as it has been recognised
   std::string trouble;       // why there are no scans, as the end of a sentence

@@ -58,10 +58,11 @@ TextLines::TextLines(std::string_view bytes) : rest(bytes) {
 bool TextLines::Next(std::string_view& line) {
   if (rest.empty()) return false;
   ++number;
-  // By hand: the library looks up each letter among the ends.
-  std::size_t end = 0;
-  while (end < rest.size() && rest[end] != '\n' && rest[end] != '\r') ++end;
-  line = rest.substr(0, end);
+  // The next LF is looked for once, however many lines end with a CR in front of it.
+  if (feed < rest.data()) feed = rest.data() + std::min(rest.find('\n'), rest.size());
+  line = {rest.data(), feed};
+  const std::size_t end = std::min(line.find('\r'), line.size());
+  line = line.substr(0, end);
   rest.remove_prefix(end);
   rest.remove_prefix(rest.starts_with("\r\n") ? 2 : rest.empty() ? 0 : 1);
   return true;
@@ -73,8 +74,9 @@ bool LooksText(std::string_view bytes) {
   for (std::string_view line; lines.Next(line);) {
     all += line.size() + 1;
     for (const char c : line) {
+      if (static_cast<unsigned char>(c) >= ' ') continue;
       nul += c == '\0';
-      control += static_cast<unsigned char>(c) < ' ' && !IsBlank(c) && c != '\v' && c != '\x1A';
+      control += !IsBlank(c) && c != '\v' && c != '\x1A';
     }
   }
   return nul * 10 <= all && control * 200 <= all;

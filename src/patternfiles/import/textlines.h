@@ -23,6 +23,7 @@ class TextLines {
  private:
   std::string decoded;
   std::string_view rest;
+  const char* feed = nullptr;  // the LF in front of which the next line ends, or the end
   int number = 0;
 };
 
