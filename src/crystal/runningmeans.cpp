@@ -1,10 +1,11 @@
 // Running means with the bits of the plain sums.
 #include "crystal/runningmeans.h"
 
-// Two compilations of the hot loop, chosen when the program starts: one with eight lanes, and one
-// that runs everywhere. Elsewhere the portable one alone, which is right too and merely slower.
+// Three compilations of the hot loop, chosen when the program starts: with sixteen lanes, with
+// eight, and one that runs everywhere. Elsewhere the portable one alone, which is right too and
+// merely slower.
 #if defined(__x86_64__) && defined(__linux__) && defined(__GNUC__) && !defined(__clang__)
-#define WIDE_LANES __attribute__((target_clones("avx2", "default"), optimize("O3")))
+#define WIDE_LANES __attribute__((target_clones("avx512f", "avx2", "default"), optimize("O3")))
 #else
 #define WIDE_LANES
 #endif

@@ -50,11 +50,22 @@ std::string ItemPath(const MenuItem& item) {
   return (parent ? ItemPath(*parent) + "/" : "") + ItemText(item);
 }
 
+// From its end, where most paths differ.
+bool HasPath(const MenuItem& item, std::string_view path) {
+  const std::string text = ItemText(item);
+  if (!path.ends_with(text)) return false;
+  path.remove_suffix(text.size());
+  const MenuItem* parent = ItemById(item.row.parent);
+  return parent ? path.ends_with('/') && HasPath(*parent, path.substr(0, path.size() - 1))
+                : path.empty();
+}
+
 const MenuItem& ItemOf(const Word& word) {
   if (const MenuItem* item = ItemById(Number(word))) return *item;
+  const std::string paths[] = {word.text, Shown(word.text), word.text + "..."};
   for (const MenuItem& item : MenuItems())
-    for (const std::string& path : {word.text, Shown(word.text), word.text + "..."})
-      if (ItemPath(item) == path) return item;
+    for (const std::string& path : paths)
+      if (HasPath(item, path)) return item;
   Fail("no menu item " + word.text);
 }
 
