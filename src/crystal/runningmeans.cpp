@@ -22,12 +22,13 @@ int RoundedToBlocks(int n) { return (n + kBlock - 1) / kBlock * kBlock; }
 // last digits; a sliding window or partial sums would give others. What is free is the order across
 // points: a block of neighbours adds its k-th terms together, one lane a point. This hides the
 // latency of the addition, to which a loop over one window at a time is bound.
-WIDE_LANES void RunningMeans(const float* __restrict z, int w, float* __restrict mean, int n) {
-  const float width = static_cast<float>(w);
+WIDE_LANES void RunningMeans(const float* __restrict z, int w, int divisor, float* __restrict mean,
+                             int n) {
+  const float count = static_cast<float>(divisor);
   for (int i = 0; i < n; i += kBlock) {
     float sum[kBlock] = {};
     for (int k = 0; k < w; ++k)
       for (int j = 0; j < kBlock; ++j) sum[j] += z[i + j + k];
-    for (int j = 0; j < kBlock; ++j) mean[i + j] = sum[j] / width;
+    for (int j = 0; j < kBlock; ++j) mean[i + j] = sum[j] / count;
   }
 }

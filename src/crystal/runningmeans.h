@@ -4,7 +4,10 @@
 // Places that n means take: n in whole blocks of the vectorised loop.
 int RoundedToBlocks(int n);
 
-// mean[i] becomes the mean of z[i] to z[i+w-1] for i in [0, n), n being rounded up to whole blocks:
-// z must hold n + w - 1 values and mean n, for the rounded n. Each sum takes its terms in rising
-// order.
-void RunningMeans(const float* __restrict z, int w, float* __restrict mean, int n);
+// mean[i] becomes the sum of z[i] to z[i+w-1] over `divisor` for i in [0, n), n being rounded up to
+// whole blocks: z must hold n + w - 1 values and mean n, for the rounded n. Each sum takes its
+// terms in rising order.
+void RunningMeans(const float* __restrict z, int w, int divisor, float* __restrict mean, int n);
+inline void RunningMeans(const float* __restrict z, int w, float* __restrict mean, int n) {
+  RunningMeans(z, w, w, mean, n);
+}

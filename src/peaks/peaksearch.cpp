@@ -5,6 +5,7 @@
 
 #include "background/background.h"
 #include "background/curve.h"
+#include "crystal/runningmeans.h"
 #include "peaks/gaussmatch.h"
 #include "peaks/peaklist.h"
 #include "peaks/peaks.h"
@@ -17,14 +18,16 @@ namespace {
 using List = std::vector<float>;  // from index 1; element 0 is not in use
 
 // Sums over a window of m points, or m - 1 for an even m, divided by m, wherever it fits; else 0.
-// Each sum takes its terms in rising order; neighbours add their k-th terms one after the other.
 List MiddleMeans(const List& y, int m) {
-  const int h = (m - 1) / 2, last = static_cast<int>(y.size()) - 1 - h;
-  List mean(y.size());
-  for (int k = -h; k <= h; ++k)
-    for (int i = m / 2 + 1; i <= last; ++i) mean[i] += y[i + k];
-  for (float& value : mean) value /= static_cast<float>(m);
-  return mean;
+  const int h = (m - 1) / 2, first = m / 2 + 1, size = static_cast<int>(y.size());
+  List means(y.size());
+  const int n = size - h - first;
+  if (n < 1) return means;
+  List padded(y.begin() + first - h, y.end()), inner(RoundedToBlocks(n));
+  padded.resize(inner.size() + static_cast<std::size_t>(2 * h));
+  RunningMeans(padded.data(), 2 * h + 1, m, inner.data(), n);
+  std::copy_n(inner.begin(), n, means.begin() + first);
+  return means;
 }
 
 // Moving average of both lists with a window of m points. Unlike the one of the Modify menu, which

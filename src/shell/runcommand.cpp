@@ -63,6 +63,12 @@ void Note(const Command& command, bool picked, std::vector<std::string> entered)
   NoteHistory(entered);
 }
 
+// False if there is nothing to append.
+bool Append(const std::vector<std::string>& more, std::vector<std::string>& lines) {
+  lines.insert(lines.end(), more.begin(), more.end());
+  return !more.empty();
+}
+
 // What the row has set goes back too, but not what the user has entered.
 void PutBack(const Snapshot& entered, const PatternData& before) {
   RestoreSnapshot(entered);
@@ -105,16 +111,17 @@ Outcome RunCommand(const Command& command, Arguments arguments) {
   };
   arguments.number = command.number;
   SetFields(command);
+  std::vector<std::string> lines = WTakeJournal();
   Outcome outcome = Ask(command, arguments);
-  const bool asked = command.dialog || command.ask;
-  const Snapshot entered = asked && outcome == Outcome::Done ? StateNow() : before;
+  const bool answered = Append(WTakeJournal(), lines);
+  const Snapshot entered = answered && outcome == Outcome::Done ? StateNow() : before;
   if (outcome == Outcome::Done && command.run) outcome = command.run(arguments);
 
   if (outcome == Outcome::Done && ws.patternpath != before.data.patternpath) FollowPattern();
   FollowPatternByStructures();
   if (outcome == Outcome::Done) Draw(command.redraw);
   if (outcome == Outcome::Idle) Draw(ws.viewmode == viewmode ? Redraw::Same : Redraw::Keep);
-  std::vector<std::string> lines = WTakeJournal();
+  Append(WTakeJournal(), lines);
   const bool happened = outcome == Outcome::Done || outcome == Outcome::Idle;
   if (!happened && command.undo) PutBack(entered, before.data);
   const bool changed = !IsAsIn(before);

@@ -20,8 +20,9 @@ bool screenchanged = false;
 
 Pen pen;
 DrawPoint position{};
-int turn = 0;     // degrees of IGrUnitsRotate
-int quarter = 0;  // quarters of a turn between user units and those of the list
+bool drawing = false;  // the last thing done was a line: the next one goes on with its stroke
+int turn = 0;          // degrees of IGrUnitsRotate
+int quarter = 0;       // quarters of a turn between user units and those of the list
 
 struct TextStyle {
   float height = 15, angle = 0;
@@ -49,6 +50,20 @@ bool ContinuesStroke() {
   const DisplayList& list = target->list;
   if (!list.rasters.empty() && list.rasters.back().strokes == list.strokes.size()) return false;
   return !list.strokes.empty() && list.strokes.back().pen == pen && list.points.back() == position;
+}
+
+// For a line to `end`, which is also where it begins if the pen is nowhere.
+void BeginStroke(DrawPoint end) {
+  if (!std::isfinite(position.x) || !std::isfinite(position.y)) position = end;
+  if (ContinuesStroke()) return;
+  DisplayList& list = target->list;
+  list.strokes.push_back({pen, list.points.size(), 1});
+  list.points.push_back(position);
+}
+
+void TakePen(const Pen& taken) {
+  pen = taken;
+  drawing = false;
 }
 
 void NoteChange() {
@@ -88,6 +103,7 @@ void IGrInit(const std::string& mode) {
   if (target == &paper) paper.list = {};
   pen = {};
   position = {};
+  drawing = false;
   textstyle = {};
   SetTurn(0);
 }
@@ -103,14 +119,17 @@ void IGrAreaClear() {
   target->list.strokes.clear();
   target->list.rasters.clear();
   target->list.texts.clear();
+  drawing = false;
   NoteChange();
 }
 
 // Colours are always red, green, blue: model 24.
 void IGrColourModel(int) {}
-void IGrLineType(int n) { pen.linetype = std::clamp(n, 0, 4); }
-void IGrLineWidth(float w) { pen.width = w > 0 ? w : 1; }
-void IGrColourN(int n) { pen.colour = static_cast<std::uint32_t>(n) & 0xffffff; }
+void IGrLineType(int n) { TakePen({std::clamp(n, 0, 4), pen.width, pen.colour}); }
+void IGrLineWidth(float w) { TakePen({pen.linetype, w > 0 ? w : 1, pen.colour}); }
+void IGrColourN(int n) {
+  TakePen({pen.linetype, pen.width, static_cast<std::uint32_t>(n) & 0xffffff});
+}
 
 void IGrColour(const std::string& name) {
   static constexpr std::pair<std::string_view, int> colours[] = {
@@ -120,20 +139,20 @@ void IGrColour(const std::string& name) {
     if (name == known) IGrColourN(colour);
 }
 
-void IGrMoveTo(float x, float y) { position = Turned(x, y); }
+void IGrMoveTo(float x, float y) {
+  position = Turned(x, y);
+  drawing = false;
+}
 
 void IGrLineTo(float x, float y) {
   const DrawPoint end = Turned(x, y);
   if (!std::isfinite(end.x) || !std::isfinite(end.y)) return;
-  if (!std::isfinite(position.x) || !std::isfinite(position.y)) position = end;
+  if (!drawing) BeginStroke(end);
   DisplayList& list = target->list;
-  if (!ContinuesStroke()) {
-    list.strokes.push_back({pen, list.points.size(), 1});
-    list.points.push_back(position);
-  }
   list.points.push_back(end);
   ++list.strokes.back().count;
   position = end;
+  drawing = true;
   NoteChange();
 }
 

@@ -66,6 +66,7 @@ bool IsMissing(std::string_view cell) {
 // Whether commas are decimal points, by the first lines that tell: "5,02;131" and "5,02 131", not
 // "5.02, 131" nor "5,131".
 bool HasDecimalCommas(std::string_view bytes) {
+  if (bytes.find(',') == bytes.npos) return false;
   int votes = 0, told = 0;
   TextLines lines(bytes);
   std::vector<std::string_view> cells;

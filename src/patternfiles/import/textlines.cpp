@@ -83,9 +83,10 @@ bool LooksText(std::string_view bytes) {
 }
 
 bool HasLineStart(std::string_view bytes, std::string_view word) {
-  TextLines lines(bytes.substr(0, kHead));
-  for (std::string_view line; lines.Next(line);)
-    if (line.starts_with(word)) return true;
+  const TextLines lines(bytes.substr(0, kHead));
+  const std::string_view text = lines.Rest();
+  for (std::size_t at = 0; (at = text.find(word, at)) != text.npos; ++at)
+    if (at == 0 || text[at - 1] == '\n' || text[at - 1] == '\r') return true;
   return false;
 }
 
