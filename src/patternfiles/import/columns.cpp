@@ -254,6 +254,8 @@ MeasuredScan RowsOf(const Block& block, const ColumnChoice& choice, std::size_t 
                     const MeasuredScan& heading) {
   MeasuredScan scan = heading;
   scan.axis = choice.axis;
+  scan.x.reserve(block.Rows());
+  scan.counts.reserve(block.Rows());
   for (std::size_t row = FirstRow(block, choice.x, width); row < block.Rows(); ++row) {
     const double x = block.Cell(row, choice.x), y = block.Cell(row, choice.y);
     if (std::isnan(x) || std::isnan(y)) continue;

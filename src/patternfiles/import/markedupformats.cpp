@@ -2,16 +2,12 @@
 #include <algorithm>
 
 #include "patternfiles/import/markup.h"
-#include "patternfiles/import/utf8.h"
+#include "patternfiles/import/textlines.h"
 #include "workspace/text.h"
 
 namespace {
 
-// The beginning, as text.
-std::string HeadOf(std::string_view bytes) {
-  constexpr std::size_t kHead = 64 << 10;
-  return AsUtf8(bytes.substr(0, kHead));
-}
+constexpr std::size_t kHead = 64 << 10;  // bytes that tell the format of a file
 
 // Takes the next word from a CIF, in lower case; comments are none.
 std::string NextWord(std::string_view& text) {
@@ -28,7 +24,8 @@ std::string NextWord(std::string_view& text) {
 
 // "data_" alone might as well be a heading: a name or a loop follows.
 bool IsCif(std::string_view bytes) {
-  const std::string head = HeadOf(bytes);
+  const TextLines lines(bytes.substr(0, kHead));
+  const std::string_view head = lines.Rest();
   std::string_view text = head;
   if (!NextWord(text).starts_with("data_")) return false;
   const std::string next = NextWord(text);
@@ -37,7 +34,8 @@ bool IsCif(std::string_view bytes) {
 }
 
 bool IsXrdml(std::string_view bytes) {
-  const std::string head = HeadOf(bytes);
+  const TextLines lines(bytes.substr(0, kHead));
+  const std::string_view head = lines.Rest();
   const std::size_t at = head.find("xrdMeasurements");
   return at != head.npos && at > 0 && (head[at - 1] == '<' || head[at - 1] == ':') &&
          head[head.find_first_not_of(" \t\r\n")] == '<';

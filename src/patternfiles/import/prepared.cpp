@@ -36,11 +36,13 @@ bool IsPoint(const Point& point) {
 // By rising two-theta.
 std::vector<Point> PointsOf(const MeasuredScan& scan, double wavelength) {
   std::vector<Point> points;
+  points.reserve(scan.x.size());
   for (std::size_t i = 0; i < scan.x.size(); ++i)
     points.push_back({TwoThetaOf(scan.axis, scan.x[i], wavelength), scan.counts[i],
                       scan.esd.empty() ? 0 : scan.esd[i]});
   std::erase_if(points, [](const Point& point) { return !IsPoint(point); });
-  std::ranges::stable_sort(points, {}, &Point::tth);
+  if (!std::ranges::is_sorted(points, {}, &Point::tth))
+    std::ranges::stable_sort(points, {}, &Point::tth);
   const auto same = [](const Point& a, const Point& b) {
     return static_cast<float>(a.tth) == static_cast<float>(b.tth);
   };
@@ -95,6 +97,7 @@ PreparedPattern Prepared(const MeasuredScan& scan, double wavelength, std::size_
     Merge(points, factor);
   }
   if (!HasEvenSteps(points)) Note(pattern.note, "uneven steps");
+  for (std::vector<float>* column : {&pattern.tth, &pattern.counts}) column->reserve(points.size());
   for (const Point& point : points) {
     pattern.tth.push_back(static_cast<float>(point.tth));
     pattern.counts.push_back(static_cast<float>(point.counts));
