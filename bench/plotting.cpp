@@ -29,7 +29,10 @@ void BM_Redraw(benchmark::State& state) {
   ws.plotmask = static_cast<int>(state.range(0));
   ws.noverlay = ws.plotmask == PlotInput ? 0 : MaxOverlays;
   ws.yaxismode = static_cast<int>(state.range(1));
-  for (auto _ : state) RedrawView(1);
+  for (auto _ : state) {
+    RedrawView(1);
+    IGrFinish();
+  }
   state.counters["points"] = static_cast<double>(ScreenList().points.size());
 }
 BENCHMARK(BM_Redraw)

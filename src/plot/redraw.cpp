@@ -29,7 +29,7 @@ ViewComplaint DrawView() {
   IGrAreaClear();
   switch (ws.viewmode) {
     case 1:
-      DrawPatternPlot();
+      IGrShow(DrawPatternPlot);
       return {};
     case 2:
       DrawReport();

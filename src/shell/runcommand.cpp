@@ -96,6 +96,8 @@ std::string CommandTitle(const Command& command) {
 
 Outcome RunCommand(const Command& command, Arguments arguments) {
   WCommandBegins();
+  // What changes something and neither draws nor is put back leaves the drawing of before.
+  if (!command.undo || command.redraw == Redraw::None) IGrFinish();
   const bool picked = command.item.id != 0 && arguments.path.empty();
   if (!arguments.path.empty()) WJournal("open", arguments.path);
   const int viewmode = ws.viewmode;

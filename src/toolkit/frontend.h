@@ -127,6 +127,8 @@ void HideDialog(DialogState& dialog);
 void AreaPixels(int& width, int& height);
 // The screen's list has changed: show it.
 void Repaint();
+// Whether somebody sees the screen; else its list is made when it is asked for.
+bool IsWatched();
 // Tracks the mouse from a press to the release of the button, in user units, drawing a box for a
 // band. Tells `moved` of the places on the way. Leaves `place`, the start, as it is if the mouse
 // has hardly moved. Returns the type of the ending message.

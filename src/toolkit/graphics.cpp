@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <utility>
 
 #include "toolkit/common.h"
 #include "toolkit/journal.h"
@@ -17,6 +18,7 @@ Target screen{.list = {}, .feed = 0};
 Target paper{.list = {}, .feed = 90};  // printers take their pages sideways
 Target* target = &screen;
 bool screenchanged = false;
+void (*waiting)() = nullptr;  // draws what the screen shows, once somebody looks at it
 
 Pen pen;
 DrawPoint position{};
@@ -72,7 +74,10 @@ void NoteChange() {
 
 }  // namespace
 
-const DisplayList& ScreenList() { return screen.list; }
+const DisplayList& ScreenList() {
+  IGrFinish();
+  return screen.list;
+}
 const DisplayList& PaperList() { return paper.list; }
 
 void ShowDrawing() {
@@ -98,7 +103,20 @@ std::span<const float> DashPattern(int linetype) {
   }
 }
 
+void IGrFinish() {
+  if (void (*const draw)() = std::exchange(waiting, nullptr)) draw();
+}
+
+void IGrShow(void (*draw)()) {
+  IGrAreaClear();
+  if (target == &screen && !frontend::IsWatched())
+    waiting = draw;
+  else
+    draw();
+}
+
 void IGrInit(const std::string& mode) {
+  IGrFinish();
   target = mode == "H" ? &paper : &screen;
   if (target == &paper) paper.list = {};
   pen = {};
@@ -115,6 +133,7 @@ void IGrUnits(float x1, float y1, float x2, float y2) { target->list.units = {x1
 void IGrUnitsRotate(int degrees) { SetTurn(degrees); }
 
 void IGrAreaClear() {
+  if (target == &screen) waiting = nullptr;
   target->list.points.clear();
   target->list.strokes.clear();
   target->list.rasters.clear();

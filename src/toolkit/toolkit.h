@@ -238,6 +238,11 @@ void IGrUnits(float x1, float y1, float x2, float y2);
 // Turns the user units by a multiple of 90 degrees against the way the target feeds its pages.
 void IGrUnitsRotate(int degrees);
 void IGrAreaClear();
+// Clears the area for what `draw` draws, or will draw: as long as nobody looks at the screen of a
+// front end that only writes about it, nothing is drawn, and most of it never. IGrFinish draws what
+// waits: for whoever changes what `draw` goes by and leaves the drawing as it is.
+void IGrShow(void (*draw)());
+void IGrFinish();
 void IGrColourModel(int n);
 void IGrLineType(int n);  // 0 solid, 1 to 4 dashes
 void IGrLineWidth(float w);

@@ -257,6 +257,8 @@ void Repaint() {
   if (root) root->canvas->ListChanged();
 }
 
+bool IsWatched() { return true; }
+
 int TrackDrag(bool band, DrawPoint& place, const std::function<void(DrawPoint)>& moved) {
   return root ? root->canvas->TrackDrag(band, place, moved) : MessageClose;
 }

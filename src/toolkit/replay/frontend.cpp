@@ -1,4 +1,5 @@
-// The front end of transcripts: a window that is only written about.
+// The front end of transcripts: a window that is only written about. What a question stands before
+// is drawn, as lines that look at it may follow.
 #include <spawn.h>
 
 #include <algorithm>
@@ -157,6 +158,7 @@ void KeepAlive() {}
 void SetBusy(bool) {}
 void SetCursor(int) {}
 void Repaint() {}
+bool IsWatched() { return false; }
 void DialogChanged(DialogState&, int) {}
 
 void Tell(int, const std::string&) {}
@@ -193,6 +195,7 @@ void WaitEvent() {
 bool ShowBox(BoxKind kind, const std::string& caption, const std::string& text) {
   Emit({kind == BoxKind::Query ? "query" : "box", caption, text});
   if (kind != BoxKind::Query) return true;
+  IGrFinish();
   Situation now{.place = Place::Query};
   Perform(now);
   return now.accepted;
@@ -204,6 +207,7 @@ SaveAnswer AskSave(const std::string&, const std::string&) { return SaveAnswer::
 std::vector<std::string> SelectFiles(const std::string& filter, int flags, const std::string& name,
                                      const std::string& title, const std::string&) {
   Emit({"select", title, filter, name});
+  IGrFinish();
   Situation now{.place = Place::Selector, .several = (flags & FileSeveral) != 0};
   Perform(now);
   return now.paths;
@@ -211,6 +215,7 @@ std::vector<std::string> SelectFiles(const std::string& filter, int flags, const
 
 void ShowDialog(DialogState& dialog, const std::function<void(int)>& changed) {
   EmitDialog(dialog);
+  IGrFinish();
   if (!dialog.modal) return beside.push_back(&dialog);
   Situation now{.place = Place::Modal, .dialog = &dialog, .changed = &changed};
   Perform(now);
