@@ -5,7 +5,8 @@
 
 namespace {
 
-constexpr std::size_t kMostStates = 50, kMostBytes = 256u << 20;
+// With every slot full they take less than 150 MB.
+constexpr std::size_t kMostStates = 50;
 
 struct State {
   std::string title;  // of the command between this state and the next one
@@ -15,12 +16,6 @@ struct State {
 std::deque<State> undone, done;  // the last one is the next to come back
 // The snapshot taken last, from which the next one takes what has not changed.
 Snapshot latest;
-
-std::size_t BytesKept() {
-  std::vector<const Snapshot*> kept;
-  for (const State& state : done) kept.push_back(&state.snapshot);
-  return BytesOf(kept);
-}
 
 // Puts the last state of a list back, and the present one at the end of the other list.
 bool Step(std::deque<State>& from, std::deque<State>& to) {
@@ -47,8 +42,7 @@ Snapshot StateNow() {
 void KeepForUndo(const std::string& title, Snapshot before) {
   undone.clear();
   done.push_back({title, std::move(before)});
-  while (done.size() > kMostStates || (done.size() > 1 && BytesKept() > kMostBytes))
-    done.pop_front();
+  if (done.size() > kMostStates) done.pop_front();
 }
 
 bool Undo() { return Step(done, undone); }

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <set>
 
 namespace {
 
@@ -90,17 +89,4 @@ void RestoreSnapshot(const Snapshot& snapshot) {
     for (int row = 1; row <= kRows; ++row)
       std::ranges::copy(*snapshot.slots[slot - 1][row - 1], RowOf(slot, row).begin());
   }
-}
-
-std::size_t BytesOf(std::span<const Snapshot* const> snapshots) {
-  std::size_t bytes = 0;
-  std::set<const void*> counted;
-  for (const Snapshot* snapshot : snapshots) {
-    bytes += sizeof(Snapshot);
-    if (counted.insert(snapshot->structures.get()).second) bytes += sizeof(StructureTables);
-    for (const KeptSlot& slot : snapshot->slots)
-      for (const auto& row : slot)
-        if (counted.insert(row.get()).second) bytes += row->size() * sizeof(float);
-  }
-  return bytes;
 }

@@ -30,6 +30,3 @@ void RestoreSnapshot(const Snapshot& snapshot);
 
 // Whether a snapshot taken now would be equal.
 bool IsAsIn(const Snapshot& snapshot);
-
-// Memory that snapshots take together.
-std::size_t BytesOf(std::span<const Snapshot* const> snapshots);

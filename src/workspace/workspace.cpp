@@ -87,7 +87,7 @@ bool PointsAreKept() { return IsKept(PointsDigest()); }
 
 void StateEsds(std::vector<float> esds) {
   ws.statedesd = std::move(esds);
-  ws.statedesddigest = PointsDigest();
+  if (!ws.statedesd.empty()) ws.statedesddigest = PointsDigest();
 }
 
 std::span<const float> StatedEsds() {

@@ -1,5 +1,5 @@
-// The front end of transcripts: a window that is only written about. What a question stands before
-// is drawn, as lines that look at it may follow.
+// The front end of transcripts: a window that is only written about. When a dialog or selector opens
+// it is drawn as it is, for lines that look at it; in front of a query it has been refreshed.
 #include <spawn.h>
 
 #include <algorithm>
@@ -195,7 +195,6 @@ void WaitEvent() {
 bool ShowBox(BoxKind kind, const std::string& caption, const std::string& text) {
   Emit({kind == BoxKind::Query ? "query" : "box", caption, text});
   if (kind != BoxKind::Query) return true;
-  IGrFinish();
   Situation now{.place = Place::Query};
   Perform(now);
   return now.accepted;
