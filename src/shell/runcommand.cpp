@@ -21,6 +21,14 @@ void SetFields(const Command& command) {
   if (command.plotmask != 0) ws.plotmask = command.plotmask;
 }
 
+// Whether the drawing of before may be looked at while or after a command changes something: it
+// leaves it there, or asks.
+bool CanBeLookedAt(const Command& command) {
+  const bool sets = (command.viewmode != 0 && command.viewmode != ws.viewmode) ||
+                    (command.plotmask != 0 && command.plotmask != ws.plotmask);
+  return !command.undo || command.redraw == Redraw::None || command.dialog || command.ask || sets;
+}
+
 Outcome Ask(const Command& command, Arguments& arguments) {
   if (command.dialog) arguments.button = AskParameters(*command.dialog);
   if (arguments.button == 0) return Outcome::Cancelled;
@@ -96,8 +104,7 @@ std::string CommandTitle(const Command& command) {
 
 Outcome RunCommand(const Command& command, Arguments arguments) {
   WCommandBegins();
-  // What changes something and neither draws nor is put back leaves the drawing of before.
-  if (!command.undo || command.redraw == Redraw::None) IGrFinish();
+  if (CanBeLookedAt(command)) IGrFinish();
   const bool picked = command.item.id != 0 && arguments.path.empty();
   if (!arguments.path.empty()) WJournal("open", arguments.path);
   const int viewmode = ws.viewmode;

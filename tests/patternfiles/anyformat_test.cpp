@@ -111,6 +111,32 @@ TEST_F(AnyFormat, ScansAreChosenFromAList) {
   EXPECT_EQ(Counts(SlotInput), (Row{300, 320, 340}));
 }
 
+// By whichever reader, even if other points stand in it by the time that they are read.
+TEST_F(AnyFormat, AFileIsWhatItWasWhenItWasAskedAbout) {
+  const struct {
+    const char *name, *asked, *later, *answers;
+    Row counts;
+  } cases[] = {
+      {"a.xy",
+       "10 5000\n10.5 7000\n11 6000\n",
+       "10 5001\n10.5 7001\n11 6001\n",
+       "",
+       {5000, 7000, 6000}},
+      {"two.uxd", kTwoScans, "1 2\n3 4\n", "set Scans 2\npress OK\n", {200, 210, 220}},
+  };
+  for (const auto& c : cases) {
+    const std::string path = Make(c.name, c.asked);
+    ScanChoice choice;
+    Answer(c.answers);
+    ASSERT_EQ(AskScans(path, choice), Outcome::Done);
+    Make(c.name, c.later);
+    EXPECT_EQ(OpenPattern(path, FileTypeAny, choice), Outcome::Done);
+    EXPECT_EQ(Counts(SlotInput), c.counts) << c.name;
+    OpenPattern(path, FileTypeAny);
+    EXPECT_NE(Counts(SlotInput), c.counts) << c.name;
+  }
+}
+
 TEST_F(AnyFormat, OfPositionsInDTheWavelengthIsAskedFor) {
   Open(Make("d.csv", "d-spacing,intensity\n2.0,10\n1.9,12\n1.8,11\n"),
        "set Wavelength 1.0\npress OK\n");

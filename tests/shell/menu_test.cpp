@@ -6,8 +6,10 @@
 #include <fstream>
 
 #include "patternfiles/patternfiles.h"
+#include "plot/plot.h"
 #include "shell/shell.h"
 #include "support/support.h"
+#include "toolkit/displaylist.h"
 #include "workspace/menuids.h"
 #include "workspace/workspace.h"
 
@@ -43,6 +45,39 @@ TEST_F(Menu, NoItemIsWithoutItsCommand) {
 TEST_F(Menu, ABlankRecentEntryIsNoFileType) {
   Pick(40024);
   EXPECT_EQ(Events(), (std::vector<std::string>{"box\tError\tUnrecognized file type"}));
+}
+
+// Whatever it changes, and whenever the drawing is made.
+TEST_F(Menu, ACommandThatDoesNotDrawLeavesTheDrawing) {
+  const auto rename = [](const Arguments&) {
+    ws.stem20 = "other";
+    return Outcome::Done;
+  };
+  const auto pick = [](Arguments&) {
+    ws.stem20 = "third";
+    Answer("plot \"" + ws.startdir + "asked.bmp\"\nfile\n");
+    return Answered(!AskForPattern(1).empty());
+  };
+  LoadLine(dir);
+  const auto drawn = ScreenList().points;
+  IGrSaveImage(dir.file("line.bmp"));
+  for (const bool undo : {false, true}) {
+    ws.stem20 = "line";
+    RedrawView(0);
+    RunCommand({.item = {0, "Rename", 0}, .run = rename, .redraw = Redraw::None, .undo = undo});
+    EXPECT_EQ(ScreenList().points, drawn);
+    ws.stem20 = "line";
+    RedrawView(0);
+    RunCommand({.item = {0, "Rename", 0},
+                .ask = pick,
+                .run = rename,
+                .redraw = Redraw::Keep,
+                .undo = undo});
+    EXPECT_EQ(ReadFile(dir.file("asked.bmp")), ReadFile(dir.file("line.bmp")));
+    EXPECT_EQ(ScreenList().points, drawn);
+  }
+  RunCommand({.item = {0, "Rename", 0}, .run = rename, .redraw = Redraw::Keep, .undo = true});
+  EXPECT_NE(ScreenList().points, drawn);
 }
 
 TEST_F(Menu, ChildWindowsCloseTheirGapAndStopAtFifty) {

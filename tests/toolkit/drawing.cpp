@@ -64,6 +64,37 @@ TEST_F(Drawing, StrokesGoOnWhilePenAndPlaceDo) {
 }
 
 // Paper is fed sideways, so that 270 degrees put it upright; each 90 less turn it further.
+TEST_F(Drawing, WaitsUntilSomebodyLooks) {
+  static int times;
+  times = 0;
+  const auto draw = [] {
+    ++times;
+    IGrMoveTo(10, 20);
+    IGrLineTo(30, 40);
+  };
+  IGrMoveTo(1, 1);
+  IGrLineTo(2, 2);
+  IGrShow(draw);
+  EXPECT_EQ(times, 0);
+  for (int look = 1; look <= 2; ++look) {
+    EXPECT_EQ(ScreenList().points, (std::vector<DrawPoint>{{10, 20}, {30, 40}}));
+    EXPECT_EQ(times, 1);
+  }
+  IGrShow(draw);
+  IGrAreaClear();
+  EXPECT_TRUE(ScreenList().points.empty());
+  EXPECT_EQ(times, 1);
+  // On paper at once, behind what waits for the screen.
+  IGrShow(draw);
+  IGrInit("H");
+  EXPECT_EQ(times, 2);
+  EXPECT_TRUE(PaperList().points.empty());
+  IGrShow(draw);
+  EXPECT_EQ(PaperList().strokes.size(), 1u);
+  IGrInit("");
+  EXPECT_EQ(ScreenList().strokes.size(), 1u);
+}
+
 TEST_F(Drawing, UnitsTurnInQuarters) {
   const struct {
     const char* mode;

@@ -48,7 +48,13 @@ TEST_F(Lines, EndsAndBytes) {
   for (const Case& c : cases) {
     Put(c.bytes);
     EXPECT_EQ(Get(), c.lines) << c.bytes;
+    if (c.bytes.empty()) continue;
+    Put("what the file holds by now");
+    const std::string bytes(c.bytes);
+    const HeldFile held(path_, bytes);
+    EXPECT_EQ(Get(), c.lines) << "held: " << c.bytes;
   }
+  EXPECT_EQ(Get().size(), 1u);  // nothing is held any more
 }
 
 TEST_F(Lines, LongLinesAreCut) {
