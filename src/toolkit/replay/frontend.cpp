@@ -1,5 +1,5 @@
-// The front end of transcripts: a window that is only written about. When a dialog or selector opens
-// it is drawn as it is, for lines that look at it; in front of a query it has been refreshed.
+// The front end of transcripts: a window that is only written about. When a dialog or selector
+// opens it is drawn as it is, for lines that look at it; in front of a query it has been refreshed.
 #include <spawn.h>
 
 #include <algorithm>
