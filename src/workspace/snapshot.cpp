@@ -26,7 +26,7 @@ bool Holds(const SlotRow& kept, std::span<const float> used) {
          std::memcmp(kept.data(), used.data(), used.size_bytes()) == 0;
 }
 
-using KeptSlot = decltype(Snapshot::slots)::value_type;
+using KeptSlot = decltype(Snapshot::rows)::value_type;
 
 // From the same slot before, or from another one, as the axes of most are those of slot 1.
 void KeepSlot(int slot, KeptSlot& kept, const KeptSlot& other) {
@@ -57,15 +57,15 @@ bool SlotIsNow(const KeptSlot& kept, int slot) {
 
 Snapshot TakeSnapshot(const Snapshot* before) {
   Snapshot now{
-      .data = ws, .fit = ws, .options = ws, .npts = ws.npts, .structures = {}, .slots = {}};
+      .data = ws, .fit = ws, .options = ws, .npts = ws.npts, .structures = {}, .rows = {}};
   if (before) {
     now.structures = before->structures;
-    now.slots = before->slots;
+    now.rows = before->rows;
   }
   if (!now.structures || !IsNow(*now.structures))
     now.structures = std::make_shared<const StructureTables>(ws);
   for (int slot = 1; slot <= MaxSlots; ++slot)
-    KeepSlot(slot, now.slots[slot - 1], now.slots[SlotInput - 1]);
+    KeepSlot(slot, now.rows[slot - 1], now.rows[SlotInput - 1]);
   return now;
 }
 
@@ -74,7 +74,7 @@ bool IsAsIn(const Snapshot& snapshot) {
         snapshot.npts == ws.npts && IsNow(*snapshot.structures)))
     return false;
   for (int slot = 1; slot <= MaxSlots; ++slot)
-    if (!SlotIsNow(snapshot.slots[slot - 1], slot)) return false;
+    if (!SlotIsNow(snapshot.rows[slot - 1], slot)) return false;
   return true;
 }
 
@@ -87,6 +87,6 @@ void RestoreSnapshot(const Snapshot& snapshot) {
   for (int slot = 1; slot <= MaxSlots; ++slot) {
     ClearCounts(slot);
     for (int row = 1; row <= kRows; ++row)
-      std::ranges::copy(*snapshot.slots[slot - 1][row - 1], RowOf(slot, row).begin());
+      std::ranges::copy(*snapshot.rows[slot - 1][row - 1], RowOf(slot, row).begin());
   }
 }

@@ -18,7 +18,7 @@ struct Snapshot {
   // What did not change between two snapshots is shared by them, and what is the same in several
   // slots by those.
   std::shared_ptr<const StructureTables> structures;
-  std::array<std::array<std::shared_ptr<const SlotRow>, 4>, MaxSlots> slots;
+  std::array<std::array<std::shared_ptr<const SlotRow>, 4>, MaxSlots> rows;
 
   bool operator==(const Snapshot&) const = default;
 };

@@ -60,12 +60,12 @@ TEST_F(Snapshots, NoticeEveryChange) {
 TEST_F(Snapshots, ShareWhatIsTheSame) {
   const Snapshot before = TakeSnapshot();
   for (int row = 0; row < 4; ++row)
-    EXPECT_EQ(before.slots[SlotInput - 1][row], before.slots[SlotNet - 1][row]);
+    EXPECT_EQ(before.rows[SlotInput - 1][row], before.rows[SlotNet - 1][row]);
   ws.yval(SlotNet, 3) = 1000;
   const Snapshot after = TakeSnapshot(&before);
   for (int slot = 1; slot <= MaxSlots; ++slot)
     for (int row = 0; row < 4; ++row)
-      EXPECT_EQ(after.slots[slot - 1][row] == before.slots[slot - 1][row],
+      EXPECT_EQ(after.rows[slot - 1][row] == before.rows[slot - 1][row],
                 !(slot == SlotNet && row == 3));
 }
 
