@@ -16,7 +16,7 @@ void Lower(float* __restrict curve, const float* __restrict mean, int n) {
   constexpr int run = 16;
   int i = 0;
   for (; i + run <= n; i += run)
-    for (int j = i; j < i + run; ++j) curve[j] = std::min(curve[j], mean[j]);
+    for (int j = 0; j < run; ++j) curve[i + j] = std::min(curve[i + j], mean[i + j]);
   for (; i < n; ++i) curve[i] = std::min(curve[i], mean[i]);
 }
 

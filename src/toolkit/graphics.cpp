@@ -182,6 +182,7 @@ void IGrRaster(std::shared_ptr<const RasterCells> cells, const LevelColours& col
                       std::min(place.x2, window.x2), std::min(place.y2, window.y2)};
   if (!(seen.x1 < seen.x2 && seen.y1 < seen.y2)) return;
   list.rasters.push_back({std::move(cells), colours, place, seen, list.strokes.size()});
+  drawing = false;
   NoteChange();
 }
 
