@@ -7,8 +7,8 @@
 
 // The state as it is now, to be kept with KeepForUndo or to be put back.
 Snapshot StateNow();
-// A command of this title has changed the state of `before`; nothing can be redone any more. Of more
-// than 50 states the oldest one goes.
+// A command of this title has changed the state of `before`; nothing can be redone any more. Of
+// more than 50 states the oldest one goes.
 void KeepForUndo(const std::string& title, Snapshot before);
 // Takes back the last command, or does again what was taken back last. False if there is none.
 bool Undo();

@@ -56,8 +56,7 @@ bool SlotIsNow(const KeptSlot& kept, int slot) {
 }  // namespace
 
 Snapshot TakeSnapshot(const Snapshot* before) {
-  Snapshot now{
-      .data = ws, .fit = ws, .options = ws, .npts = ws.npts, .structures = {}, .rows = {}};
+  Snapshot now{.data = ws, .fit = ws, .options = ws, .npts = ws.npts, .structures = {}, .rows = {}};
   if (before) {
     now.structures = before->structures;
     now.rows = before->rows;
