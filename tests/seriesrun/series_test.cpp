@@ -10,6 +10,7 @@
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
+#include <filesystem>
 #include <map>
 #include <random>
 #include <thread>
@@ -118,7 +119,9 @@ TEST(Series, OneRowAFileInTheirOrderHoweverItIsDone) {
   EXPECT_EQ(ReadFile(folder.file("joined")), whole);
   const SeriesRun lacking = RunSeries(folder, "--join joined part2 part3 --list list");
   EXPECT_EQ(lacking.status, 2);
-  EXPECT_NE(lacking.told.find("8 of 30 files have no row in the parts"), std::string::npos);
+  EXPECT_NE(lacking.told.find("8 of 30 files have no row in the parts, the first is run, \"0\""),
+            std::string::npos)
+      << lacking.told;
   EXPECT_EQ(RunSeries(folder, "--join joined part2 part2 part3 part1 --list list").status, 2);
   EXPECT_EQ(RunSeries(folder, "--join part2 part2 part3 part1 --list list").status, 2);
   WriteFile(folder.file("lines.recipe"), std::string("# other\n") + kRecipe);
@@ -127,6 +130,33 @@ TEST(Series, OneRowAFileInTheirOrderHoweverItIsDone) {
   const SeriesRun mixed = RunSeries(folder, "--join joined part1 other2 part3 --list list");
   EXPECT_EQ(mixed.status, 2);
   EXPECT_NE(mixed.told.find("another recipe"), std::string::npos) << mixed.told;
+}
+
+TEST(Series, PlacesStandForWhatTheListTells) {
+  const TempDir folder;
+  std::filesystem::create_directory(folder.file("in"));
+  WriteFile(folder.file("in/a b.xy"), PatternWithLine(23, 1000));
+  std::filesystem::copy(QUILLAGRAM_SOURCE "/examples/halite.udf", folder.file("c.udf"));
+  WriteFile(folder.file("list.csv"), "mark,file\nfirst,in/a b.xy\n\"2 \"\"nd\"\"\",c.udf\n");
+  WriteFile(folder.file("r"),
+            "open \"{file}\"  # {no place}\nplot \"{folder}/{mark} {name}-{number}!.svg\"\nget "
+            "npts(1)\n");
+  const SeriesRun first = RunSeries(folder, "r --list list.csv --table t --progress --jobs 1");
+  EXPECT_EQ(first.status, 0) << first.told;
+  EXPECT_TRUE(first.told.ends_with("done 2 of 2, 0 failed\n")) << first.told;
+  EXPECT_TRUE(std::filesystem::exists(folder.file("in/first a b-1!.svg")));
+  EXPECT_TRUE(std::filesystem::exists(folder.file("2 \"nd\" c-2!.svg")));
+  const SeriesTable table = ReadSeriesTable(folder.file("t"));
+  ASSERT_EQ(table.rows.size(), 2u);
+  EXPECT_EQ(table.rows[0][1] + table.rows[0][2], "first");
+  EXPECT_EQ(table.rows[1][1], "2024-07-15 09:30:00");
+  EXPECT_EQ(table.rows[1][2], "2 \"nd\"");
+  // The part of a list counts its own rows.
+  const SeriesRun part =
+      RunSeries(folder, "r --list list.csv --table p --progress --part 2/2 --chunk 1");
+  EXPECT_TRUE(part.told.ends_with("done 1 of 1, 0 failed\n")) << part.told;
+  const SeriesRun again = RunSeries(folder, "r --list list.csv --table p --part 2/2 --chunk 1");
+  EXPECT_TRUE(again.told.starts_with("1 of 1 files")) << again.told;
 }
 
 TEST(Series, GoesOnWhereItWasKilled) {
@@ -262,7 +292,7 @@ int RunAndSignal(const TempDir& folder, int signal, bool tochunk) {
   if (run == 0) {
     if (chdir(folder.path().c_str()) != 0 || !std::freopen("/dev/null", "w", stderr)) _exit(9);
     execl(QUILLAGRAM_SERIES, QUILLAGRAM_SERIES, "slow", "--list", "list", "--jobs", "1", "--chunk",
-          "5", "--table", "hit", nullptr);
+          "10", "--table", "hit", nullptr);
     _exit(9);
   }
   // One that has just begun, and so does not end by itself in between.
