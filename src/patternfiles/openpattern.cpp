@@ -64,3 +64,9 @@ Outcome OpenPattern(const std::string& path, int filetype, const ScanChoice& cho
   ws.fullstop = ws.crystend = ws.xval(AxisTth, SlotInput, ws.npts(SlotInput));
   return Outcome::Done;
 }
+
+void FollowPattern() {
+  const std::string directory = FileDirectory(ws.patternpath);
+  IOsDirChange(directory.empty() ? ws.startdir : directory);
+  WindowTitle(ws.patternloaded ? ws.patternstem + " - " + ProgramTitle : ProgramTitle);
+}

@@ -16,6 +16,9 @@ inline constexpr int FileTypeAny = 10;
 Outcome OpenPattern(const std::string& path, int filetype = FileTypeAny,
                     const ScanChoice& choice = {});
 
+// Title and current directory follow the pattern.
+void FollowPattern();
+
 // Asks for an existing file of a format; blank when the user cancels.
 std::string AskForPattern(int filetype);
 // Asks for several, in the order picked; none when the user cancels.

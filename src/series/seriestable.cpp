@@ -11,33 +11,39 @@ namespace {
 
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
-std::string Contents(const std::string& path) {
+std::string Contents(const std::string& path, std::size_t from = 0) {
   std::ifstream file(path, std::ios::binary);
-  if (!file) throw SeriesError{"cannot read " + path + ": " + SystemReason()};
+  if (!file || !file.seekg(static_cast<std::streamoff>(from)))
+    throw SeriesError{"cannot read " + path + ": " + SystemReason()};
   std::string text{std::istreambuf_iterator<char>(file), {}};
   if (file.bad()) throw SeriesError{"cannot read " + path + ": " + SystemReason()};
-  if (text.starts_with(kByteOrderMark)) text.erase(0, kByteOrderMark.size());
   return text;
 }
 
-// Calls `take` with each line, without its end, and whether it has one.
+// Calls `take` with each line, without its end.
 template <class Take>
 void EachLine(std::string_view text, Take take) {
   while (!text.empty()) {
     const std::size_t end = text.find('\n');
     std::string_view line = text.substr(0, end);
     if (line.ends_with('\r')) line.remove_suffix(1);
-    take(line, end != text.npos);
+    take(line);
     text.remove_prefix(std::min(end, text.size() - 1) + 1);
   }
 }
 
 bool IsBlank(std::string_view line) { return line.find_first_not_of(" \t") == line.npos; }
 
-SeriesTable TableOf(std::string_view text, bool lastcounts) {
-  SeriesTable table;
-  EachLine(text, [&](std::string_view line, bool ended) {
-    if (IsBlank(line) || !(ended || lastcounts)) return;
+// What stands in front of the first line of some files.
+std::string_view WithoutMark(std::string_view text) {
+  if (text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
+  return text;
+}
+
+void AddRows(SeriesTable& table, std::string_view text) {
+  if (table.columns.empty()) text = WithoutMark(text);
+  EachLine(text, [&](std::string_view line) {
+    if (IsBlank(line)) return;
     std::vector<std::string> cells = CsvCells(line);
     if (table.columns.empty()) {
       table.columns = std::move(cells);
@@ -46,7 +52,6 @@ SeriesTable TableOf(std::string_view text, bool lastcounts) {
     cells.resize(table.columns.size());
     table.rows.push_back(std::move(cells));
   });
-  return table;
 }
 
 FileList ListOfTable(SeriesTable table, int file) {
@@ -68,23 +73,35 @@ int SeriesTable::ColumnOf(std::string_view name) const {
   return at == columns.end() ? -1 : static_cast<int>(at - columns.begin());
 }
 
-SeriesTable ReadSeriesTable(const std::string& path) {
-  SeriesTable table = TableOf(Contents(path), false);
+void ReadMoreRows(const std::string& path, SeriesTable& table, std::size_t& from) {
+  const std::string text = Contents(path, from);
+  const std::size_t whole = text.rfind('\n') + 1;
+  AddRows(table, std::string_view(text).substr(0, whole));
+  from += whole;
+}
+
+SeriesTable ReadSeriesTable(const std::string& path, std::size_t* end) {
+  SeriesTable table;
+  std::size_t from = 0;
+  ReadMoreRows(path, table, from);
   if (table.ColumnOf(kFileColumn) < 0)
     throw SeriesError{path + " is no table of a series: it has no column \"file\""};
+  if (end) *end = from;
   return table;
 }
 
 FileList ReadFileList(const std::string& path) {
-  const std::string text = Contents(path);
-  const std::string_view heading = std::string_view(text).substr(0, text.find_first_of("\r\n"));
+  const std::string contents = Contents(path);
+  const std::string_view text = WithoutMark(contents);
+  const std::string_view heading = text.substr(0, text.find_first_of("\r\n"));
   FileList list;
   if (const auto cells = CsvCells(heading); std::ranges::find(cells, kFileColumn) != cells.end()) {
-    SeriesTable table = TableOf(text, true);
+    SeriesTable table;
+    AddRows(table, text);
     const int file = table.ColumnOf(kFileColumn);
     list = ListOfTable(std::move(table), file);
   } else {
-    EachLine(text, [&](std::string_view line, bool) {
+    EachLine(text, [&](std::string_view line) {
       if (!IsBlank(line)) list.files.push_back({std::string(line), {}});
     });
   }

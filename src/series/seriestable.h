@@ -25,9 +25,12 @@ struct SeriesTable {
 };
 
 // Reads a table as it is written, or any list in the form of one: rows are filled up to the width
-// of the heading. A last row without a line end is one that is being written, and left out. Throws
-// SeriesError.
-SeriesTable ReadSeriesTable(const std::string& path);
+// of the heading. A last row without a line end is one that is being written, and left out; `end`
+// is the byte at which it begins. Throws SeriesError.
+SeriesTable ReadSeriesTable(const std::string& path, std::size_t* end = nullptr);
+// Adds to a table the rows that stand behind the byte `from`, which moves on to the end of the last
+// one.
+void ReadMoreRows(const std::string& path, SeriesTable& table, std::size_t& from);
 
 // The files of a list: one path a line, or rows of a table with a column "file", whose other
 // columns go with them.

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -60,16 +59,7 @@ int Whole(const std::string& option, std::string_view text, int lowest, int high
 }
 
 Condition ConditionOf(const std::string& text) {
-  const std::size_t sign = text.find_last_of("<>");
-  Condition condition;
-  if (sign != text.npos && sign > 0) {
-    condition.column = text.substr(0, sign);
-    condition.above = text[sign] == '>';
-    const char* end = text.data() + text.size();
-    const auto read = std::from_chars(text.data() + sign + 1, end, condition.limit);
-    if (read.ptr == end && read.ec == std::errc() && std::isfinite(condition.limit))
-      return condition;
-  }
+  if (const auto condition = ReadCondition(text)) return *condition;
   Refuse("--restart-when takes a column, > or <, and a number, as \"Rwp>12\"");
 }
 

@@ -4,15 +4,9 @@
 #include <string>
 #include <vector>
 
-namespace seriesrun {
+#include "series/condition.h"
 
-// When the result of a fit is not to be believed: "Rwp>12". Rwp is in percent; other names are
-// columns.
-struct Condition {
-  std::string column;
-  bool above = true;
-  double limit = 0;
-};
+namespace seriesrun {
 
 struct Options {
   std::string recipe;

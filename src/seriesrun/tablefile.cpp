@@ -53,7 +53,8 @@ void TableFile::GoOn(const Plan& plan) {
   const SeriesTable table = ReadSeriesTable(path_);
   if (table.columns != plan.columns) Refuse("it has other columns; give another name to --table");
   rows_ = table.rows.size();
-  if (rows_ > plan.last - plan.first) Refuse("it has more rows than there are files");
+  if (rows_ > plan.last - plan.first)
+    Refuse("it has more rows than there are files; give another name to --table");
   const int recipe = table.ColumnOf(kRecipeColumn), failed = table.ColumnOf(kFailedColumn);
   for (std::size_t k = 0; k < rows_; ++k) {
     const auto& row = table.rows[k];

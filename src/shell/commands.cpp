@@ -9,6 +9,7 @@
 #include "peaks/peaks.h"
 #include "plot/plot.h"
 #include "script/script.h"
+#include "series/seriescommand.h"
 #include "shell/shell.h"
 #include "workspace/menuids.h"
 
@@ -42,8 +43,8 @@ std::vector<Command> AllCommands() {
   std::vector<Command> all;
   for (const std::span<const Command> menu :
        {FileCommands(), EditCommands(), SettingsCommands(), ScriptCommands(), ModifyCommands(),
-        MultiCommands(), BackgroundCommands(), PeakCommands(), FitCommands(), AnalysisCommands(),
-        FitResultCommands(), IndexCommands(), PlotCommands(), HelpCommands()})
+        MultiCommands(), SeriesCommands(), BackgroundCommands(), PeakCommands(), FitCommands(),
+        AnalysisCommands(), FitResultCommands(), IndexCommands(), PlotCommands(), HelpCommands()})
     all.insert(all.end(), menu.begin(), menu.end());
   return all;
 }

@@ -95,6 +95,8 @@ NamedField Named(const Table<T, N...>& field) {
     F(solutions) F(nsolutions) F(selsolution) \
     F(findcell) F(findlattice) F(findorigin) F(findunexplained) F(nfindcell) F(selfindcell) \
   F(sumfile) F(sumopen) F(sumcount) \
+  F(nseriesfile) F(nseries) F(nseriesfailed) F(seriesrow) F(seriesview) F(seriestable) \
+    F(seriescolumn) F(seriesalong) F(seriessecond) \
   F(scriptpath) F(scriptinlist) F(scriptoutlist) F(scriptinfmt) F(scriptoutfmt) \
     F(scriptusezero) F(scriptusetrun) F(scriptusescal) F(scriptusesmoo) F(scriptusesago) \
     F(scriptuseconv) F(scriptusebkgr) F(scriptuseskip) F(scaletype) F(scalefrom) F(scaleto) \

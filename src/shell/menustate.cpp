@@ -104,9 +104,3 @@ void SetMenuLoaded(int flag) {
   if (flag == 0) ws.xaxismark = ws.yaxismark = 1;
   ShowMenuState();
 }
-
-void FollowPattern() {
-  const std::string directory = FileDirectory(ws.patternpath);
-  IOsDirChange(directory.empty() ? ws.startdir : directory);
-  WindowTitle(ws.patternloaded ? ws.patternstem + " - " + ProgramTitle : ProgramTitle);
-}

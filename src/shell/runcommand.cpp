@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "multi/structures.h"
+#include "patternfiles/patternfiles.h"
 #include "plot/dataposition.h"
 #include "plot/plot.h"
 #include "plot/zoomhistory.h"

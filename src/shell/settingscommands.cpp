@@ -1,6 +1,7 @@
 // The menus "Edit", "Settings" and "Help".
 #include <algorithm>
 
+#include "patternfiles/patternfiles.h"
 #include "shell/copytext.h"
 #include "shell/history.h"
 #include "shell/shell.h"

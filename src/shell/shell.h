@@ -12,7 +12,6 @@
 #include "workspace/parameters.h"
 
 inline constexpr int MainMenu = 30001;
-inline constexpr const char* ProgramTitle = "Quillagram";
 
 // ---- Commands ---------------------------------------------------------------------------------
 
@@ -43,8 +42,6 @@ void OnMenu(int id, int& quitflag);
 void ShowMenuState();
 // A pattern is there (1) or not (0), and so is what needs one.
 void SetMenuLoaded(int flag);
-// Title and current directory follow the pattern.
-void FollowPattern();
 
 // ---- The program ------------------------------------------------------------------------------
 

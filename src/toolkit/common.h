@@ -54,3 +54,7 @@ std::string FileReason();
 
 // Takes down the command line and the directory in which the program was started.
 void KeepArguments(int argc, char** argv);
+
+// Where a program is that is named without a directory: beside this one, by the name it was started
+// under and then where that links to, else as it was given, for the system to search.
+std::string FindProgram(const std::string& name);

@@ -113,11 +113,17 @@ GridRow* GridRowOf(int field, int column, int row) {
   return &grid.rows[row - 1];
 }
 
+// Of heads or rows of a grid.
+void ShowGridChange(int field) {
+  ++FindField(field)->grid.changes;
+  ShowChange(IndexOf(field));
+}
+
 void PutCell(int field, int column, int row, const std::string& text) {
   GridRow* const cells = GridRowOf(field, column, row);
   if (!cells) return;
   cells->cells[column - 1] = text;
-  ShowChange(IndexOf(field));
+  ShowGridChange(field);
 }
 
 }  // namespace
@@ -278,7 +284,18 @@ void WGridPutRows(int field, std::vector<std::vector<std::string>> rows, int ord
     grid.rows.push_back({.cells = std::move(cells)});
   }
   grid.order = order;
+  ++grid.changes;
   WGridPick(field, grid.column, 0);
+}
+
+void WGridPutHeads(int field, std::vector<std::string> heads) {
+  FieldState* const state = FindField(field);
+  if (!state) return;
+  GridState& grid = state->grid;
+  grid.columns = static_cast<int>(heads.size());
+  grid.heads = std::move(heads);
+  grid.column = 0;
+  WGridPutRows(field, {}, 0);
 }
 
 void WGridPick(int field, int column, int row) {
@@ -291,11 +308,17 @@ void WGridPick(int field, int column, int row) {
 }
 
 void WGridColourRow(int field, int row, int foreground, int background) {
-  GridRow* const cells = GridRowOf(field, 1, row);
-  if (!cells) return;
-  cells->foreground = foreground;
-  cells->background = background;
-  ShowChange(IndexOf(field));
+  WGridColourRows(field, {&row, 1}, foreground, background);
+}
+
+void WGridColourRows(int field, std::span<const int> rows, int foreground, int background) {
+  for (const int row : rows) {
+    GridRow* const cells = GridRowOf(field, 1, row);
+    if (!cells) return;
+    cells->foreground = foreground;
+    cells->background = background;
+  }
+  if (!rows.empty()) ShowGridChange(field);
 }
 
 void WGridPos(int field, int& column, int& row) {

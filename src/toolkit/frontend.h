@@ -18,7 +18,9 @@ struct GridRow {
 
 struct GridState {
   int columns = 0;
+  std::vector<std::string> heads;  // as many; none: those of the control's label
   std::vector<GridRow> rows;
+  int changes = 0;          // of heads and rows, so that a mere pick is known as such
   int column = 0, row = 0;  // the cell picked last, from 1
   int order = 0;            // the column by which the rows are sorted; negative: falling
 };

@@ -35,18 +35,6 @@ std::vector<std::string> SplitCommand(const std::string& text) {
   return words;
 }
 
-// A bare name is first looked for beside this program, by the name it was started under and then
-// where that links to, and last by the front end in the search path.
-std::string FindProgram(const std::string& name) {
-  if (name.find('/') != std::string::npos) return name;
-  std::error_code failure;
-  const fs::path program = IOsFullPath(IOsArgument(0));
-  for (const fs::path& place : {program, fs::canonical(program, failure)})
-    if (const fs::path beside = place.parent_path() / name; fs::is_regular_file(beside, failure))
-      return beside.string();
-  return name;
-}
-
 void Start(std::vector<std::string> words, const std::string& shown) {
   if (!words.empty()) words.front() = FindProgram(words.front());
   if (words.empty() || words.front().empty() || !frontend::StartProcess(words))
@@ -61,6 +49,16 @@ std::tm LocalTime() {
 }
 
 }  // namespace
+
+std::string FindProgram(const std::string& name) {
+  if (name.find('/') != std::string::npos) return name;
+  std::error_code failure;
+  const fs::path program = IOsFullPath(IOsArgument(0));
+  for (const fs::path& place : {program, fs::canonical(program, failure)})
+    if (const fs::path beside = place.parent_path() / name; fs::is_regular_file(beside, failure))
+      return beside.string();
+  return name;
+}
 
 void KeepFileReason(const std::string& reason) { filereason = reason; }
 std::string FileReason() { return filereason; }

@@ -221,10 +221,13 @@ void WGridPutCellInteger(int field, int column, int row, int value);
 // Replaces all rows at once, which may be more or fewer than before; none of them is picked.
 // `order` is the column by which they are sorted, negative for falling values, or 0.
 void WGridPutRows(int field, std::vector<std::vector<std::string>> rows, int order);
+// Gives it other columns than those of its label, and takes all rows away.
+void WGridPutHeads(int field, std::vector<std::string> heads);
 // Picks a cell as the user does, and shows it; with row 0 none is picked.
 void WGridPick(int field, int column, int row);
-// Colours of a row as in IGrColourN.
+// Colours of a row as in IGrColourN, and of many.
 void WGridColourRow(int field, int row, int foreground, int background);
+void WGridColourRows(int field, std::span<const int> rows, int foreground, int background);
 // The cell picked last; 0 and 0 before. Row 0 is the head of a column.
 void WGridPos(int field, int& column, int& row);
 

@@ -30,6 +30,7 @@ enum MenuId {
   MenuPopupUseCell = 40241,
   MenuUseCell1,
   MenuScaleStructures = 40260,
+  MenuSeries = 40270,
   MenuHump = 40278,
   MenuSaveRecipe = 40279,
   MenuPopupExport = 40250,

@@ -15,6 +15,8 @@
 
 #include "workspace/table.h"
 
+inline constexpr const char* ProgramTitle = "Quillagram";
+
 inline constexpr int MaxPoints = 20000;  // points a slot can hold
 inline constexpr int MaxSlots = 9;
 inline constexpr int MaxPeaks = 200;
@@ -243,6 +245,13 @@ struct Session {
   int legend = 1;     // 1 while the plot names its curves
   int printflag = 0;  // 1 while a hardcopy is drawn
   int epsflag = 0;    // 1 while an EPS file is drawn
+
+  // The series of the dialog: its files, the rows of its table and how many of them tell a failure;
+  // the file chosen; 1 map, 2 waterfall, 3 column, 4 pattern; what is drawn against what, blank for
+  // the number of the file
+  int nseriesfile = 0, nseries = 0, nseriesfailed = 0;
+  int seriesrow = 0, seriesview = 4;
+  std::string seriestable, seriescolumn, seriesalong, seriessecond;
 
   // Graphics windows beside the main one, in the order in which they were opened
   Table<int, MaxChildWindows> childwin;

@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <sstream>
 
+#include "patternfiles/patternfiles.h"
 #include "plot/plot.h"
 #include "shell/history.h"
 #include "shell/shell.h"

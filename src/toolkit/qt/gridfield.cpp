@@ -6,6 +6,7 @@
 #include <QScrollBar>
 #include <algorithm>
 #include <cstdlib>
+#include <utility>
 
 namespace {
 
@@ -28,22 +29,26 @@ std::string CellName(int column, int row) {
 GridField::GridField(const Control& control, std::function<void(const std::string&)> picked,
                      std::function<void()> accepted)
     : picked_(std::move(picked)) {
-  const QStringList heads = QString::fromUtf8(control.label).split('|');
-  setColumnCount(static_cast<int>(heads.size()));
-  setHorizontalHeaderLabels(heads);
+  ShowHeads(QString::fromUtf8(control.label).split('|'));
   setEditTriggers(NoEditTriggers);
   setSelectionMode(SingleSelection);
   setSelectionBehavior(SelectRows);
   setTabKeyNavigation(false);
   horizontalHeader()->setHighlightSections(false);
   horizontalHeader()->setSectionsClickable(control.heads);
-  if (heads.first() == "No.") verticalHeader()->hide();  // the rows tell their numbers themselves
   FitColumns();
   connect(this, &QTableWidget::cellClicked, this, [this] { PickCurrent(); });
   connect(this, &QTableWidget::cellDoubleClicked, this, std::move(accepted));
   if (control.heads)
     connect(horizontalHeader(), &QHeaderView::sectionClicked, this,
             [this](int column) { picked_(CellName(column + 1, 0)); });
+}
+
+// Rows that tell their numbers themselves need no other.
+void GridField::ShowHeads(const QStringList& heads) {
+  setColumnCount(static_cast<int>(heads.size()));
+  setHorizontalHeaderLabels(heads);
+  verticalHeader()->setVisible(heads.first() != "No.");
 }
 
 void GridField::ShowCell(int row, int column, const GridRow& shown) {
@@ -76,9 +81,15 @@ void GridField::ShowPlace(const GridState& state) {
 }
 
 void GridField::ShowCells(const GridState& state) {
+  if (std::exchange(changes_, state.changes) == state.changes) return ShowPlace(state);
   const int rows = static_cast<int>(state.rows.size());
   const bool fresh = rowCount() == 0 && rows > 0;
   setUpdatesEnabled(false);
+  if (heads_ != state.heads) {
+    QStringList heads;
+    for (const std::string& head : heads_ = state.heads) heads += QString::fromStdString(head);
+    ShowHeads(heads);
+  }
   if (rowCount() != rows) setRowCount(rows);
   for (int row = 0; row < rows; ++row)
     for (int column = 0; column < columnCount(); ++column) ShowCell(row, column, state.rows[row]);

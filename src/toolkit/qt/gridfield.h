@@ -21,6 +21,7 @@ class GridField : public QTableWidget {
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
+  void ShowHeads(const QStringList& heads);
   void ShowCell(int row, int column, const GridRow& shown);
   void ShowPlace(const GridState& state);
   void FitColumns();
@@ -28,4 +29,6 @@ class GridField : public QTableWidget {
   QSize SizeFor(int width, int rows) const;
 
   std::function<void(const std::string&)> picked_;
+  int changes_ = -1;                // of the state as it is shown
+  std::vector<std::string> heads_;  // none: those of the control
 };

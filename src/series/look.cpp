@@ -1,0 +1,153 @@
+// What is looked at of a series.
+#include "series/look.h"
+
+#include <algorithm>
+
+#include "multi/structures.h"
+#include "patternfiles/patternfiles.h"
+#include "plot/guestview.h"
+#include "plot/zoomhistory.h"
+#include "series/columns.h"
+#include "series/picture.h"
+#include "toolkit/toolkit.h"
+#include "workspace/slots.h"
+#include "workspace/snapshot.h"
+#include "workspace/text.h"
+
+namespace {
+
+void TellOf(const std::string& text) { WindowOutStatusBar(3, text); }
+
+// Of a name that is not that of a column that can be drawn nothing.
+SeriesValues ValuesOf(const Series& series, const std::string& name) {
+  if (name.empty()) return {};
+  return ValuesOf(series.table, series.table.ColumnOf(name), series.list.files.size());
+}
+
+bool CanBeDrawn(const Series& series, const SeriesLook& look, const std::string& name) {
+  return std::ranges::find(look.numbers, series.table.ColumnOf(name)) != look.numbers.end();
+}
+
+// The map is kept for the next time.
+bool HasMap(Series& series) {
+  if (series.map) return true;
+  std::vector<std::string> paths;
+  for (const FileList::File& file : series.list.files) paths.push_back(file.path);
+  auto map = ReadSeriesMap(
+      paths, [](float done) { return WProgress(3, "Reading the patterns of the series", done); });
+  if (!map) {
+    TellOf("The patterns have not been read");
+    return false;
+  }
+  if (map->tth.empty()) {
+    TellOf("None of the files can be read as a pattern");
+    return false;
+  }
+  TellOf(map->note);
+  series.map = std::make_shared<const SeriesMap>(std::move(*map));
+  return true;
+}
+
+// What is shown of the axis of two-theta, unless it is all of it.
+std::optional<ZoomView> ZoomOfPattern() {
+  if (ws.viewmode != 1 || ws.xaxismode != AxisTth || ws.npts(SlotInput) < 1) return {};
+  const bool part = ws.viewxmin > FirstTth(SlotInput) || ws.viewxmax < LastTth(SlotInput);
+  return part ? std::optional(ViewNow()) : std::nullopt;
+}
+
+void KeepZoom(const ZoomView& zoom) {
+  if (zoom.viewxmin > LastTth(SlotInput) || zoom.viewxmax < FirstTth(SlotInput)) return;
+  ws.viewxmin = ws.plotxmin = zoom.viewxmin;
+  ws.viewxmax = ws.plotxmax = zoom.viewxmax;
+}
+
+// Blank, or why it cannot be opened; then all is as it was.
+std::string Open(const std::string& path, const UndoStep& step) {
+  const auto zoom = ZoomOfPattern();
+  const Snapshot before = TakeSnapshot();
+  HoldBoxes boxes;
+  if (OpenPattern(path) != Outcome::Done) {
+    RestoreSnapshot(before);
+    const auto told = boxes.Take();
+    return told.empty() ? "It cannot be opened" : OnOneLine(told[0]);
+  }
+  ws.plotmask = PlotInput;
+  if (zoom) KeepZoom(*zoom);
+  const Snapshot opened = TakeSnapshot(&before);
+  RestoreSnapshot(before);
+  if (step) step("Open " + NameIn(path));
+  RestoreSnapshot(opened);
+  // Going through a series leaves the recent files alone.
+  ws.recentpending = 0;
+  NotePointsKept(path);
+  FollowPattern();
+  FollowPatternByStructures();
+  return "";
+}
+
+// Why the row of the table has failed, or what the import has done, or where it stands.
+std::string WordOf(const Series& series, std::size_t row) {
+  if (row < series.table.rows.size() && HasFailed(series.table, row)) {
+    const int failed = series.table.ColumnOf(kFailedColumn);
+    return series.table.rows[row][static_cast<std::size_t>(failed)];
+  }
+  if (!ws.importnote.empty()) return ws.importnote;
+  return std::to_string(row + 1) + " of " + std::to_string(series.list.files.size());
+}
+
+}  // namespace
+
+void NoteSeries(const Series& series, SeriesLook& look) {
+  look.numbers = NumberColumns(series.table);
+  for (std::string* name : {&ws.seriescolumn, &ws.seriesalong, &ws.seriessecond})
+    if (!CanBeDrawn(series, look, *name)) name->clear();
+  if (ws.seriescolumn.empty() && !look.numbers.empty())
+    ws.seriescolumn = series.table.columns[static_cast<std::size_t>(look.numbers[0])];
+  ws.nseriesfile = static_cast<int>(series.list.files.size());
+  ws.nseries = static_cast<int>(series.table.rows.size());
+  ws.nseriesfailed = 0;
+  for (std::size_t row = 0; row < series.table.rows.size(); ++row)
+    ws.nseriesfailed += HasFailed(series.table, row);
+  ws.seriesrow = std::min(ws.seriesrow, ws.nseriesfile);
+  ws.seriestable = series.tablepath;
+}
+
+bool ShowPicture(Series& series, const SeriesLook& look, SeriesView view) {
+  if (view == ViewColumn && look.numbers.empty()) {
+    TellOf("No column of numbers yet");
+    return false;
+  }
+  if (view != ViewColumn && !HasMap(series)) return false;
+  SeriesPicture picture{.kind = static_cast<SeriesKind>(view),
+                        .title = FilesText(series),
+                        .map = series.map,
+                        .scale = look.scale,
+                        .coloured = true,
+                        .along = ValuesOf(series, ws.seriesalong),
+                        .column = ValuesOf(series, ws.seriescolumn),
+                        .second = ValuesOf(series, ws.seriessecond)};
+  ShowSeries(picture);
+  ws.viewmode = GuestViewMode;
+  ws.seriesview = view;
+  return true;
+}
+
+bool ShowFile(const Series& series, int row, const UndoStep& step) {
+  const std::string& path = series.list.files[static_cast<std::size_t>(row - 1)].path;
+  ws.seriesrow = row;
+  const std::string failure = path == ws.patternpath ? "" : Open(path, step);
+  const std::string word = failure.empty() ? WordOf(series, static_cast<std::size_t>(row - 1)) : "";
+  TellOf(NameIn(path) + ": " + (failure.empty() ? word : failure));
+  if (!failure.empty()) return false;
+  ws.viewmode = 1;
+  ws.seriesview = ViewPattern;
+  return true;
+}
+
+std::string FilesText(const Series& series) {
+  const auto& files = series.list.files;
+  if (files.empty()) return "none chosen";
+  const std::string first = NameIn(files.front().path);
+  if (files.size() == 1) return "1 file, " + first;
+  return std::to_string(files.size()) + " files, " + first + " to " + NameIn(files.back().path);
+}
