@@ -72,6 +72,8 @@ int RunBeside(int dialog, const std::function<bool(const Message&)>& handler) {
           WDialogHide();
           return message.type == MessageButton ? message.value1 : 0;
         }
+        // Of a click that has opened another pattern nothing is taken back.
+        if (beforeclick && beforeclick->loadcount != ws.loadcount) beforeclick.reset();
         RefreshView();
         NoteZoom();
     }

@@ -95,14 +95,24 @@ std::string WordOf(const Series& series, std::size_t row) {
   return std::to_string(row + 1) + " of " + std::to_string(series.list.files.size());
 }
 
+// At first the first column of the recipe is drawn, along the first one of the list.
+void ChooseColumns(const Series& series, const SeriesLook& look) {
+  const auto& listed = series.list.columns;
+  for (const int column : look.numbers) {
+    const std::string& name = series.table.columns[static_cast<std::size_t>(column)];
+    const bool told = std::ranges::find(listed, name) != listed.end();
+    std::string& field = told ? ws.seriesalong : ws.seriescolumn;
+    if (field.empty() && name != kDateColumn) field = name;
+  }
+}
+
 }  // namespace
 
 void NoteSeries(const Series& series, SeriesLook& look) {
   look.numbers = NumberColumns(series.table);
   for (std::string* name : {&ws.seriescolumn, &ws.seriesalong, &ws.seriessecond})
     if (!CanBeDrawn(series, look, *name)) name->clear();
-  if (ws.seriescolumn.empty() && !look.numbers.empty())
-    ws.seriescolumn = series.table.columns[static_cast<std::size_t>(look.numbers[0])];
+  if (ws.seriescolumn.empty()) ChooseColumns(series, look);
   ws.nseriesfile = static_cast<int>(series.list.files.size());
   ws.nseries = static_cast<int>(series.table.rows.size());
   ws.nseriesfailed = 0;
@@ -113,13 +123,14 @@ void NoteSeries(const Series& series, SeriesLook& look) {
 }
 
 bool ShowPicture(Series& series, const SeriesLook& look, SeriesView view) {
+  constexpr int kTitleLetters = 80;
   if (view == ViewColumn && look.numbers.empty()) {
     TellOf("No column of numbers yet");
     return false;
   }
   if (view != ViewColumn && !HasMap(series)) return false;
   SeriesPicture picture{.kind = static_cast<SeriesKind>(view),
-                        .title = FilesText(series),
+                        .title = FilesText(series, kTitleLetters),
                         .map = series.map,
                         .scale = look.scale,
                         .coloured = true,
@@ -144,10 +155,12 @@ bool ShowFile(const Series& series, int row, const UndoStep& step) {
   return true;
 }
 
-std::string FilesText(const Series& series) {
+std::string FilesText(const Series& series, int letters) {
   const auto& files = series.list.files;
-  if (files.empty()) return "none chosen";
-  const std::string first = NameIn(files.front().path);
-  if (files.size() == 1) return "1 file, " + first;
-  return std::to_string(files.size()) + " files, " + first + " to " + NameIn(files.back().path);
+  if (files.empty()) return "";
+  const std::string count = std::to_string(files.size()) + (files.size() == 1 ? " file" : " files"),
+                    first = NameIn(files.front().path);
+  const std::string whole = count + ", " + first + " to " + NameIn(files.back().path);
+  if (files.size() == 1) return count + ", " + first;
+  return Cut(whole, letters).size() == whole.size() ? whole : count + " from " + first;
 }

@@ -29,5 +29,6 @@ bool ShowPicture(Series& series, const SeriesLook& look, SeriesView view);
 // bar, for one that cannot be opened.
 bool ShowFile(const Series& series, int row, const UndoStep& step);
 
-// "120 files, frame_001.xy to frame_120.xy"
-std::string FilesText(const Series& series);
+// "120 files, frame_001.xy to frame_120.xy", or a shorter text where that is too long; blank for no
+// file.
+std::string FilesText(const Series& series, int letters);

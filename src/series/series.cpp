@@ -68,26 +68,11 @@ void PutTable(Series& series, const std::string& path, SeriesTable table, std::s
   series.tableend = end;
 }
 
-// Other rows, and what is no table, are for the run to tell.
-void TakeFittingTable(Series& series) {
-  const std::string path = series.tablepath;
-  PutTable(series, path, {}, 0);
-  if (!IsThere(path)) return;
-  try {
-    std::size_t end = 0;
-    SeriesTable table = ReadSeriesTable(path, &end);
-    if (IsOfFirstFiles(table, series.list, FileDirectory(path)))
-      PutTable(series, path, std::move(table), end);
-  } catch (const SeriesError&) {
-  }
-}
-
 // Recipe or files are others.
 void PlaceTable(Series& series) {
   if (!series.tablechosen && !series.recipe.empty() && !series.list.files.empty())
-    series.tablepath =
-        FileDirectory(series.list.files[0].path) + fs::path(series.recipe).stem().string() + ".csv";
-  TakeFittingTable(series);
+    series.tablepath = series.directory + fs::path(series.recipe).stem().string() + ".csv";
+  ReadTable(series);
 }
 
 }  // namespace
@@ -101,14 +86,16 @@ void ChooseRecipe(Series& series, const std::string& path) {
 
 void ChooseFiles(Series& series, std::vector<std::string> paths) {
   FileList list;
+  std::ranges::sort(paths, NaturalOrder);
+  const std::string directory = FileDirectory(paths[0]);
   if (paths.size() == 1 && IsList(paths[0])) {
     list = ListOf(paths[0]);
   } else {
-    std::ranges::sort(paths, NaturalOrder);
     for (std::string& path : paths) list.files.push_back({std::move(path), {}});
   }
   CheckPaths(list);
   series.list = std::move(list);
+  series.directory = directory;
   series.map.reset();
   // A table that was there belongs to its own files.
   if (!series.table.rows.empty()) {
@@ -127,6 +114,7 @@ void ChooseTable(Series& series, const std::string& path) {
       FileList list = FilesOf(table, directory);
       CheckPaths(list);
       series.list = std::move(list);
+      series.directory = directory;
       series.map.reset();
     }
     PutTable(series, path, std::move(table), end);
@@ -137,9 +125,16 @@ void ChooseTable(Series& series, const std::string& path) {
 }
 
 void ReadTable(Series& series) {
-  series.table = {};
-  series.tableend = 0;
-  FollowTable(series);
+  const std::string path = series.tablepath;
+  PutTable(series, path, {}, 0);
+  if (!IsThere(path)) return;
+  try {
+    std::size_t end = 0;
+    SeriesTable table = ReadSeriesTable(path, &end);
+    if (IsOfFirstFiles(table, series.list, FileDirectory(path)))
+      PutTable(series, path, std::move(table), end);
+  } catch (const SeriesError&) {
+  }
 }
 
 void FollowTable(Series& series) { ReadMoreRows(series.tablepath, series.table, series.tableend); }

@@ -11,8 +11,9 @@
 struct Series {
   std::string recipe;        // path; blank: none yet
   std::string tablepath;     // blank: none yet
-  bool tablechosen = false;  // else it lies beside the first file under the name of the recipe
+  bool tablechosen = false;  // else it lies beside the files under the name of the recipe
   FileList list;             // with whole paths
+  std::string directory;     // of the list, or of the first file
   SeriesTable table;         // its rows are those of the first files
   std::size_t tableend = 0;  // the byte up to which it has been read
   bool chain = false;
@@ -23,7 +24,7 @@ struct Series {
 // The name without its directory.
 std::string NameIn(const std::string& path);
 
-// Each leaves the series as it was if it throws SeriesError.
+// Each of these leaves the series as it was if it throws SeriesError.
 
 void ChooseRecipe(Series& series, const std::string& path);
 // Patterns, which are put into the order of their names; or a single list of patterns, whose paths
@@ -33,8 +34,9 @@ void ChooseFiles(Series& series, std::vector<std::string> paths);
 // first files anyway.
 void ChooseTable(Series& series, const std::string& path);
 
-// Reads the table from its beginning, and what has been added since.
+// Takes the rows of the table, unless they are those of other files: that is for a run to tell.
 void ReadTable(Series& series);
+// Adds the rows that have come since. Throws SeriesError.
 void FollowTable(Series& series);
 
 // The list as the program that runs it reads it. Files are named as seen from the directory of the

@@ -53,14 +53,23 @@ enum SeriesDialog {
   NameOfSecond,
   FieldRow,
   NameOfRow,
+  NameOfScale,
   ButtonRun,
 };
 
-constexpr Control Number(int id, const char* label, int lowest, const char* tip) {
-  return Tip(Spin(id, label, nullptr, lowest, 999999999), tip);
+constexpr const char* kView = "View";
+
+constexpr Control InView(Control control) {
+  control.group = kView;
+  return control;
 }
 
-constexpr const char *kView = "View", *kScale = "Counts of map and waterfall";
+constexpr Control Number(int id, const char* label, int lowest, const char* tip) {
+  return InView(Tip(Spin(id, label, nullptr, lowest, 999999999), tip));
+}
+
+constexpr Control NameBeside(int id) { return InView(Beside(Label(id, ""))); }
+
 constexpr Control kControls[] = {
     Label(FieldRecipe, "Recipe"),
     Beside(Press(ButtonRecipe, "Recipe...")),
@@ -75,18 +84,19 @@ constexpr Control kControls[] = {
     Beside(Choice(ChoiceWaterfall, "Waterfall", kView)),
     Beside(Choice(ChoiceColumn, "Column", kView)),
     Beside(Choice(ChoicePattern, "Pattern", kView)),
-    Choice(ChoiceLinear, "Linear", kScale),
-    Beside(Choice(ChoiceSquareRoot, "Square root", kScale)),
-    Beside(Choice(ChoiceLogarithm, "Logarithm", kScale)),
-    Number(FieldColumn, "Column", 1, "by number, or a click on the head of the table"),
-    Beside(Label(NameOfColumn, "")),
-    Number(FieldAlong, "Along", 0,
-           "0: the file's number; a second click on a head draws along that column"),
-    Beside(Label(NameOfAlong, "")),
+    Number(FieldColumn, "Upward", 1, "the column that is shown; a click on its head shows it, too"),
+    NameBeside(NameOfColumn),
+    Beside(Number(FieldAlong, "Along", 0,
+                  "0: the number of the file; or a column, as by another click on its head")),
+    NameBeside(NameOfAlong),
     Number(FieldSecond, "Second", 0, "another column in the same picture; 0: none"),
-    Beside(Label(NameOfSecond, "")),
-    Number(FieldRow, "File", 1, "opens its pattern, as a click on its row or in a picture does"),
-    Beside(Label(NameOfRow, "")),
+    NameBeside(NameOfSecond),
+    Beside(Number(FieldRow, "File", 1, "opens it, as a click on its row or in a picture does")),
+    NameBeside(NameOfRow),
+    InView(Label(NameOfScale, "Counts")),
+    Beside(Choice(ChoiceLinear, "Linear", kView)),
+    Beside(Choice(ChoiceSquareRoot, "Square root", kView)),
+    Beside(Choice(ChoiceLogarithm, "Logarithm", kView)),
     {.id = Grid, .kind = ControlKind::Grid, .label = "No.|file", .heads = true},
     Press(ButtonRun, "Run"),
     {ButtonCancel, ControlKind::Button, "Close"},
@@ -110,16 +120,31 @@ constexpr std::size_t kPageRows = 2000;
 // ---- What the dialog shows ----
 
 // As much of a text as its field has room for.
-std::string Fitting(const std::string& text) {
-  constexpr std::size_t kLetters = 46, kEnd = 22;
-  if (text.size() <= kLetters) return text;
-  std::string_view begin = Cut(text, kLetters - kEnd - 3);
-  return std::string(begin) + "..." + text.substr(text.size() - kEnd);
+constexpr int kTextLetters = 34, kNameLetters = 14;
+std::string Fitting(const std::string& text, int letters) {
+  const std::string begin(Cut(text, letters));
+  return begin.size() == text.size() ? text : std::string(Cut(text, letters - 3)) + "...";
 }
 
-bool IsInGrid(const std::string& name) {
+// 0 for the number of the file, else which of the columns that can be drawn.
+int NumberOf(const std::string& name) {
+  const auto at = std::ranges::find(look.numbers, series.table.ColumnOf(name));
+  return at == look.numbers.end() ? 0 : static_cast<int>(at - look.numbers.begin()) + 1;
+}
+
+std::string NameOfNumber(int number) {
+  if (number < 1 || look.numbers.empty()) return "";
+  const std::size_t at =
+      std::min<std::size_t>(static_cast<std::size_t>(number), look.numbers.size());
+  return series.table.columns[static_cast<std::size_t>(look.numbers[at - 1])];
+}
+
+// The file has a column of its own, failures a colour, and few instruments tell the date.
+bool IsInGrid(std::size_t column) {
   static constexpr std::string_view kOthers[] = {kFileColumn, kRecipeColumn, kBoxesColumn,
                                                  kFailedColumn};
+  const std::string& name = series.table.columns[column];
+  if (name == kDateColumn) return NumberOf(name) > 0;
   return std::ranges::find(kOthers, name) == std::end(kOthers);
 }
 
@@ -127,7 +152,7 @@ void ShowHeads(Shown& shown) {
   std::vector<std::string> heads{"No.", "file"};
   shown.columns.clear();
   for (std::size_t column = 0; column < series.table.columns.size(); ++column) {
-    if (!IsInGrid(series.table.columns[column])) continue;
+    if (!IsInGrid(column)) continue;
     shown.columns.push_back(static_cast<int>(column));
     heads.push_back(series.table.columns[column]);
   }
@@ -170,42 +195,29 @@ void PickRow(Shown& shown, std::size_t row) {
   WGridPick(Grid, std::max(column, 1), static_cast<int>(row - shown.page) + 1);
 }
 
-// 0 for the number of the file, else which of the columns that can be drawn.
-int NumberOf(const std::string& name) {
-  const auto at = std::ranges::find(look.numbers, series.table.ColumnOf(name));
-  return at == look.numbers.end() ? 0 : static_cast<int>(at - look.numbers.begin()) + 1;
-}
-
-std::string NameOfNumber(int number) {
-  if (number < 1 || look.numbers.empty()) return "";
-  const std::size_t at =
-      std::min<std::size_t>(static_cast<std::size_t>(number), look.numbers.size());
-  return series.table.columns[static_cast<std::size_t>(look.numbers[at - 1])];
-}
-
 void ShowNames() {
   const struct {
     int field, label;
     const std::string& name;
     const char* none;
   } rows[] = {{FieldColumn, NameOfColumn, ws.seriescolumn, ""},
-              {FieldAlong, NameOfAlong, ws.seriesalong, "number of the file"},
+              {FieldAlong, NameOfAlong, ws.seriesalong, "file"},
               {FieldSecond, NameOfSecond, ws.seriessecond, "none"}};
   for (const auto& [field, label, name, none] : rows) {
     WDialogPutInteger(field, NumberOf(name));
-    WDialogPutString(label, name.empty() ? none : name);
+    WDialogPutString(label, Fitting(name.empty() ? none : name, kNameLetters));
     WDialogFieldState(field, !look.numbers.empty());
   }
 }
 
 void ShowRowNumber(const Shown& shown) {
   const std::size_t files = series.list.files.size();
-  std::string text = files > 0 ? "of " + std::to_string(files) : "";
-  if (files > kPageRows)
-    text += ", rows " + std::to_string(shown.page + 1) + " to " +
-            std::to_string(std::min(files, shown.page + kPageRows)) + " in the table";
   WDialogPutInteger(FieldRow, ws.seriesrow);
-  WDialogPutString(NameOfRow, text);
+  WDialogPutString(NameOfRow, "of " + std::to_string(files));
+  if (files <= kPageRows) return;
+  const std::size_t last = std::min(files, shown.page + kPageRows);
+  WindowOutStatusBar(
+      4, "The table shows rows " + std::to_string(shown.page + 1) + " to " + std::to_string(last));
 }
 
 void ShowView() { WDialogPutRadioButton(ChoiceMap + ws.seriesview - 1); }
@@ -220,10 +232,10 @@ void ShowStates() {
 void ShowAll(Shown& shown) {
   NoteSeries(series, look);
   const auto put = [](int field, const std::string& text) {
-    WDialogPutString(field, text.empty() ? "none chosen" : Fitting(text));
+    WDialogPutString(field, text.empty() ? "none chosen" : Fitting(text, kTextLetters));
   };
   put(FieldRecipe, NameIn(series.recipe));
-  put(FieldFiles, FilesText(series));
+  put(FieldFiles, FilesText(series, kTextLetters));
   put(FieldTable, NameIn(series.tablepath));
   WDialogPutString(FieldRestart, series.restart);
   WDialogPutCheckBox(BoxChain, series.chain);
@@ -276,10 +288,11 @@ void ChooseColumn(std::string& field, int number) {
 // A head shows its column; that of the column on show makes it the one along which others are
 // drawn, and then the number of the file stands there again.
 void TakeHead(const Shown& shown, int column) {
-  const std::size_t at = static_cast<std::size_t>(column) - 3;
-  const std::string name =
-      column < 3 ? "" : series.table.columns[static_cast<std::size_t>(shown.columns[at])];
-  if (NumberOf(name) == 0 || name == ws.seriesalong) return ChooseColumn(ws.seriesalong, 0);
+  if (column < 3) return ChooseColumn(ws.seriesalong, 0);
+  const auto at = static_cast<std::size_t>(shown.columns[static_cast<std::size_t>(column - 3)]);
+  const std::string name = series.table.columns[at];
+  if (NumberOf(name) == 0) return WindowOutStatusBar(3, name + " is no column of numbers");
+  if (name == ws.seriesalong) return ChooseColumn(ws.seriesalong, 0);
   const bool again = name == ws.seriescolumn && ws.seriesview == ViewColumn;
   ChooseColumn(again ? ws.seriesalong : ws.seriescolumn, NumberOf(name));
 }
@@ -381,8 +394,9 @@ bool MayWriteAnew(const SeriesEnd& end) {
 }
 
 void TellEnd(const SeriesEnd& end, double seconds) {
-  const std::string rows = Counted(end.last);
-  if (end.stopped) return WindowOutStatusBar(3, "Stopped at " + rows + "; Run goes on from there");
+  if (end.stopped)
+    return WindowOutStatusBar(3, "Stopped at " + std::to_string(ws.nseries) + " of " +
+                                     std::to_string(ws.nseriesfile) + "; Run goes on from there");
   if (!end.whole && !end.othertable) MessageBoxError("Series", end.told);
   if (!end.whole) return WindowOutStatusBar(3, OnOneLine(end.told));
   const std::string failed = ", " + std::to_string(ws.nseriesfailed) + " failed, ";

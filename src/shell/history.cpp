@@ -13,6 +13,9 @@
 namespace {
 
 std::vector<std::string> history;
+// Where what was done to a pattern begins that has come in beside other things, as one of a series.
+std::size_t begins = 0;
+int loads = 0;
 
 using Lines = std::vector<std::string>;
 
@@ -29,6 +32,12 @@ bool Opens(const std::string& line) {
 // What was done since the last pattern was opened, which is the first line.
 Lines SinceOpened() {
   const auto last = std::find_if(history.rbegin(), history.rend(), Opens);
+  const auto behind = history.begin() + static_cast<std::ptrdiff_t>(begins);
+  if (last.base() <= behind && begins > 0) {
+    Lines lines{"open \"{file}\""};
+    lines.insert(lines.end(), behind, history.end());
+    return lines;
+  }
   if (last == history.rend()) return {};
   Lines lines(std::prev(last.base()), history.end());
   if (!Is(lines[0], "open") && lines.size() > 1 && Is(lines[1], "file")) lines.erase(lines.begin());
@@ -77,10 +86,15 @@ void Append(Lines& lines, const Lines& more) {
 
 void NoteHistory(const std::vector<std::string>& lines) {
   history.insert(history.end(), lines.begin(), lines.end());
+  if (ws.loadcount > loads && std::ranges::none_of(lines, Opens)) begins = history.size();
+  loads = ws.loadcount;
 }
 
 bool HasHistory() { return !history.empty(); }
-void ForgetHistory() { history.clear(); }
+void ForgetHistory() {
+  history.clear();
+  begins = 0;
+}
 
 bool WriteHistory(const std::string& path) {
   const int date = IOsDate();

@@ -41,12 +41,19 @@ bool SameBox(const Control& a, const Control& b) {
   return !StandsInBar(a) && !StandsInBar(b) && std::string_view(a.group) == b.group;
 }
 
+bool HoldsTable(const QWidget* section) { return section->findChild<QTableWidget*>(); }
+
+// Of a table, which takes what is left, as few rows as it can do with.
+int HeightOf(const QWidget* section) {
+  return (HoldsTable(section) ? section->minimumSizeHint() : section->sizeHint()).height();
+}
+
 // Sections in columns of about a height; a column takes one that reaches beyond by less than half.
 std::vector<std::vector<QWidget*>> InColumns(const std::vector<QWidget*>& sections, int height) {
   std::vector<std::vector<QWidget*>> columns;
   int filled = 0;
   for (QWidget* section : sections) {
-    const int own = section->sizeHint().height();
+    const int own = HeightOf(section);
     if (columns.empty() || filled + own / 2 > height) {
       columns.emplace_back();
       filled = 0;
@@ -88,8 +95,6 @@ void AddKey(QPushButton* button, const char* key) {
   QObject::connect(shortcut, &QShortcut::activated, button, &QPushButton::click);
   button->setToolTip(keys.toString(QKeySequence::NativeText));
 }
-
-bool HoldsTable(const QWidget* section) { return section->findChild<QTableWidget*>(); }
 
 bool SameChoice(const Control& a, const Control& b) {
   return a.kind == Radio && b.kind == Radio && std::string_view(a.group) == b.group;
@@ -281,7 +286,7 @@ QWidget* DialogView::ArrangeSections() {
   }
   const QSize room = screen()->availableGeometry().size();
   int total = 0;
-  for (const QWidget* section : sections) total += section->sizeHint().height();
+  for (const QWidget* section : sections) total += HeightOf(section);
   int wanted = std::clamp<int>(std::ceil(total / (kHighest * room.height())), 1, 4);
   auto columns = InColumns(sections, total / wanted);
   while (wanted > 1 && WidthOf(columns) > kWidest * room.width())

@@ -98,7 +98,7 @@ void GridField::ShowCells(const GridState& state) {
   if (state.order != 0)
     heads->setSortIndicator(std::abs(state.order) - 1,
                             state.order > 0 ? Qt::AscendingOrder : Qt::DescendingOrder);
-  if (fresh) FitColumns();
+  fresh ? FitColumns() : WidenColumns();
   ShowPlace(state);
   setUpdatesEnabled(true);
 }
@@ -110,6 +110,14 @@ void GridField::FitColumns() {
   for (int column = 0; column < columnCount(); ++column)
     setColumnWidth(column, std::max(columnWidth(column) + letter, kLettersOfColumn * letter));
   updateGeometry();
+}
+
+// Cells may have become longer; what the user has made wider stays so.
+void GridField::WidenColumns() {
+  const int letter = fontMetrics().horizontalAdvance('0');
+  for (int column = 0; column < columnCount(); ++column)
+    if (const int needed = sizeHintForColumn(column); needed > columnWidth(column))
+      setColumnWidth(column, needed + letter);
 }
 
 QSize GridField::SizeFor(int width, int rows) const {

@@ -25,6 +25,7 @@ class GridField : public QTableWidget {
   void ShowCell(int row, int column, const GridRow& shown);
   void ShowPlace(const GridState& state);
   void FitColumns();
+  void WidenColumns();
   void PickCurrent();
   QSize SizeFor(int width, int rows) const;
 
