@@ -25,13 +25,13 @@ bool Is(const std::string& line, const char* word) {
 }
 
 // A pattern is opened by its path, or by an item of the menu that is answered with it.
-bool Opens(const std::string& line) {
+bool OpensPattern(const std::string& line) {
   return Is(line, "open") || (Is(line, "menu") && line.ends_with("  # Open pattern"));
 }
 
 // What was done since the last pattern was opened, which is the first line.
 Lines SinceOpened() {
-  const auto last = std::find_if(history.rbegin(), history.rend(), Opens);
+  const auto last = std::find_if(history.rbegin(), history.rend(), OpensPattern);
   const auto behind = history.begin() + static_cast<std::ptrdiff_t>(begins);
   if (last.base() <= behind && begins > 0) {
     Lines lines{"open \"{file}\""};
@@ -86,7 +86,7 @@ void Append(Lines& lines, const Lines& more) {
 
 void NoteHistory(const std::vector<std::string>& lines) {
   history.insert(history.end(), lines.begin(), lines.end());
-  if (ws.loadcount > loads && std::ranges::none_of(lines, Opens)) begins = history.size();
+  if (ws.loadcount > loads && std::ranges::none_of(lines, OpensPattern)) begins = history.size();
   loads = ws.loadcount;
 }
 
