@@ -39,6 +39,7 @@ void TakeLines(std::string& text, SeriesEnd& end) {
 void ReadComplaint(SeriesEnd& end) {
   const std::string name = std::string(kProgram) + ": ", advice = "; give another name to --table";
   if (end.told.starts_with(name)) end.told.erase(0, name.size());
+  if (!end.told.empty()) end.told[0] = UpperChar(end.told[0]);
   const std::size_t at = end.told.find(advice);
   end.othertable = at != end.told.npos;
   if (end.othertable) end.told.erase(at);

@@ -94,6 +94,7 @@ bool HasHistory() { return !history.empty(); }
 void ForgetHistory() {
   history.clear();
   begins = 0;
+  loads = ws.loadcount;
 }
 
 bool WriteHistory(const std::string& path) {

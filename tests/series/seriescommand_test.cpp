@@ -1,0 +1,190 @@
+// "Series" from a user's side: a run, its table, and looking at it.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+
+#include "series/seriestable.h"
+#include "support/support.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using Lines = std::vector<std::string>;
+
+// A line over a flat background, with its top at `place`.
+std::string PatternWithLine(double place) {
+  std::string text;
+  for (int i = 0; i < 400; ++i) {
+    const double x = 20 + 0.02 * i, t = (x - place) / 0.1;
+    char line[64];
+    std::snprintf(line, sizeof line, "%.2f %.0f\n", x, 50 + 5000 / (1 + t * t));
+    text += line;
+  }
+  return text;
+}
+
+class SeriesCommand : public testing::Test {
+ protected:
+  // Files 1 to 6, the last one as number 10, of which the third is no pattern.
+  void SetUp() override {
+    for (const int k : {1, 2, 4, 5, 10})
+      WriteFile(folder_.file("run" + std::to_string(k) + ".xy"), PatternWithLine(22 + 0.1 * k));
+    WriteFile(folder_.file("run3.xy"), "no pattern\n");
+    WriteRecipe("lines", "");
+    fs::create_directory(folder_.file("beside"));
+  }
+  void WriteRecipe(const std::string& name, const std::string& more) {
+    WriteFile(folder_.file(name + ".recipe"),
+              "open \"{file}\"\nmenu \"Peak search/Auto peak search\"\n"
+              "get peaks(1:2,1) as place height\n" +
+                  more);
+  }
+  // The events of a transcript that opens the series, but for what the dialog shows at first.
+  Lines Do(const std::string& lines) {
+    const ReplayRun run = RunReplay(
+        "open run1.xy\nmenu \"Multiple patterns/Series\"\n"
+        "press \"Files...\"\n"
+        "file run10.xy run2.xy run1.xy run3.xy run5.xy run4.xy\n"
+        "press \"Recipe...\"\nfile lines.recipe\n" +
+            lines,
+        folder_.path());
+    EXPECT_EQ(run.status, 0) << (run.lines.empty() ? "" : run.lines.back());
+    return run.lines;
+  }
+  static bool Has(const Lines& events, const std::string& begin) {
+    return std::ranges::any_of(events,
+                               [&](const std::string& event) { return event.starts_with(begin); });
+  }
+  // What the gets have printed, by their names.
+  static Lines Values(const Lines& events, const std::string& name) {
+    Lines values;
+    for (const std::string& event : events)
+      if (event.starts_with("value\t" + name + "\t"))
+        values.push_back(event.substr(name.size() + 7));
+    return values;
+  }
+  std::string Table() const { return ReadFile(folder_.file("lines.csv")); }
+  TempDir folder_;
+};
+
+TEST_F(SeriesCommand, RunsAndShowsWhatHasComeOfIt) {
+  const Lines events =
+      Do("item 40270\nget nseriesfile\npress Run\nget nseries\nget nseriesfailed\nget seriesview\n"
+         "get seriescolumn\nget viewmode\n"
+         // A row that has failed cannot be opened either; the next one can.
+         "set 1900 \"1,3\"\nget patternstem\nset 1900 \"1,4\"\nget patternstem\nget viewmode\n"
+         "get seriesrow\nset File 99\nget seriesrow\n"
+         // A line of the map, and a point of the column, which a double click does not take back.
+         "set Map on\nget viewmode\nmouse left 24 5\nget patternstem\n"
+         "set Column on\nmouse left 2 22.2\nget patternstem\ndoubleclick 500 500\nget patternstem\n"
+         "get viewymax\nget seriesview\n"
+         "set Waterfall on\nset Logarithm on\nplot beside/after.svg\npress Close\nget viewmode\n"
+         "menu \"Peak search/Auto peak search\"\nmenu \"Edit/Save as recipe...\"\nfile done\n"
+         "menu \"File/Save graphics/*.svg\"\nfile after.svg\n"
+         "undo\nundo\nget patternstem\nget viewmode\nundo\nget patternstem\n");
+  EXPECT_EQ(Values(events, "nseriesfile"), Lines{"6"});
+  EXPECT_EQ(Values(events, "nseries"), Lines{"6"});
+  EXPECT_EQ(Values(events, "nseriesfailed"), Lines{"1"});
+  EXPECT_EQ(Values(events, "seriescolumn"), Lines{"place"});
+  EXPECT_TRUE(Has(events, "status\t3\t6 rows, 1 failed, "));
+  EXPECT_TRUE(Has(events, "status\t3\trun3.xy: "));
+  EXPECT_EQ(Values(events, "patternstem"),
+            (Lines{"run1", "run4", "run5", "run2", "run2", "run5", "run10"}));
+  EXPECT_EQ(Values(events, "seriesrow"), (Lines{"4", "6"}));
+  EXPECT_EQ(Values(events, "seriesview"), (Lines{"3", "4"}));
+  EXPECT_EQ(Values(events, "viewmode"), (Lines{"5", "1", "5", "5", "5"}));
+
+  const SeriesTable table = ReadSeriesTable(folder_.file("lines.csv"));
+  ASSERT_EQ(table.rows.size(), 6u);
+  const int numbers[] = {1, 2, 3, 4, 5, 10};
+  for (std::size_t row = 0; row < 6; ++row) {
+    EXPECT_EQ(table.rows[row][0], "run" + std::to_string(numbers[row]) + ".xy");
+    if (row == 2) continue;
+    EXPECT_NEAR(std::stod(table.rows[row][2]), 22 + 0.1 * numbers[row], 0.03);
+  }
+  const std::string picture = ReadFile(folder_.file("after.svg"));
+  EXPECT_GT(picture.size(), 5000u);
+  EXPECT_TRUE(picture == ReadFile(folder_.file("beside/after.svg")));
+  // What was done to a pattern of the series, and nothing of the series.
+  const std::string recipe = ReadFile(folder_.file("done.recipe"));
+  EXPECT_NE(recipe.find("open \"{file}\"\nmenu 40105"), recipe.npos) << recipe;
+  EXPECT_EQ(recipe.find("40270"), recipe.npos);
+}
+
+// It goes on with the table that is there, and a table of another recipe is put aside on demand.
+TEST_F(SeriesCommand, GoesOnAndLosesNothing) {
+  Do("press Run\npress Close\n");
+  const std::string whole = Table();
+  const std::size_t half = whole.find("run4.xy");
+  WriteFile(folder_.file("lines.csv"), whole.substr(0, half) + "run4.xy,,2");
+  Lines events =
+      Do("get nseries\nstop 1\npress Run\nget nseries\npress Run\nget nseries\npress Close\n");
+  EXPECT_EQ(Values(events, "nseries").front(), "3");
+  EXPECT_TRUE(Has(events, "status\t3\tStopped at "));
+  EXPECT_EQ(Values(events, "nseries").back(), "6");
+  EXPECT_EQ(Table(), whole);
+
+  WriteRecipe("lines", "get npts(1)\n");
+  WriteFile(folder_.file("lines.csv.old"), "of an earlier time");
+  events = Do("press Run\npress Cancel\nget nseries\npress Close\n");
+  EXPECT_TRUE(Has(events, "query\tSeries\tTable "));
+  EXPECT_EQ(Table(), whole);
+  Do("press Run\npress OK\npress Close\n");
+  EXPECT_EQ(ReadFile(folder_.file("lines.csv.old2")), whole);
+  EXPECT_EQ(ReadFile(folder_.file("lines.csv.old")), "of an earlier time");
+  EXPECT_EQ(ReadSeriesTable(folder_.file("lines.csv")).ColumnOf("npts(1)"), 4);
+}
+
+// What cannot be is told in a box, and no table is written or touched.
+TEST_F(SeriesCommand, TellsWhatIsWrong) {
+  Lines events = Do("set \"Restart when\" \"Rwp 12\"\npress Run\npress Close\n");
+  EXPECT_TRUE(Has(events, "box\tSeries\t\"Restart when\" takes "));
+  events = Do("set \"Restart when\" \"b>12\"\nset Chain on\npress Run\npress Close\n");
+  EXPECT_TRUE(Has(events, "box\tSeries\t--restart-when: the recipe has no column \"b\""));
+  WriteRecipe("lines", "menu \"No such item\"\n");
+  events = Do("press Run\nget nseries\npress Close\n");
+  EXPECT_TRUE(Has(events, "box\tSeries\t" + folder_.file("lines.recipe, line 4: no menu item "));
+  EXPECT_FALSE(fs::exists(folder_.file("lines.csv")));
+  WriteRecipe("lines", "");
+  WriteFile(folder_.file("lines.csv"), "an,other\n1,2\n");
+  events =
+      Do("press Run\npress \"Table...\"\nfile lines.csv\nget seriestable\n"
+         "press \"Files...\"\nfile\npress Close\n");
+  EXPECT_TRUE(
+      Has(events, "box\tSeries\t" + folder_.file("lines.csv") + " is no table of a series"));
+  EXPECT_EQ(Table(), "an,other\n1,2\n");
+}
+
+// Nothing is run: rows, columns by their heads, and what a column stands along.
+TEST_F(SeriesCommand, LooksAtATable) {
+  WriteFile(folder_.file("old.csv"),
+            "file,date,T,a,a esd,start,recipe,boxes,failed\n"
+            "run1.xy,2026-01-01 10:00,300,5.4,0.1,chain,x#1,,\n"
+            "run2.xy,2026-01-01 10:30,310,5.5,0.1,chain,x#1,,\n"
+            "run9.xy,,320,,,chain,x#1,,went away\n");
+  const Lines events =
+      Do("press \"Table...\"\nfile old.csv\nget nseriesfile\nget seriesalong\n"
+         // No. 1, file 2, date 3, T 4, a 5
+         "set 1900 \"5,0\"\nget seriescolumn\nget seriesview\nset 1900 \"4,0\"\nset 1900 \"4,0\"\n"
+         "get seriesalong\nset 1900 \"5,0\"\nget seriescolumn\nget viewxmax\nget viewymax\n"
+         "set 1900 \"7,0\"\nset 1900 \"1,0\"\nget seriesalong\nset Along 1\nget seriesalong\n"
+         "get viewxmax\nset Second 3\nget seriessecond\nset Second 0\nset Upward 77\n"
+         "get seriescolumn\nset File 3\nset Map on\nget viewmode\npress Close\n");
+  EXPECT_EQ(Values(events, "nseriesfile"), Lines{"3"});
+  EXPECT_EQ(Values(events, "seriescolumn"), (Lines{"a", "a", "a esd"}));
+  EXPECT_EQ(Values(events, "seriesalong"), (Lines{"", "T", "", "date"}));
+  EXPECT_EQ(Values(events, "seriessecond"), Lines{"a"});
+  EXPECT_EQ(Values(events, "seriesview"), Lines{"3"});
+  const Lines ends = Values(events, "viewxmax"), tops = Values(events, "viewymax");
+  ASSERT_EQ(ends.size(), 2u);
+  EXPECT_NEAR(std::stod(ends[0]), 310.3, 0.01) << "a little beyond the highest T";
+  EXPECT_NEAR(std::stod(ends[1]), 0.515, 0.001) << "hours since the first date";
+  ASSERT_EQ(tops.size(), 1u);
+  EXPECT_GT(std::stod(tops[0]), 5.6) << "with the error bar";
+  EXPECT_TRUE(Has(events, "status\t3\tstart is no column of numbers"));
+  EXPECT_TRUE(Has(events, "status\t3\trun9.xy: "));
+  EXPECT_EQ(Values(events, "viewmode"), Lines{"5"});
+}
+
+}  // namespace
