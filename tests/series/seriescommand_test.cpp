@@ -144,7 +144,7 @@ TEST_F(SeriesCommand, TellsWhatIsWrong) {
   EXPECT_TRUE(Has(events, "box\tSeries\t--restart-when: the recipe has no column \"b\""));
   WriteRecipe("lines", "menu \"No such item\"\n");
   events = Do("press Run\nget nseries\npress Close\n");
-  EXPECT_TRUE(Has(events, "box\tSeries\t" + folder_.file("lines.recipe, line 4: no menu item "));
+  EXPECT_TRUE(Has(events, "box\tSeries\t" + folder_.file("lines.recipe, line 4: no menu item ")));
   EXPECT_FALSE(fs::exists(folder_.file("lines.csv")));
   WriteRecipe("lines", "");
   WriteFile(folder_.file("lines.csv"), "an,other\n1,2\n");
