@@ -94,6 +94,10 @@ std::string OverlaysOpen(const Arguments&) { return Counted(ws.noverlay, "overla
 
 std::string StructuresOpen(const Arguments&) { return Counted(ws.nstructure, "structure"); }
 
+std::string SeriesLookedAt(const Arguments&) {
+  return Counted(ws.nseriesfile, "file") + ", " + Counted(ws.nseries, "row") + " in the table";
+}
+
 std::string Undone(const Arguments&) { return "Undone: " + RedoTitle(); }
 std::string Redone(const Arguments&) { return "Done again: " + UndoTitle(); }
 std::string CellTaken(const Arguments&) {
@@ -150,6 +154,7 @@ constexpr struct {
     {MenuOpenStructures, MenuOpenStructures, Nothing},
     {MenuPopupUseCell, MenuPopupUseCell, Nothing},
     {MenuPopupCloseStructures, MenuPopupCloseStructures, StructuresOpen},
+    {MenuSeries, MenuSeries, SeriesLookedAt},
 };
 
 }  // namespace
