@@ -137,7 +137,12 @@ void ReadTable(Series& series) {
   }
 }
 
-void FollowTable(Series& series) { ReadMoreRows(series.tablepath, series.table, series.tableend); }
+void FollowTable(Series& series) {
+  try {
+    ReadMoreRows(series.tablepath, series.table, series.tableend);
+  } catch (const SeriesError&) {
+  }
+}
 
 std::string ListForRun(const Series& series) {
   const auto line = [](std::string first, const std::vector<std::string>& others) {

@@ -36,7 +36,7 @@ void ChooseTable(Series& series, const std::string& path);
 
 // Takes the rows of the table, unless they are those of other files: that is for a run to tell.
 void ReadTable(Series& series);
-// Adds the rows that have come since. Throws SeriesError.
+// Adds the rows that have come since.
 void FollowTable(Series& series);
 
 // The list as the program that runs it reads it. Files are named as seen from the directory of the

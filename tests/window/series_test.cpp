@@ -125,6 +125,39 @@ TEST(Series, IsRunAndLookedAtByKeysAndMouse) {
   });
 }
 
+TEST(Series, ShowsATableThatIsThere) {
+  std::string rows = "file,date,a,recipe,boxes,failed\n";
+  for (int k = 1; k <= 2500; ++k)
+    rows += "s" + std::to_string(k) + ".xy,," + std::to_string(k) + ".5,x#1,," +
+            (k % 1000 == 3 ? "why" : "") + "\n";
+  WriteText("old.csv", rows);
+  RunOn("one.xy", []() -> Script {
+    Pick(MenuSeries);
+    co_await Shown("dialog148");
+    PressLetter(Qt::Key_T);
+    co_await Shown("selector");
+    Type(QString::fromStdString(Place() + "/old.csv"));
+    Press("Return");
+    co_await Until{[] { return ws.nseries == 2500 && Grid()->rowCount() > 0; }, "the table"};
+    co_await Back();
+    EXPECT_EQ(Grid()->rowCount(), 2000) << "a page";
+    EXPECT_EQ(Grid()->columnCount(), 3) << "no date is known";
+    EXPECT_EQ(Grid()->item(1, 2)->text(), "2.5");
+    EXPECT_NE(Grid()->item(1, 2)->background(), Grid()->item(2, 2)->background());
+    Find("field1922")->setFocus();
+    FindA<QAbstractSpinBox>("field1922")->selectAll();
+    Type("2003");
+    Press("Return");
+    co_await Row(2003);
+    EXPECT_EQ(Grid()->rowCount(), 500);
+    EXPECT_EQ(Grid()->currentRow(), 2);
+    EXPECT_EQ(Grid()->item(2, 2)->text(), "2003.5");
+    EXPECT_NE(Grid()->item(1, 2)->background(), Grid()->item(2, 2)->background());
+    PressLetter(Qt::Key_C);
+    co_await Until{[] { return !Find("dialog148") || Idle().ready(); }, "the end"};
+  });
+}
+
 TEST(Series, IsStoppedAndGoesOn) {
   constexpr int kMore = 3000;
   MakeSeries(kMore);
