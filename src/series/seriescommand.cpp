@@ -124,9 +124,10 @@ void AskTable(SeriesDialog& dialog) {
 
 // ---- Running ----
 
+// The dialog may hide the Stop button.
 std::string Counted(const SeriesProgress& now) {
   const std::string failed = now.failed > 0 ? ", " + std::to_string(now.failed) + " failed" : "";
-  return std::to_string(now.done) + " of " + std::to_string(now.rows) + failed;
+  return std::to_string(now.done) + " of " + std::to_string(now.rows) + failed + " (Esc stops)";
 }
 
 // The table as it has grown, at its end, and the picture of a column.

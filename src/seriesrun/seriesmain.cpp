@@ -2,6 +2,7 @@
 #include <unistd.h>
 
 #include <chrono>
+#include <csignal>
 #include <cstdio>
 #include <string>
 #include <vector>
@@ -43,7 +44,7 @@ class Teller {
     if (Clock::now() - told_ < kPause && now.done < now.rows) return;
     told_ = Clock::now();
     if (lines_)
-      std::fprintf(stderr, "done %zu of %zu, %zu failed\n", now.done, now.rows, now.failed);
+      TellProgram(now);
     else
       std::fprintf(stderr, "\r%s\033[K", Counter(now).c_str());
   }
@@ -54,6 +55,12 @@ class Teller {
   }
 
  private:
+  // Where the program that wanted to know is gone, nobody wants the run.
+  static void TellProgram(const Progress& now) {
+    if (std::fprintf(stderr, "done %zu of %zu, %zu failed\n", now.done, now.rows, now.failed) < 0)
+      std::raise(SIGTERM);
+  }
+
   std::string Counter(const Progress& now) const {
     const double seconds = std::chrono::duration<double>(Clock::now() - begin_).count();
     const double speed = static_cast<double>(now.done - before_) / std::max(seconds, 1e-3);

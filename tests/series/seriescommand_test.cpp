@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 
 #include "series/seriestable.h"
@@ -185,6 +186,22 @@ TEST_F(SeriesCommand, LooksAtATable) {
   EXPECT_TRUE(Has(events, "status\t3\tstart is no column of numbers"));
   EXPECT_TRUE(Has(events, "status\t3\trun9.xy: "));
   EXPECT_EQ(Values(events, "viewmode"), Lines{"5"});
+}
+
+// A run of a window that has been killed does not go on by itself.
+TEST_F(SeriesCommand, RunsForNobodyNoLonger) {
+  constexpr int kMany = 4000;
+  std::string list = "run1.xy\n";
+  for (int k = 0; k < kMany; ++k) list += "none" + std::to_string(k) + "\n";
+  WriteFile(folder_.file("many"), list);
+  const std::string command = "cd '" + folder_.path() +
+                              "' && { " QUILLAGRAM_SERIES
+                              " --progress lines.recipe --list many 2>&1; echo $? > end; } | "
+                              "head -n 1 > begin; while [ ! -s end ]; do sleep 0.05; done";
+  ASSERT_EQ(std::system(command.c_str()), 0);
+  EXPECT_EQ(ReadFile(folder_.file("begin")).substr(0, 5), "done ");
+  EXPECT_EQ(ReadFile(folder_.file("end")), "130\n");
+  EXPECT_LT(ReadSeriesTable(folder_.file("lines.csv")).rows.size(), kMany);
 }
 
 }  // namespace
