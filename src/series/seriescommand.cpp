@@ -263,6 +263,7 @@ void FollowView(SeriesDialog& dialog) {
 Outcome LookAtSeries(const Arguments& arguments) {
   static SeriesDialog dialog;  // stays until another series is chosen
   dialog.step = arguments.step;
+  WTell("");  // what an earlier command has told is not of the series
   LoadSeriesDialog(dialog);
   FollowView(dialog);
   RefreshView();

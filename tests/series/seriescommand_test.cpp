@@ -188,6 +188,23 @@ TEST_F(SeriesCommand, LooksAtATable) {
   EXPECT_EQ(Values(events, "viewmode"), Lines{"5"});
 }
 
+// From file to file the part of the pattern that is shown stays, but not all of the first one.
+TEST_F(SeriesCommand, KeepsThePartThatIsShown) {
+  WriteFile(folder_.file("run4.xy"), "10 5\n11 6\n12 7\n");
+  const Lines events =
+      Do("set File 1\ndrag 22 0 24 1000\nset File 2\nget patternstem\nget viewxmin\nget viewxmax\n"
+         "key home\nset File 5\nget patternstem\nget viewxmax\ndrag 22 0 24 1000\n"
+         "set File 4\nget patternstem\nget viewxmax\npress Close\nundo\nget patternstem\n"
+         "redo\nget patternstem\n");
+  EXPECT_EQ(Values(events, "patternstem"), (Lines{"run2", "run5", "run4", "run5", "run4"}));
+  const Lines ends = Values(events, "viewxmax");
+  ASSERT_EQ(ends.size(), 3u);
+  EXPECT_NEAR(std::stod(Values(events, "viewxmin").at(0)), 22, 0.3);
+  EXPECT_NEAR(std::stod(ends[0]), 24, 0.3);
+  EXPECT_GE(std::stod(ends[1]), 27.98) << "all of it";
+  EXPECT_LT(std::stod(ends[2]), 15) << "nothing of it lies in that part";
+}
+
 // A run of a window that has been killed does not go on by itself.
 TEST_F(SeriesCommand, RunsForNobodyNoLonger) {
   constexpr int kMany = 4000;
