@@ -18,10 +18,22 @@ namespace {
 
 void TellOf(const std::string& text) { WindowOutStatusBar(3, text); }
 
-// Of a name that is not that of a column that can be drawn nothing.
+// What a list tells of its files holds for those without a row, and where a row has failed, too.
+SeriesTable ListedColumn(const FileList& list, std::size_t column) {
+  SeriesTable table{{list.columns[column]}, {}};
+  for (const FileList::File& file : list.files) table.rows.push_back({file.cells[column]});
+  return table;
+}
+
+// Without a name nothing.
 SeriesValues ValuesOf(const Series& series, const std::string& name) {
   if (name.empty()) return {};
-  return ValuesOf(series.table, series.table.ColumnOf(name), series.list.files.size());
+  const std::size_t files = series.list.files.size();
+  const auto listed = std::ranges::find(series.list.columns, name);
+  if (listed == series.list.columns.end())
+    return ValuesOf(series.table, series.table.ColumnOf(name), files);
+  const auto column = static_cast<std::size_t>(listed - series.list.columns.begin());
+  return ValuesOf(ListedColumn(series.list, column), 0, files);
 }
 
 bool CanBeDrawn(const Series& series, const SeriesLook& look, const std::string& name) {
@@ -61,21 +73,29 @@ void KeepZoom(const ZoomView& zoom) {
   ws.viewxmax = ws.plotxmax = zoom.viewxmax;
 }
 
-// Blank, or why it cannot be opened; then all is as it was.
+// Blank, or why it cannot be loaded. Its boxes are held: going through a series is not to stop at
+// each file that is none.
+std::string FailureToLoad(const std::string& path) {
+  HoldBoxes boxes;
+  if (OpenPattern(path) == Outcome::Done) return "";
+  const auto told = boxes.Take();
+  return told.empty() ? "It cannot be opened" : OnOneLine(told[0]);
+}
+
+// The same; then all is as it was.
 std::string Open(const std::string& path, const UndoStep& step) {
   const auto zoom = ZoomOfPattern();
   const Snapshot before = TakeSnapshot();
-  HoldBoxes boxes;
-  if (OpenPattern(path) != Outcome::Done) {
+  const std::string failure = FailureToLoad(path);
+  if (!failure.empty()) {
     RestoreSnapshot(before);
-    const auto told = boxes.Take();
-    return told.empty() ? "It cannot be opened" : OnOneLine(told[0]);
+    return failure;
   }
   ws.plotmask = PlotInput;
   if (zoom) KeepZoom(*zoom);
   const Snapshot opened = TakeSnapshot(&before);
   RestoreSnapshot(before);
-  if (step) step("Open " + NameIn(path));
+  step("Open " + NameIn(path));
   RestoreSnapshot(opened);
   // Going through a series leaves the recent files alone.
   ws.recentpending = 0;
@@ -122,9 +142,9 @@ void NoteSeries(const Series& series, SeriesLook& look) {
   ws.seriestable = series.tablepath;
 }
 
-bool ShowPicture(Series& series, const SeriesLook& look, SeriesView view) {
+bool ShowPicture(Series& series, CountScale scale, SeriesView view) {
   constexpr int kTitleLetters = 80;
-  if (view == ViewColumn && look.numbers.empty()) {
+  if (view == ViewColumn && ws.seriescolumn.empty()) {
     TellOf("No column of numbers yet");
     return false;
   }
@@ -132,7 +152,7 @@ bool ShowPicture(Series& series, const SeriesLook& look, SeriesView view) {
   SeriesPicture picture{.kind = static_cast<SeriesKind>(view),
                         .title = FilesText(series, kTitleLetters),
                         .map = series.map,
-                        .scale = look.scale,
+                        .scale = scale,
                         .coloured = true,
                         .along = ValuesOf(series, ws.seriesalong),
                         .column = ValuesOf(series, ws.seriescolumn),

@@ -22,7 +22,7 @@ void NoteSeries(const Series& series, SeriesLook& look);
 
 // Each puts a picture into the place of the pattern; false, with a word in the status bar, where
 // there is nothing to be seen or the user has stopped it.
-bool ShowPicture(Series& series, const SeriesLook& look, SeriesView view);
+bool ShowPicture(Series& series, CountScale scale, SeriesView view);
 
 // Opens the pattern of a file, from 1, unless it is the present one, as a step of its own. The part
 // of the axis that is shown stays from one file to the next. False, with the reason in the status

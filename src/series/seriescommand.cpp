@@ -32,7 +32,7 @@ void ShowPattern() {
 }
 
 bool Show(SeriesDialog& dialog, int view) {
-  return ShowPicture(dialog.series, dialog.look, static_cast<SeriesView>(view));
+  return ShowPicture(dialog.series, dialog.look.scale, static_cast<SeriesView>(view));
 }
 
 // The picture on show, with what has become of table and choices.
@@ -97,6 +97,8 @@ void Try(SeriesDialog& dialog, Choose choose) {
                           &FileList::File::path)) {
     dialog.page = 0;
     ws.seriesrow = 0;
+    // A list with columns of its own tells what the others are best drawn along.
+    if (!dialog.series.list.columns.empty()) ws.seriescolumn = ws.seriesalong = "";
   }
   ShowSeriesDialog(dialog);
   RefreshPicture(dialog);

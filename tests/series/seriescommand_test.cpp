@@ -205,6 +205,30 @@ TEST_F(SeriesCommand, KeepsThePartThatIsShown) {
   EXPECT_LT(std::stod(ends[2]), 15) << "nothing of it lies in that part";
 }
 
+// A list with temperatures: columns are drawn along them, and the map has all of them at once.
+TEST_F(SeriesCommand, StandsAlongWhatTheListTells) {
+  WriteFile(folder_.file("heated.csv"),
+            "T,file\n300,run1.xy\n310,run2.xy\n320,run3.xy\n330,run4.xy\n340,run5.xy\n");
+  const Lines events =
+      Do("press \"Files...\"\nfile heated.csv\npress Run\nget seriesalong\nget seriescolumn\n"
+         "get viewxmax\nset Map on\nget viewymin\nget viewymax\nmouse left 24 329\n"
+         "get patternstem\npress Close\n");
+  EXPECT_EQ(Values(events, "seriesalong"), Lines{"T"});
+  EXPECT_EQ(Values(events, "seriescolumn"), Lines{"place"});
+  EXPECT_NEAR(std::stod(Values(events, "viewxmax").at(0)), 341.2, 0.01);
+  EXPECT_NEAR(std::stod(Values(events, "viewymin").at(0)), 295, 0.01);
+  EXPECT_NEAR(std::stod(Values(events, "viewymax").at(0)), 345, 0.01);
+  EXPECT_EQ(Values(events, "patternstem"), Lines{"run4"});
+  EXPECT_EQ(ReadSeriesTable(folder_.file("lines.csv")).columns[2], "T");
+  // Half of the rows are enough for that.
+  const std::string whole = Table();
+  WriteFile(folder_.file("lines.csv"), whole.substr(0, whole.find("run3.xy")));
+  EXPECT_EQ(Values(Do("press \"Files...\"\nfile heated.csv\nget nseries\nset Map on\n"
+                      "get viewymax\npress Close\n"),
+                   "viewymax"),
+            Values(events, "viewymax"));
+}
+
 // A run of a window that has been killed does not go on by itself.
 TEST_F(SeriesCommand, RunsForNobodyNoLonger) {
   constexpr int kMany = 4000;
