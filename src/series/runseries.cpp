@@ -63,7 +63,7 @@ SeriesEnd RunSeriesProgram(const Series& series,
     end.stopped = true;
     child.Stop();
   }
-  if (!text.empty()) TakeLines(text += '\n', end);
+  TakeLines(text, end);
   end.whole = child.ExitStatus() == 0;
   ReadComplaint(end);
   if (!end.whole && end.told.empty()) end.told = std::string(kProgram) + " was ended";

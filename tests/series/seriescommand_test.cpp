@@ -90,6 +90,7 @@ TEST_F(SeriesCommand, RunsAndShowsWhatHasComeOfIt) {
   EXPECT_EQ(Values(events, "seriescolumn"), Lines{"place"});
   EXPECT_TRUE(Has(events, "status\t3\t6 rows, 1 failed, "));
   EXPECT_TRUE(Has(events, "status\t3\trun3.xy: "));
+  EXPECT_TRUE(Has(events, "status\t3\trun4.xy: 4 of 6"));
   EXPECT_EQ(Values(events, "patternstem"),
             (Lines{"run1", "run4", "run5", "run2", "run2", "run5", "run10"}));
   EXPECT_EQ(Values(events, "seriesrow"), (Lines{"4", "6"}));

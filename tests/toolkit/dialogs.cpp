@@ -220,7 +220,16 @@ TEST_F(Dialogs, GridsAreFilledByCellsAndPicked) {
   Answer("set 70 1,0");  // a head that cannot be picked
   EXPECT_THROW(WMessage(message), std::runtime_error);
   WDialogHide();
-  Answer("set 70 1,3\npress OK");
+  // With other columns it begins anew.
+  WGridPutHeads(70, {"x", "y"});
+  WGridPos(70, column, row);
+  EXPECT_EQ(std::pair(column, row), std::pair(0, 0));
+  WGridPutRows(70, {{"1", "2", "3"}, {"4"}}, 0);
+  Events();
+  Answer("set 70 2,2\npress OK");
+  WDialogShow(-1, -1, 0, Modal);
+  EXPECT_EQ(Events()[2], "field\t70\ta|b|M(20)\t1 2\\n4 \t1");
+  Answer("set 70 3,1\npress OK");
   EXPECT_THROW(WDialogShow(-1, -1, 0, Modal), std::runtime_error);
   WDialogUnload();
 }
