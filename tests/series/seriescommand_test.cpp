@@ -230,6 +230,23 @@ TEST_F(SeriesCommand, StandsAlongWhatTheListTells) {
             Values(events, "viewymax"));
 }
 
+// Choices stay for the next time, but for the file where there are others; a column comes into view
+// when it is chosen, what it stands along changes the view that is there.
+TEST_F(SeriesCommand, KeepsItsChoices) {
+  const Lines events =
+      Do("press Run\nset Map on\nset Logarithm on\nset Along 2\nget seriesview\nset Upward 2\n"
+         "get seriesview\nset File 4\nset Chain on\npress Close\n"
+         "menu \"Multiple patterns/Series\"\nget seriesrow\npress \"Files...\"\n"
+         "file run1.xy run2.xy run4.xy run5.xy run10.xy\nget seriesrow\nget seriesalong\n"
+         "press Close\n");
+  EXPECT_EQ(Values(events, "seriesview"), (Lines{"1", "3"}));
+  EXPECT_TRUE(Has(events, "field\t1915\tLogarithm\ton\t1"));
+  EXPECT_TRUE(Has(events, "field\t1907\tChain\ton\t1"));
+  EXPECT_TRUE(Has(events, "field\t1922\tFile\t4\t1"));
+  EXPECT_EQ(Values(events, "seriesrow"), (Lines{"4", "0"}));
+  EXPECT_EQ(Values(events, "seriesalong"), (Lines{""})) << "no rows, no columns";
+}
+
 // A run of a window that has been killed does not go on by itself.
 TEST_F(SeriesCommand, RunsForNobodyNoLonger) {
   constexpr int kMany = 4000;
