@@ -115,12 +115,20 @@ std::string WordOf(const Series& series, std::size_t row) {
   return std::to_string(row + 1) + " of " + std::to_string(series.list.files.size());
 }
 
-// At first the first column of the recipe is drawn, along the first one of the list.
+bool HasEsd(const SeriesTable& table, int column) {
+  return table.ColumnOf(table.columns[static_cast<std::size_t>(column)] + " esd") >= 0;
+}
+
+// At first the first column of the recipe is drawn, along the first one of the list. Of a table
+// alone the list's columns are those in front of the first with an e.s.d.
 void ChooseColumns(const Series& series, const SeriesLook& look) {
   const auto& listed = series.list.columns;
+  const auto measured =
+      std::ranges::find_if(look.numbers, [&](int column) { return HasEsd(series.table, column); });
+  const bool alone = listed.empty() && measured != look.numbers.end();
   for (const int column : look.numbers) {
     const std::string& name = series.table.columns[static_cast<std::size_t>(column)];
-    const bool told = std::ranges::find(listed, name) != listed.end();
+    const bool told = alone ? column < *measured : std::ranges::find(listed, name) != listed.end();
     std::string& field = told ? ws.seriesalong : ws.seriescolumn;
     if (field.empty() && name != kDateColumn) field = name;
   }

@@ -12,8 +12,8 @@
 enum SeriesView { ViewMap = 1, ViewWaterfall, ViewColumn, ViewPattern };
 
 struct SeriesLook {
-  CountScale scale = CountScale::Linear;
-  std::vector<int> numbers{};  // places of the columns that can be drawn
+  CountScale scale = CountScale::SquareRoot;  // weak lines and strong ones are seen
+  std::vector<int> numbers{};                 // places of the columns that can be drawn
 };
 
 // Takes note of the files and rows that there are: what can be drawn of them, and the fields that

@@ -30,9 +30,23 @@ bool IsList(const std::string& path) {
   return extension == ".csv" || extension == ".txt" || extension == ".list";
 }
 
+// Where the paths of a list or table count from: its directory, or the nearest one above it from
+// which the file is seen, as it may have been written from there.
+std::string BaseOf(const std::string& path, const std::string& file) {
+  const std::string directory = FileDirectory(path);
+  fs::path base = directory;
+  while (!IsThere((base / file).string())) {
+    const fs::path above = base.parent_path();
+    if (above == base || above.empty()) return directory;
+    base = above;
+  }
+  return base.string();
+}
+
 FileList ListOf(const std::string& path) {
   FileList list = ReadFileList(path);
-  for (FileList::File& file : list.files) file.path = WholePath(FileDirectory(path), file.path);
+  const std::string base = BaseOf(path, list.files[0].path);
+  for (FileList::File& file : list.files) file.path = WholePath(base, file.path);
   if (std::ranges::none_of(list.files, IsThere, &FileList::File::path))
     throw SeriesError{path + " names no file that is there"};
   return list;
@@ -111,7 +125,9 @@ void ChooseTable(Series& series, const std::string& path) {
     SeriesTable table = ReadSeriesTable(path, &end);
     const std::string directory = FileDirectory(path);
     if (!IsOfFirstFiles(table, series.list, directory)) {
-      FileList list = FilesOf(table, directory);
+      const auto file = static_cast<std::size_t>(table.ColumnOf(kFileColumn));
+      FileList list =
+          FilesOf(table, table.rows.empty() ? directory : BaseOf(path, table.rows[0][file]));
       CheckPaths(list);
       series.list = std::move(list);
       series.directory = directory;

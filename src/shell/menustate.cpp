@@ -12,10 +12,11 @@
 
 namespace {
 
-constexpr int kNeedPattern[] = {
-    MenuPopupModify,   MenuPopupMulti,  MenuPopupBackground, MenuPopupPeakSearch, MenuPopupPeakFit,
-    MenuPopupIndex,    MenuPopupPlot,   MenuSavePattern,     MenuPrintGraphics,   MenuPrintReport,
-    MenuPopupGraphics, MenuPopupExport, MenuCopyPicture};
+constexpr int kNeedPattern[] = {MenuPopupModify,     MenuPopupOverlays,   MenuOpenStructures,
+                                MenuPopupBackground, MenuPopupPeakSearch, MenuPopupPeakFit,
+                                MenuPopupIndex,      MenuPopupPlot,       MenuSavePattern,
+                                MenuPrintGraphics,   MenuPrintReport,     MenuPopupGraphics,
+                                MenuPopupExport,     MenuCopyPicture};
 constexpr int kNeedOverlay[] = {MenuPopupClosePattern, MenuAddPatterns, MenuDisplacePatterns,
                                 MenuFitPatterns,       MenuSaveFitted,  MenuClearFit};
 constexpr const char* kNeedStructure = "Needs a structure: Multiple patterns > Structure (CIF)...";

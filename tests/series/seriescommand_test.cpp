@@ -168,14 +168,16 @@ TEST_F(SeriesCommand, LooksAtATable) {
   const Lines events =
       Do("press \"Table...\"\nfile old.csv\nget nseriesfile\nget seriesalong\n"
          // No. 1, file 2, date 3, T 4, a 5
-         "set 1900 \"5,0\"\nget seriescolumn\nget seriesview\nset 1900 \"4,0\"\nset 1900 \"4,0\"\n"
+         "set 1900 \"1,0\"\nset 1900 \"5,0\"\nget seriescolumn\nget seriesview\nset 1900 "
+         "\"4,0\"\nset 1900 \"4,0\"\n"
          "get seriesalong\nset 1900 \"5,0\"\nget seriescolumn\nget viewxmax\nget viewymax\n"
          "set 1900 \"7,0\"\nset 1900 \"1,0\"\nget seriesalong\nset Along 1\nget seriesalong\n"
          "get viewxmax\nset Second 3\nget seriessecond\nset Second 0\nset Upward 77\n"
          "get seriescolumn\nset File 3\nset Map on\nget viewmode\npress Close\n");
   EXPECT_EQ(Values(events, "nseriesfile"), Lines{"3"});
   EXPECT_EQ(Values(events, "seriescolumn"), (Lines{"a", "a", "a esd"}));
-  EXPECT_EQ(Values(events, "seriesalong"), (Lines{"", "T", "", "date"}));
+  EXPECT_EQ(Values(events, "seriesalong"), (Lines{"T", "T", "", "date"}))
+      << "T stands in front of the results";
   EXPECT_EQ(Values(events, "seriessecond"), Lines{"a"});
   EXPECT_EQ(Values(events, "seriesview"), Lines{"3"});
   const Lines ends = Values(events, "viewxmax"), tops = Values(events, "viewymax");
