@@ -231,6 +231,32 @@ for name in corundum calcite; do
 done
 picture structures
 
+# A run of the furnace: the window with its map and with a column, and the fitted cell beside the true one.
+programs=$(dirname "$program") recipes=$source/examples/recipes
+"$programs/tools/simulateseries" heating "$home/heat" 2000 >/dev/null
+(cd "$home" && "$programs/quillagram-series" "$recipes/cell-temperature.recipe" --list heat/heating.csv \
+  --table cell.csv --chain --restart-when "correlation>0.92" --restart-with "$recipes/cell-temperature-hot.recipe" 2>/dev/null)
+keys alt+u e; await "Series"
+keys alt+t; await "Table of the series"; xdotool type --delay 20 "$home/cell.csv"; keys Return; await "Series"
+keys alt+m; sleep 3; picture series-map root
+keys alt+o; sleep 1; picture series-column root
+keys Escape; await " - Quillagram"
+(cd "$home" && "$programs/quillagram-replay" >/dev/null) <<END
+menu "Multiple patterns/Series"
+press "Table..."
+file cell.csv
+set Second 2
+set Column on
+plot series-heating.png
+drag 690 4.62 750 4.64
+plot series-change.png
+press Close
+END
+for name in series-heating series-change; do
+  convert "$home/$name.png" -resize 1000x "$pictures/$name.png"
+  echo "$name.png"
+done
+
 # The printed page beside the window.
 (cd "$home" && "$(dirname "$program")/quillagram-replay" >/dev/null) <<END
 open "$home/$(basename "$pattern")"

@@ -56,13 +56,7 @@ Range ViewY() { return {ws.viewymin, ws.viewymax}; }
 // A view that stays as it is remains rounded if it was.
 void Show(const Range& x, const Range& y) {
   if (x == ViewX() && y == ViewY()) return;
-  if (!(x.lo < x.hi && y.lo < y.hi)) return;
-  ws.viewxmin = x.lo;
-  ws.viewxmax = x.hi;
-  ws.viewymin = y.lo;
-  ws.viewymax = y.hi;
-  ws.viewexact = 1;
-  ws.bandx1 = ws.bandx2 = ws.bandy1 = ws.bandy2 = 0;
+  if (x.lo < x.hi && y.lo < y.hi) PutExactView(x, y);
 }
 
 }  // namespace

@@ -58,12 +58,7 @@ void LayGuestView() {
   }
   if (!(x.lo < x.hi)) x = view->whole.x;
   if (!(y.lo < y.hi)) y = view->whole.y;
-  ws.viewxmin = x.lo;
-  ws.viewxmax = x.hi;
-  ws.viewymin = y.lo;
-  ws.viewymax = y.hi;
-  ws.viewexact = 1;
-  ws.bandx1 = ws.bandx2 = ws.bandy1 = ws.bandy2 = 0;
+  PutExactView(x, y);
   ws.xperunit = (x.hi - x.lo) / ws.plotwidth;
   ws.yperunit = (y.hi - y.lo) / ws.plotheight;
 }

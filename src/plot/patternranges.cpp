@@ -159,3 +159,12 @@ ViewComplaint LayPatternPlot() {
   Keep(view);
   return {};
 }
+
+void PutExactView(const Range& x, const Range& y) {
+  ws.viewxmin = x.lo;
+  ws.viewxmax = x.hi;
+  ws.viewymin = y.lo;
+  ws.viewymax = y.hi;
+  ws.viewexact = 1;
+  ws.bandx1 = ws.bandx2 = ws.bandy1 = ws.bandy2 = 0;
+}

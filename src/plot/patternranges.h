@@ -11,5 +11,7 @@ struct PatternFrame {
 
 // The frame of the full pattern with the curves on show; nothing where there is none.
 std::optional<PatternFrame> FullFrame();
+// Makes these the limits of the view, as they are.
+void PutExactView(const Range& x, const Range& y);
 // Whether the view as it stands can be laid: enough points lie in it.
 bool ViewCanBeLaid();
