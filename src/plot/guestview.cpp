@@ -34,6 +34,8 @@ std::optional<GuestView> Guest() {
   return ws.viewmode == GuestViewMode && guest ? guest() : std::nullopt;
 }
 
+void KeepOwnLimits() { kept[ws.limitsof] = ViewNow(); }
+
 // Those of another pattern, or on other axes, are no use.
 void TakeOwnLimits() {
   const int axes = AxesOnShow();

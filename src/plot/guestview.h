@@ -28,6 +28,9 @@ void ForgetGuestZoom(int axes);
 // While it is on show.
 std::optional<GuestView> Guest();
 
+// The limits as they are come back with these axes: before a load that forgets them.
+void KeepOwnLimits();
+
 // For LayView() and DrawView().
 void TakeOwnLimits();
 void LayGuestView();

@@ -101,7 +101,7 @@ void DrawKey(const SeriesFrame& frame, const SeriesPicture& picture) {
 }
 
 std::string NoteOf(std::size_t step) {
-  return step == 1 ? "" : "marks at 1 of " + std::to_string(step) + " rows";
+  return step == 1 ? "" : "marks at one row in " + std::to_string(step);
 }
 
 }  // namespace

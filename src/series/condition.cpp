@@ -4,12 +4,25 @@
 #include <charconv>
 #include <cmath>
 
+namespace {
+
+std::string_view Trimmed(std::string_view text) {
+  while (text.starts_with(' ')) text.remove_prefix(1);
+  while (text.ends_with(' ')) text.remove_suffix(1);
+  return text;
+}
+
+}  // namespace
+
 std::optional<Condition> ReadCondition(std::string_view text) {
   const std::size_t sign = text.find_last_of("<>");
-  if (sign == text.npos || sign == 0) return {};
-  Condition condition{std::string(text.substr(0, sign)), text[sign] == '>', 0};
-  const char* const end = text.data() + text.size();
-  const auto read = std::from_chars(text.data() + sign + 1, end, condition.limit);
+  if (sign == text.npos) return {};
+  const std::string_view column = Trimmed(text.substr(0, sign)),
+                         limit = Trimmed(text.substr(sign + 1));
+  if (column.empty()) return {};
+  Condition condition{std::string(column), text[sign] == '>', 0};
+  const char* const end = limit.data() + limit.size();
+  const auto read = std::from_chars(limit.data(), end, condition.limit);
   const bool whole = read.ptr == end && read.ec == std::errc();
   return whole && std::isfinite(condition.limit) ? std::optional(condition) : std::nullopt;
 }

@@ -60,10 +60,13 @@ bool HasMap(Series& series) {
   return true;
 }
 
-// What is shown of the axis of two-theta, unless it is all of it.
-std::optional<ZoomView> ZoomOfPattern() {
-  if (ws.viewmode != 1 || ws.xaxismode != AxisTth || ws.npts(SlotInput) < 1) return {};
-  const bool part = ws.viewxmin > FirstTth(SlotInput) || ws.viewxmax < LastTth(SlotInput);
+// What is shown of the axis of two-theta, of the pattern or of all of them, unless it is all of it.
+std::optional<ZoomView> ZoomAcross() {
+  const auto guest = Guest();
+  if (ws.xaxismode != AxisTth || (guest && ws.seriesview == ViewColumn)) return {};
+  if (!guest && (ws.viewmode != 1 || ws.npts(SlotInput) < 1)) return {};
+  const Range all = guest ? guest->whole.x : Range{FirstTth(SlotInput), LastTth(SlotInput)};
+  const bool part = ws.viewxmin > all.lo || ws.viewxmax < all.hi;
   return part ? std::optional(ViewNow()) : std::nullopt;
 }
 
@@ -84,7 +87,8 @@ std::string FailureToLoad(const std::string& path) {
 
 // The same; then all is as it was.
 std::string Open(const std::string& path, const UndoStep& step) {
-  const auto zoom = ZoomOfPattern();
+  const auto zoom = ZoomAcross();
+  if (Guest()) KeepOwnLimits();
   const Snapshot before = TakeSnapshot();
   const std::string failure = FailureToLoad(path);
   if (!failure.empty()) {

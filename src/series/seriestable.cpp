@@ -2,6 +2,7 @@
 #include "series/seriestable.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <fstream>
 
 #include "workspace/csv.h"
@@ -11,9 +12,22 @@ namespace {
 
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
+constexpr std::string_view kStandardInput = "/dev/stdin";
+
+// What could wait for ever or never end is refused; standard input is what its user makes it.
+void CheckKind(const std::string& path) {
+  std::error_code failure;
+  const auto kind = std::filesystem::status(path, failure).type();
+  const bool readable = kind == std::filesystem::file_type::regular ||
+                        kind == std::filesystem::file_type::not_found ||
+                        (path == kStandardInput && kind != std::filesystem::file_type::directory);
+  if (!readable) throw SeriesError{"cannot read " + path + ": it is no regular file"};
+}
+
 std::string Contents(const std::string& path, std::size_t from = 0) {
+  CheckKind(path);
   std::ifstream file(path, std::ios::binary);
-  if (!file || !file.seekg(static_cast<std::streamoff>(from)))
+  if (!file || (from > 0 && !file.seekg(static_cast<std::streamoff>(from))))
     throw SeriesError{"cannot read " + path + ": " + SystemReason()};
   std::string text{std::istreambuf_iterator<char>(file), {}};
   if (file.bad()) throw SeriesError{"cannot read " + path + ": " + SystemReason()};
@@ -90,7 +104,8 @@ SeriesTable ReadSeriesTable(const std::string& path, std::size_t* end) {
   return table;
 }
 
-FileList ReadFileList(const std::string& path) {
+FileList ReadFileList(const std::string& given) {
+  const std::string path = given == "-" ? std::string(kStandardInput) : given;
   const std::string contents = Contents(path);
   const std::string_view text = WithoutMark(contents);
   const std::string_view heading = text.substr(0, text.find_first_of("\r\n"));
@@ -100,6 +115,8 @@ FileList ReadFileList(const std::string& path) {
     AddRows(table, text);
     const int file = table.ColumnOf(kFileColumn);
     list = ListOfTable(std::move(table), file);
+  } else if (path.ends_with(".csv")) {
+    throw SeriesError{path + " has no column \"file\" in its first line, parted by commas"};
   } else {
     EachLine(text, [&](std::string_view line) {
       if (!IsBlank(line)) list.files.push_back({std::string(line), {}});

@@ -43,5 +43,6 @@ struct FileList {
   std::vector<File> files;
 };
 
-// Blank lines count for nothing. Throws SeriesError, for an empty list too.
-FileList ReadFileList(const std::string& path);
+// Blank lines count for nothing, and "-" is standard input. Throws SeriesError, for an empty list
+// too, and for one that ends in .csv without a column "file".
+FileList ReadFileList(const std::string& given);

@@ -40,7 +40,7 @@ DrawnRows RowsToDraw(const SeriesMap& map) {
 
 std::string NoteOf(const SeriesMap& map, std::size_t step) {
   if (step == 1) return map.note;
-  return "1 of " + std::to_string(step) + " curves" + (map.note.empty() ? "" : "; ") + map.note;
+  return "one curve in " + std::to_string(step) + (map.note.empty() ? "" : "; ") + map.note;
 }
 
 // From dark to light, but for the lightest colours, which paper swallows.

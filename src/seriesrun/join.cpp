@@ -18,7 +18,10 @@ namespace {
 SeriesTable RowsOfParts(const std::vector<std::string>& paths) {
   SeriesTable all;
   for (const std::string& path : paths) {
-    SeriesTable part = ReadSeriesTable(path);
+    std::size_t end = 0;
+    SeriesTable part = ReadSeriesTable(path, &end);
+    if (end != std::filesystem::file_size(path))
+      throw SeriesError{path + " ends in the middle of a row: let its part go on first"};
     if (all.columns.empty()) all.columns = part.columns;
     if (part.columns != all.columns)
       throw SeriesError{path + " has other columns than " + paths.front()};
@@ -57,6 +60,20 @@ RowByFile PlaceRows(const SeriesTable& table) {
   return places;
 }
 
+// What stands under the name of the table has to be one of these rows: a part that was named there
+// by mistake would be lost, or some other file.
+void CheckOld(const std::string& path, const RowByFile& places) {
+  std::error_code missing;
+  if (!std::filesystem::exists(path, missing) || std::filesystem::file_size(path, missing) == 0)
+    return;
+  const SeriesTable old = ReadSeriesTable(path);
+  const auto file = static_cast<std::size_t>(old.ColumnOf(kFileColumn));
+  for (const auto& row : old.rows)
+    if (!places.contains(row[file]))
+      throw SeriesError{"table " + path + " has a row of " + row[file] +
+                        ", which the parts have not; give another name to --join"};
+}
+
 std::vector<std::size_t> OrderOf(const SeriesTable& table, const std::string& listpath) {
   const RowByFile places = PlaceRows(table);
   std::vector<std::size_t> order;
@@ -88,6 +105,7 @@ void JoinParts(const Options& options) {
   const SeriesTable table = RowsOfParts(options.files);
   CheckDigests(table);
   const std::vector<std::size_t> order = OrderOf(table, options.list);
+  CheckOld(options.table, PlaceRows(table));
   const TableLock lock(options.table);
   LineWriter file(options.table);
   file.Write(CsvLine(table.columns));

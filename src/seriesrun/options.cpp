@@ -83,7 +83,11 @@ const Option kOptions[] = {
     {"-h", false, [](Options&, const std::string&) { Answer(kUsage); }},
     {"--version", false,
      [](Options&, const std::string&) { Answer("quillagram-series " QUILLAGRAM_VERSION "\n"); }},
-    {"--list", true, [](Options& o, const std::string& word) { o.list = word; }},
+    {"--list", true,
+     [](Options& o, const std::string& word) {
+       if (!o.list.empty()) Refuse("one list, please");
+       o.list = word;
+     }},
     {"--table", true, [](Options& o, const std::string& word) { o.table = word; }},
     {"--jobs", true,
      [](Options& o, const std::string& word) { o.jobs = Whole("--jobs", word, 1, 1024); }},

@@ -83,7 +83,7 @@ Plan MakePlan(const Options& options) {
   if (options.list.empty())
     for (const std::string& file : options.files) plan.list.files.push_back({file, {}});
   else
-    plan.list = ReadFileList(IOsFullPath(options.list));
+    plan.list = ReadFileList(options.list == "-" ? "-" : IOsFullPath(options.list));
   CheckNames(plan.list);
   std::vector<std::string> paths = options.otherrecipes;
   paths.insert(paths.begin(), options.recipe);

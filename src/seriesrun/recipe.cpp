@@ -72,7 +72,9 @@ void RefuseTwice(const Recipe& recipe, const std::vector<std::string>& listcolum
                               std::string(kBoxesColumn), std::string(kFailedColumn)};
   for (const auto* columns : {&listcolumns, &recipe.columns})
     for (const std::string& column : *columns)
-      if (!names.insert(column).second)
+      if (column.empty())
+        throw SeriesError{"the table would have a column without a name"};
+      else if (!names.insert(column).second)
         throw SeriesError{"the table would have two columns \"" + column + "\""};
 }
 
@@ -119,6 +121,16 @@ Recipe ReadRecipe(const std::string& path, const std::vector<std::string>& listc
   if (!opens) throw SeriesError{path + " is no recipe: no line opens \"{file}\""};
   RefuseTwice(recipe, listcolumns);
   return recipe;
+}
+
+std::string BlankPlace(const std::string& line, const Places& places) {
+  std::size_t begin = 0, end = 0;
+  for (const Word& word : replay::WordsOf(line))
+    for (begin = 0; FindPlace(word.text, begin, end); begin = end) {
+      const auto place = places.find(word.text.substr(begin + 1, end - begin - 2));
+      if (place != places.end() && place->second.empty()) return place->first;
+    }
+  return "";
 }
 
 std::string FilledIn(const std::string& line, const Places& places) {

@@ -23,6 +23,9 @@ struct Recipe {
 // places, too. Throws SeriesError, which names the line.
 Recipe ReadRecipe(const std::string& path, const std::vector<std::string>& listcolumns);
 
+// A place of a line for which the list has nothing; blank if there is none.
+std::string BlankPlace(const std::string& line, const Places& places);
+
 // A line with its places filled in.
 std::string FilledIn(const std::string& line, const Places& places);
 

@@ -83,6 +83,12 @@ class Telling {
     if (fields[0] == "error") TakeError(fields);
   }
 
+  // The file cannot be done, for a reason of its own.
+  [[noreturn]] void Refuse(const std::string& reason) {
+    Add(PartFailed, reason);
+    End();
+  }
+
   // The row has come to its end, or to the line that could not be done.
   [[noreturn]] void End() {
     Add(PartDate, DateNow());
@@ -131,10 +137,16 @@ class Telling {
   Telling telling(pipe, places.at("file"));
   replay::Redirect([&](const std::string& event) { telling.Take(event); }, [&] { telling.End(); });
   alarm(static_cast<unsigned>(limit));
-  for (const std::string& line : recipe.lines) replay::FeedLine(FilledIn(line, places));
+  for (const std::string& line : recipe.lines) {
+    if (const std::string place = BlankPlace(line, places); !place.empty())
+      telling.Refuse("{" + place + "} is blank in the list");
+    replay::FeedLine(FilledIn(line, places));
+  }
   ws.fitlog = 0;
   ws.fitstart = start;
   RunProgram();
+  std::vector<replay::Word> rest;
+  if (replay::NextLine(rest)) telling.Refuse("the recipe leaves the program before its end");
   telling.End();
 }
 

@@ -67,7 +67,7 @@ class Teller {
     std::string text = std::to_string(now.done) + " of " + std::to_string(now.rows) + " files";
     if (now.failed > 0) text += ", " + std::to_string(now.failed) + " failed";
     char rate[64];
-    std::snprintf(rate, sizeof rate, ", %.3g a second", speed);
+    std::snprintf(rate, sizeof rate, speed < 10 ? ", %.2g a second" : ", %.0f a second", speed);
     text += rate;
     if (now.done < now.rows && now.done > before_) {
       std::snprintf(rate, sizeof rate, ", %.0f s left",

@@ -9,6 +9,9 @@
 
 namespace {
 
+// What a picture is called at first: as the pattern, or as what is seen without one.
+std::string PictureStem() { return ws.patternstem.empty() ? "series" : ws.patternstem; }
+
 constexpr float kPageWidth = 180, kPageHeight = 254;  // user units, millimetres on paper
 constexpr float kScreenUnits = 1000;
 
@@ -80,20 +83,20 @@ Outcome PrintReport() {
 
 Outcome SaveEps() {
   ws.epsflag = 1;
-  const Outcome outcome = DrawHardcopy(DriverEps, kEpsOptions, ws.patternstem + ".eps");
+  const Outcome outcome = DrawHardcopy(DriverEps, kEpsOptions, PictureStem() + ".eps");
   ws.epsflag = 0;
   return outcome;
 }
 
 Outcome SaveImage(const char* extension) {
-  if (ws.patternstem.empty()) return Outcome::Idle;
-  return IGrSaveImage(ws.patternstem + extension) ? Outcome::Done : Outcome::Failed;
+  if (ws.viewmode == 0) return Outcome::Idle;
+  return IGrSaveImage(PictureStem() + extension) ? Outcome::Done : Outcome::Failed;
 }
 
 Outcome AskPictureName(Arguments& arguments) {
   const std::string extension = kExtensions[arguments.number];
   const std::string name = UpperText(extension.substr(1)) + " file";
-  arguments.path = ws.patternstem + extension;
+  arguments.path = PictureStem() + extension;
   WSelectFile(name + "|*" + extension + "|", FileSave, arguments.path, "Save " + name);
   return Answered(!arguments.path.empty());
 }

@@ -51,6 +51,8 @@ Lines GetsOfResults() {
   if (ws.npeaks > 0 && ws.fitnpar == 0)
     gets.insert(gets.end(), {"get npeaks as peaks",
                              "get peaks(1:3,1) as \"position 1\" \"intensity 1\" \"FWHM 1\""});
+  if (ws.npeaks > 0 && ws.fitnpar == 0 && ws.peakorigin(1) == PeakFitted)
+    gets.push_back("get peakesd(1:3,1) as \"position 1 esd\" \"intensity 1 esd\" \"FWHM 1 esd\"");
   if (ws.fitnpar > 0)
     gets.insert(
         gets.end(),

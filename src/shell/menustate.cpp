@@ -1,6 +1,7 @@
 // What the menu and the title show of the Workspace.
 #include <span>
 
+#include "plot/guestview.h"
 #include "plot/plot.h"
 #include "shell/copytext.h"
 #include "shell/history.h"
@@ -15,8 +16,8 @@ namespace {
 constexpr int kNeedPattern[] = {MenuPopupModify,     MenuPopupOverlays,   MenuOpenStructures,
                                 MenuPopupBackground, MenuPopupPeakSearch, MenuPopupPeakFit,
                                 MenuPopupIndex,      MenuPopupPlot,       MenuSavePattern,
-                                MenuPrintGraphics,   MenuPrintReport,     MenuPopupGraphics,
-                                MenuPopupExport,     MenuCopyPicture};
+                                MenuPrintReport,     MenuPopupExport};
+constexpr int kNeedView[] = {MenuPrintGraphics, MenuPopupGraphics, MenuCopyPicture};
 constexpr int kNeedOverlay[] = {MenuPopupClosePattern, MenuAddPatterns, MenuDisplacePatterns,
                                 MenuFitPatterns,       MenuSaveFitted,  MenuClearFit};
 constexpr const char* kNeedStructure = "Needs a structure: Multiple patterns > Structure (CIF)...";
@@ -74,6 +75,7 @@ void ShowStructures() {
 
 void ShowMenuState() {
   EnableAll(kNeedPattern, ws.patternloaded, "Needs a pattern: open one first");
+  EnableAll(kNeedView, ws.patternloaded || Guest(), "Needs a pattern: open one first");
   EnableAll(kNeedOverlay, ws.overlayitems, "Needs an overlay: Multiple patterns > Open pattern");
   ShowOverlays();
   ShowStructures();

@@ -208,6 +208,17 @@ TEST_F(SeriesCommand, KeepsThePartThatIsShown) {
   EXPECT_LT(std::stod(ends[2]), 15) << "nothing of it lies in that part";
 }
 
+// The map comes back as it was zoomed last, and what a click in it opens shows the same part.
+TEST_F(SeriesCommand, AZoomedMapOpensThatPart) {
+  const Lines events =
+      Do("set Map on\ndrag 22 1 24 6\nset Waterfall on\nset Map on\nkey home\ndrag 23 2 25 5\n"
+         "mouse left 24 4\nget patternstem\nget viewxmin\nget viewxmax\nset Map on\nget viewxmin\n"
+         "press Close\n");
+  EXPECT_EQ(Values(events, "patternstem"), Lines{"run4"});
+  EXPECT_EQ(Values(events, "viewxmin"), (Lines{"23", "23"}));
+  EXPECT_EQ(Values(events, "viewxmax"), Lines{"25"});
+}
+
 // A list with temperatures: columns are drawn along them, and the map has all of them at once.
 TEST_F(SeriesCommand, StandsAlongWhatTheListTells) {
   WriteFile(folder_.file("heated.csv"),

@@ -187,7 +187,7 @@ TEST_F(SeriesViews, WaterfallThinsItsCurves) {
   EXPECT_GT(curves.size(), 50u);
   EXPECT_LE(curves.size(), 100u);
   const auto texts = Lines(ReadTexts(ScreenList(), 15, 0, 2));
-  EXPECT_EQ(texts.back(), "1 of 10 curves");
+  EXPECT_EQ(texts.back(), "one curve in 10");
   EXPECT_EQ(FileAt(20, 128), 131) << "the nearest of those that are drawn";
 }
 

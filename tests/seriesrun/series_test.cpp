@@ -124,6 +124,13 @@ TEST(Series, OneRowAFileInTheirOrderHoweverItIsDone) {
       << lacking.told;
   EXPECT_EQ(RunSeries(folder, "--join joined part2 part2 part3 part1 --list list").status, 2);
   EXPECT_EQ(RunSeries(folder, "--join part2 part2 part3 part1 --list list").status, 2);
+  // A part named in place of the table, and one whose last row is not whole.
+  const std::string part2 = ReadFile(folder.file("part2"));
+  EXPECT_EQ(RunSeries(folder, "--join part2 part3 part1").status, 2);
+  EXPECT_EQ(ReadFile(folder.file("part2")), part2);
+  WriteFile(folder.file("torn"), part2.substr(0, part2.size() - 5));
+  EXPECT_NE(RunSeries(folder, "--join joined torn").told.find("middle of a row"),
+            std::string::npos);
   WriteFile(folder.file("lines.recipe"), std::string("# other\n") + kRecipe);
   EXPECT_EQ(
       RunSeries(folder, "lines.recipe --list list --chunk 4 --part 2/3 --table other2").status, 0);
@@ -151,6 +158,14 @@ TEST(Series, PlacesStandForWhatTheListTells) {
   EXPECT_EQ(table.rows[0][1] + table.rows[0][2], "first");
   EXPECT_EQ(table.rows[1][1], "2024-07-15 09:30:00");
   EXPECT_EQ(table.rows[1][2], "2 \"nd\"");
+  // What is blank is no start value, and a recipe that leaves has not come to its end.
+  WriteFile(folder.file("list.csv"), "file,T\nc.udf,5\nin/a b.xy,\n");
+  WriteFile(folder.file("b"), "open {file}\nplot \"{T}.svg\"\nmenu \"File/Exit\"\nget npts(1)\n");
+  EXPECT_EQ(RunSeries(folder, "b --list - --table left <list.csv").status, 0);
+  const SeriesTable left = ReadSeriesTable(folder.file("left"));
+  EXPECT_EQ(left.rows[0].back(), "the recipe leaves the program before its end");
+  EXPECT_EQ(left.rows[1].back(), "{T} is blank in the list");
+  WriteFile(folder.file("list.csv"), "mark,file\nfirst,in/a b.xy\n2,c.udf\n");
   // The part of a list counts its own rows.
   const SeriesRun part =
       RunSeries(folder, "r --list list.csv --table p --progress --part 2/2 --chunk 1");
@@ -218,6 +233,7 @@ TEST(Series, WhatCannotBeIsToldBeforeTheFirstFile) {
   WriteFile(folder.file("empty"), "\n \n");
   WriteFile(folder.file("twice"), "a.xy\nb.xy\na.xy\n");
   WriteFile(folder.file("marked.csv"), "file,field\na.xy,5\n");
+  WriteFile(folder.file("headless.csv"), "File;T\na.xy;5\n");
   WriteFile(folder.file("good"), "open {file}\nget npeaks\n");
   const struct {
     const char* recipe;
@@ -239,6 +255,10 @@ TEST(Series, WhatCannotBeIsToldBeforeTheFirstFile) {
       {"open {file}\nget npeaks\n", "--list empty", "names no file"},
       {"open {file}\nget npeaks\n", "--list nowhere", "No such file"},
       {"open {file}\nget npeaks\n", "--list twice", "a.xy stands twice"},
+      {"open {file}\nget npeaks\n", "--list .", "no regular file"},
+      {"open {file}\nget npeaks\n", "--list headless.csv", "no column \"file\""},
+      {"open {file}\nget npeaks\n", "--list twice --list empty", "one list, please"},
+      {"open {file}\nget npeaks as \"\"\n", "a.xy", "a column without a name"},
       {"open {file}\nget npeaks\n", "", "which files?"},
       {"open {file}\nget npeaks\n", "a.xy --part 4/3", "from 1 to 3"},
       {"open {file}\nget npeaks\n", "a.xy --chain --restart-when Rp", "and a number"},

@@ -4,6 +4,7 @@
 #include <QAbstractSpinBox>
 #include <QHeaderView>
 #include <QLabel>
+#include <QMenuBar>
 #include <QRadioButton>
 #include <QScreen>
 #include <QTableWidget>
@@ -155,6 +156,25 @@ TEST(Series, ShowsATableThatIsThere) {
     EXPECT_NE(Grid()->item(1, 2)->background(), Grid()->item(2, 2)->background());
     PressLetter(Qt::Key_C);
     co_await Until{[] { return !Find("dialog148") || Idle().ready(); }, "the end"};
+  });
+}
+
+TEST(Series, WithoutAPatternMenusStayAsTheyWere) {
+  const auto enabled = [] {
+    QStringList texts;
+    for (const QAction* menu : Root()->menuBar()->actions())
+      if (menu->isEnabled()) texts += menu->text().remove('&');
+    return texts;
+  };
+  RunWith([=]() -> Script {
+    const QStringList before = enabled();
+    EXPECT_EQ(before,
+              (QStringList{"File", "Edit", "Settings", "Script", "Multiple patterns", "Help"}));
+    Pick(MenuSeries);
+    co_await Shown("dialog148");
+    QTest::keyClick(Find("dialog148"), Qt::Key_Escape);
+    co_await Idle();
+    EXPECT_EQ(enabled(), before);
   });
 }
 

@@ -193,4 +193,6 @@ void Menus::SetLocked(bool locked) {
   UpdateTools();
   bar_->setEnabled(!locked);
   toolbar_->setEnabled(!locked);
+  // A bar that is enabled again enables all of its popups.
+  for (const MenuItem& item : MenuItems()) Update(item.row.id);
 }
