@@ -305,8 +305,10 @@ pid_t ChildOf(pid_t parent) {
   return std::atoi(ReadFile("/proc/" + id + "/task/" + id + "/children").c_str());
 }
 
-// Starts a series with one job, and as soon as a file is at work behind the third row sends a
-// signal to the process of the file, or to that of its chunk.
+constexpr int kLongRow = 6;
+
+// Starts a series with one job, and while the file of the long row is at work sends a signal to its
+// process, or to that of its chunk.
 int RunAndSignal(const TempDir& folder, int signal, bool tochunk) {
   const pid_t run = fork();
   if (run == 0) {
@@ -315,16 +317,16 @@ int RunAndSignal(const TempDir& folder, int signal, bool tochunk) {
           "10", "--table", "hit", nullptr);
     _exit(9);
   }
-  // One that has just begun, and so does not end by itself in between.
-  pid_t seen = 0;
-  for (int pause = 0; pause < 5000; ++pause) {
+  // The rows before it and the head are in the table: a process that is there now is its own.
+  bool sent = false;
+  for (int pause = 0; pause < 5000 && !sent; ++pause) {
     const std::string sofar = ReadFile(folder.file("hit"));
-    const pid_t chunk = std::ranges::count(sofar, '\n') > 3 ? ChildOf(run) : 0;
+    const pid_t chunk = std::ranges::count(sofar, '\n') == 1 + kLongRow ? ChildOf(run) : 0;
     const pid_t file = chunk ? ChildOf(chunk) : 0;
-    if (seen && file && file != seen && kill(tochunk ? chunk : file, signal) == 0) break;
-    if (file) seen = file;
+    sent = file && kill(tochunk ? chunk : file, signal) == 0;
     std::this_thread::sleep_for(std::chrono::milliseconds(2));
   }
+  EXPECT_TRUE(sent);
   int status = 0;
   waitpid(run, &status, 0);
   return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
@@ -335,8 +337,12 @@ int RunAndSignal(const TempDir& folder, int signal, bool tochunk) {
 TEST(Series, AProcessThatEndsIsDoneAgainOrARow) {
   const TempDir folder;
   WriteFiles(folder, 10);
+  std::string points;
+  for (int i = 0; i < 19000; ++i)
+    points += std::to_string(20 + 0.005 * i) + (i % 500 ? " 50\n" : " 5000\n");
+  WriteFile(folder.file("run, \"" + std::to_string(kLongRow) + "\" \u00e4.xy"), points);
   std::string recipe = kRecipe;
-  for (int k = 0; k < 200; ++k) recipe += "menu 40105\n";
+  for (int k = 0; k < 400; ++k) recipe += "menu 40105\n";
   WriteFile(folder.file("slow"), recipe);
   ASSERT_EQ(RunSeries(folder, "slow --list list").status, 0);
   const SeriesTable whole = ReadSeriesTable(folder.file("slow.csv"));
