@@ -31,6 +31,7 @@ constexpr const char* kUsage =
     "                     given several times\n"
     "  --restart-with R   a further recipe to be tried then\n"
     "  --limit SECONDS    for one file, 600 if not given; 0: as long as it takes\n"
+    "  --again            rows of the table that tell a failure are done again\n"
     "  --settings WHAT    of the configuration file: none (if not given) or read\n"
     "  --check            only look whether recipe and list can be used\n"
     "  --join TABLE       put the tables of parts together\n"
@@ -107,6 +108,7 @@ const Option kOptions[] = {
        if (word != "none" && word != "read") Refuse("--settings is none or read");
        o.settings = word;
      }},
+    {"--again", false, [](Options& o, const std::string&) { o.again = true; }},
     {"--check", false, [](Options& o, const std::string&) { o.check = true; }},
     {"--join", false, [](Options& o, const std::string&) { o.join = true; }},
     {"--progress", false, [](Options& o, const std::string&) { o.progress = true; }},

@@ -21,6 +21,7 @@ struct Options {
   std::vector<Condition> restart;  // any of them
   int limit = 600;                 // seconds of one file; 0: none
   std::string settings = "none";
+  bool again = false;  // rows that failed
   bool check = false, join = false, progress = false;
 };
 

@@ -34,7 +34,7 @@ std::string DigestOf(const Plan& plan, const Options& options) {
 
 std::vector<std::string> ColumnsOf(const Plan& plan) {
   std::vector<std::string> columns{std::string(kFileColumn), std::string(kDateColumn)};
-  for (const auto* more : {&plan.list.columns, &plan.recipes[0].columns})
+  for (const auto* more : {&plan.list.Columns(), &plan.recipes[0].columns})
     columns.insert(columns.end(), more->begin(), more->end());
   if (plan.HasStarts()) columns.emplace_back(kStartColumn);
   for (const auto last : {kRecipeColumn, kBoxesColumn, kFailedColumn}) columns.emplace_back(last);
@@ -60,9 +60,19 @@ void CheckNames(const FileList& list) {
   }
 }
 
+FileList ListOf(const Options& options) {
+  FileList list;
+  if (options.list.empty())
+    for (const std::string& file : options.files) list.files.push_back({file, {}});
+  else
+    list = ReadFileList(options.list == "-" ? "-" : IOsFullPath(options.list));
+  CheckNames(list);
+  return list;
+}
+
 // Whole chunks, as many for each part as for any other, or one more.
 void TakePart(Plan& plan, const Options& options) {
-  const std::size_t rows = plan.list.files.size();
+  const std::size_t rows = plan.list.Count();
   const std::size_t chunks = (rows + plan.chunk - 1) / plan.chunk;
   const auto begin = [&](std::size_t part) {
     return std::min(rows, chunks * part / static_cast<std::size_t>(options.parts) * plan.chunk);
@@ -80,15 +90,11 @@ std::string_view DigestIn(std::string_view cell) {
 
 Plan MakePlan(const Options& options) {
   Plan plan;
-  if (options.list.empty())
-    for (const std::string& file : options.files) plan.list.files.push_back({file, {}});
-  else
-    plan.list = ReadFileList(options.list == "-" ? "-" : IOsFullPath(options.list));
-  CheckNames(plan.list);
+  plan.list = HeldList(ListOf(options));
   std::vector<std::string> paths = options.otherrecipes;
   paths.insert(paths.begin(), options.recipe);
   for (const std::string& path : paths) {
-    plan.recipes.push_back(ReadRecipe(IOsFullPath(path), plan.list.columns));
+    plan.recipes.push_back(ReadRecipe(IOsFullPath(path), plan.list.Columns()));
     if (plan.recipes.back().columns != plan.recipes[0].columns)
       throw SeriesError{path + " has other columns than " + options.recipe};
   }
@@ -104,21 +110,21 @@ Plan MakePlan(const Options& options) {
 }
 
 Places PlacesOfRow(const Plan& plan, std::size_t row) {
-  const FileList::File& file = plan.list.files[row];
-  Places places = PlacesOf(file.path, row + 1);
-  for (std::size_t k = 0; k < file.cells.size(); ++k) places[plan.list.columns[k]] = file.cells[k];
+  Places places = PlacesOf(plan.list.Path(row), row + 1);
+  const std::vector<std::string> cells = plan.list.Cells(row);
+  for (std::size_t k = 0; k < cells.size(); ++k) places[plan.list.Columns()[k]] = cells[k];
   return places;
 }
 
 void Rehearse(const Plan& plan) {
-  const std::size_t last = plan.list.files.size() - 1;
+  const std::size_t last = plan.list.Count() - 1;
   for (const Recipe& recipe : plan.recipes) {
     std::string complaint;
     for (const std::size_t row : std::set<std::size_t>{0, last / 2, last}) {
       const RowResult result = RunRow(recipe, PlacesOfRow(plan, row), {}, plan.limit);
       if (result.badline)
         complaint = "recipe " + recipe.name + ", " + result.failed + " (when it was tried on " +
-                    plan.list.files[row].path + ")";
+                    plan.list.Path(row) + ")";
       if (!result.failed.empty()) continue;
       complaint.clear();
       break;
@@ -129,12 +135,11 @@ void Rehearse(const Plan& plan) {
 
 std::string TableLine(const Plan& plan, std::size_t row, const std::string& start,
                       std::size_t recipe, const RowResult& result) {
-  const FileList::File& file = plan.list.files[row];
-  std::vector<std::string> cells{file.path, result.date};
-  cells.insert(cells.end(), file.cells.begin(), file.cells.end());
   std::vector<std::string> values = result.values;
   values.resize(plan.recipes[0].columns.size());
-  cells.insert(cells.end(), values.begin(), values.end());
+  std::vector<std::string> cells{plan.list.Path(row), result.date};
+  for (const auto& more : {plan.list.Cells(row), values})
+    cells.insert(cells.end(), more.begin(), more.end());
   if (plan.HasStarts()) cells.push_back(start);
   cells.push_back(plan.recipes[recipe].name + '#' + plan.digest);
   std::string boxes;

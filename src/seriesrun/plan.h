@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "series/seriestable.h"
+#include "seriesrun/heldlist.h"
 #include "seriesrun/options.h"
 #include "seriesrun/recipe.h"
 #include "seriesrun/rowrun.h"
@@ -14,7 +14,7 @@ namespace seriesrun {
 
 struct Plan {
   std::vector<Recipe> recipes;  // the first one, and those for another start
-  FileList list;
+  HeldList list;
   std::vector<std::string> columns;  // of the table
   std::string digest;                // of all that makes a row, in eight hexadecimal digits
   std::size_t first = 0, last = 0;   // the rows of the part: [first, last)

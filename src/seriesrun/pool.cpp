@@ -1,6 +1,7 @@
 // Many chunks at once.
 #include "seriesrun/pool.h"
 
+#include <malloc.h>
 #include <poll.h>
 #include <unistd.h>
 
@@ -48,7 +49,7 @@ class Pool {
     while (written_ < plan_.last) {
       if (stopped) return false;
       Start();
-      Listen();
+      if (!running_.empty()) Listen();
       Write();
       report({written_ - plan_.first, plan_.last - plan_.first, failed_});
     }
@@ -63,8 +64,12 @@ class Pool {
     std::string text;      // of a line that has not come whole
   };
 
+  // The chunk of a row ends before one that is kept.
   std::size_t EndOfChunk(std::size_t row) const {
-    return std::min(plan_.last, (row / plan_.chunk + 1) * plan_.chunk);
+    const std::size_t end = std::min(plan_.last, (row / plan_.chunk + 1) * plan_.chunk);
+    do ++row;
+    while (row < end && table_.Kept(row).empty());
+    return row;
   }
 
   void Begin(std::size_t first, std::size_t last, std::size_t from) {
@@ -80,7 +85,12 @@ class Pool {
   // A chunk that the table holds a part of is a chain from its first row on all the same.
   void Start() {
     const std::size_t most = written_ + kChunksAhead * jobs_ * plan_.chunk;
-    while (running_.size() < jobs_ && next_ < plan_.last && next_ < most) {
+    while (next_ < plan_.last && next_ < most) {
+      if (const std::string_view kept = table_.Kept(next_); !kept.empty()) {
+        waiting_[next_++] = kept;
+        continue;
+      }
+      if (running_.size() == jobs_) return;
       const std::size_t first = next_ / plan_.chunk * plan_.chunk;
       Begin(first, EndOfChunk(next_), next_);
       next_ = EndOfChunk(next_);
@@ -158,6 +168,7 @@ class Pool {
 
 bool RunPlan(const Plan& plan, TableFile& table, int jobs,
              const std::function<void(const Progress&)>& report) {
+  malloc_trim(0);  // what list and table took while they were read: forks would copy that, too
   std::signal(SIGPIPE, SIG_IGN);
   for (const int signal : {SIGINT, SIGTERM, SIGHUP}) std::signal(signal, [](int) { stopped = 1; });
   return Pool(plan, table, static_cast<std::size_t>(jobs)).Run(report);

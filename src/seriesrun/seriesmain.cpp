@@ -19,7 +19,7 @@ namespace {
 using namespace seriesrun;
 using Clock = std::chrono::steady_clock;
 
-enum ExitStatus { AllThere = 0, CannotGoOn = 1, WrongUse = 2, Stopped = 130 };
+enum ExitStatus { AllThere = 0, CannotGoOn = 1, WrongUse = 2, WrongTable = 3, Stopped = 130 };
 
 // The program as a transcript would find it, with none at hand yet.
 void StartUp(const char* program, const Options& options) {
@@ -87,10 +87,10 @@ int RunSeries(const char* program, const Options& options) {
   const Plan plan = MakePlan(options);
   Rehearse(plan);
   if (options.check) {
-    std::printf("%zu files, %zu columns\n", plan.list.files.size(), plan.columns.size());
+    std::printf("%zu files, %zu columns\n", plan.list.Count(), plan.columns.size());
     return AllThere;
   }
-  TableFile table(IOsFullPath(options.table), plan);
+  TableFile table(IOsFullPath(options.table), plan, options.again);
   Progress last{table.Rows(), plan.last - plan.first, table.Failures()};
   Teller teller(options, last.done);
   int status = Stopped;
@@ -101,7 +101,10 @@ int RunSeries(const char* program, const Options& options) {
       teller(now);
     });
     teller.End(last);
-    if (whole) return AllThere;
+    if (whole) {
+      table.End();
+      return AllThere;
+    }
   } catch (const SeriesError& error) {
     status = CannotGoOn;
     reason = error.text;
@@ -113,6 +116,11 @@ int RunSeries(const char* program, const Options& options) {
   return status;
 }
 
+int Refused(const SeriesError& error, ExitStatus status) {
+  std::fprintf(stderr, "quillagram-series: %s\n", error.text.c_str());
+  return status;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -121,8 +129,9 @@ int main(int argc, char** argv) {
     if (!options.join) return RunSeries(argv[0], options);
     JoinParts(options);
     return AllThere;
+  } catch (const OtherTable& error) {
+    return Refused(error, WrongTable);
   } catch (const SeriesError& error) {
-    std::fprintf(stderr, "quillagram-series: %s\n", error.text.c_str());
+    return Refused(error, WrongUse);
   }
-  return WrongUse;
 }

@@ -201,6 +201,33 @@ TEST(Series, GoesOnWhereItWasKilled) {
   EXPECT_TRUE(ReadFile(folder.file("killed")).starts_with(whole + "new.xy,"));
 }
 
+TEST(Series, RowsThatFailedAreDoneAgain) {
+  const TempDir folder;
+  WriteFiles(folder, 30);
+  ASSERT_EQ(RunSeries(folder, "lines.recipe --list list").status, 0);
+  const std::string before = ReadFile(folder.file("lines.csv"));
+  // Half of those that failed can be read now; what did not fail is not looked at.
+  WriteFile(folder.file("run, \"0\" \u00e4.xy"), "no pattern\n");
+  for (const int k : {10, 17, 24})
+    WriteFile(folder.file("run, \"" + std::to_string(k) + "\" \u00e4.xy"),
+              PatternWithLine(24, 900));
+  {
+    const SmallFiles small(before.size() / 2);
+    EXPECT_EQ(RunSeries(folder, "lines.recipe --list list --again").status, 1);
+  }
+  EXPECT_LT(ReadFile(folder.file("lines.csv")).size(), before.size());
+  for (int again = 0; again < 2; ++again) {
+    ASSERT_EQ(RunSeries(folder, "lines.recipe --list list --again --jobs 3").status, 0);
+    const SeriesTable table = ReadSeriesTable(folder.file("lines.csv"));
+    ASSERT_EQ(table.rows.size(), 30u);
+    for (int k = 0; k < 30; ++k) EXPECT_EQ(table.rows[k].back().empty(), k != 3 && k % 7 != 5) << k;
+    EXPECT_FALSE(std::filesystem::exists(folder.file("lines.csv.before")));
+  }
+  WriteFile(folder.file("lines.csv.before"), "a file of its own\n");
+  EXPECT_EQ(RunSeries(folder, "lines.recipe --list list --again").status, 2);
+  EXPECT_EQ(ReadFile(folder.file("lines.csv.before")), "a file of its own\n");
+}
+
 TEST(Series, ATableHasOneRunAtATimeAndAFullDiskStopsIt) {
   const TempDir folder;
   WriteFiles(folder, 20);
@@ -280,7 +307,7 @@ TEST(Series, WhatCannotBeIsToldBeforeTheFirstFile) {
   const std::string before = ReadFile(folder.file("t"));
   WriteFile(folder.file("good"), "open {file}\nmenu 40105\nget npeaks\n");
   for (const char* words : {"good a.xy --table t", "good b.xy a.xy --table t"})
-    EXPECT_EQ(RunSeries(folder, words).status, 2) << words;
+    EXPECT_EQ(RunSeries(folder, words).status, 3) << words;
   EXPECT_EQ(ReadFile(folder.file("t")), before);
 }
 
@@ -461,6 +488,11 @@ TEST(Series, AChainGoesOnFromTheLastGoodFile) {
   WriteFile(folder.file("t"), whole.substr(0, cut));
   ASSERT_EQ(RunSeries(folder, words).status, 0);
   EXPECT_EQ(ReadFile(folder.file("t")), whole);
+  // So is one whose missing file has come: the files behind it begin with what it gives.
+  WriteFile(folder.file("3.xy"), CubicPattern(5.406, 3));
+  ASSERT_EQ(RunSeries(folder, words + " --again").status, 0);
+  ASSERT_EQ(RunSeries(folder, words + " --table anew").status, 0);
+  EXPECT_EQ(ReadFile(folder.file("t")), ReadFile(folder.file("anew")));
 }
 
 }  // namespace
