@@ -346,7 +346,7 @@ int RunAndSignal(const TempDir& folder, int signal, bool tochunk) {
   }
   // The rows before it and the head are in the table: a process that is there now is its own.
   bool sent = false;
-  for (int pause = 0; pause < 5000 && !sent; ++pause) {
+  for (int pause = 0; pause < 30000 && !sent; ++pause) {
     const std::string sofar = ReadFile(folder.file("hit"));
     const pid_t chunk = std::ranges::count(sofar, '\n') == 1 + kLongRow ? ChildOf(run) : 0;
     const pid_t file = chunk ? ChildOf(chunk) : 0;
