@@ -22,7 +22,7 @@ extern "C" const char* __asan_default_options() { return "detect_leaks=0"; }
 
 namespace {
 
-constexpr int kPatience = 10000, kGlance = 5;  // milliseconds
+constexpr int kPatience = 60000, kGlance = 5;  // milliseconds
 
 void Look(const Until& until, std::coroutine_handle<> waiting, QElapsedTimer since) {
   if (until.ready()) return waiting.resume();

@@ -25,7 +25,7 @@ struct Script {
   std::coroutine_handle<promise_type> handle;
 };
 
-// co_await Until(...): the loops turn until `ready` holds. Ten seconds are an error that ends the
+// co_await Until(...): the loops turn until `ready` holds. A minute is an error that ends the
 // process, as nothing else would end a loop that waits for a user.
 struct Until {
   Until(std::function<bool()> come, const char* named = "") : ready(std::move(come)), what(named) {}
