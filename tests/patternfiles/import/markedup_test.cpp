@@ -44,9 +44,15 @@ std::string Utf16(const std::string& text, bool bigendian) {
 }
 
 std::string Replaced(std::string text, const std::string& from, const std::string& to) {
+  EXPECT_NE(text.find(from), text.npos) << from;
   for (std::size_t at = 0; (at = text.find(from, at)) != text.npos; at += to.size())
     text.replace(at, from.size(), to);
   return text;
+}
+
+// A file that lies beside this one.
+std::string Sample(const std::string& name) {
+  return ReadFile(QUILLAGRAM_SOURCE "/tests/patternfiles/import/samples/" + name);
 }
 
 constexpr double kStep = 0.02;
@@ -55,17 +61,7 @@ constexpr double kStep = 0.02;
 constexpr const char* kCif =
     "# a comment\ndata_quartz\n_diffrn_radiation_wavelength 1.5406\nloop_\n_pd_meas_2theta_scan\n"
     "_pd_meas_counts_total\n10.00 5\n10.02 7\n10.04 6\n";
-constexpr const char* kXrdml =
-    "<?xml version=\"1.0\"?>\n<xrdMeasurements xmlns=\"http://www.xrdml.com/XRDMeasurement/2.1\">\n"
-    "<sample><id>7</id><name>quartz</name></sample>\n<xrdMeasurement>\n"
-    "<usedWavelength intended=\"K-Alpha\"><kAlpha1 unit=\"Angstrom\">1.5406</kAlpha1>"
-    "<kAlpha2>1.5444</kAlpha2><kBeta>1.39</kBeta><ratioKAlpha2KAlpha1>0.5</ratioKAlpha2KAlpha1>"
-    "</usedWavelength>\n<scan appendNumber=\"0\" scanAxis=\"Gonio\">\n<header><startTimeStamp>"
-    "2024-03-08T11:13:20-06:00</startTimeStamp></header>\n<dataPoints><positions axis=\"Omega\">"
-    "<startPosition>5</startPosition><endPosition>5.02</endPosition></positions>\n"
-    "<positions axis=\"2Theta\"><startPosition>10</startPosition><endPosition>10.04</endPosition>"
-    "</positions><commonCountingTime>2.5</commonCountingTime>\n<counts unit=\"counts\">5 7\n6"
-    "</counts></dataPoints></scan></xrdMeasurement></xrdMeasurements>\n";
+const std::string kXrdml = Sample("scan.xrdml");
 
 #ifdef QUILLAGRAM_LIBZIP
 struct Entry {
@@ -83,35 +79,10 @@ std::string Zipped(const std::vector<Entry>& entries) {
   return ReadFile(dir.file("zip"));
 }
 
-constexpr const char* kRawData =
-    "<?xml version=\"1.0\"?>\n<RawData xmlns:xsi=\"x\">\n"
-    "<TimeStampStarted>2013-09-17T11:34:33.5+02:00</TimeStampStarted>\n"
-    "<Tube><WaveLengthAlpha1 Unit=\"A\" Value=\"1.5406\"/><WaveLengthAlpha2 Value=\"1.5444\"/>"
-    "<WaveLengthRatio Value=\"0.5\"/></Tube>\n<DataRoutes><DataRoute RouteFlag=\"Final\">\n"
-    "<ScanInformation><ScanAxes>\n<ScanAxisInfo AxisId=\"TwoTheta\"><Start>10</Start>"
-    "<Stop>10.04</Stop><Increment>0.02</Increment></ScanAxisInfo>\n<ScanAxisInfo AxisId=\"Theta\">"
-    "<Start>5</Start></ScanAxisInfo></ScanAxes></ScanInformation>\n<DataViews>\n"
-    "<RawDataView xsi:type=\"FixedRawDataView\" Start=\"0\" Length=\"1\" "
-    "LogicName=\"MeasuredTime\"/>\n"
-    "<RawDataView xsi:type=\"FixedRawDataView\" Start=\"1\" Length=\"1\" "
-    "LogicName=\"AbsorptionFactor\"/>\n"
-    "<RawDataView xsi:type=\"VaryingRawDataView\" Start=\"2\" Length=\"2\"/>\n"
-    "<RawDataView xsi:type=\"RecordedRawDataView\" Start=\"4\" Length=\"1\"/></DataViews>\n"
-    "<Datum>2.5,1,10,5,5</Datum><Datum>2.5,1,10.02,5.01,7</Datum><Datum>2.5,1,10.04,5.02,6</"
-    "Datum>\n"
-    "</DataRoute></DataRoutes></RawData>\n";
-constexpr const char* kContainer =
-    "<?xml version=\"1.0\"?>\n<DataContainer><InfoItem Name=\"SampleName\" Value=\"quartz\"/>"
-    "</DataContainer>\n";
+const std::string kRawData = Sample("rawdata.xml");
+const std::string kContainer = Sample("container.xml");
 constexpr const char* kProfile = "10.00\t5.0\t1.0\n10.02\t7.0\t1.0\n10.04\t6.0\t1.0\n";
-constexpr const char* kConditions =
-    "<?xml version=\"1.0\"?>\n<MeasurementConditions>\n<GeneralInformation><SystemName>SmartLab"
-    "</SystemName><SampleName>quartz</SampleName></GeneralInformation>\n<HWConfigurations>"
-    "<XrayGenerator><WavelengthKalpha1>1.5406</WavelengthKalpha1><WavelengthKalpha2>1.5444"
-    "</WavelengthKalpha2></XrayGenerator></HWConfigurations>\n<ScanInformation><AxisName>"
-    "TwoThetaTheta</AxisName><StartTime>2021-03-16T13:10:14Z</StartTime><Step>0.02</Step>"
-    "<Speed>0.48</Speed><SpeedUnit>DegPerMin</SpeedUnit></ScanInformation></"
-    "MeasurementConditions>\n";
+const std::string kConditions = Sample("conditions.xml");
 
 std::string Brml(const std::string& rawdata) {
   return Zipped(
@@ -134,11 +105,11 @@ void ExpectQuartz(const MeasuredScan& scan) {
 // One scan in all formats, with every code and every end of lines.
 TEST(MarkedUp, OneScanInAllFormats) {
   using Format = std::string (*)(const std::string&);
-  struct {
-    const char *text, *date;
+  const struct {
+    std::string text, date;
     Format wrapped;
     double ratio;
-  } const formats[] = {
+  } formats[] = {
 #ifdef QUILLAGRAM_GEMMI
       {kCif, "", [](const std::string& text) { return text; }, 0},
 #endif
@@ -152,9 +123,8 @@ TEST(MarkedUp, OneScanInAllFormats) {
   };
   for (const auto& format : formats)
     for (const std::string& text :
-         {std::string(format.text), "\xEF\xBB\xBF" + std::string(format.text),
-          Replaced(format.text, "\n", "\r\n"), Replaced(format.text, "\n", "\r"),
-          Utf16(format.text, false), Utf16(format.text, true)}) {
+         {format.text, "\xEF\xBB\xBF" + format.text, Replaced(format.text, "\n", "\r\n"),
+          Replaced(format.text, "\n", "\r"), Utf16(format.text, false), Utf16(format.text, true)}) {
       const MeasuredScan scan = ScanOf(format.wrapped(text));
       ExpectQuartz(scan);
       EXPECT_EQ(scan.date, format.date);
@@ -315,7 +285,6 @@ TEST(MarkedUp, CifWithoutPattern) {
 
 #ifdef QUILLAGRAM_PUGIXML
 std::string XrdmlWith(const std::string& from, const std::string& to) {
-  EXPECT_NE(std::string(kXrdml).find(from), std::string::npos) << from;
   return Replaced(kXrdml, from, to);
 }
 
@@ -417,7 +386,6 @@ TEST(MarkedUp, XrdmlScans) {
 
 #ifdef QUILLAGRAM_LIBZIP
 std::string RawDataWith(const std::string& from, const std::string& to) {
-  EXPECT_NE(std::string(kRawData).find(from), std::string::npos) << from;
   return Replaced(kRawData, from, to);
 }
 
