@@ -9,7 +9,6 @@
 #include <filesystem>
 #include <functional>
 #include <limits>
-#include <sstream>
 
 #include "crystal/hklcode.h"
 #include "support/smallfiles.h"
@@ -19,26 +18,7 @@
 namespace {
 
 // Each line as its format has it.
-constexpr const char* kText =
-    "LATT         16    7\n"
-    "LSCT         12    1    3    1    2\n"
-    "LSPR          0.2500         8    1.0250    0.1500      10.5     120.0\n"
-    "ELAM         1.54059   1.54441   0.49700\n"
-    "GLOB          7    1\n"
-    "HWTC          1    0    1    0    1    0    0    1    0\n"
-    "PKSC          0    1    0    1    0    1    1    0    1\n"
-    "CELC          1    1    0    0    0    1\n"
-    "CELL         4.156860   5.250000  -6.500000  90.000000  91.125000 120.000000\n"
-    "SDCE         0.000100   0.000200   0.000000   0.000000   0.003000   0.000000\n"
-    "HWTH        0.010000 -0.005000  0.002500  0.020000 -0.006000  0.003500\n"
-    "PKSH        0.500000  0.001000  0.000000  0.625000  0.002000 -0.000010\n"
-    "ZETT       -0.012500\n"
-    "BKGR          1520.3    -310.2      55.0       0.0    1000.5\n"
-    "BKGR             6.0       7.0       8.0       9.0      10.0\n"
-    "BKGR            11.0      12.0      13.0      14.0      15.0\n"
-    "             h   k   l   Int    TwoTh     FWHM    p.s.\n"
-    "REFL         1   0   0  5230.  21.3580  0.0812  0.5000  0.0790  0.4800      6.\n"
-    "REFL        -2   1  10    12. 130.0000  0.2500  1.0000  0.2000  0.9000     48.\n";
+const std::string kText = ReadFile(QUILLAGRAM_SOURCE "/tests/fit/whole.txt");
 
 struct Fit {
   FitParameters p;
@@ -148,13 +128,6 @@ void DropRows(Fit& f, int first) {
   f.npeaks = first > 1 ? first - 1 : 200;
 }
 
-std::vector<std::string> Lines(const std::string& text) {
-  std::vector<std::string> lines;
-  std::istringstream in(text);
-  for (std::string line; std::getline(in, line);) lines.push_back(line);
-  return lines;
-}
-
 std::string Joined(const std::vector<std::string>& lines, const std::string& end = "\n") {
   std::string text;
   for (const std::string& line : lines) text += line + end;
@@ -186,7 +159,7 @@ TEST_F(FitFile, ToTheLetterAndBack) {
 }
 
 TEST_F(FitFile, OrderEndsAndBlanksDoNotMatter) {
-  std::vector<std::string> lines = Lines(kText);
+  std::vector<std::string> lines = LinesOf(kText);
   const std::string once = Joined(lines);
   EXPECT_EQ(Read(Joined(lines, "\r\n")), Loaded());
   EXPECT_EQ(Read(Joined(lines, "\n\n  \n")), Loaded());
@@ -235,7 +208,7 @@ std::vector<std::string> Damaged(const std::string& line) {
 }
 
 TEST_F(FitFile, DefaultsSectionBySection) {
-  const std::vector<std::string> lines = Lines(kText);
+  const std::vector<std::string> lines = LinesOf(kText);
   for (std::size_t k = 0; k < kSections; ++k) {
     ASSERT_EQ(lines[k].substr(0, 4), kLosses[k].key);
     Fit without = Loaded();
@@ -264,7 +237,7 @@ TEST_F(FitFile, ChoicesThatDoNotExist) {
   for (const char* number : {"-2147483648", "-1", "0", "17", "2147483647"}) {
     SCOPED_TRACE(number);
     std::string text;
-    for (const std::string& line : Lines(kText)) {
+    for (const std::string& line : LinesOf(kText)) {
       text += line.substr(0, 10);
       for (int k = 0; k < 10; ++k) text += std::string(" ") + number;
       text += "\n";
@@ -301,7 +274,7 @@ TEST_F(FitFile, ReflectionsAreCounted) {
   EXPECT_EQ(all.peaks(ptth, 201), 0);
   all.npeaks = 201;
   ASSERT_EQ(Write(all), "");
-  EXPECT_EQ(Lines(ReadFile(path_)).size(), 217u);
+  EXPECT_EQ(LinesOf(ReadFile(path_)).size(), 217u);
   // Without any the list counts as full, of what it held.
   WriteFile(path_, "ZETT      0\nEND");
   Fit f = Written();

@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <sstream>
-
 #include "index/simulate.h"
 
 namespace {
@@ -15,8 +13,7 @@ struct Accept : testing::Test {
     data.search.all = TreorLinesAt(Pattern(cell, n, 0.006));
     PrepareLines(data.search);
     const bool solved = AcceptCandidate(data.search, {system, ConstantsOf(cell, 1.001)});
-    std::istringstream in(text = data.Text());
-    for (std::string line; std::getline(in, line);) lines.push_back(line);
+    lines = LinesOf(text = data.Text());
     if (solved) found = data.run.solutions.back().cell;
     return solved;
   }

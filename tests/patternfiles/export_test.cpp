@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
-#include <sstream>
 
 #include "patternfiles/export/ciftext.h"
 #include "patternfiles/export/export.h"

@@ -39,12 +39,6 @@ std::string Repeat(int n, const std::string& text) {
   return all;
 }
 
-std::string Replaced(std::string text, const std::string& from, const std::string& to) {
-  for (std::size_t at = 0; (at = text.find(from, at)) != std::string::npos; at += to.size())
-    text.replace(at, from.size(), to);
-  return text;
-}
-
 // Everything a load sets, for every way in which lines may end.
 TEST_F(Readers, EveryFormatWithEveryLineEnd) {
   for (const FormatSample& sample : FormatSamples()) {

@@ -10,13 +10,6 @@ namespace {
 
 constexpr const char* kAddUp = "INFM    2\nUTFM    5\n";
 
-Lines LinesOf(const std::string& text) {
-  Lines lines;
-  for (std::size_t at = 0; at < text.size(); at = text.find('\n', at) + 1)
-    lines.push_back(text.substr(at, text.find('\n', at) - at));
-  return lines;
-}
-
 // The first pattern has the rows; a shorter one leaves the rest of its column at 0.
 TEST(AddUp, ColumnsOfCountsBehindTwoTheta) {
   const ScriptTest test;

@@ -10,7 +10,6 @@
 #include "shell/copytext.h"
 #include "shell/shell.h"
 #include "support/support.h"
-#include "toolkit/frontend.h"  // for MenuItems
 #include "workspace/menuids.h"
 #include "workspace/workspace.h"
 
@@ -30,12 +29,6 @@ std::vector<Cells> Table(const std::string& text) {
 }
 
 float Value(const std::string& cell) { return std::strtof(cell.c_str(), nullptr); }
-
-std::string HintOf(int id) {
-  const auto item =
-      std::ranges::find(MenuItems(), id, [](const MenuItem& one) { return one.row.id; });
-  return item->enabled ? "" : item->hint;
-}
 
 // 101 points from 20 to 30 degrees, of 100 counts and a third.
 class CopyText : public testing::Test {

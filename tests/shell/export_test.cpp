@@ -6,7 +6,6 @@
 #include "peaks/peaklist.h"
 #include "shell/shell.h"
 #include "support/support.h"
-#include "toolkit/frontend.h"  // for MenuItems
 #include "workspace/csv.h"
 #include "workspace/menuids.h"
 #include "workspace/workspace.h"
@@ -28,12 +27,6 @@ class ExportTables : public testing::Test {
   }
   TempDir dir;
 };
-
-std::string HintOf(int id) {
-  const auto item =
-      std::ranges::find(MenuItems(), id, [](const MenuItem& one) { return one.row.id; });
-  return item->enabled ? "" : item->hint;
-}
 
 TEST(Csv, QuotesWhatNeedsIt) {
   const std::string cells[] = {"plain", "a,b", "say \"x\"", "", "two\nlines"};

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
-#include <sstream>
 
 #include "patternfiles/patternfiles.h"
 #include "plot/plot.h"
@@ -36,9 +35,9 @@ std::string PatternText(double shift) {
 
 // The commands of the session, each with the lines that belong to it.
 std::vector<std::string> SessionSteps() {
-  std::istringstream lines(ReadFile(QUILLAGRAM_SOURCE "/tests/transcripts/session.replay"));
   std::vector<std::string> steps;
-  for (std::string line; std::getline(lines, line);) {
+  for (const std::string& line :
+       LinesOf(ReadFile(QUILLAGRAM_SOURCE "/tests/transcripts/session.replay"))) {
     if (line.starts_with('#')) continue;
     if (!line.starts_with(' ')) steps.emplace_back();
     steps.back() += line + '\n';
@@ -92,6 +91,23 @@ class Session : public testing::Test {
     for (std::string& step : steps)
       if (step.starts_with("open \"")) step.insert(6, dir_.path() + "/");
     return steps;
+  }
+  // What a session and its history tell with the gets of so many lines, which has to be the same.
+  std::vector<std::string> ExpectSameAgain(const std::string& transcript, const std::string& gets,
+                                           std::ptrdiff_t count) const {
+    const std::string history = dir_.file("h.replay");
+    const std::string save = "menu 40205\nfile \"" + history + "\"\n";
+    std::vector<std::string> told[2];
+    for (const bool again : {false, true}) {
+      const ReplayRun run = again ? RunReplay(ReadFile(history) + gets, "/")
+                                  : RunReplay(transcript + save + gets, dir_.path());
+      EXPECT_EQ(run.status, 0) << run.lines.back();
+      told[again].assign(run.lines.end() - std::min(count, std::ssize(run.lines)), run.lines.end());
+    }
+    EXPECT_EQ(told[0], told[1]);
+    EXPECT_EQ(std::ssize(told[1]), count);
+    told[1].resize(count);
+    return told[1];
   }
   TempDir dir_;
 };
@@ -174,14 +190,9 @@ TEST_F(Session, DoneAgainWithItsAccidents) {
   const std::string gets =
       "get saveformat\nget peakfilename\nget peaks\nget yval(2,1:2001)\nget chebyorder\n"
       "get infodepartment\nget nmanualbg\n";
-  const std::string save = "menu 40205\nfile \"" + dir_.file("h.replay") + "\"\n";
-  const ReplayRun first = RunReplay(transcript + save + gets, dir_.path());
-  const ReplayRun again = RunReplay(ReadFile(dir_.file("h.replay")) + gets, "/");
-  EXPECT_EQ(first.status + again.status, 0) << again.lines.back();
-  ASSERT_GT(first.lines.size(), 7u);
-  EXPECT_TRUE(std::equal(first.lines.end() - 7, first.lines.end(), again.lines.end() - 7));
-  EXPECT_EQ(again.lines[again.lines.size() - 2], "value\tinfodepartment\tLab");
-  EXPECT_EQ(again.lines[again.lines.size() - 7], "value\tsaveformat\t1");
+  const std::vector<std::string> told = ExpectSameAgain(transcript, gets, 7);
+  EXPECT_EQ(told[5], "value\tinfodepartment\tLab");
+  EXPECT_EQ(told[0], "value\tsaveformat\t1");
 }
 
 // Zooms by all means, with and without a dialog that is cancelled, closed or not worth a line.
@@ -200,12 +211,7 @@ TEST_F(Session, ZoomsAreDoneAgainAndGoneBackThrough) {
   const std::string gets =
       "get viewxmin\nget viewxmax\nget viewymin\nget viewymax\nget npeaks\nget peaks(1,1:3)\n"
       "get nmanualbg\nitem 40209\nitem 40210\nkey backspace\nget viewxmin\n";
-  const std::string save = "menu 40205\nfile \"" + dir_.file("h.replay") + "\"\n";
-  const ReplayRun first = RunReplay(transcript + save + gets, dir_.path());
-  const ReplayRun again = RunReplay(ReadFile(dir_.file("h.replay")) + gets, "/");
-  EXPECT_EQ(first.status + again.status, 0) << first.lines.back() << again.lines.back();
-  ASSERT_GT(std::min(first.lines.size(), again.lines.size()), 10u);
-  EXPECT_TRUE(std::equal(first.lines.end() - 10, first.lines.end(), again.lines.end() - 10));
+  ExpectSameAgain(transcript, gets, 10);
 }
 
 // Of what was entered again the last counts, a number as it was typed; places have nine digits.
@@ -218,8 +224,7 @@ TEST_F(Session, HistoryTellsWhatWasEntered) {
   const std::string path = dir_.file("done.replay");
   WriteHistory(path);
   std::vector<std::string> told;
-  std::istringstream lines(ReadFile(path));
-  for (std::string line; std::getline(lines, line);)
+  for (const std::string& line : LinesOf(ReadFile(path)))
     if (!line.starts_with('#')) told.push_back(line.substr(0, line.find("  # ")));
   EXPECT_EQ(told,
             (std::vector<std::string>{

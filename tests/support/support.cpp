@@ -1,7 +1,9 @@
 #include "support/support.h"
 
+#include <gtest/gtest.h>
 #include <sys/wait.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -14,6 +16,7 @@
 #include "shell/history.h"
 #include "shell/shell.h"
 #include "shell/undo.h"
+#include "toolkit/frontend.h"
 #include "toolkit/replay/transcript.h"
 #include "toolkit/toolkit.h"
 #include "workspace/workspace.h"
@@ -21,13 +24,6 @@
 namespace {
 
 std::vector<std::string> events;
-
-std::vector<std::string> LinesOf(const std::string& text) {
-  std::vector<std::string> lines;
-  std::istringstream stream(text);
-  for (std::string line; std::getline(stream, line);) lines.push_back(line);
-  return lines;
-}
 
 // Brings the toolkit of this process up once, with events kept for Events().
 void StartToolkit() {
@@ -64,6 +60,26 @@ std::string ReadFile(const std::string& path) {
   std::ostringstream content;
   content << std::ifstream(path, std::ios::binary).rdbuf();
   return content.str();
+}
+
+std::vector<std::string> LinesOf(const std::string& text) {
+  std::vector<std::string> lines;
+  std::istringstream stream(text);
+  for (std::string line; std::getline(stream, line);) lines.push_back(line);
+  return lines;
+}
+
+std::string Replaced(std::string text, const std::string& from, const std::string& to) {
+  EXPECT_NE(text.find(from), text.npos) << from;
+  for (std::size_t at = 0; (at = text.find(from, at)) != text.npos; at += to.size())
+    text.replace(at, from.size(), to);
+  return text;
+}
+
+std::string Utf16(const std::string& ascii, bool bigendian) {
+  std::string wide = bigendian ? "\xFE\xFF" : "\xFF\xFE";
+  for (const char c : ascii) wide += bigendian ? std::string{'\0', c} : std::string{c, '\0'};
+  return wide;
 }
 
 ReplayRun RunReplay(const std::string& transcript, const std::string& workdir,
@@ -108,6 +124,12 @@ void FreshWorkspace() {
   ForgetZooms();
   SetMenuLoaded(0);
   events.clear();
+}
+
+std::string HintOf(int id) {
+  const auto item =
+      std::ranges::find(MenuItems(), id, [](const MenuItem& one) { return one.row.id; });
+  return item->enabled ? "" : item->hint;
 }
 
 void RunMenu(int id, const std::string& answers) {

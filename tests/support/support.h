@@ -22,6 +22,12 @@ class TempDir {
 void WriteFile(const std::string& path, const std::string& content);
 // Content of a file, empty if it cannot be read.
 std::string ReadFile(const std::string& path);
+std::vector<std::string> LinesOf(const std::string& text);
+
+// With `to` for every `from`, of which there has to be one.
+std::string Replaced(std::string text, const std::string& from, const std::string& to);
+// With the mark of the byte order in front.
+std::string Utf16(const std::string& ascii, bool bigendian = false);
 
 struct ReplayRun {
   int status = -1;                 // exit status, -1 if a signal ended it
@@ -40,5 +46,7 @@ void Answer(const std::string& transcriptlines);
 std::vector<std::string> Events();
 // The Workspace as at the start of the program, menu and dialogs registered, an empty plot.
 void FreshWorkspace();
+// What a disabled menu item needs, blank for an enabled one.
+std::string HintOf(int id);
 // Picks a menu item and answers what it asks.
 void RunMenu(int id, const std::string& answers = "");

@@ -5,7 +5,6 @@
 #include <cstring>
 #include <limits>
 
-#include "patternfiles/import/dates.h"
 #include "patternfiles/import/formats.h"
 #include "patternfiles/import/import.h"
 #include "support/support.h"
@@ -270,22 +269,6 @@ TEST(BinaryFiles, MoreThanTheLimits) {
     EXPECT_EQ(Import(large).trouble,
               points > 4'000'000 ? "it holds more than 4 million points" : "");
   }
-}
-
-TEST(BinaryFiles, Dates) {
-  const std::pair<const char*, const char*> cases[] = {
-      {"10/04/96", "1996-10-04"},
-      {"25/12/2003 7:05", "2003-12-25 07:05:00"},
-      {"3.4.2012", "2012-04-03"},
-      {"2011-02-28 23:59:58", "2011-02-28 23:59:58"},
-      {"04-Mar-2010", "2010-03-04"},
-      {"69/1/1", ""},
-      {"12/31/69 24:00", "2069-12-31"},
-      {"unknown", ""},
-      {"99/99/1999", ""},
-      {"", ""},
-  };
-  for (const auto& [text, iso] : cases) EXPECT_EQ(IsoDate(text), iso) << text;
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 // CIF, XML and archives: what they hold by their definitions, what real ones hold, hostile ones.
 #include <gtest/gtest.h>
 
-#include <sstream>
 
 #include "patternfiles/import/dates.h"
 #include "patternfiles/import/import.h"
@@ -34,20 +33,6 @@ MeasuredScan ScanOf(const std::string& text) {
 void ExpectNear(const Values& values, const Values& expected) {
   ASSERT_EQ(values.size(), expected.size());
   for (std::size_t i = 0; i < values.size(); ++i) EXPECT_NEAR(values[i], expected[i], 1e-9) << i;
-}
-
-// Whole numbers below 128 only.
-std::string Utf16(const std::string& text, bool bigendian) {
-  std::string wide = bigendian ? "\xFE\xFF" : "\xFF\xFE";
-  for (const char c : text) wide += bigendian ? std::string{'\0', c} : std::string{c, '\0'};
-  return wide;
-}
-
-std::string Replaced(std::string text, const std::string& from, const std::string& to) {
-  EXPECT_NE(text.find(from), text.npos) << from;
-  for (std::size_t at = 0; (at = text.find(from, at)) != text.npos; at += to.size())
-    text.replace(at, from.size(), to);
-  return text;
 }
 
 // A file that lies beside this one.
@@ -156,7 +141,13 @@ TEST(MarkedUp, Texts) {
                          {"2005-09-17\n", "2005-09-17"},
                          {"17.9.2005 20:43", "2005-09-17 20:43:00"},
                          {"9/17/2005 8:43:10 PM", "2005-09-17 20:43:10"},
-                         {"soon", ""}};
+                         {"soon", ""},
+                         {"10/04/96", "1996-10-04"},
+                         {"25/12/2003 7:05", "2003-12-25 07:05:00"},
+                         {"04-Mar-2010", "2010-03-04"},
+                         {"69/1/1", ""},
+                         {"12/31/69 24:00", "2069-12-31"},
+                         {"99/99/1999", ""}};
   for (const Texts& each : dates) EXPECT_EQ(IsoDate(each[0]), each[1]);
 }
 

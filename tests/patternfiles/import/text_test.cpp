@@ -43,12 +43,6 @@ void ExpectTold(std::initializer_list<Sample> samples) {
     EXPECT_EQ(Told(Import(sample.text)), sample.told) << sample.text;
 }
 
-std::string Utf16(const std::string& ascii) {
-  std::string text = "\xFF\xFE";
-  for (const char c : ascii) (text += c) += '\0';
-  return text;
-}
-
 // Separators, decimal signs, line ends and marks of texts: all the same three points.
 TEST(ImportColumns, WaysOfWriting) {
   const char* points = "5 5.5 6 = 131 99.5 12";
