@@ -1,8 +1,6 @@
 // Solutions of an indexing run, chosen with keys and mouse.
 #include <gtest/gtest.h>
 
-#include <QPushButton>
-#include <QScreen>
 #include <QTableWidget>
 #include <fstream>
 
@@ -14,7 +12,7 @@
 
 namespace {
 
-constexpr int kPlotIto = 40123, kRunIto = 40120;
+constexpr int kPlotIto = 40123;
 
 QPoint RowOf(const QTableWidget* grid, int row) {
   return grid->visualItemRect(grid->item(row - 1, 2)).center();
@@ -62,29 +60,5 @@ TEST(Indexing, SolutionsAreChosenByKeysAndMouse) {
     Pick(MenuUndo);
     co_await Idle();
     EXPECT_EQ(ws.npeaks, 0);
-  });
-}
-
-// "Browse" opens the selector above the dialog.
-TEST(Indexing, InputIsEnteredBesideThePlot) {
-  RunOn("index.xy", []() -> Script {
-    Pick(kRunIto);
-    co_await Shown("dialog129");
-    const QWidget* dialog = Find("dialog129");
-    EXPECT_TRUE(dialog->screen()->availableGeometry().contains(dialog->frameGeometry()));
-    // Return presses the button that has the focus, and the default one from a field.
-    Find("button1702")->setFocus();
-    Press("Return");
-    co_await Shown("selector");
-    Press("Escape");
-    co_await Until{[] { return !QApplication::activeModalWidget(); }, "the dialog"};
-    Find("dialog129")->activateWindow();
-    co_await Shown("dialog129");
-    Find("field1701")->setFocus();
-    EXPECT_TRUE(FindA<QPushButton>("button1")->isDefault());
-    QTest::mouseClick(Find("button2"), Qt::LeftButton);
-    co_await Idle();
-    EXPECT_EQ(ws.itomaxlines, 30);
-    EXPECT_EQ(ws.indexoutfile, "");
   });
 }

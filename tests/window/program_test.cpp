@@ -28,7 +28,7 @@ Outcome Start(const char* program, const QStringList& arguments) {
     environment.remove(name);
   process.setProcessEnvironment(environment);
   process.start(program, arguments);
-  EXPECT_TRUE(process.waitForFinished());
+  EXPECT_TRUE(process.waitForFinished(-1));
   return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
           process.readAllStandardOutput().toStdString(),
           process.readAllStandardError().toStdString()};
@@ -75,15 +75,15 @@ TEST(Program, TakesOptionsOfQtAndEndsNormallyWhenAskedTo) {
   process.start(QUILLAGRAM_PROGRAM,
                 {"--platform=offscreen", "-style", "fusion", "-session", "1_2", "--", "-x.xy"});
   ASSERT_TRUE(process.waitForStarted());
-  // The configuration file is written once the window stands.
-  for (int i = 0; i < 500 && !QFile::exists(home.filePath("quillagram.ini")); ++i)
-    process.waitForFinished(20);
-  process.waitForFinished(200);
+  // The configuration file has the pattern once the window stands.
+  const auto told = [&] {
+    QFile settings(home.filePath("quillagram.ini"));
+    return settings.open(QIODevice::ReadOnly) && settings.readAll().contains("/-x.xy\n");
+  };
+  while (!told() && process.state() == QProcess::Running) process.waitForFinished(20);
+  EXPECT_TRUE(told());
   kill(static_cast<pid_t>(process.processId()), SIGTERM);
-  ASSERT_TRUE(process.waitForFinished());
+  ASSERT_TRUE(process.waitForFinished(-1));
   EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
   EXPECT_EQ(process.exitCode(), 0);
-  QFile settings(home.filePath("quillagram.ini"));
-  ASSERT_TRUE(settings.open(QIODevice::ReadOnly));
-  EXPECT_TRUE(settings.readAll().contains("/-x.xy\n"));
 }
