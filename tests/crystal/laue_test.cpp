@@ -63,27 +63,12 @@ TEST(CanonicalIndices, OfTetragonal4PairTheWrongHands) {
 }
 
 TEST(LaueClass, ForcesTheCell) {
-  const UnitCell odd{{4, 5, 6, 70, 80, 95}};
-  const UnitCell orthogonal{{4, 5, 6, 90, 90, 90}}, hexagonal{{4, 4, 6, 90, 90, 120}},
-      rhombohedral{{4, 4, 4, 70, 70, 70}}, tetragonal{{4, 4, 6, 90, 90, 90}},
+  const UnitCell odd{{4, 5, 6, 70, 80, 95}}, monoa{{4, 5, 6, 70, 90, 90}},
+      monob{{4, 5, 6, 90, 80, 90}}, monoc{{4, 5, 6, 90, 90, 95}}, ortho{{4, 5, 6, 90, 90, 90}},
+      hexa{{4, 4, 6, 90, 90, 120}}, rhombo{{4, 4, 4, 70, 70, 70}}, tetra{{4, 4, 6, 90, 90, 90}},
       cubic{{4, 4, 4, 90, 90, 90}};
-  const UnitCell forced[] = {odd,
-                             {{4, 5, 6, 70, 90, 90}},
-                             {{4, 5, 6, 90, 80, 90}},
-                             {{4, 5, 6, 90, 90, 95}},
-                             orthogonal,
-                             hexagonal,
-                             rhombohedral,
-                             hexagonal,
-                             hexagonal,
-                             rhombohedral,
-                             tetragonal,
-                             tetragonal,
-                             hexagonal,
-                             hexagonal,
-                             cubic,
-                             cubic,
-                             odd};
+  const UnitCell forced[] = {odd,    monoa, monob, monoc, ortho, hexa,  rhombo, hexa, hexa,
+                             rhombo, tetra, tetra, hexa,  hexa,  cubic, cubic,  odd};
   for (int laueclass = 1; laueclass <= kLaueClasses + 1; ++laueclass) {
     UnitCell cell = odd;
     ForceCell(cell, laueclass);

@@ -192,15 +192,6 @@ TEST(AssignReflections, ForcesCellCenteringAndWavelength) {
   EXPECT_EQ(wavelength, -1);
 }
 
-TEST(AssignReflections, KeepsTheFirstTwoHundred) {
-  UnitCell cell{{20, 21, 22, 80, 85, 95}};
-  int centering = 1;
-  float wavelength = kCu;
-  const auto list = AssignReflections(cell, 1, centering, {5, 60}, wavelength);
-  ASSERT_EQ(list->size(), 200u);
-  EXPECT_LT(list->back().tth, 30);
-}
-
 TEST(AssignReflections, OfNonsenseEndsInTime) {
   const float nan = std::numeric_limits<float>::quiet_NaN(), inf = HUGE_VALF;
   const float strange[] = {0, -5, 1e-30f, 1e-5f, 1e6f, 1e12f, 1e30f, nan, inf, -inf};

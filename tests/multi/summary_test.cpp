@@ -31,11 +31,10 @@ class Summary : public testing::Test {
  protected:
   void SetUp() override {
     FreshWorkspace();
-    before = fs::current_path();
     fs::current_path(dir.path());
     SetPattern("silicon-640c", {100, 151.5f, 99.4f});
   }
-  void TearDown() override { fs::current_path(before); }
+  void TearDown() override { fs::current_path("/"); }
 
   static void SetPattern(const std::string& stem, const std::vector<float>& counts) {
     ws.patternstem = stem;
@@ -60,7 +59,6 @@ class Summary : public testing::Test {
 
   const TempDir dir;
   const std::string table = dir.file("t.sum");
-  fs::path before;
 };
 
 // The rows are those of the first pattern; what a shorter one lacks comes from the points that were

@@ -125,18 +125,6 @@ TEST(RunScript, OnlyTheFirstFileIsShiftedAndNoneIsCut) {
   EXPECT_EQ(CountsOf(test.Read("d.xy")).size(), 200u);
 }
 
-TEST(RunScript, ConvertHasItsLimitsForEveryFileAndGivesThemToTheWriter) {
-  const ScriptTest test;
-  test.Pattern("a.xy", 1000);
-  test.Pattern("b.xy", 2000);
-  test.Run("a.xy\nb.xy\n", "c.xy\nd.xy\n",
-           "INFM    2\nCONV   1.54056   1.54056  12.00000  18.03000    .06250\nUTFM    2\n");
-  for (const char* name : {"c.xy", "d.xy"}) {
-    EXPECT_EQ(test.Read(name).substr(0, 8), " 12.0000");
-    EXPECT_EQ(CountsOf(test.Read(name)).size(), 97u);
-  }
-}
-
 // The lines are worked off in their order.
 TEST(RunScript, AnOutputInFrontOfTheInputIsThatOfTheFileBefore) {
   const ScriptTest test;
