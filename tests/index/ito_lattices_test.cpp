@@ -36,33 +36,6 @@ TEST(ItoLattices, ZonesMeetInTheLengthThatTheyShare) {
   EXPECT_EQ(CombineZones({.a = 100, .b = 100}, {.a = 100, .b = 100}, true).size(), 5u);
 }
 
-TEST(ItoLattices, TheThirdCrossConstantIsFound) {
-  for (const float d : {21.0f, -67.0f, 140.0f})
-    for (const auto& [e, f] : {std::pair(33.0f, 44.0f), {33.0f, 0.0f}, {0.0f, 0.0f}}) {
-      Lattice x = kTriclinic;
-      x.d = d, x.e = e, x.f = f;
-      const ItoProblem problem = ProblemAt(LinesOf(x), 1);
-      x.d = 0;
-      const auto found = Threed(x, problem);
-      EXPECT_LE(found.size(), 4u);
-      // With a rectangular zone the sign of d is free.
-      EXPECT_TRUE(std::ranges::any_of(found,
-                                      [&](const Lattice& each) {
-                                        return std::abs(f == 0 ? std::abs(each.d) - std::abs(d)
-                                                               : each.d - d) < 2.25;
-                                      }))
-          << d << ' ' << e << ' ' << f;
-      for (const Lattice& each : found) {
-        EXPECT_GT(Determinant(FormOf(each)), 0);
-        EXPECT_LE(each.lines, found[0].lines);
-        EXPECT_GT(each.lines, std::max(problem.lines.size() / 10 + 4.0, found[0].lines - 5.0));
-      }
-    }
-  const ItoProblem problem = ProblemAt(LinesOf(kTriclinic), 1);
-  for (const Lattice& none : {Lattice{100, 100, 100, 0, 210, 10}, {}, {kNan, 100, 100}})
-    EXPECT_TRUE(Threed(none, problem).empty());
-}
-
 // The standard form: axes by their length, the same lattice, and the same whatever the axes were.
 TEST(ItoLattices, TheStandardFormIsTheSameLattice) {
   std::mt19937 random(11);

@@ -83,23 +83,6 @@ TEST(ItoLines, PairsOfTheFirstLinesWithoutSecondOrders) {
   EXPECT_EQ(found, expected);
 }
 
-TEST(ItoLines, ProbabilitiesOfTheTenthsOfTheRange) {
-  const auto q = EvenQ(40);
-  const auto read = ReadQ(q, "  1.0000");
-  const double u = High(q[39], 0.01) / 10;
-  EXPECT_NEAR(read.problem.binwidth, u, 1e-3);
-  for (int bin = 1; bin <= 10; ++bin) {
-    double sum = 0;
-    for (double each : q)
-      if (static_cast<int>(0.99 + each / u) == bin) sum += 2 * (High(each, 0.01) - each);
-    EXPECT_NEAR(read.problem.probability[bin], sum / u * std::sqrt(bin), 2e-3 * std::sqrt(bin));
-  }
-  EXPECT_EQ(ReadQ(q, "100.0000").problem.probability[10], 0.5f);
-  std::vector<double> gap = EvenQ(19);
-  gap.push_back(4000);
-  EXPECT_EQ(ReadQ(gap).problem.probability[7], 0.0001f);
-}
-
 // Beyond 180 degrees, below 0 by a zero correction, and all by their wavelength.
 TEST(ItoLines, ValuesThatNoLineCanHaveAreIgnoredAndTold) {
   auto q = EvenQ(21);

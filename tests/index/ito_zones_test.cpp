@@ -1,8 +1,6 @@
 // Zones of ITO: normal form, fit, rating and search.
 #include <gtest/gtest.h>
 
-#include <map>
-
 #include "index/ito/zonelist.h"
 #include "index/simulate.h"
 
@@ -121,80 +119,6 @@ TEST(ItoZones, AFitThatLinesDoNotFixLeavesTheZone) {
         ListingOf([&](Listing& listing) { ZoneFit(zone, problem, 405, &listing); });
     EXPECT_NE(text.find("not refined"), std::string::npos);
     ExpectZone(zone, {.a = 100, .b = 157, .f = f}, 0);
-  }
-}
-
-// By its definition: a row through the origin, from any of its points on, is met if any of its
-// points is seen, and what has been met once counts no more.
-double Probability(ZoneTable& given, int i, int j, bool centred) {
-  std::map<std::pair<int, int>, double> points;
-  for (int h = -8; h <= 8; ++h)
-    for (int k = 0; k <= 8; ++k)
-      if (!centred || (h + k) % (2 * i) == 0) points[{h, k}] = given(h, k);
-  int total = 0, hits = 0;
-  double chance = 1;
-  for (int h = 0; h <= 4 * i + 1; h += i)
-    for (int k = 0; k <= 4 * j + 1; k += j)
-      for (const int sign : {1, -1}) {
-        if ((h == 0 && k == 0) || (sign < 0 && (h == 0 || k == 0))) continue;
-        std::vector<std::pair<int, int>> row;
-        for (int n = 1; n <= 8; ++n)
-          if (const std::pair point{sign * n * h, n * k}; points.contains(point))
-            row.push_back(point);
-        const auto seen = std::ranges::find_if(row, [&](auto& p) { return points[p] >= 0; });
-        total += !row.empty() && points[row.front()] != 0;
-        if (seen == row.end() || points[*seen] == 0) continue;
-        ++hits;
-        chance *= points[*seen];
-        const auto [h1, k1] = *seen;
-        for (int n = 1; n <= 8; ++n)
-          if (points.contains({n * h1, n * k1})) points[{n * h1, n * k1}] = 0;
-      }
-  if (total > 4 * hits) return 0.01;
-  const int m = total < 2 * hits ? total - hits : hits;
-  chance *= std::exp(std::lgamma(total + 1) - std::lgamma(m + 1) - std::lgamma(total - m + 1));
-  return std::min(1 / chance, 9998999552.0);
-}
-
-TEST(ItoZones, ProbabilityCountsRows) {
-  std::mt19937 random(6);
-  std::uniform_real_distribution<float> chance(0.05f, 0.5f);
-  std::array<int, 3> kinds{};  // too few, between, at the limit
-  for (int n = 0; n < 300; ++n) {
-    ZoneTable table;
-    const double share = n % 10 / 9.0, reach = 4 + n % 7;
-    for (int h = -8; h <= 8; ++h)
-      for (int k = 0; k <= 8; ++k)
-        if (std::hypot(h, k) <= reach)
-          table(h, k) = chance(random) * (random() % 1000 < 1000 * share ? 1.0f : -1.0f);
-    for (const auto& [i, j] : {std::pair(1, 1), {2, 1}, {1, 2}, {2, 2}})
-      for (const bool centred : {false, true}) {
-        if (centred && i != j) continue;
-        const double expected = Probability(table, i, j, centred);
-        EXPECT_NEAR(ZoneProbability(table, i, j, centred) / expected, 1, 1e-4)
-            << n << ' ' << i << j << centred;
-        ++kinds[expected < 0.02 ? 0 : expected < 9e9 ? 1 : 2];
-      }
-  }
-  EXPECT_GT(std::ranges::min(kinds), 50);
-}
-
-TEST(ItoZones, FinzonFindsThePlantedCrossConstants) {
-  std::mt19937 random(7);
-  std::uniform_real_distribution<double> anywhere(90, 1500);
-  for (const auto& [b, f] : {std::pair(140.0f, 37.0f), {140.0f, 121.0f}, {190.0f, 63.0f}}) {
-    const Zone zone{.a = 100, .b = b, .f = f};
-    auto q = LinesUpTo(zone, 1500);
-    for (int n = 0; n < 10; ++n) q.push_back(anywhere(random));
-    std::ranges::sort(q);
-    const auto found = Finzon(zone.a, zone.b, ProblemAt(q, 1), nullptr);
-    ASSERT_FALSE(found.empty());
-    EXPECT_LE(found.size(), 5u);
-    EXPECT_NEAR(found[0].value, f, 1.5);
-    for (std::size_t i = 1; i < found.size(); ++i) {
-      EXPECT_GE(found[i - 1].count, found[i].count);
-      for (std::size_t j = 0; j < i; ++j) EXPECT_GE(std::abs(found[i].value - found[j].value), 0.5);
-    }
   }
 }
 

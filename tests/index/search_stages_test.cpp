@@ -12,6 +12,7 @@ namespace {
 using Absences = bool (*)(const Hkl&);
 constexpr Absences kNone = [](const Hkl&) { return true; },
                    kScrew = [](const Hkl&r) { return r.h != 0 || r.l != 0 || r.k % 2 == 0; },
+                   kEven = [](const Hkl&r) { return r.l || r.h * r.k || (r.h + r.k) % 2 == 0; },
                    kZeros = [](const Hkl&r) { return r.h * r.k * r.l != 0; };
 
 struct Search {
@@ -44,6 +45,11 @@ const Search kSearches[] = {
      {3.77, 3.77, 12.16, 90, 90, 120}},
     {"orthorhombic", SearchOrthorhombic, kOrthorhombic, {4.44, 5.39, 7.37, 90, 90, 90}},
     {"orthorhombic zone", SearchOrthorhombicZone, kOrthorhombic, {13.4, 9.13, 3.31, 90, 90, 90}},
+    {"orthorhombic zone of even h00, 0k0",
+     SearchOrthorhombicZone,
+     kOrthorhombic,
+     {13.4, 9.13, 3.31, 90, 90, 90},
+     kEven},
     {"(020)", SearchMonoclinic020, kMonoclinic, {5.12, 10.78, 6.44, 90, 99.2, 90}, kScrew},
     {"monoclinic zone", SearchMonoclinicZone, kMonoclinic, {12.3, 3.27, 9.13, 90, 104.3, 90}},
     {"monoclinic", SearchMonoclinic, kMonoclinic, {5.43, 4.83, 8.14, 90, 107.58, 90}},

@@ -50,21 +50,6 @@ TEST_F(Accept, BlockStandsInItsColumns) {
   EXPECT_TRUE(Holds(text, "*** REDUCED-CELL ***"));
 }
 
-TEST_F(Accept, TableOfLines) {
-  const Cell& cell = kCells[3].cell;
-  ASSERT_TRUE(Try(cell, CrystalSystem::Orthorhombic));
-  std::size_t row = 0;
-  while (row < lines.size() && !lines[row].starts_with("    H   K   L SST-OBS")) ++row;
-  ASSERT_LT(++row, lines.size());
-  // The longest axis gives the first line.
-  const double s = std::pow(kWave / (2 * cell[1]), 2);
-  EXPECT_EQ(lines[row].substr(0, 13), "    0   1   0");
-  for (const std::size_t column : {13, 22}) EXPECT_NEAR(Number(row, column, 9), s, 1e-4);
-  for (const std::size_t column : {41, 49})
-    EXPECT_NEAR(Number(row, column, 8), TwoThetaOf(s), 0.02);
-  EXPECT_NEAR(Number(row, 57, 8), cell[1], 0.01);
-}
-
 // Also: lines taken out as higher orders come back for the last test.
 TEST_F(Accept, EqualAxesGoOnAsCubic) {
   ASSERT_TRUE(Try(kCells[0].cell, CrystalSystem::Orthorhombic, 20));

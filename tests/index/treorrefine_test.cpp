@@ -151,38 +151,6 @@ TEST(TreorMerit, FiguresByTheirDefinition) {
   }
 }
 
-TEST(TreorMerit, LinesLeftOver) {
-  const TrueCell& truth = kCells[3];
-  auto twotheta = Pattern(truth.cell, 18, 0.005);
-  const Constants constants = ConstantsOf(truth.cell);
-  const auto test = [&] {
-    std::ranges::sort(twotheta);
-    return TestLines(truth.system, constants, TreorLinesAt(twotheta), TreorOptions{});
-  };
-  EXPECT_EQ(test().figures.size(), 1u);
-  EXPECT_EQ(test().m, test().figures[0].m) << "of all 18 lines";
-  const int clean = test().m;
-  twotheta.push_back((twotheta[3] + twotheta[4]) / 2);
-  twotheta.push_back((twotheta[16] + twotheta[17]) / 2);
-  EXPECT_EQ(test().unindexed, 2);
-  EXPECT_EQ(test().unindexedintest, 2) << "20 lines";
-  EXPECT_NEAR(test().m, clean, 0.2 * clean) << "the mean is that of the lines that fit";
-  twotheta = Pattern(truth.cell, 24, 0.005);
-  twotheta.push_back((twotheta[22] + twotheta[23]) / 2);
-  EXPECT_EQ(test().unindexed, 1);
-  EXPECT_EQ(test().unindexedintest, 0) << "not among the first 20";
-  int both = 0, observed = 0, calculated = 0;
-  const LineTest last = test();
-  for (const LineRow& row : last.rows) {
-    both += row.observed && row.calculated;
-    observed += row.observed != nullptr;
-    calculated += row.calculated.has_value();
-  }
-  EXPECT_EQ(both, 24);
-  EXPECT_EQ(observed, last.observed);
-  EXPECT_EQ(calculated, last.calculated);
-}
-
 TEST(TreorMerit, OfTwoCalculatedLinesTheNearer) {
   // 100 at 0.0100, 010 at 0.0102: the observed line at 0.01015 is that of 010.
   TreorOptions options;
