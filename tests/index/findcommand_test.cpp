@@ -203,16 +203,6 @@ TEST_F(FindCellCommand, LeavesOutAlpha2AndWhatNoFitHasBorneOut) {
   EXPECT_TRUE(TellsOfSearch("found, without 12 peaks that no fit bears out"));
 }
 
-// The superlattices of a cubic lattice have constants that no line tells by itself.
-TEST_F(FindCellCommand, GivesNoErrorsToWhatTheLinesDoNotTell) {
-  List(LinesOf(kOther, 9));
-  RunMenu(MenuFindCell, "press Cancel");
-  ASSERT_GT(ws.nfindcell, 0);
-  for (int row = 1; row <= ws.nfindcell; ++row)
-    for (int k = 1; k <= 3; ++k)
-      EXPECT_LT(ws.findcell(row, foundesda + k - 1), 0.1 * ws.findcell(row, k)) << row;
-}
-
 // Four times the lines, errors alike: half the e.s.d.s at most, as they reach further, too.
 TEST_F(FindCellCommand, RefinesOnAllLines) {
   const auto esd = [](std::size_t n) {

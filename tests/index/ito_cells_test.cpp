@@ -88,40 +88,6 @@ TEST(ItoSpecialLattices, HexagonalInOrthogonalAxes) {
   }
 }
 
-// A rhombohedral lattice by its twofold axis and the two shortest points of the mirror plane, which
-// depend on c/a, in any order.
-TEST(ItoSpecialLattices, RhombohedralInReducedMonoclinicAxes) {
-  using Point = Axes::value_type;
-  const std::tuple<double, Point, Point> cases[] = {{0.3, {1.5, -1.5, 0}, {0.5, -0.5, 1}},
-                                                    {0.7, {0.5, -0.5, 1}, {1, -1, -1}},
-                                                    {1.8, {0.5, -0.5, 1}, {0.5, -0.5, -2}},
-                                                    {5.5, {0.5, -0.5, 1}, {0, 0, 3}}};
-  constexpr double a = 6;
-  for (const auto& [ratio, second, third] : cases) {
-    const double c = a * ratio;
-    Axes axes{{{0.5, 0.5, 0}, second, third}};
-    std::array order{0, 1, 2};
-    do {
-      Lattice t = LatticeOf(Rebased(Reciprocal({a, a, c, 90, 90, 120}),
-                                    {axes[order[0]], axes[order[1]], axes[order[2]]}),
-                            1e4);
-      t.type = 3;
-      const std::string text = SpecialOf(t);
-      EXPECT_TRUE(Holds(text, " rhombohedral")) << ratio;
-      EXPECT_TRUE(Holds(text, WriteRecord<"(' probably x should be',f10.2,'  and a ',f8.4)">(
-                                  4e4 / 3 / (a * a), a)))
-          << text;
-      EXPECT_TRUE(Holds(text, WriteRecord<"('  z=',f9.2)">(1e4 / (c * c))));
-      EXPECT_TRUE(Holds(text, WriteRecord<"('  c=',f7.4)">(c)));
-      t.type = 6;
-      EXPECT_FALSE(Holds(SpecialOf(t), "probably x should be"));
-      (order[0] == 0 ? t.a : order[1] == 0 ? t.b : t.c) += 6;
-      EXPECT_EQ(SpecialOf(t), "") << ratio;
-      for (double& v : axes[1]) v = -v;
-    } while (std::ranges::next_permutation(order).found);
-  }
-}
-
 // The lines of a cell with h00, 0k0 and 00l among the first, as they are seen with a shift of the
 // zero; without it orders fit without a miss.
 TEST(ItoZeroCheck, FindsTheShiftOfTheZero) {

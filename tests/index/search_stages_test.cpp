@@ -12,7 +12,7 @@ namespace {
 using Absences = bool (*)(const Hkl&);
 constexpr Absences kNone = [](const Hkl&) { return true; },
                    kScrew = [](const Hkl&r) { return r.h != 0 || r.l != 0 || r.k % 2 == 0; },
-                   kEven = [](const Hkl&r) { return r.l || r.h * r.k || (r.h + r.k) % 2 == 0; },
+                   kEven = [](const Hkl&r) { return r.l || (r.h && r.k) || (r.h + r.k) % 2 == 0; },
                    kZeros = [](const Hkl&r) { return r.h * r.k * r.l != 0; };
 
 struct Search {

@@ -157,6 +157,19 @@ TEST_F(Zoom, AViewWithoutPointsIsAnEmptyFrame) {
     }
 }
 
+// What the mouse has got hold of goes where it goes.
+TEST_F(Zoom, APanTakesThePlaceAlong) {
+  for (const int held : {0, static_cast<int>(ModifierControl)}) Navigate(Wheel(500, 500, 5, held));
+  const DataPoint from = ToData(500, 500);
+  Answer("pan 500 500 440 530");
+  Message press;
+  while (WMessage(press) != MessagePan) {
+  }
+  EXPECT_TRUE(Navigate(press));
+  EXPECT_NEAR(ToData(440, 530).x, from.x, 1e-4f);
+  EXPECT_NEAR(ToData(440, 530).y, from.y, 1e-2f);
+}
+
 TEST_F(Zoom, BackAndForward) {
   const auto zoom = [](float x1, float x2) {
     Band(x1, x2, 0, 1000);

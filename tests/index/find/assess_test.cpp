@@ -35,8 +35,6 @@ std::vector<double> Deviations(const std::vector<ObservedLine>& lines, const Sta
   return deviations;
 }
 
-double EdgeOf(const Assessment& a) { return std::sqrt(a.lattice.direct[0]); }
-
 std::optional<Assessment> Assessed(const std::vector<ObservedLine>& lines, const Cell& cell,
                                    char centering) {
   return Assess(lines, StartOf(cell, centering, 1).lattice, RefinementStart::Rough, 0);
@@ -87,23 +85,6 @@ TEST(Assess, ExactLinesGiveTheExactCellAndShift) {
   // Direct and reciprocal form stay one lattice's.
   const Form again = Reciprocal(a->lattice.direct);
   for (std::size_t i = 0; i < 6; ++i) EXPECT_NEAR(again[i], a->reciprocal[i], 1e-12);
-}
-
-TEST(Assess, LinesOfLargerErrorsCountLess) {
-  const Cell cell = {6, 6, 6, 90, 90, 90};
-  auto at = LonePositions(cell, 'P', 12);
-  for (std::size_t i = 0; i < at.size(); i += 2) at[i] += i < 6 ? 0.03 : -0.03;
-  const auto lines = [&](double bad) {
-    std::vector<PeakOfList> peaks;
-    for (std::size_t i = 0; i < at.size(); ++i)
-      peaks.push_back({at[i], 1, 0.1, i % 2 == 0 ? bad : 1e-5});
-    return ObservedLines(peaks, kWave);
-  };
-  const SymmetricLattice lattice = StartOf(cell, 'P').lattice;
-  const auto weighted = Assess(lines(0.5), lattice, RefinementStart::Rough, 0);
-  const auto alike = Assess(lines(1e-5), lattice, RefinementStart::Rough, 0);
-  ASSERT_TRUE(weighted && alike);
-  EXPECT_LT(std::abs(EdgeOf(*weighted) - 6), std::abs(EdgeOf(*alike) - 6) / 5);
 }
 
 TEST(Assess, TheRightLatticeIsLikelierThanNone) {

@@ -152,27 +152,6 @@ TEST(FindCells, ALargeZeroShiftIsFoundWithTheLattice) {
   EXPECT_NEAR(found.cells.front().zero, -0.1, 0.02);
 }
 
-TEST(FindCells, TwoPhasesHalfAndHalfAreFoundOneAfterTheOther) {
-  const Phase &orthorhombic = kPhases[4], &hexagonal = kPhases[1];
-  const Simulated one = SimulationOf(orthorhombic, 58), other = SimulationOf(hexagonal, 59);
-  std::vector<double> both, rest;
-  for (const Simulated& s : {one, other})
-    for (const ObservedLine& line : s.task.lines) both.push_back(line.tth);
-  FindCellTask task{LinesAt(both), kWave, {}, 2};
-  const FoundCells first = FindCells(task);
-  ExpectSound(first, task);
-  ASSERT_FALSE(first.cells.empty());
-  const bool isone = IsCell(first.cells.front(), one, orthorhombic);
-  EXPECT_TRUE(isone || IsCell(first.cells.front(), other, hexagonal)) << TextOf(first);
-  for (int number : first.cells.front().unindexed)
-    rest.push_back(task.lines[static_cast<std::size_t>(number - 1)].tth);
-  const FoundCells second = FindCells({LinesAt(rest), kWave, {}, 2});
-  ASSERT_FALSE(second.cells.empty());
-  EXPECT_TRUE(isone ? IsCell(second.cells.front(), other, hexagonal)
-                    : IsCell(second.cells.front(), one, orthorhombic))
-      << TextOf(second);
-}
-
 TEST(FindCells, TheTableIsTheSameWithAnyNumberOfThreads) {
   Simulated s = SimulationOf(kPhases[1], 52);
   s.task.sources = {Proposing("A", {{s.cell, 'P'}}),
@@ -247,21 +226,6 @@ TEST(FindCells, OfOddListsHasASoundTableOrNone) {
   const FoundCells least = FindCells({LinesAt(Positions(cubic, 'F', kLeastLines)), kWave, {}, 2});
   EXPECT_EQ(least.end, FindCellEnd::Done);
   EXPECT_FALSE(least.cells.empty());
-}
-
-// Judged on the first lines, told of all: also of a large cell with thousands of reflections.
-TEST(FindCells, OfALongListAllLinesThatLieOnPositionsAreTold) {
-  const Cell cell = {12.1, 15.3, 21.7, 90, 90, 90};
-  std::vector<double> at;
-  const auto all = Positions(cell, 'P', 600);
-  for (std::size_t i = 0; i < all.size(); ++i)
-    if (i < 60 || i % 4 == 0) at.push_back(all[i]);
-  const FindCellTask task{LinesAt(at), kWave, {Proposing("Right", {{cell, 'P'}})}, 2};
-  const FoundCells found = FindCells(task);
-  ExpectSound(found, task);
-  ASSERT_FALSE(found.cells.empty());
-  EXPECT_NEAR(found.cells.front().volume, 12.1 * 15.3 * 21.7, 5);
-  EXPECT_GE(found.cells.front().indexed, static_cast<int>(at.size()) - 5);
 }
 
 TEST(FindCells, TellsHowFarItIsAndStopsWhenAsked) {
