@@ -52,12 +52,7 @@ class Driver : public testing::Test {
     ws.peakfilename = "p.pks";
     input.clear();
     end = {};
-    // 20 to 80 degrees
-    ws.npts(SlotInput) = 3001;
-    for (int i = 1; i <= 3001; ++i) {
-      ws.xval(AxisTth, SlotInput, i) = 20 + 0.02f * static_cast<float>(i - 1);
-      ws.yval(SlotInput, i) = 100;
-    }
+    PutGrid(SlotInput, 20, 0.02f, 3001, [](double) { return 100; });  // to 80 degrees
     SetMenuLoaded(1);
     Events();
   }

@@ -86,11 +86,7 @@ class FindCellCommand : public testing::Test {
     ws.startdir = dir.path() + "/";
     ws.patternstem = "mine";
     ws.plotmask = ws.viewmode = 1;
-    ws.npts(SlotInput) = 4001;
-    for (int i = 1; i <= 4001; ++i) {
-      ws.xval(AxisTth, SlotInput, i) = 10 + 0.02f * static_cast<float>(i - 1);
-      ws.yval(SlotInput, i) = 100;
-    }
+    PutGrid(SlotInput, 10, 0.02f, 4001, [](double) { return 100; });
     ComputeXAxes();
     SetMenuLoaded(1);
     Events();

@@ -81,32 +81,30 @@ struct Bravais {
   const char* symbol;
   const char* text;
   int points;  // of the lattice in the conventional cell
-  std::vector<std::array<double, 3>> centring;
+  const std::vector<std::array<double, 3>>& centring;
   std::array<int, 3> equal;      // edges with one number are equal
   std::array<double, 3> angles;  // 0: any
 };
 
 constexpr double T = 1. / 3;
+using Points = std::vector<std::array<double, 3>>;
+const Points kP, kC{{.5, .5, 0}}, kI{{.5, .5, .5}}, kF{{0, .5, .5}, {.5, 0, .5}, {.5, .5, 0}},
+    kR{{2 * T, T, T}, {T, 2 * T, 2 * T}};
 const Bravais kBravais[] = {
-    {"cP", "      CUBIC P", 1, {}, {1, 1, 1}, {90, 90, 90}},
-    {"cI", "      CUBIC I", 2, {{.5, .5, .5}}, {1, 1, 1}, {90, 90, 90}},
-    {"cF", "      CUBIC F", 4, {{0, .5, .5}, {.5, 0, .5}, {.5, .5, 0}}, {1, 1, 1}, {90, 90, 90}},
-    {"tP", "      TETRAGONAL P", 1, {}, {1, 1, 2}, {90, 90, 90}},
-    {"tI", "      TETRAGONAL I", 2, {{.5, .5, .5}}, {1, 1, 2}, {90, 90, 90}},
-    {"hP", "      HEXAGONAL P", 1, {}, {1, 1, 2}, {90, 90, 120}},
-    {"hR", "      RHOMBOHEDRAL R", 3, {{2 * T, T, T}, {T, 2 * T, 2 * T}}, {1, 1, 2}, {90, 90, 120}},
-    {"oP", "      ORTHORHOMBIC P", 1, {}, {1, 2, 3}, {90, 90, 90}},
-    {"oC", "      ORTHORHOMBIC C", 2, {{.5, .5, 0}}, {1, 2, 3}, {90, 90, 90}},
-    {"oI", "      ORTHORHOMBIC I", 2, {{.5, .5, .5}}, {1, 2, 3}, {90, 90, 90}},
-    {"oF",
-     "      ORTHORHOMBIC F",
-     4,
-     {{0, .5, .5}, {.5, 0, .5}, {.5, .5, 0}},
-     {1, 2, 3},
-     {90, 90, 90}},
-    {"mP", "      MONOCLINIC P", 1, {}, {1, 2, 3}, {90, 0, 90}},
-    {"mC", "      MONOCLINIC C", 2, {{.5, .5, 0}}, {1, 2, 3}, {90, 0, 90}},
-    {"aP", "      TRICLINIC P", 1, {}, {1, 2, 3}, {0, 0, 0}},
+    {"cP", "      CUBIC P", 1, kP, {1, 1, 1}, {90, 90, 90}},
+    {"cI", "      CUBIC I", 2, kI, {1, 1, 1}, {90, 90, 90}},
+    {"cF", "      CUBIC F", 4, kF, {1, 1, 1}, {90, 90, 90}},
+    {"tP", "      TETRAGONAL P", 1, kP, {1, 1, 2}, {90, 90, 90}},
+    {"tI", "      TETRAGONAL I", 2, kI, {1, 1, 2}, {90, 90, 90}},
+    {"hP", "      HEXAGONAL P", 1, kP, {1, 1, 2}, {90, 90, 120}},
+    {"hR", "      RHOMBOHEDRAL R", 3, kR, {1, 1, 2}, {90, 90, 120}},
+    {"oP", "      ORTHORHOMBIC P", 1, kP, {1, 2, 3}, {90, 90, 90}},
+    {"oC", "      ORTHORHOMBIC C", 2, kC, {1, 2, 3}, {90, 90, 90}},
+    {"oI", "      ORTHORHOMBIC I", 2, kI, {1, 2, 3}, {90, 90, 90}},
+    {"oF", "      ORTHORHOMBIC F", 4, kF, {1, 2, 3}, {90, 90, 90}},
+    {"mP", "      MONOCLINIC P", 1, kP, {1, 2, 3}, {90, 0, 90}},
+    {"mC", "      MONOCLINIC C", 2, kC, {1, 2, 3}, {90, 0, 90}},
+    {"aP", "      TRICLINIC P", 1, kP, {1, 2, 3}, {0, 0, 0}},
 };
 
 const Bravais& BravaisOf(const std::string& symbol) {

@@ -24,12 +24,7 @@ inline void PutPattern(float first, float step, int n, const std::function<doubl
   FreshWorkspace();
   ws.plotmask = PlotInput;
   ws.viewmode = 1;
-  ws.npts(SlotInput) = n;
-  for (int i = 1; i <= n; ++i) {
-    const float x = first + step * static_cast<float>(i - 1);
-    ws.xval(AxisTth, SlotInput, i) = x;
-    ws.yval(SlotInput, i) = static_cast<float>(y(x));
-  }
+  PutGrid(SlotInput, first, step, n, y);
   Events();
 }
 

@@ -17,12 +17,7 @@ inline void PutOverlay(int k, const std::string& name, float first, float step, 
   ws.overlayitems = 1;
   ws.overlayname(k) = name + ".xy";
   ws.wavelen(slot) = CuKalpha1;
-  ws.npts(slot) = n;
-  for (int i = 1; i <= n; ++i) {
-    const float x = first + step * static_cast<float>(i - 1);
-    ws.xval(AxisTth, slot, i) = x;
-    ws.yval(slot, i) = static_cast<float>(y(x));
-  }
+  PutGrid(slot, first, step, n, y);
   ComputeSlotAxes(slot, ws.wavelen(slot));
 }
 

@@ -231,11 +231,7 @@ TEST_F(Export, PdCifGridsLeadToTheSamePoints) {
   OpenThree();
   for (const auto& [first, step] :
        {std::pair(3.0042f, 0.0083556f), {10.0f, 0.02f}, {5.01f, 0.0167113f}, {0.5f, 0.005f}}) {
-    ws.npts(SlotInput) = 8000;
-    for (int i = 1; i <= 8000; ++i) {
-      ws.xval(AxisTth, SlotInput, i) = first + static_cast<float>(i - 1) * step;
-      ws.yval(SlotInput, i) = 1;
-    }
+    PutGrid(SlotInput, first, step, 8000, [](double) { return 1; });
     const std::string inc = Item("_pd_meas_2theta_range_inc");
     EXPECT_LE(inc.size(), 11u);
     const double from = std::atof(Item("_pd_meas_2theta_range_min").c_str());

@@ -22,13 +22,8 @@ inline void Band(float x1, float x2, float y1, float y2) {
 // n points of two-theta from `first` on.
 inline void FillSlot(int slot, int n, const std::function<float(float)>& counts, float first = 20,
                      float step = kStep) {
-  ws.npts(slot) = n;
   ws.wavelen(slot) = 1.54056f;
-  for (int i = 1; i <= n; ++i) {
-    const float x = first + step * static_cast<float>(i - 1);
-    ws.xval(AxisTth, slot, i) = x;
-    ws.yval(slot, i) = counts(x);
-  }
+  PutGrid(slot, first, step, n, counts);
   ComputeXAxes();
 }
 

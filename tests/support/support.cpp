@@ -126,6 +126,15 @@ void FreshWorkspace() {
   events.clear();
 }
 
+void PutGrid(int slot, float first, float step, int n, const std::function<double(double)>& y) {
+  ws.npts(slot) = n;
+  for (int i = 1; i <= n; ++i) {
+    const float x = first + step * static_cast<float>(i - 1);
+    ws.xval(AxisTth, slot, i) = x;
+    ws.yval(slot, i) = static_cast<float>(y(x));
+  }
+}
+
 std::string HintOf(int id) {
   const auto item =
       std::ranges::find(MenuItems(), id, [](const MenuItem& one) { return one.row.id; });

@@ -1,6 +1,7 @@
 // What tests share: temporary directories, transcripts in a process of their own and in this one.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -48,5 +49,7 @@ std::vector<std::string> Events();
 void FreshWorkspace();
 // What a disabled menu item needs, blank for an enabled one.
 std::string HintOf(int id);
+// n points of y(x) on an even grid of two-theta.
+void PutGrid(int slot, float first, float step, int n, const std::function<double(double)>& y);
 // Picks a menu item and answers what it asks.
 void RunMenu(int id, const std::string& answers = "");

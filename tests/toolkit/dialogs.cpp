@@ -74,6 +74,9 @@ TEST_F(Dialogs, OpenAsTheResourceSaysWithWhatWasPut) {
                    "field\t22\t5\toff\t1", "field\t31\tLinear\toff\t1", "field\t32\tSpline\ton\t1",
                    "field\t41\tRefine\ton\t1", "field\t1\tOK\t\t1", "field\t2\tCancel\t\t1",
                    "field\t51\tFit\t\t1"}));
+  WDialogPutReal(11, -2.5f);
+  Run("press Fit");
+  EXPECT_EQ(Events()[1], "field\t11\tScale\t-2.50\t1");
 }
 
 TEST_F(Dialogs, NumbersComeBackAsPutOrAsTyped) {

@@ -143,10 +143,10 @@ TEST_F(Drawing, EpsIsTightAndPlain) {
 TEST_F(Drawing, SvgTextsAreUtf8) {
   const std::string path = work_.file("a.svg");
   ASSERT_TRUE(WriteSvg(Page(), path,
-                       "\xc3\xa4 \xe2\x88\x9a \xf0\x9d\x9b\xbc <&>\n\xb5 \xed\xa0\x80 \xe2\x88",
+                       "\xc3\xa4 \xe0\xb8\x81 \xf0\x9d\x9b\xbc <&>\n\xb5 \xed\xa0\x80 \xe2\x88",
                        200, 400));
   EXPECT_TRUE(Contains(ReadFile(path),
-                       ">\xc3\xa4 \xe2\x88\x9a \xf0\x9d\x9b\xbc &lt;&amp;>\xc2\xb5 "
+                       ">\xc3\xa4 \xe0\xb8\x81 \xf0\x9d\x9b\xbc &lt;&amp;>\xc2\xb5 "
                        "\xc3\xad\xc2\xa0\xc2\x80 \xc3\xa2\xc2\x88<"))
       << ReadFile(path);
 }

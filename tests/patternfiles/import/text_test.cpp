@@ -173,6 +173,7 @@ TEST(ImportColumns, Keys) {
             0, 0, "Tin"},
            {"Sample: Gr\xC3\xBCn", 0, 0, 0, 0, "Gr\xC3\xBCn"},
            {"Sample: Gr\xFCn", 0, 0, 0, 0, "Gr\xC3\xBCn"},
+           {"Sample: \xE0\xB8\x81", 0, 0, 0, 0, "\xE0\xB8\x81"},
            {"# Date: 2020-02-30x", 0, 0, 0, 0, "", "2020-02-30"},
            {"# Date: Mar/4/88 1:05 pm", 0, 0, 0, 0, "", "1988-03-04 13:05:00"},
            {"# Date: 32.1.2020", 0, 0, 0, 0, ""},
