@@ -1,6 +1,8 @@
-// What the searches are made of: index sets, the counter of lines, the list of candidates, and the
-// limits of a trial.
+// What the searches are made of: index sets, the counter of lines against a plain count, the list
+// of candidates, and the limits of a trial.
 #include <gtest/gtest.h>
+
+#include <set>
 
 #include "index/simulate.h"
 #include "index/treor/candidates.h"
@@ -27,6 +29,54 @@ TEST(TreorIndexSets, ComeInTheirOrder) {
             " 1 0 0, 2 0 0, 1 1 0, 2 1 0, 1 1 1,");
   EXPECT_EQ(Words(OrderedSets({1, 1, 1, 2}, Equivalent::FirstTwo)), " 1 0 0, 1 1 0, 0 0 1, 1 0 1,");
   EXPECT_TRUE(IndexSets({2, 2, 2, 0}, HSign::Both).empty());
+}
+
+// The count as it is defined, over far more indices than are needed.
+int PlainCount(const TreorSearch& search, const Constants& constants, int lines) {
+  const auto& [a, b, c, d, e, f] = constants;
+  std::set<int> marked;
+  for (int h = -14; h <= 14; ++h)
+    for (int k = -14; k <= 14; ++k)
+      for (int l = 0; l <= 14; ++l) {
+        const int code = LineCode(a) * h * h + LineCode(b) * k * k + LineCode(c) * l * l +
+                         LineCode(d) * h * l + LineCode(e) * h * k + LineCode(f) * k * l;
+        const bool any = h != 0 || k != 0 || l != 0;
+        const int tolerance = code < search.limits.ssqtl ? search.limits.d1 : search.limits.d2;
+        for (int i = 1; i <= lines; ++i)
+          if (any && std::abs(search.Line(i).code - code) <= tolerance) marked.insert(i);
+      }
+  return static_cast<int>(marked.size());
+}
+
+TEST(TreorHits, AreThoseOfAPlainCount) {
+  std::mt19937 generator(3);
+  const auto between = [&](double low, double high) {
+    return std::uniform_real_distribution(low, high)(generator);
+  };
+  for (const auto& [system, axes] : kCells) {
+    int most = 0, givenup = 0;
+    for (int trial = 0; trial < 60; ++trial) {
+      DataSet data;
+      data.search.options.use = 19;
+      data.search.options.iq = 8;
+      data.search.limits.d1 = 20, data.search.limits.d2 = 40, data.search.limits.ssqtl = 5000;
+      for (int i = 0; i < 22; ++i)
+        data.search.lines.push_back({0, static_cast<int>(between(500, 11000)), ""});
+      std::ranges::sort(data.search.lines, {}, &TreorLine::code);
+      Cell cell = axes;
+      const double larger = between(1, 2.4);
+      for (int k = 0; k < 3; ++k) cell[k] *= larger;
+      const Constants constants = ConstantsOf(cell);
+      int expected = PlainCount(data.search, constants, 19);
+      // Of the first 2 x 19/3 + 3 lines a triclinic cell has to index all but 19 - 8.
+      const bool few = 15 - PlainCount(data.search, constants, 15) > 11;
+      if (system == CrystalSystem::Triclinic && few) expected = 0, ++givenup;
+      EXPECT_EQ(HitCounter(data.search).Count(system, constants), expected);
+      most = std::max(most, expected);
+    }
+    EXPECT_GE(most, 6) << "a test of something";
+    EXPECT_TRUE(system != CrystalSystem::Triclinic || givenup > 0);
+  }
 }
 
 TEST(TreorHits, NoneOfWhatIsNoCell) {

@@ -72,25 +72,6 @@ TEST(FitPatterns, IsTheLeastSquaresFit) {
   }
 }
 
-// A damping of 2 takes half of what lacks in every cycle; the last one only calculates.
-TEST(FitPatterns, Cycles) {
-  const std::vector<float> y{5, 9, 2};
-  std::vector<float> calculated(3), r;
-  float scale = 0;
-  const OverlayFit fit{y, y, y, calculated, 0, 1, {}, scale, true, 2};
-  const FitReport report = [&](int cycle, float value) {
-    EXPECT_EQ(cycle, std::ssize(r) + 1);
-    EXPECT_NEAR(value, std::exp2(-std::ssize(r)), 1e-6);
-    r.push_back(value);
-    return scale < 0.95f;
-  };
-  EXPECT_EQ(FitOverlay(fit, report).end, FitEnd::Stopped);
-  EXPECT_EQ(r.size(), 6u);
-  scale = 0;
-  EXPECT_EQ(FitOverlay(fit, [&](int cycle, float) { return cycle < 99; }).end, FitEnd::Done);
-  EXPECT_NEAR(scale, 1 - std::exp2(-19), 1e-7);
-}
-
 // Nothing refined: the scale is taken as it is, and R told. The pattern begins later and ends later
 // than the overlay.
 TEST(FitPatterns, OnlyCalculatesOnTheCommonRange) {

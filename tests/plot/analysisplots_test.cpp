@@ -74,24 +74,6 @@ TEST_F(AnalysisPlots, ModelsComeBack) {
   }
 }
 
-// The parameters go where no point is: right above a falling row of points, left above a rising
-// one.
-TEST_F(AnalysisPlots, ParametersLeaveThePointsFree) {
-  for (const bool falling : {true, false}) {
-    SetPeaks(40, [=](float tth) { return falling ? 0.5f - 0.003f * tth : 0.1f + 0.003f * tth; });
-    ws.analysiskind = 1;
-    RedrawView(0);
-    const auto texts = ReadTexts(ScreenList(), 18, 0, 8);
-    const auto found =
-        std::ranges::find_if(texts, [](const ReadText& t) { return t.text.starts_with("u ="); });
-    ASSERT_NE(found, texts.end());
-    EXPECT_EQ(found->begin.x > 500, falling) << found->begin.x;
-    for (const Path& marker : Markers(colours::kBlack))
-      EXPECT_FALSE(marker[0].x > found->begin.x - 10 && marker[0].x < found->end.x + 10 &&
-                   std::abs(marker[0].y - found->begin.y) < 15);
-  }
-}
-
 TEST_F(AnalysisPlots, WilliamsonHallLineComesBack) {
   const float strain = 0.002f, size = 500;
   ws.viewmode = 4;

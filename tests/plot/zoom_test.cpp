@@ -18,30 +18,6 @@ Message Wheel(float x, float y, float notches, int modifiers = 0) {
 
 std::vector<float> Limits() { return {ws.viewxmin, ws.viewxmax, ws.viewymin, ws.viewymax}; }
 
-TEST(ZoomedAbout, KeepsThePlaceWithinTheEnds) {
-  const struct {
-    Range range;
-    float at, factor, least;
-    Range zoomed;
-  } cases[] = {
-      {{20, 40}, 25, 0.5f, 1, {22.5f, 32.5f}},
-      {{20, 40}, 20, 0.5f, 1, {20, 30}},         // the end stays where it is
-      {{20, 40}, 25, 0.01f, 2, {24.5f, 26.5f}},  // not narrower
-      {{20, 21}, 20.5f, 0.5f, 2, {20, 21}},      // nor wider instead
-      {{24, 28}, 25, 2, 2, {23, 31}},            //
-      {{20, 21}, 20.5f, 2, 5, {19.5f, 21.5f}},   // and out of what was too narrow
-      {{24, 28}, 25, 8, 2, {17, 49}},            //
-      {{24, 28}, 25, 100, 2, {10, 60}},          // not beyond the ends
-      {{-2, 8}, 5, 0.5f, 2, {10, 8}},            // outside them
-  };
-  for (const auto& c : cases) {
-    const Range got = ZoomedAbout(c.range, c.at, c.factor, {10, 60}, c.least);
-    const Range wanted = c.zoomed.lo < c.zoomed.hi ? c.zoomed : c.range;
-    EXPECT_NEAR(got.lo, wanted.lo, 1e-4f) << c.range.lo << " by " << c.factor;
-    EXPECT_NEAR(got.hi, wanted.hi, 1e-4f) << c.range.lo << " by " << c.factor;
-  }
-}
-
 TEST(Shifted, KeepsTheWidthWithinTheEnds) {
   const struct {
     Range range;
@@ -124,19 +100,6 @@ TEST_F(Zoom, EndsAtStepsAndCounts) {
       }
       EXPECT_GE(below, 2) << xaxis << yaxis;
     }
-}
-
-// Patterns whose highest peak is 1 or 100 have no five counts to look at.
-TEST_F(Zoom, ByWheelOfCountsThatAreRatios) {
-  for (const float height : {1.0f, 100.0f}) {
-    FillSlot(SlotInput, 401, [=](float tth) { return height * (tth > 30); });
-    RedrawView(1);
-    const Range full{ws.viewymin, ws.viewymax};
-    for (int k = 0; k < 40; ++k) Navigate(Wheel(50, 400, 1));
-    EXPECT_NEAR(ws.viewymax - ws.viewymin, 0.01f * (full.hi - full.lo), 1e-3f * height);
-    Navigate(Wheel(50, 400, -50));
-    EXPECT_GE(ws.viewymax - ws.viewymin, full.hi - full.lo);
-  }
 }
 
 // A gap in the pattern can be looked at, and nothing else breaks.
