@@ -56,6 +56,16 @@ TEST_F(SinglePeak, RecoversAllParametersWithinTheirErrors) {
       }
 }
 
+TEST_F(SinglePeak, LooksAtTheViewAlone) {
+  Pattern two = OnePeak();
+  two.points = 800;
+  two.peaks.push_back({34, 9000, 0.13, 0.3, 0.13, 0.3});
+  Load(two);
+  ws.plotxmax = 32.5f;
+  Fit("OK");
+  EXPECT_NEAR(ws.spposition, 30.5, 1e-3);
+}
+
 TEST_F(SinglePeak, OkKeepsAndCancelTakesOut) {
   const auto fill = [] {
     ws.npeaks = 3;
