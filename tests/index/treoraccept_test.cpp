@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "index/listings.h"
 #include "index/simulate.h"
 
 namespace {
@@ -13,40 +14,30 @@ struct Accept : testing::Test {
     data.search.all = TreorLinesAt(Pattern(cell, n, 0.006));
     PrepareLines(data.search);
     const bool solved = AcceptCandidate(data.search, {system, ConstantsOf(cell, 1.001)});
-    lines = LinesOf(text = data.Text());
+    text = data.Text();
     if (solved) found = data.run.solutions.back().cell;
     return solved;
   }
-  double Number(std::size_t line, std::size_t column, std::size_t width) const {
-    return std::stod(lines[line].substr(column, width));
-  }
   DataSet data;
   std::string text;
-  std::vector<std::string> lines;
   UnitCell found;
 };
 
-// As readers of the listing do it, by columns: a block for the test, and once more with all lines.
-TEST_F(Accept, BlockStandsInItsColumns) {
+// A block for the test, and once more with all lines.
+TEST_F(Accept, BlocksAreReadFromTheListing) {
   const Cell& cell = kCells[5].cell;
   ASSERT_TRUE(Try(cell, CrystalSystem::Triclinic));
-  std::size_t blocks = 0;
-  for (std::size_t i = 0; i + 3 < lines.size(); ++i) {
-    if (!lines[i].starts_with("   A =")) continue;
-    for (std::size_t k = 0; k < 3; ++k) {
-      EXPECT_EQ(lines[i + k].substr(0, 6), std::string("   ") + "ABC"[k] + " =");
-      EXPECT_NEAR(Number(i + k, 6, 10), cell[k], 0.005);
-      EXPECT_NEAR(Number(i + k, 37, 10), cell[k + 3], 0.1);
-      EXPECT_GT(Number(i + k, 16, 10), 0) << "deviation";
-    }
-    EXPECT_NEAR(Number(i + 3, 21, 10), VolumeOf(cell), 0.5);
-    while (i < lines.size() && !lines[i].starts_with(" M-TEST=")) ++i;
-    ASSERT_LT(i, lines.size()) << "each block has its own";
-    EXPECT_EQ(Number(i, 8, 5), data.run.solutions[blocks++].merit);
-    EXPECT_GE(Number(i, 8, 5), 20);
-    EXPECT_EQ(lines[i].substr(13), " UNINDEXED IN THE TEST=    0");
+  WriteFile(data.dir.file("listing"), text);
+  LineReader listing(data.dir.file("listing"));
+  SolutionTable read;
+  ASSERT_EQ(ReadTreorSolutions(listing, read), 2);
+  for (int row = 1; row <= 2; ++row) {
+    for (int k = 0; k < 6; ++k) EXPECT_NEAR(read(row, sola + k), cell[k], k < 3 ? 0.005 : 0.1);
+    EXPECT_NEAR(read(row, solvolume), VolumeOf(cell), 0.5);
+    EXPECT_EQ(read(row, solfom), data.run.solutions[row - 1].merit);
+    EXPECT_GE(read(row, solfom), 20);
+    EXPECT_EQ(read(row, solnix), 0);
   }
-  EXPECT_EQ(blocks, 2u);
   EXPECT_TRUE(Holds(text, "*** REDUCED-CELL ***"));
 }
 

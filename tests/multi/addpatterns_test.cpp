@@ -65,18 +65,6 @@ TEST(AddPatterns, PointsBetweenPoints) {
   EXPECT_EQ(ws.yval(1, 15), 20.5f);
 }
 
-// In whole degrees, a step of four thirds begins as one of 1.
-TEST(AddPatterns, RoundedAngles) {
-  PutPattern(20, 1, 31, One);
-  PutOverlay(1, "a", 20, 1, 31, One);
-  for (int slot : {1, 5})
-    for (int i = 1; i <= 31; ++i)
-      ws.xval(AxisTth, slot, i) = 20 + std::floor(4 * static_cast<float>(i - 1) / 3);
-  ASSERT_EQ(AddPatterns(), Outcome::Done);
-  ASSERT_EQ(ws.npts(1), 31);
-  EXPECT_EQ(ws.yval(1, 31), 2);
-}
-
 TEST(AddPatterns, TellsWhatDoesNotGoTogether) {
   const std::string step = "Unequal step sizes 2\\nb.xy: it has ",
                     own = ", the pattern a step of .25000 degrees";

@@ -12,6 +12,8 @@ namespace {
 // The plot on the page, which is 180 by 254: its axes meet at the lower right.
 constexpr float kRightEdge = 166.32f, kFloor = 16.617f, kWidth = 134.64f, kHeight = 235.405f;
 constexpr float kLeftEdge = kRightEdge - kWidth, kFormEdge = kLeftEdge - 30;
+constexpr float kLower = kFloor + 0.269f * kHeight, kUpper = kFloor + 0.56f * kHeight,
+                kTop = kFloor + kHeight, kStrip = kFormEdge + 20;
 
 class Report : public PatternPlot {
  protected:
@@ -76,13 +78,11 @@ TEST_F(Report, ShowsTheWholePatternInTwoThetaAndCounts) {
     EXPECT_NEAR(curve[i - 1].y, kFloor + kHeight * (tth - 20) / 40, 0.02f);
     EXPECT_NEAR(curve[i - 1].x, kRightEdge - kWidth * (Counts(tth) - 100) / 900, 0.02f);
   }
-  const float lower = kFloor + 0.269f * kHeight, upper = kFloor + 0.56f * kHeight,
-              top = kFloor + kHeight, strip = kFormEdge + 20;
-  const DrawRect kFrame[] = {{kLeftEdge, kFloor, kRightEdge, top},
-                             {kFormEdge, kFloor, kLeftEdge, top},
-                             {strip, kFloor, strip, top},
-                             {kFormEdge, lower, strip, lower},
-                             {kFormEdge, upper, kLeftEdge, upper}};
+  const DrawRect kFrame[] = {{kLeftEdge, kFloor, kRightEdge, kTop},
+                             {kFormEdge, kFloor, kLeftEdge, kTop},
+                             {kStrip, kFloor, kStrip, kTop},
+                             {kFormEdge, kLower, kStrip, kLower},
+                             {kFormEdge, kUpper, kLeftEdge, kUpper}};
   const auto frame = Frame();
   ASSERT_EQ(frame.size(), std::size(kFrame));
   for (std::size_t i = 0; i < frame.size(); ++i)
@@ -156,13 +156,11 @@ TEST_F(Report, FillsInTheForm) {
 
 // Whether all letters of the form lie in one of its boxes.
 void ExpectLettersInBoxes() {
-  const float lower = kFloor + 0.269f * kHeight, upper = kFloor + 0.56f * kHeight,
-              top = kFloor + kHeight, strip = kFormEdge + 20;
-  const DrawRect kBoxes[] = {{kFormEdge, kFloor, strip, lower},
-                             {kFormEdge, lower, strip, upper},
-                             {kFormEdge, upper, strip, top},
-                             {strip, kFloor, kLeftEdge, upper},
-                             {strip, upper, kLeftEdge, top}};
+  const DrawRect kBoxes[] = {{kFormEdge, kFloor, kStrip, kLower},
+                             {kFormEdge, kLower, kStrip, kUpper},
+                             {kFormEdge, kUpper, kStrip, kTop},
+                             {kStrip, kFloor, kLeftEdge, kUpper},
+                             {kStrip, kUpper, kLeftEdge, kTop}};
   const DisplayList& list = PaperList();
   int letters = 0;
   for (const Stroke& s : list.strokes) {

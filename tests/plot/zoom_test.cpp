@@ -38,68 +38,70 @@ class Zoom : public PatternPlot {
     RedrawView(1);
     ForgetZooms();
   }
+  template <class Body>
+  static void ForAllAxes(Body body) {
+    for (const int xaxis : {AxisTth, AxisD, AxisQ})
+      for (const int yaxis : {1, 2}) {
+        ws.xaxismode = xaxis;
+        ws.yaxismode = yaxis;
+        RedrawView(1);
+        body(xaxis, yaxis);
+      }
+  }
 };
 
 // Whatever the axes, what is under the mouse stays there, also in the drawing; all else moves by
 // the same factor.
 TEST_F(Zoom, WhatIsUnderTheMouseStays) {
-  for (const int xaxis : {AxisTth, AxisD, AxisQ})
-    for (const int yaxis : {1, 2}) {
-      ws.xaxismode = xaxis;
-      ws.yaxismode = yaxis;
-      RedrawView(1);
-      for (const int held : {0, static_cast<int>(ModifierControl)}) {
-        const auto before = Limits();
-        const DataPoint at = ToData(420, 380);
-        ASSERT_TRUE(Navigate(Wheel(420, 380, 1, held)));
-        const DataPoint now = ToData(420, 380);
-        EXPECT_NEAR(now.x, at.x, 1e-5f * std::abs(at.x)) << xaxis << yaxis;
-        EXPECT_NEAR(now.y, at.y, 1e-5f * std::abs(before[3])) << xaxis << yaxis;
-        const auto share = [&](int low) {
-          return (Limits()[low + 1] - Limits()[low]) / (before[low + 1] - before[low]);
-        };
-        EXPECT_NEAR(share(0), held ? 1 : 0.8f, 1e-4f) << xaxis << yaxis;
-        EXPECT_NEAR(share(2), held ? 0.8f : 1, 1e-4f) << xaxis << yaxis;
-        if (held) continue;
-        // The curve goes from side to side.
-        const Path curve = Curve(kBlack);
-        EXPECT_NEAR(std::min(curve.front().x, curve.back().x), ws.viewxmin, 1e-4f);
-        EXPECT_NEAR(std::max(curve.front().x, curve.back().x), ws.viewxmax, 1e-4f);
-      }
-      // The way out ends at the full frame.
-      Navigate(Wheel(420, 380, -50));
-      const Range zoomedout{ws.viewxmin, ws.viewxmax};
-      RedrawView(1);
-      EXPECT_EQ(zoomedout, (Range{ws.viewxmin, ws.viewxmax})) << xaxis << yaxis;
+  ForAllAxes([](int xaxis, int yaxis) {
+    for (const int held : {0, static_cast<int>(ModifierControl)}) {
+      const auto before = Limits();
+      const DataPoint at = ToData(420, 380);
+      ASSERT_TRUE(Navigate(Wheel(420, 380, 1, held)));
+      const DataPoint now = ToData(420, 380);
+      EXPECT_NEAR(now.x, at.x, 1e-5f * std::abs(at.x)) << xaxis << yaxis;
+      EXPECT_NEAR(now.y, at.y, 1e-5f * std::abs(before[3])) << xaxis << yaxis;
+      const auto share = [&](int low) {
+        return (Limits()[low + 1] - Limits()[low]) / (before[low + 1] - before[low]);
+      };
+      EXPECT_NEAR(share(0), held ? 1 : 0.8f, 1e-4f) << xaxis << yaxis;
+      EXPECT_NEAR(share(2), held ? 0.8f : 1, 1e-4f) << xaxis << yaxis;
+      if (held) continue;
+      // The curve goes from side to side.
+      const Path curve = Curve(kBlack);
+      EXPECT_NEAR(std::min(curve.front().x, curve.back().x), ws.viewxmin, 1e-4f);
+      EXPECT_NEAR(std::max(curve.front().x, curve.back().x), ws.viewxmax, 1e-4f);
     }
+    // The way out ends at the full frame.
+    Navigate(Wheel(420, 380, -50));
+    const Range zoomedout{ws.viewxmin, ws.viewxmax};
+    RedrawView(1);
+    EXPECT_EQ(zoomedout, (Range{ws.viewxmin, ws.viewxmax})) << xaxis << yaxis;
+  });
 }
 
 // Ten steps as they are on the axis there, and five counts; labels tell even those apart.
 TEST_F(Zoom, EndsAtStepsAndCounts) {
-  for (const int xaxis : {AxisTth, AxisD, AxisQ})
-    for (const int yaxis : {1, 2}) {
-      ws.xaxismode = xaxis;
-      ws.yaxismode = yaxis;
-      RedrawView(1);
-      const float place = ShownX(50), steps = std::abs(ShownX(50.5f) - ShownX(49.5f));
-      const float x = 100 + (place - ws.viewxmin) / ws.xperunit;
-      for (int k = 0; k < 40; ++k) {
-        Navigate(Wheel(x, 400, 1.5f));
-        Navigate(Wheel(50, 400, 1.5f));
-      }
-      EXPECT_NEAR(ws.viewxmax - ws.viewxmin, steps, 0.02f * steps);
-      const auto counts = [](float y) { return ws.yaxismode == 2 ? std::pow(10.0f, y) : y; };
-      const float height = counts(ws.viewymax) - counts(ws.viewymin);
-      EXPECT_TRUE(height > 4.99f && height < (yaxis == 1 ? 5.01f : 8)) << height;
-
-      ExpectInside(ScreenList(), 1000, 1000);
-      int below = 0;
-      for (const ReadText& label : ReadTexts(ScreenList(), 15)) {
-        if (label.begin.y < 90 && label.text.find('.') != std::string::npos) ++below;
-        EXPECT_TRUE(label.begin.x > 0 && label.end.x < 1000) << label.text;
-      }
-      EXPECT_GE(below, 2) << xaxis << yaxis;
+  ForAllAxes([](int xaxis, int yaxis) {
+    const float place = ShownX(50), steps = std::abs(ShownX(50.5f) - ShownX(49.5f));
+    const float x = 100 + (place - ws.viewxmin) / ws.xperunit;
+    for (int k = 0; k < 40; ++k) {
+      Navigate(Wheel(x, 400, 1.5f));
+      Navigate(Wheel(50, 400, 1.5f));
     }
+    EXPECT_NEAR(ws.viewxmax - ws.viewxmin, steps, 0.02f * steps);
+    const auto counts = [](float y) { return ws.yaxismode == 2 ? std::pow(10.0f, y) : y; };
+    const float height = counts(ws.viewymax) - counts(ws.viewymin);
+    EXPECT_TRUE(height > 4.99f && height < (yaxis == 1 ? 5.01f : 8)) << height;
+
+    ExpectInside(ScreenList(), 1000, 1000);
+    int below = 0;
+    for (const ReadText& label : ReadTexts(ScreenList(), 15)) {
+      if (label.begin.y < 90 && label.text.find('.') != std::string::npos) ++below;
+      EXPECT_TRUE(label.begin.x > 0 && label.end.x < 1000) << label.text;
+    }
+    EXPECT_GE(below, 2) << xaxis << yaxis;
+  });
 }
 
 // A gap in the pattern can be looked at, and nothing else breaks.

@@ -142,30 +142,6 @@ TEST(Menus, WhatIsDisabledTellsWhatItNeeds) {
   });
 }
 
-// The status bar tells what a command has done, and why it failed; the next one takes that away.
-TEST(Menus, CommandsTellWhatTheyHaveDone) {
-  RunOn("told.xy", []() -> Script {
-    const auto told = [] { return FindA<QLabel>("status4")->text(); };
-    const auto onway = [] { return FindA<QLabel>("status3")->text(); };
-    EXPECT_EQ(told(), "told.xy: 1000 points");
-    PostDropped(Place() + "/none.xy");
-    co_await Shown("box");
-    Press("Return");
-    co_await Idle();
-    EXPECT_TRUE(told().startsWith("Error opening xy file") && told().contains("none.xy"));
-    ws.npeaks = 1;
-    ws.peaks(ptth, 1) = 30;
-    Pick(MenuFitAllPeaks);
-    co_await Idle();
-    EXPECT_EQ(onway(), "1 peak fitted");
-    EXPECT_EQ(told(), "");
-    Pick(MenuUndo);
-    co_await Idle();
-    EXPECT_EQ(onway(), "");
-    EXPECT_EQ(told(), "Undone: Fit all peaks");
-  });
-}
-
 TEST(Menus, LettersAreUniqueAndLiteralAmpersandsStay) {
   const std::vector<QString> shown = WithMnemonics(
       {{"E&xit", true}, {"x-axis"}, {"Info"}, {"Index"}, {"In"}, {"/home/a&b.xy"}, {""}});
