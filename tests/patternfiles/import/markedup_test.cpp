@@ -1,7 +1,6 @@
 // CIF, XML and archives: what they hold by their definitions, what real ones hold, hostile ones.
 #include <gtest/gtest.h>
 
-
 #include "patternfiles/import/dates.h"
 #include "patternfiles/import/import.h"
 #include "patternfiles/import/markup.h"
