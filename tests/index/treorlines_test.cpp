@@ -159,26 +159,13 @@ TEST(TreorKeywords, ReachTheirFields) {
 }
 
 TEST(TreorKeywords, InvalidCards) {
-  for (const char* cards : {"",
-                            "NIX=1,",
-                            "NIX=1",
-                            "NIX=1END*",
-                            "NIX=1\nEND*",
-                            "NIX1,END*",
-                            "NIX=,END*",
-                            "=1,END*",
-                            ",END*",
-                            "NIX=ONE,END*",
-                            "NIX=**,END*",
-                            "nix=1,END*",
-                            "NOSUCHKEY=1,END*",
-                            "NIXX=1,END*",
-                            "NIX=1=2,END*",
-                            "ABCDEFGHIJK=1,END*",
-                            "NIX=0000000000000001,END*",
-                            "NIX=1;MERIT=10;VOL=-2000;END*",
-                            "VOL=*****,END*",
-                            "NIX=1e99,END*"}) {
+  std::vector<std::string> invalid{"", "NIX=1,", "NIX=1"};
+  for (const std::string fields :
+       {"NIX=1", "NIX=1\n", "NIX1,", "NIX=,", "=1,", ",", "NIX=ONE,", "NIX=**,", "nix=1,",
+        "NIXX=1,", "NOSUCHKEY=1,", "NIX=1=2,", "ABCDEFGHIJK=1,", "VOL=*****,", "NIX=1e99,",
+        "NIX=0000000000000001,", "NIX=1;MERIT=10;VOL=-2000;"})
+    invalid.push_back(fields + "END*");
+  for (const std::string& cards : invalid) {
     TreorOptions o;
     EXPECT_FALSE(Read(cards, o)) << cards;
   }

@@ -2,7 +2,6 @@
 // known.
 #include <gtest/gtest.h>
 
-#include <array>
 #include <cmath>
 
 #include "multi/multi.h"

@@ -1,22 +1,16 @@
 // Commands with a dialog, from the first click to the last.
 #include <gtest/gtest.h>
 
-#include <QAbstractButton>
 #include <QLabel>
-#include <QLineEdit>
 #include <QMenuBar>
 #include <QScreen>
-#include <algorithm>
-#include <memory>
 
-#include "background/curve.h"
 #include "shell/shell.h"
 #include "toolkit/displaylist.h"
 #include "toolkit/qt/events.h"
 #include "toolkit/qt/window.h"
 #include "user.h"
 #include "workspace/menuids.h"
-#include "workspace/slots.h"
 #include "workspace/workspace.h"
 
 namespace {
