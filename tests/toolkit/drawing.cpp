@@ -137,6 +137,9 @@ TEST_F(Drawing, EpsIsTightAndPlain) {
   EXPECT_TRUE(Contains(eps, "20 Tf 1 0 0 1 45 200 Tm (Fe\\(2\\) \xe4 ?\?) Tj ET\n")) << eps;
   EXPECT_TRUE(Contains(eps, "20 Tf 0 1 -1 0 100 189 Tm (Fe) Tj ET\n")) << eps;
   EXPECT_EQ(Count(eps, "\n%%EOF\n"), 1u);
+  // The same box, from above.
+  ASSERT_TRUE(WriteSvg(list, path, "", 200, 400));
+  EXPECT_TRUE(Contains(ReadFile(path), "viewBox=\"19 98.5 162 262.5\""));
 }
 
 // Bytes that are no UTF-8, as in the names of old files, stand for the letters of Latin-1.

@@ -62,7 +62,7 @@ TEST_F(RasterMedia, LiesInItsOrderAndWithinItsWindow) {
   IGrMoveTo(100, 250);
   IGrLineTo(900, 250);
   IGrRaster(Cells(2, 2, {'\1', '\2', '\3', '\0'}), Colours(), {200, 200, 800, 800},
-            {300, 0, 1000, 1000});
+            {300, 0, 700, 1000});
   IGrLineTo(900, 700);  // goes on with the pen, but over the cells
   IGrMoveTo(300, 650);
   IGrLineTo(900, 650);
@@ -76,6 +76,8 @@ TEST_F(RasterMedia, LiesInItsOrderAndWithinItsWindow) {
   EXPECT_EQ(red(300, 400), 1);
   EXPECT_EQ(red(499, 499), 1);
   EXPECT_EQ(red(500, 499), 2);
+  EXPECT_EQ(red(699, 400), 2);
+  EXPECT_EQ(red(700, 400), 255) << "outside the window, too";
   EXPECT_EQ(red(499, 550), 3);
   EXPECT_EQ(red(650, 550), 255) << "level 0";
   EXPECT_EQ(red(400, 650), 0) << "under the last stroke";
