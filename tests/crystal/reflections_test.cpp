@@ -1,4 +1,4 @@
-// Reflections of a range against the plain loop over all indices.
+// Reflections of a range: the plain loop over all indices, and well-known patterns.
 #include "crystal/reflections.h"
 
 #include <gtest/gtest.h>
@@ -134,6 +134,38 @@ TEST(AssignReflections, EqualsThePlainLoopBitForBit) {
   }
 }
 
+struct Line {
+  double d;
+  int multiplicity;
+};
+
+void ExpectLines(UnitCell cell, int laueclass, int centering, float high,
+                 const std::vector<Line>& lines) {
+  float wavelength = kCu;
+  const auto list = AssignReflections(cell, laueclass, centering, {10, high}, wavelength);
+  ASSERT_TRUE(list);
+  ASSERT_EQ(list->size(), lines.size());
+  for (std::size_t j = 0; j < lines.size(); ++j) {
+    EXPECT_NEAR(kCu / 2 / std::sin((*list)[j].tth / TwoRadToDeg), lines[j].d, 1e-3);
+    EXPECT_EQ((*list)[j].multiplicity, lines[j].multiplicity) << lines[j].d;
+  }
+}
+
+TEST(AssignReflections, OfKnownSubstances) {
+  // Silicon, with 200 and 222 that only its glide planes forbid.
+  const std::vector<Line> silicon{
+      {3.1355, 8}, {2.7155, 6}, {1.9201, 12}, {1.6375, 24}, {1.5678, 8}};
+  ExpectLines({{5.4309f, 1, 1, 1, 1, 1}}, 16, 6, 60, silicon);
+  // 003, 101, 012, 104, 110, 015, 006, 113.
+  const std::vector<Line> corundum{{4.331, 2},  {3.9283, 6}, {3.480, 6},  {2.551, 6},
+                                   {2.3794, 6}, {2.1977, 6}, {2.1655, 2}, {2.0854, 12}};
+  ExpectLines({{4.7588f, 0, 12.993f, 0, 0, 0}}, 8, 7, 44, corundum);
+  // 001, 100, 101, 011, 002, 110, 102, 012: of two families at one place both are there.
+  const std::vector<Line> quartz{{5.405, 2}, {4.255, 6}, {3.343, 6}, {3.343, 6},
+                                 {2.703, 2}, {2.457, 6}, {2.282, 6}, {2.282, 6}};
+  ExpectLines({{4.9134f, 0, 5.4052f, 0, 0, 0}}, 8, 1, 40, quartz);
+}
+
 TEST(AssignReflections, ForcesCellCenteringAndWavelength) {
   std::vector<std::string> texts;
   const auto report = [&](const char* text) { texts.emplace_back(text); };
@@ -158,6 +190,15 @@ TEST(AssignReflections, ForcesCellCenteringAndWavelength) {
   EXPECT_EQ(cell(3), 5);
   EXPECT_EQ(centering, 7);
   EXPECT_EQ(wavelength, -1);
+}
+
+TEST(AssignReflections, KeepsTheFirstTwoHundred) {
+  UnitCell cell{{20, 21, 22, 80, 85, 95}};
+  int centering = 1;
+  float wavelength = kCu;
+  const auto list = AssignReflections(cell, 1, centering, {5, 60}, wavelength);
+  ASSERT_EQ(list->size(), 200u);
+  EXPECT_LT(list->back().tth, 30);
 }
 
 TEST(AssignReflections, OfNonsenseEndsInTime) {

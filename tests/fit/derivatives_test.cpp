@@ -5,6 +5,7 @@
 #include <functional>
 #include <random>
 
+#include "crystal/laue.h"
 #include "fit/normalequations.h"
 #include "fit/simulate.h"
 
@@ -131,6 +132,39 @@ TEST(FitDerivatives, FollowAnIndependentModel) {
         EXPECT_LT(d.Departure(m), leans ? 4e-3 : 1e-4) << m.name << " " << ratio << individual;
       }
     }
+}
+
+// Constants that follow another one move with it. The gradient of angles is not that of 1/d, so it
+// is taken as it is: what counts is its sign and that it goes through the position.
+TEST(FitDerivatives, FollowTheCellOfEveryClass) {
+  for (int laueclass = 1; laueclass <= kLaueClasses; ++laueclass) {
+    Truth t = SplitPeaks(0, false);
+    UnitCell cell{{5.1f, 6.2f, 7.3f, 94, 101, 107}};
+    ForceCell(cell, laueclass);
+    for (int k = 0; k < 6; ++k) t.cell[k] = cell(k + 1);
+    t.laueclass = laueclass;
+    t.hkl = {{1, 2, 1}}, t.area = {500};
+    const Derived d(t);
+    const auto& master = LaueClassOf(laueclass).master;
+    const auto gradient = CellGradient(laueclass, PackHkl(t.hkl[0]), cell);
+    const double theta = PositionOf(t, 0) / 2 * kDegree;
+    for (int k = 0; k < 6; ++k) {
+      const int number = d.numbers.profparam(CellNumbers + k);
+      if (master[k] != k) {
+        EXPECT_EQ(number, master[k] < 0 ? 0 : d.numbers.profparam(CellNumbers + master[k]));
+        continue;
+      }
+      double sum = 0;  // of the gradients of angles that move together
+      for (int l = 3; l < 6; ++l) sum -= master[l] == k ? gradient[l] : 0;
+      const Mover m{"", number, 1e-5, [&](Truth& s, double h) {
+                      for (int l = 0; l < 3; ++l)
+                        if (master[l] == k) s.cell[l] += h;
+                      // A zero that falls is a peak that moves up.
+                      s.zero -= h * sum * Lambda1 / std::cos(theta) / kDegree;
+                    }};
+      EXPECT_LT(d.Departure(m), 3e-4) << laueclass << " " << k;
+    }
+  }
 }
 
 TEST(FitDerivatives, SumsHaveTheBitsOfPlainLoops) {

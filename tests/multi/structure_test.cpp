@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 
 #include "../../tools/examplelines.h"  // computed with another sum over all atoms of the cell
 #include "crystal/laue.h"
@@ -277,6 +278,36 @@ class Structures : public testing::Test {
 };
 
 }  // namespace
+
+// As reference cards have them, within what displacement factors do.
+TEST_F(Structures, StrongestLinesOfStandards) {
+  const struct {
+    const char* name;
+    Hkl hkl[3];
+    float intensity[3];
+  } kCases[] = {
+      {"silicon", {{1, 1, 1}, {2, 2, 0}, {3, 1, 1}}, {100, 65, 38}},
+      {"quartz", {{1, 0, 1}, {1, 0, 0}, {1, 1, 2}}, {100, 20, 13}},
+      {"rutile", {{1, 1, 0}, {2, 1, 1}, {1, 0, 1}}, {100, 55, 45}},
+      {"ceria", {{1, 1, 1}, {2, 2, 0}, {3, 1, 1}}, {100, 53, 41}},
+      {"calcite", {{1, 0, 4}, {1, 1, 6}, {0, 1, 8}}, {100, 21, 20}},
+  };
+  int k = 0;
+  for (const auto& row : kCases) {
+    Open({row.name});
+    ++k;
+    std::vector<int> order(ws.nstructureline(k));
+    std::iota(order.begin(), order.end(), 1);
+    std::ranges::sort(order,
+                      [=](int i, int j) { return ws.structureint(k, i) > ws.structureint(k, j); });
+    for (int i = 0; i < 3; ++i) {
+      EXPECT_EQ(ws.structurehkl(k, order[i]), PackHkl(row.hkl[i])) << row.name << i;
+      EXPECT_NEAR(ws.structureint(k, order[i]), row.intensity[i], 2) << row.name << i;
+    }
+  }
+  EXPECT_EQ(WStatusText(3),
+            "calcite CCaO3 (R -3 c:H): 104 at 29.40 (100), 116 at 48.50 (21), 018 at 47.50 (20)");
+}
 
 TEST_F(Structures, ComeAndGo) {
   Open({"silicon", "ceria", "rutile"});

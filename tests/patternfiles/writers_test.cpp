@@ -49,6 +49,39 @@ class Writers : public testing::Test {
 
 using Writer = int (*)(const std::string&, int);
 
+// 23 points written and read: how many come back, how far shifted, and how precise.
+TEST_F(Writers, ReadersAgreeAsStated) {
+  const struct {
+    const char* extension;
+    Writer write;
+    int points, shift;
+    float rounding;
+  } cases[] = {{"xy", WriteXy, 23, 0, 0.5f},
+               {"gdf", WriteGdf, 23, 0, 0.5f},
+               {"dat", WriteDat, 20, 0, 0.5f},    // the last, partial line is not written
+               {"cif", WriteCif, 22, 1, 1e-4f}};  // the first value is taken for a heading
+  const std::string path = dir_.file("out");
+  for (const auto& c : cases)
+    for (const auto& [slot, from] :
+         {std::pair(SlotInput, 10.0f), {SlotBackground, 10.0f}, {SlotRefined, 100.0f}}) {
+      SCOPED_TRACE(c.extension);
+      Pattern(23, 100.3f, 7.3f, slot, 0.02f, from);
+      Limits(from, from + 1, 0.02f);
+      ASSERT_EQ(c.write(path, slot), 1);
+      ASSERT_EQ(ReadAs(c.extension, SlotScratch, path), 1);
+      ASSERT_EQ(ws.npts(SlotScratch), c.points);
+      for (int i = 1; i <= c.points; ++i) {
+        EXPECT_NEAR(ws.xval(AxisTth, SlotScratch, i), ws.xval(AxisTth, slot, i), 2e-5);
+        EXPECT_NEAR(ws.yval(SlotScratch, i), ws.yval(slot, i + c.shift), c.rounding + 1e-4);
+      }
+    }
+  // A pattern without a date comes back without one.
+  Limits(10, 11, 0.02f);
+  ASSERT_EQ(WriteGdf(path, SlotInput), 1);
+  ASSERT_EQ(ReadAs("gdf", SlotInput, path), 1);
+  EXPECT_EQ(ws.scandate, "");
+}
+
 // The text of every format for three points, two of them within the limits.
 TEST_F(Writers, FilesToTheLetter) {
   Pattern(3, 99.5f, 10);

@@ -1,21 +1,31 @@
 // Commands with a dialog, from the first click to the last.
 #include <gtest/gtest.h>
 
+#include <QAbstractButton>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenuBar>
 #include <QScreen>
+#include <algorithm>
+#include <memory>
 
+#include "background/curve.h"
 #include "shell/shell.h"
 #include "toolkit/displaylist.h"
 #include "toolkit/qt/events.h"
 #include "toolkit/qt/window.h"
 #include "user.h"
 #include "workspace/menuids.h"
+#include "workspace/slots.h"
 #include "workspace/workspace.h"
 
 namespace {
 
 constexpr int MenuManualBackground = 40088, MenuGeneralFit = 40107;
+constexpr int kWithParameters[] = {
+    40003, 40018, 40038, 40052, 40054, 40055, 40056, 40057, 40058, 40059, 40060, 40061,
+    40062, 40063, 40064, 40072, 40073, 40075, 40079, 40093, 40111, 40124, 40278,
+};
 
 QWidget* OnShow() { return QApplication::activeModalWidget(); }
 
@@ -24,6 +34,29 @@ Until PointCount(const int& list, int count) {
 }
 
 void PressButton(const char* name) { QTest::mouseClick(Find(name), Qt::LeftButton); }
+
+// All that can be entered in the dialog on show.
+QStringList Entries() {
+  QStringList entries;
+  for (const QLineEdit* line : OnShow()->findChildren<QLineEdit*>()) entries += line->text();
+  for (const QAbstractButton* button : OnShow()->findChildren<QAbstractButton*>())
+    if (button->isCheckable()) entries += button->isChecked() ? "on" : "off";
+  return entries;
+}
+
+// Enters another number, or else takes the next choice.
+void FillIn() {
+  const auto lines = OnShow()->findChildren<QLineEdit*>();
+  if (lines.isEmpty()) return Press("Down");
+  lines[0]->setFocus();
+  lines[0]->selectAll();
+  Type(QString::number(lines[0]->text().toDouble() + 2));
+}
+
+bool SameCurves(const Workspace& other) {
+  return std::ranges::equal(ws.xval.cells, other.xval.cells) &&
+         std::ranges::equal(ws.yval.cells, other.yval.cells);
+}
 
 }  // namespace
 
@@ -98,4 +131,45 @@ TEST(Commands, TheWindowCanBeClosedBesideADialog) {
   });
   EXPECT_EQ(Root(), nullptr);
   EXPECT_EQ(ws.npeaks, 1);
+}
+
+// What is cancelled leaves no trace. What is accepted changes a curve, asks or tells something, or
+// is there when the dialog is opened again.
+TEST(Commands, EveryParameterDialogIsCancelledAndAccepted) {
+  RunOn("each.xy", []() -> Script {
+    std::ranges::fill(ws.yval.row(SlotBackground), 20.0f);
+    PutBackgroundOnInputGrid();
+    const auto start = std::make_unique<Workspace>(ws);
+    const Until dialog{[] { return OnShow() && OnShow()->isActiveWindow(); }, "a dialog"};
+    const Until answer{[=] { return ReadyForCommands() || dialog.ready(); }, "an answer"};
+    for (const int id : kWithParameters) {
+      ws = *start;
+      Pick(id);
+      co_await dialog;
+      const QStringList shown = Entries();
+      FillIn();
+      EXPECT_NE(Entries(), shown) << id;
+      Press("Escape");
+      co_await Idle();
+      EXPECT_TRUE(SameCurves(*start)) << id;
+
+      Pick(id);
+      co_await dialog;
+      EXPECT_EQ(Entries(), shown) << id;
+      FillIn();
+      Press("Return");
+      bool done = false;
+      for (co_await answer; OnShow(); co_await answer) {
+        EXPECT_FALSE(OnShow()->objectName().startsWith("dialog")) << id;
+        done = true;
+        Press("Escape");
+      }
+      if (done || !SameCurves(*start)) continue;
+      Pick(id);
+      co_await dialog;
+      EXPECT_NE(Entries(), shown) << id;
+      Press("Escape");
+      co_await Idle();
+    }
+  });
 }

@@ -152,6 +152,27 @@ TEST(FindCells, ALargeZeroShiftIsFoundWithTheLattice) {
   EXPECT_NEAR(found.cells.front().zero, -0.1, 0.02);
 }
 
+TEST(FindCells, TwoPhasesHalfAndHalfAreFoundOneAfterTheOther) {
+  const Phase &orthorhombic = kPhases[4], &hexagonal = kPhases[1];
+  const Simulated one = SimulationOf(orthorhombic, 58), other = SimulationOf(hexagonal, 59);
+  std::vector<double> both, rest;
+  for (const Simulated& s : {one, other})
+    for (const ObservedLine& line : s.task.lines) both.push_back(line.tth);
+  FindCellTask task{LinesAt(both), kWave, {}, 2};
+  const FoundCells first = FindCells(task);
+  ExpectSound(first, task);
+  ASSERT_FALSE(first.cells.empty());
+  const bool isone = IsCell(first.cells.front(), one, orthorhombic);
+  EXPECT_TRUE(isone || IsCell(first.cells.front(), other, hexagonal)) << TextOf(first);
+  for (int number : first.cells.front().unindexed)
+    rest.push_back(task.lines[static_cast<std::size_t>(number - 1)].tth);
+  const FoundCells second = FindCells({LinesAt(rest), kWave, {}, 2});
+  ASSERT_FALSE(second.cells.empty());
+  EXPECT_TRUE(isone ? IsCell(second.cells.front(), other, hexagonal)
+                    : IsCell(second.cells.front(), one, orthorhombic))
+      << TextOf(second);
+}
+
 TEST(FindCells, TheTableIsTheSameWithAnyNumberOfThreads) {
   Simulated s = SimulationOf(kPhases[1], 52);
   s.task.sources = {Proposing("A", {{s.cell, 'P'}}),
