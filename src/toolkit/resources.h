@@ -52,7 +52,7 @@ struct Control {
   int id;
   ControlKind kind;
   const char* label;
-  const char* format = "";  // display format of a Real, "(f10.3)"
+  const char* format = "";  // display format of a Real, "(f10.3)"; of a String its width, "(a20)"
   double lowest = -kNoLimit, highest = kNoLimit;
   const char* initial = "";  // value until a routine puts another
   const char* group = "";    // title of the box around this and its neighbours of the same group
@@ -63,6 +63,7 @@ struct Control {
   bool beside = false;   // stands in the row of the control before
   int indent = 0;        // places left free in front of it, at the start of a row
   bool heads = false;    // of a Grid: its heads can be picked too, as cells of row 0
+  bool narrow = false;   // of a Grid: at first it takes no more width than the other controls
   const char* key = "";  // of a Button: presses it too, "Ctrl+C"
   const char* tip = "";  // what an entry means, shown while it has the focus or the mouse
 };

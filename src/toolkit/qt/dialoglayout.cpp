@@ -28,6 +28,7 @@ constexpr int kGridColumns = 4;                    // label, field, unit, gap
 constexpr int kComplaintLetters = 44;              // of each of the two lines kept for a complaint
 constexpr int kCaptionMargin = 9;                  // lines, for icon and buttons beside a caption
 constexpr double kHighest = 0.65, kWidest = 0.95;  // of the screen
+constexpr double kHighestTable = 0.8;              // a column with a table, which may be low
 
 using enum ControlKind;
 
@@ -76,7 +77,7 @@ int WidthOf(const std::vector<std::vector<QWidget*>>& columns) {
 
 // The widget, or an area to scroll it in when the screen is too small for it.
 QWidget* FitsIn(QSize room, QWidget* all) {
-  const QSize wanted = all->sizeHint();
+  const QSize wanted(all->sizeHint().width(), HeightOf(all));
   if (wanted.height() <= 0.8 * room.height() && wanted.width() <= kWidest * room.width())
     return all;
   auto* scroll = new QScrollArea;
@@ -287,7 +288,8 @@ QWidget* DialogView::ArrangeSections() {
   const QSize room = screen()->availableGeometry().size();
   int total = 0;
   for (const QWidget* section : sections) total += HeightOf(section);
-  int wanted = std::clamp<int>(std::ceil(total / (kHighest * room.height())), 1, 4);
+  const double highest = std::ranges::any_of(sections, HoldsTable) ? kHighestTable : kHighest;
+  int wanted = std::clamp<int>(std::ceil(total / (highest * room.height())), 1, 4);
   auto columns = InColumns(sections, total / wanted);
   while (wanted > 1 && WidthOf(columns) > kWidest * room.width())
     columns = InColumns(sections, total / --wanted);

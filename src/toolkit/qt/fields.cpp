@@ -14,7 +14,7 @@ constexpr int kLongestText = 256;
 
 // "(f10.3)": ten letters.
 int LettersOf(const Control& control) {
-  if (control.kind == ControlKind::String) return kTextLetters;
+  if (control.kind == ControlKind::String && !*control.format) return kTextLetters;
   int letters = 0;
   for (const char c : std::string_view(control.format)) {
     if (c == '.') break;

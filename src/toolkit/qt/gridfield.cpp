@@ -28,12 +28,13 @@ std::string CellName(int column, int row) {
 
 GridField::GridField(const Control& control, std::function<void(const std::string&)> picked,
                      std::function<void()> accepted)
-    : picked_(std::move(picked)) {
+    : picked_(std::move(picked)), narrow_(control.narrow) {
   ShowHeads(QString::fromUtf8(control.label).split('|'));
   setEditTriggers(NoEditTriggers);
   setSelectionMode(SingleSelection);
   setSelectionBehavior(SelectRows);
   setTabKeyNavigation(false);
+  verticalHeader()->setDefaultSectionSize(fontMetrics().height() * 3 / 2);
   horizontalHeader()->setHighlightSections(false);
   horizontalHeader()->setSectionsClickable(control.heads);
   FitColumns();
@@ -130,7 +131,7 @@ QSize GridField::sizeHint() const {
   const int rows = std::clamp(rowCount(), kFewestRows, kMostRows);
   const int side = verticalHeader()->isHidden() ? 0 : verticalHeader()->sizeHint().width();
   const QSize room = screen()->availableGeometry().size();
-  return SizeFor(horizontalHeader()->length() + side, rows)
+  return SizeFor(narrow_ ? 0 : horizontalHeader()->length() + side, rows)
       .boundedTo(QSize(static_cast<int>(kWidest * room.width()),
                        static_cast<int>(kHighest * room.height())))
       .expandedTo(minimumSizeHint());

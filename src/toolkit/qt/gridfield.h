@@ -30,6 +30,7 @@ class GridField : public QTableWidget {
   QSize SizeFor(int width, int rows) const;
 
   std::function<void(const std::string&)> picked_;
+  bool narrow_;
   int changes_ = -1;                // of the state as it is shown
   std::vector<std::string> heads_;  // none: those of the control
 };

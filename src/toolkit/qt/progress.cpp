@@ -27,7 +27,7 @@ ProgressBar::ProgressBar(QStatusBar* status)
   row->setContentsMargins(0, 0, 0, 0);
   row->addWidget(bar_);
   row->addWidget(stop_);
-  status->addPermanentWidget(this);
+  status->insertWidget(0, this);  // no dialog beside the plot reaches that far to the left
   hide();
 }
 
