@@ -1,6 +1,7 @@
 // When the result of a fit in a series is not to be believed.
 #include "series/condition.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 
@@ -25,4 +26,19 @@ std::optional<Condition> ReadCondition(std::string_view text) {
   const auto read = std::from_chars(limit.data(), end, condition.limit);
   const bool whole = read.ptr == end && read.ec == std::errc();
   return whole && std::isfinite(condition.limit) ? std::optional(condition) : std::nullopt;
+}
+
+std::vector<std::string> ConditionsIn(std::string_view text) {
+  std::vector<std::string> conditions;
+  std::size_t begin = 0, next = 0;
+  while (next <= text.size()) {
+    const std::size_t comma = std::min(text.find(',', next), text.size());
+    const std::string_view one = text.substr(begin, comma - begin);
+    next = comma + 1;
+    if (!ReadCondition(one)) continue;
+    conditions.emplace_back(one);
+    begin = next;
+  }
+  if (begin < next) conditions.clear();
+  return conditions;
 }

@@ -1,21 +1,28 @@
 // The run of a series by a program of its own.
 #include "series/runseries.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <vector>
 
+#include "series/condition.h"
 #include "toolkit/childprocess.h"
 #include "workspace/text.h"
 
 namespace {
 
 constexpr const char* kProgram = "quillagram-series";
+constexpr int kOtherTable = 3;  // exit status: the table is of another recipe, or of other files
 
-std::vector<std::string> CommandLine(const Series& series) {
+std::vector<std::string> CommandLine(const Series& series, SeriesRows rows) {
   std::vector<std::string> words{kProgram,     "--progress", "--list",
                                  "/dev/stdin", "--table",    series.tablepath};
-  if (series.chain) words.emplace_back("--chain");
-  if (!series.restart.empty()) words.insert(words.end(), {"--restart-when", series.restart});
+  if (series.chain) words.insert(words.end(), {"--chain", "--chunk", std::to_string(series.chunk)});
+  for (const std::string& when : ConditionsIn(series.restart))
+    words.insert(words.end(), {"--restart-when", when});
+  if (!series.otherrecipe.empty())
+    words.insert(words.end(), {"--restart-with", series.otherrecipe});
+  if (rows == SeriesRows::Failed) words.emplace_back("--again");
   words.insert(words.end(), {"--", series.recipe});
   return words;
 }
@@ -35,23 +42,22 @@ void TakeLines(std::string& text, SeriesEnd& end) {
   text.erase(0, begin);
 }
 
-// What stands behind the program's name, and whether another table would do.
+// What stands behind the program's name; options are for those who call it.
 void ReadComplaint(SeriesEnd& end) {
-  const std::string name = std::string(kProgram) + ": ", advice = "; give another name to --table";
+  const std::string name = std::string(kProgram) + ": ";
   if (end.told.starts_with(name)) end.told.erase(0, name.size());
   if (!end.told.empty()) end.told[0] = UpperChar(end.told[0]);
-  const std::size_t at = end.told.find(advice);
-  end.othertable = at != end.told.npos;
-  if (end.othertable) end.told.erase(at);
+  end.told.erase(std::min(end.told.find("; give another name to --table"), end.told.size()));
 }
 
 }  // namespace
 
-SeriesEnd RunSeriesProgram(const Series& series,
+SeriesEnd RunSeriesProgram(const Series& series, SeriesRows rows,
                            const std::function<bool(const SeriesProgress&)>& report) {
   constexpr int kMilliseconds = 100;
   SeriesEnd end;
-  ChildProcess child(CommandLine(series), FileDirectory(series.tablepath), ListForRun(series));
+  ChildProcess child(CommandLine(series, rows), FileDirectory(series.tablepath),
+                     ListForRun(series));
   if (!child.Failure().empty()) {
     end.told = std::string("Cannot start ") + kProgram + ": " + child.Failure();
     return end;
@@ -65,6 +71,7 @@ SeriesEnd RunSeriesProgram(const Series& series,
   }
   TakeLines(text, end);
   end.whole = child.ExitStatus() == 0;
+  end.othertable = child.ExitStatus() == kOtherTable;
   ReadComplaint(end);
   if (!end.whole && end.told.empty()) end.told = std::string(kProgram) + " was ended";
   return end;

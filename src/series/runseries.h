@@ -18,6 +18,8 @@ struct SeriesEnd {
   SeriesProgress last;
 };
 
+enum class SeriesRows { Missing, Failed };  // which are to be done; those that failed, too
+
 // Several times a second `report` hears how much is done, and stops the run by false.
-SeriesEnd RunSeriesProgram(const Series& series,
+SeriesEnd RunSeriesProgram(const Series& series, SeriesRows rows,
                            const std::function<bool(const SeriesProgress&)>& report);

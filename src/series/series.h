@@ -17,7 +17,9 @@ struct Series {
   SeriesTable table;         // its rows are those of the first files
   std::size_t tableend = 0;  // the byte up to which it has been read
   bool chain = false;
-  std::string restart;                     // when a fit is done again, as "Rwp>12"; blank: never
+  int chunk = 100;          // files of a chain
+  std::string restart;      // when a fit is done again, as "Rwp>12, a<4.5"; blank: never
+  std::string otherrecipe;  // path of one that is tried then; blank: none
   std::shared_ptr<const SeriesMap> map{};  // once it has been read
 };
 

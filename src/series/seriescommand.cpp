@@ -88,6 +88,7 @@ void TakeHead(SeriesDialog& dialog, std::size_t column) {
 template <class Choose>
 void Try(SeriesDialog& dialog, Choose choose) {
   const auto files = dialog.series.list.files;
+  dialog.again = false;
   try {
     choose();
   } catch (const SeriesError& error) {
@@ -111,6 +112,14 @@ void AskRecipe(SeriesDialog& dialog) {
   Try(dialog, [&] { ChooseRecipe(dialog.series, path); });
 }
 
+void AskOther(SeriesDialog& dialog) {
+  std::string path = dialog.series.otherrecipe.empty() ? "*.recipe" : dialog.series.otherrecipe;
+  WSelectFile("Recipe|*.recipe|", FileMustExist, path, "Recipe for another start");
+  if (path.empty() || !AcceptPath(path)) return;
+  dialog.series.otherrecipe = path;
+  ShowSeriesDialog(dialog);
+}
+
 void AskFiles(SeriesDialog& dialog) {
   auto paths = WSelectFiles("Patterns of any format|*|List of patterns|*.csv;*.txt;*.list|",
                             FileMustExist, "*", "Files of the series");
@@ -126,10 +135,9 @@ void AskTable(SeriesDialog& dialog) {
 
 // ---- Running ----
 
-// The dialog may hide the Stop button.
 std::string Counted(const SeriesProgress& now) {
   const std::string failed = now.failed > 0 ? ", " + std::to_string(now.failed) + " failed" : "";
-  return std::to_string(now.done) + " of " + std::to_string(now.rows) + failed + " (Esc stops)";
+  return std::to_string(now.done) + " of " + std::to_string(now.rows) + failed;
 }
 
 // The table as it has grown, at its end, and the picture of a column.
@@ -146,11 +154,11 @@ void ShowGrowth(SeriesDialog& dialog) {
 }
 
 // Once a row is told the table is that of the series.
-SeriesEnd Run(SeriesDialog& dialog) {
+SeriesEnd Run(SeriesDialog& dialog, SeriesRows rows) {
   constexpr auto kPause = std::chrono::seconds(1);
   Clock::time_point shown{};
   bool first = true;
-  return RunSeriesProgram(dialog.series, [&](const SeriesProgress& now) {
+  const SeriesEnd end = RunSeriesProgram(dialog.series, rows, [&](const SeriesProgress& now) {
     if (now.rows == 0) return WProgress(3, "Trying the recipe");
     if (Clock::now() - shown > kPause) {
       std::exchange(first, false) ? ReadTable(dialog.series) : FollowTable(dialog.series);
@@ -159,6 +167,8 @@ SeriesEnd Run(SeriesDialog& dialog) {
     }
     return WProgress(3, Counted(now), static_cast<float>(now.done) / static_cast<float>(now.rows));
   });
+  dialog.again = rows == SeriesRows::Failed && !end.whole;
+  return end;
 }
 
 // Nothing is lost: "cell.csv" becomes "cell.csv.old", or "cell.csv.old2".
@@ -182,6 +192,29 @@ bool MayWriteAnew(const Series& series, const SeriesEnd& end) {
   return false;
 }
 
+// Where nothing was missing there may still be something to do.
+bool MayDoAgain(const Series& series) {
+  if (ws.nseriesfailed == 0) return false;
+  const std::string question = std::to_string(ws.nseriesfailed) + " of " +
+                               std::to_string(ws.nseriesfile) +
+                               " files have failed. Do these again?";
+  const char* others = series.chain ? "\nThe rows behind them in their chains are done again, too."
+                                    : "\nAll other rows stay as they are.";
+  return MessageBoxQuery("Series", question + others) == 1;
+}
+
+// What the program of series would refuse in words of its own; blank where nothing is wrong.
+std::string WrongIn(const Series& series) {
+  if (!series.restart.empty() && ConditionsIn(series.restart).empty())
+    return "\"Restart when\" takes a column, > or <, and a number, as Rwp>12, or several of these "
+           "with commas between, not " +
+           series.restart;
+  if (series.restart.empty() && !series.otherrecipe.empty())
+    return "When is the other recipe, " + NameIn(series.otherrecipe) +
+           ", to be tried? \"Restart when\" is blank";
+  return "";
+}
+
 std::string EndOf(const SeriesEnd& end, double seconds) {
   if (end.stopped)
     return "Stopped at " + std::to_string(ws.nseries) + " of " + std::to_string(ws.nseriesfile) +
@@ -194,13 +227,16 @@ std::string EndOf(const SeriesEnd& end, double seconds) {
 // A table of others is left alone.
 void RunIt(SeriesDialog& dialog) {
   Series& series = dialog.series;
-  if (!series.restart.empty() && !ReadCondition(series.restart))
-    return MessageBoxError(
-        "Series",
-        "\"Restart when\" takes a column, > or <, and a number, as Rwp>12, not " + series.restart);
+  if (const std::string wrong = WrongIn(series); !wrong.empty())
+    return MessageBoxError("Series", wrong);
   const Clock::time_point begin = Clock::now();
-  SeriesEnd end = Run(dialog);
-  while (MayWriteAnew(series, end)) end = Run(dialog);
+  bool allthere = ws.nseries == ws.nseriesfile;
+  SeriesEnd end = Run(dialog, dialog.again ? SeriesRows::Failed : SeriesRows::Missing);
+  while (MayWriteAnew(series, end)) {
+    allthere = false;
+    end = Run(dialog, SeriesRows::Missing);
+  }
+  if (allthere && end.whole && MayDoAgain(series)) end = Run(dialog, SeriesRows::Failed);
   if (!end.whole && !end.stopped && !end.othertable) MessageBoxError("Series", end.told);
   ReadTable(series);
   ShowGrowth(dialog);
@@ -222,6 +258,7 @@ void OnField(SeriesDialog& dialog, int field) {
   if (field == BoxChain) {
     WDialogGetCheckBox(field, number);
     dialog.series.chain = number != 0;
+    ShowSeriesStates(dialog);
   }
   if (field == FieldRestart) WDialogGetString(field, dialog.series.restart);
   if (field >= ChoiceMap && field <= ChoicePattern) ChooseView(dialog, field - ChoiceMap + ViewMap);
@@ -231,6 +268,7 @@ void OnField(SeriesDialog& dialog, int field) {
   }
   if (field < FieldColumn) return;
   WDialogGetInteger(field, number);
+  if (field == FieldChunk) dialog.series.chunk = number;
   if (field == FieldColumn) ChooseColumn(dialog, ws.seriescolumn, number);
   if (field == FieldAlong) ChooseColumn(dialog, ws.seriesalong, number);
   if (field == FieldSecond) ChooseColumn(dialog, ws.seriessecond, number);
@@ -240,6 +278,11 @@ void OnField(SeriesDialog& dialog, int field) {
 // False closes the dialog.
 bool OnButton(SeriesDialog& dialog, int button) {
   if (button == ButtonRecipe) AskRecipe(dialog);
+  if (button == ButtonOther) AskOther(dialog);
+  if (button == ButtonNoOther) {
+    dialog.series.otherrecipe.clear();
+    ShowSeriesDialog(dialog);
+  }
   if (button == ButtonFiles) AskFiles(dialog);
   if (button == ButtonTable) AskTable(dialog);
   if (button == ButtonRun) RunIt(dialog);

@@ -14,46 +14,57 @@ namespace {
 using namespace controls;
 
 constexpr const char* kView = "View";
+constexpr const char* kPlaces = "Columns and file";
 
-constexpr Control InView(Control control) {
-  control.group = kView;
+constexpr Control In(const char* group, Control control) {
+  control.group = group;
   return control;
 }
 
-constexpr Control Number(int id, const char* label, int lowest, const char* tip) {
-  return InView(Tip(Spin(id, label, nullptr, lowest, 999999999), tip));
+constexpr Control Narrow(Control entry) {
+  entry.format = "(a20)";
+  return entry;
 }
 
-constexpr Control NameBeside(int id) { return InView(Beside(Label(id, ""))); }
+constexpr Control Number(int id, const char* label, int lowest, const char* tip) {
+  return In(kPlaces, Tip(Spin(id, label, nullptr, lowest, 999999999), tip));
+}
+
+constexpr Control NameBeside(int id) { return In(kPlaces, Beside(Label(id, ""))); }
 
 constexpr Control kControls[] = {
-    Label(FieldRecipe, "Recipe"),
+    Label(FieldRecipe, ""),
     Beside(Press(ButtonRecipe, "Recipe...")),
-    Label(FieldFiles, "Files"),
+    Label(FieldFiles, ""),
     Beside(Press(ButtonFiles, "Files...")),
-    Label(FieldTable, "Table"),
+    Label(FieldTable, ""),
     Beside(Press(ButtonTable, "Table...")),
-    Tip(Entry(FieldRestart, "Restart when", nullptr),
-        "as Rwp>12, or with a column: the file is done again from the recipe's own values"),
+    Tip(Spin(FieldChunk, "Break after", nullptr, 1, 1000000, "files"),
+        "the next file begins a chain with the recipe's own values"),
     Beside(Box(BoxChain, "Chain", nullptr)),
+    Tip(Narrow(Entry(FieldRestart, "Restart when", nullptr)),
+        "as Rwp>12, a<4.5: where one holds the file is done again from the recipe's own values"),
+    Beside(Press(ButtonOther, "By other recipe...")),
+    Label(FieldOther, ""),
+    Beside(Press(ButtonNoOther, "Remove")),
     Choice(ChoiceMap, "Map", kView),
     Beside(Choice(ChoiceWaterfall, "Waterfall", kView)),
     Beside(Choice(ChoiceColumn, "Column", kView)),
     Beside(Choice(ChoicePattern, "Pattern", kView)),
-    Number(FieldColumn, "Upward", 1, "the column that is shown; a click on its head shows it, too"),
-    NameBeside(NameOfColumn),
-    Beside(Number(FieldAlong, "Along", 0,
-                  "0: the number of the file; or a column, as by another click on its head")),
-    NameBeside(NameOfAlong),
-    Number(FieldSecond, "Second", 0, "another column in the same picture; 0: none"),
-    NameBeside(NameOfSecond),
-    Beside(Number(FieldRow, "File", 1, "opens it, as a click on its row or in a picture does")),
-    NameBeside(NameOfRow),
-    InView(Label(NameOfScale, "Counts")),
+    In(kView, Label(NameOfScale, "Counts")),
     Beside(Choice(ChoiceLinear, "Linear", kView)),
     Beside(Choice(ChoiceSquareRoot, "Square root", kView)),
     Beside(Choice(ChoiceLogarithm, "Logarithm", kView)),
-    {.id = Grid, .kind = ControlKind::Grid, .label = "No.|file", .heads = true},
+    Number(FieldColumn, "Upward", 1, "the column that is shown; a click on its head shows it, too"),
+    NameBeside(NameOfColumn),
+    Beside(Number(FieldRow, "File", 1, "opens it, as a click on its row or in a picture does")),
+    Number(FieldAlong, "Along", 0,
+           "0: the number of the file; or a column, as by another click on its head"),
+    NameBeside(NameOfAlong),
+    NameBeside(NameOfRow),
+    Number(FieldSecond, "Second", 0, "another column in the same picture; 0: none"),
+    NameBeside(NameOfSecond),
+    {.id = Grid, .kind = ControlKind::Grid, .label = "No.|file", .heads = true, .narrow = true},
     Press(ButtonRun, "Run"),
     {ButtonCancel, ControlKind::Button, "Close"},
 };
@@ -62,7 +73,7 @@ constexpr DialogResource kDialog{SeriesDialogNumber, "Series", kControls, Grid};
 constexpr std::size_t kPageRows = 2000;
 
 // As much of a text as its field has room for.
-constexpr int kTextLetters = 34, kNameLetters = 14;
+constexpr int kTextLetters = 34, kNameLetters = 12;
 std::string Fitting(const std::string& text, int letters) {
   const std::string begin(Cut(text, letters));
   return begin.size() == text.size() ? text : std::string(Cut(text, letters - 3)) + "...";
@@ -99,14 +110,17 @@ std::vector<std::string> CellsOf(const SeriesDialog& dialog, std::size_t row) {
   return cells;
 }
 
-void ShowStates(const SeriesDialog& dialog) {
-  const bool files = !dialog.series.list.files.empty();
+}  // namespace
+
+void ShowSeriesStates(const SeriesDialog& dialog) {
+  const Series& series = dialog.series;
+  const bool files = !series.list.files.empty();
   for (const int field : {ChoiceMap, ChoiceWaterfall, FieldRow}) WDialogFieldState(field, files);
   WDialogFieldState(ChoiceColumn, !dialog.look.numbers.empty());
-  WDialogFieldState(ButtonRun, files && !dialog.series.recipe.empty());
+  WDialogFieldState(FieldChunk, series.chain);
+  WDialogFieldState(ButtonNoOther, !series.otherrecipe.empty());
+  WDialogFieldState(ButtonRun, files && !series.recipe.empty());
 }
-
-}  // namespace
 
 void LoadSeriesDialog(SeriesDialog& dialog) {
   WRegisterDialogs({&kDialog, 1});
@@ -184,19 +198,23 @@ void ShowSeriesView() { WDialogPutRadioButton(ChoiceMap + ws.seriesview - 1); }
 
 void ShowSeriesDialog(SeriesDialog& dialog) {
   NoteSeries(dialog.series, dialog.look);
-  const auto put = [](int field, const std::string& text) {
-    WDialogPutString(field, text.empty() ? "none chosen" : Fitting(text, kTextLetters));
+  const Series& series = dialog.series;
+  const auto put = [](int field, const std::string& text, const char* none) {
+    WDialogPutString(field, text.empty() ? none : Fitting(text, kTextLetters));
   };
-  put(FieldRecipe, NameIn(dialog.series.recipe));
-  put(FieldFiles, FilesText(dialog.series, kTextLetters));
-  put(FieldTable, NameIn(dialog.series.tablepath));
-  WDialogPutString(FieldRestart, dialog.series.restart);
-  WDialogPutCheckBox(BoxChain, dialog.series.chain);
+  put(FieldRecipe, NameIn(series.recipe), "no recipe chosen");
+  put(FieldFiles, FilesText(series, kTextLetters), "no files chosen");
+  put(FieldTable, NameIn(series.tablepath), "no table chosen");
+  put(FieldOther, series.otherrecipe.empty() ? "" : "by " + NameIn(series.otherrecipe),
+      "by no other recipe");
+  WDialogPutString(FieldRestart, series.restart);
+  WDialogPutCheckBox(BoxChain, series.chain);
+  WDialogPutInteger(FieldChunk, series.chunk);
   WDialogPutRadioButton(ChoiceLinear + static_cast<int>(dialog.look.scale));
   ShowSeriesRows(dialog);
   if (ws.seriesrow > 0) PickSeriesRow(dialog, static_cast<std::size_t>(ws.seriesrow - 1));
   ShowColumnNames(dialog);
   ShowFileNumber(dialog);
-  ShowStates(dialog);
+  ShowSeriesStates(dialog);
   ShowSeriesView();
 }

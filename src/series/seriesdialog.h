@@ -34,6 +34,10 @@ enum SeriesControl {
   NameOfRow,
   NameOfScale,
   ButtonRun,
+  ButtonOther,
+  ButtonNoOther,
+  FieldChunk,
+  FieldOther,
 };
 inline constexpr int SeriesDialogNumber = 148;
 
@@ -42,6 +46,7 @@ struct SeriesDialog {
   Series series;
   SeriesLook look;
   UndoStep step{};             // while it stands
+  bool again = false;          // the next run goes on doing failed rows again
   std::size_t page = 0;        // the row at the top of the table, from 0
   std::vector<int> columns{};  // of the series' table, from the third one on
   std::vector<std::string> heads{};
@@ -50,8 +55,10 @@ struct SeriesDialog {
 // Loads it, to be shown beside the plot.
 void LoadSeriesDialog(SeriesDialog& dialog);
 
-// All of it; the rows of the page; which columns are drawn; the number of the file; the view.
+// All of it; what can be used; the rows of the page; which columns are drawn; the number of the
+// file; the view.
 void ShowSeriesDialog(SeriesDialog& dialog);
+void ShowSeriesStates(const SeriesDialog& dialog);
 void ShowSeriesRows(SeriesDialog& dialog);
 void ShowColumnNames(const SeriesDialog& dialog);
 void ShowFileNumber(const SeriesDialog& dialog);

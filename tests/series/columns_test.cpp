@@ -83,6 +83,9 @@ TEST(SeriesColumns, ConditionsAreWholeOrNone) {
   EXPECT_TRUE(ReadCondition("Rwp>12")->above);
   for (const char* none : {"", "Rwp", ">12", "Rwp>", "Rwp>x", "Rwp>12%", "Rwp>inf", "Rwp=12"})
     EXPECT_FALSE(ReadCondition(none)) << none;
+  EXPECT_EQ(ConditionsIn("Rwp, fraction>0.1, a<4.5"), (Texts{"Rwp, fraction>0.1", " a<4.5"}));
+  for (const char* none : {"Rwp>12,5", "Rwp>12,", ",Rwp", ""})
+    EXPECT_EQ(ConditionsIn(none), Texts()) << none;
 }
 
 // Folders can be moved with the table in them; what lies elsewhere has its whole path.

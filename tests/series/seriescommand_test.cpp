@@ -138,6 +138,49 @@ TEST_F(SeriesCommand, GoesOnAndLosesNothing) {
   EXPECT_EQ(ReadSeriesTable(folder_.file("lines.csv")).ColumnOf("npts(1)"), 4);
 }
 
+// A table that has all its rows: those that have failed are done again, if the user wants that.
+TEST_F(SeriesCommand, DoesAgainWhatHasFailed) {
+  Do("press Run\npress Close\n");
+  const std::string before = Table();
+  WriteFile(folder_.file("run3.xy"), PatternWithLine(22.3));
+  WriteFile(folder_.file("run4.xy"), "a good row is not done again\n");
+  const Lines events =
+      Do("press Run\npress Cancel\nget nseriesfailed\npress Run\npress OK\nget nseriesfailed\n"
+         "press Run\npress Close\n");
+  EXPECT_TRUE(Has(events, "query\tSeries\t1 of 6 files have failed"));
+  EXPECT_EQ(Values(events, "nseriesfailed"), (Lines{"1", "0"}));
+  const SeriesTable table = ReadSeriesTable(folder_.file("lines.csv"));
+  EXPECT_NEAR(std::stod(table.rows.at(2)[2]), 22.3, 0.03);
+  const std::size_t begin = before.find("run3.xy"), end = before.find("run4.xy");
+  EXPECT_EQ(Table().substr(0, begin), before.substr(0, begin));
+  EXPECT_EQ(Table().substr(Table().find("run4.xy")), before.substr(end));
+}
+
+// What the dialog says of chains and of other recipes makes the rows that the program makes of its
+// options, to the digest.
+TEST_F(SeriesCommand, RunsWithTheOptionsOfTheDialog) {
+  WriteRecipe("other", "");
+  WriteFile(folder_.file("lines.recipe"),
+            "open \"{file}\"\nget npts(1) as place\nget npts(1) as height\n");
+  const Lines events =
+      Do("press \"By other recipe...\"\nfile other.recipe\npress Run\n"
+         "set \"Restart when\" \"place>100, height<0\"\nset Chain on\nset \"Break after\" 2\n"
+         "press Run\npress Close\nmenu \"Multiple patterns/Series\"\npress Remove\n"
+         "press \"Table...\"\nfile own.csv\npress Run\npress Close\n");
+  EXPECT_TRUE(Has(events, "box\tSeries\tWhen is the other recipe, other.recipe, to be tried?"));
+  EXPECT_TRUE(Has(events, "field\t1928\tBreak after\t2\t1"));
+  const std::string command =
+      "cd '" + folder_.path() +
+      "' && " QUILLAGRAM_SERIES
+      " --chain --chunk 2 --restart-when 'place>100' --restart-when 'height<0' --restart-with "
+      "other.recipe --table ran.csv lines.recipe run1.xy run2.xy run3.xy run4.xy run5.xy run10.xy";
+  ASSERT_EQ(std::system((command + " 2>/dev/null").c_str()), 0);
+  EXPECT_EQ(Table(), ReadFile(folder_.file("ran.csv")));
+  const SeriesTable table = ReadSeriesTable(folder_.file("lines.csv"));
+  EXPECT_NEAR(std::stod(table.rows.at(5)[2]), 23, 0.03) << "by the other recipe";
+  EXPECT_EQ(ReadSeriesTable(folder_.file("own.csv")).rows.at(5)[2], "400") << "removed";
+}
+
 // What cannot be is told in a box, and no table is written or touched.
 TEST_F(SeriesCommand, TellsWhatIsWrong) {
   Lines events = Do("set \"Restart when\" \"Rwp 12\"\npress Run\npress Close\n");
