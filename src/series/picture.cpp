@@ -65,6 +65,12 @@ std::optional<GuestView> View() {
   return view;
 }
 
+bool ShowsAll() {
+  const auto view = Guest();
+  return view && ws.viewxmin <= view->whole.x.lo && ws.viewxmax >= view->whole.x.hi &&
+         ws.viewymin <= view->whole.y.lo && ws.viewymax >= view->whole.y.hi;
+}
+
 // What the limits of a view belong to.
 auto AxesOf(const SeriesPicture& picture) {
   return std::tie(picture.map, picture.along.name, picture.column.name);
@@ -73,6 +79,8 @@ auto AxesOf(const SeriesPicture& picture) {
 }  // namespace
 
 void ShowSeries(const SeriesPicture& picture) {
+  // A view of all that there is grows with it.
+  if (ShowsAll()) ForgetGuestZoom(static_cast<int>(shown.picture.kind));
   const bool otheraxes = AxesOf(picture) != AxesOf(shown.picture);
   shown.picture = picture;
   LayCells();

@@ -147,6 +147,7 @@ void ShowGrowth(SeriesDialog& dialog) {
   if (ws.nseries > 0) PickSeriesRow(dialog, static_cast<std::size_t>(ws.nseries - 1));
   ShowColumnNames(dialog);
   ShowFileNumber(dialog);
+  ShowSeriesStates(dialog);
   // Where there is no pattern to be looked at the column grows before its user's eyes.
   if (ws.viewmode == 0 && !ws.seriescolumn.empty()) Show(dialog, ViewColumn);
   if (ws.seriesview == ViewColumn) RefreshPicture(dialog);

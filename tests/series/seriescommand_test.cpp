@@ -121,10 +121,12 @@ TEST_F(SeriesCommand, GoesOnAndLosesNothing) {
   const std::size_t half = whole.find("run4.xy");
   WriteFile(folder_.file("lines.csv"), whole.substr(0, half) + "run4.xy,,2");
   Lines events =
-      Do("get nseries\nstop 1\npress Run\nget nseries\npress Run\nget nseries\npress Close\n");
+      Do("set Column on\nget nseries\nstop 1\npress Run\nget nseries\npress Run\nget nseries\n"
+         "get viewxmax\npress Close\n");
   EXPECT_EQ(Values(events, "nseries").front(), "3");
   EXPECT_TRUE(Has(events, "status\t3\tStopped at "));
   EXPECT_EQ(Values(events, "nseries").back(), "6");
+  EXPECT_GT(std::stod(Values(events, "viewxmax").at(0)), 6) << "the column has grown";
   EXPECT_EQ(Table(), whole);
 
   WriteRecipe("lines", "get npts(1)\n");
