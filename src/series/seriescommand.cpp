@@ -168,7 +168,7 @@ SeriesEnd Run(SeriesDialog& dialog, SeriesRows rows) {
     }
     return WProgress(3, Counted(now), static_cast<float>(now.done) / static_cast<float>(now.rows));
   });
-  dialog.again = rows == SeriesRows::Failed && !end.whole;
+  dialog.again = rows == SeriesRows::Failed && !end.whole && !end.othertable;
   return end;
 }
 
@@ -237,7 +237,10 @@ void RunIt(SeriesDialog& dialog) {
     allthere = false;
     end = Run(dialog, SeriesRows::Missing);
   }
-  if (allthere && end.whole && MayDoAgain(series)) end = Run(dialog, SeriesRows::Failed);
+  if (allthere && end.whole && MayDoAgain(series)) {
+    end = Run(dialog, SeriesRows::Failed);
+    end.othertable = false;  // it is what lies where the table is put aside: to be told
+  }
   if (!end.whole && !end.stopped && !end.othertable) MessageBoxError("Series", end.told);
   ReadTable(series);
   ShowGrowth(dialog);

@@ -146,6 +146,12 @@ TEST_F(SeriesCommand, DoesAgainWhatHasFailed) {
   const std::string before = Table();
   WriteFile(folder_.file("run3.xy"), PatternWithLine(22.3));
   WriteFile(folder_.file("run4.xy"), "a good row is not done again\n");
+  // Where the table is put aside meanwhile lies something else.
+  const std::string aside = folder_.file("lines.csv.before");
+  WriteFile(aside, "of another kind\n");
+  EXPECT_TRUE(Has(Do("press Run\npress OK\npress Close\n"), "box\tSeries\t"));
+  EXPECT_EQ(Table(), before);
+  fs::remove(aside);
   const Lines events =
       Do("press Run\npress Cancel\nget nseriesfailed\npress Run\npress OK\nget nseriesfailed\n"
          "press Run\npress Close\n");
