@@ -257,6 +257,12 @@ void OnGrid(SeriesDialog& dialog, const Message& message) {
   TakeHead(dialog, static_cast<std::size_t>(message.x));
 }
 
+// A blank number is 0, and leaves what there was.
+void TakeChunk(Series& series, int files) {
+  if (files > 0) series.chunk = files;
+  WDialogPutInteger(FieldChunk, series.chunk);
+}
+
 void OnField(SeriesDialog& dialog, int field) {
   int number = 0;
   if (field == BoxChain) {
@@ -272,7 +278,7 @@ void OnField(SeriesDialog& dialog, int field) {
   }
   if (field < FieldColumn) return;
   WDialogGetInteger(field, number);
-  if (field == FieldChunk) dialog.series.chunk = number;
+  if (field == FieldChunk) TakeChunk(dialog.series, number);
   if (field == FieldColumn) ChooseColumn(dialog, ws.seriescolumn, number);
   if (field == FieldAlong) ChooseColumn(dialog, ws.seriesalong, number);
   if (field == FieldSecond) ChooseColumn(dialog, ws.seriessecond, number);

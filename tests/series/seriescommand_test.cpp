@@ -172,7 +172,8 @@ TEST_F(SeriesCommand, RunsWithTheOptionsOfTheDialog) {
             "open \"{file}\"\nget npts(1) as place\nget npts(1) as height\n");
   const Lines events =
       Do("press \"By other recipe...\"\nfile other.recipe\npress Run\n"
-         "set \"Restart when\" \"place>100, height<0\"\nset Chain on\nset \"Break after\" 2\n"
+         "set \"Restart when\" \"place>100, height<0\"\nset Chain on\nset \"Break after\" 2\nset "
+         "\"Break after\" \"\"\n"
          "press Run\npress Close\nmenu \"Multiple patterns/Series\"\npress Remove\n"
          "press \"Table...\"\nfile own.csv\npress Run\npress Close\n");
   EXPECT_TRUE(Has(events, "box\tSeries\tWhen is the other recipe, other.recipe, to be tried?"));
