@@ -1,14 +1,13 @@
 // A redraw of the window: building the display list of a full pattern and painting it.
 #include <benchmark/benchmark.h>
 
-#include <QGuiApplication>
 #include <QImage>
 #include <QPainter>
 
 #include "fullpattern.h"
+#include "inwindow.h"
 #include "plot/plot.h"
 #include "toolkit/qt/painter.h"
-#include "toolkit/toolkit.h"
 #include "workspace/workspace.h"
 
 namespace {
@@ -37,14 +36,4 @@ BENCHMARK(BM_RedrawAndPaint)
 
 }  // namespace
 
-int main(int argc, char** argv) {
-  qputenv("QT_QPA_PLATFORM", "offscreen");
-  benchmark::Initialize(&argc, argv);
-  WInitialise(argc, argv);
-  WindowOpen(20, 20, kCanvas.width(), kCanvas.height(), 0, "Quillagram");
-  IGrInit("");
-  IGrArea(0, 0, 1, 1);
-  IGrUnits(0, 0, 1000, 1000);
-  benchmark::RunSpecifiedBenchmarks();
-  WindowClose();
-}
+int main(int argc, char** argv) { RunInWindow(argc, argv, kCanvas); }

@@ -1,18 +1,17 @@
 // The map of a series of 2000 patterns of 3000 points: reading its files, drawing it, zooming it.
 #include <benchmark/benchmark.h>
 
-#include <QGuiApplication>
 #include <QImage>
 #include <QPainter>
 #include <cmath>
 #include <filesystem>
 #include <fstream>
 
+#include "inwindow.h"
 #include "plot/freezoom.h"
 #include "plot/guestview.h"
 #include "series/picture.h"
 #include "toolkit/qt/painter.h"
-#include "toolkit/toolkit.h"
 #include "workspace/workspace.h"
 
 namespace {
@@ -116,14 +115,4 @@ BENCHMARK(BM_Read)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 }  // namespace
 
-int main(int argc, char** argv) {
-  qputenv("QT_QPA_PLATFORM", "offscreen");
-  benchmark::Initialize(&argc, argv);
-  WInitialise(argc, argv);
-  WindowOpen(20, 20, kCanvas.width(), kCanvas.height(), 0, "Quillagram");
-  IGrInit("");
-  IGrArea(0, 0, 1, 1);
-  IGrUnits(0, 0, 1000, 1000);
-  benchmark::RunSpecifiedBenchmarks();
-  WindowClose();
-}
+int main(int argc, char** argv) { RunInWindow(argc, argv, kCanvas); }
