@@ -1,7 +1,6 @@
 // The run of a series by a program of its own.
 #include "series/runseries.h"
 
-#include <algorithm>
 #include <cstdio>
 #include <vector>
 
@@ -42,12 +41,11 @@ void TakeLines(std::string& text, SeriesEnd& end) {
   text.erase(0, begin);
 }
 
-// What stands behind the program's name; options are for those who call it.
+// What stands behind the program's name.
 void ReadComplaint(SeriesEnd& end) {
   const std::string name = std::string(kProgram) + ": ";
   if (end.told.starts_with(name)) end.told.erase(0, name.size());
   if (!end.told.empty()) end.told[0] = UpperChar(end.told[0]);
-  end.told.erase(std::min(end.told.find("; give another name to --table"), end.told.size()));
 }
 
 }  // namespace

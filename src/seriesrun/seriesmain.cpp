@@ -116,8 +116,8 @@ int RunSeries(const char* program, const Options& options) {
   return status;
 }
 
-int Refused(const SeriesError& error, ExitStatus status) {
-  std::fprintf(stderr, "quillagram-series: %s\n", error.text.c_str());
+int Refused(const SeriesError& error, ExitStatus status, const char* advice = "") {
+  std::fprintf(stderr, "quillagram-series: %s%s\n", error.text.c_str(), advice);
   return status;
 }
 
@@ -130,7 +130,8 @@ int main(int argc, char** argv) {
     JoinParts(options);
     return AllThere;
   } catch (const OtherTable& error) {
-    return Refused(error, WrongTable);
+    // A program that follows the run has advice of its own.
+    return Refused(error, WrongTable, options.progress ? "" : "; give another name to --table");
   } catch (const SeriesError& error) {
     return Refused(error, WrongUse);
   }

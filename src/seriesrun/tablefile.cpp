@@ -29,7 +29,7 @@ bool IsThere(const std::string& path) {
 // The whole rows of a table. Throws OtherTable if they are not those of the plan.
 SeriesTable RowsOf(const Plan& plan, const std::string& path) {
   const auto refuse = [&](const std::string& reason) {
-    throw OtherTable{{"table " + path + ": " + reason + "; give another name to --table"}};
+    throw OtherTable{{"table " + path + ": " + reason}};
   };
   SeriesTable table = ReadSeriesTable(path);
   if (table.columns != plan.columns) refuse("it has other columns");
