@@ -32,7 +32,7 @@ END
 QUILLAGRAM_HOME=$home "$replay" "$transcript" >"$events" && status=0 || status=$?
 
 awk -F '\t' -v name="${pattern##*/}" '
-  $1 == "box" { printf "%s: %s\n", $2, $3 }
+  $1 == "box" { gsub(/\\n/, "\n  ", $3); printf "%s: %s\n", $2, $3 }
   $1 == "value" && $2 == "npts(1)" { n = $3 }
   $1 == "value" && $2 == "scanwave(1)" { wavelength = $3 }
   $1 == "value" && $2 ~ /^xval/ { for (i = 1; i <= n; ++i) x[i] = $(i + 2) }
