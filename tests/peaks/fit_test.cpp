@@ -103,6 +103,29 @@ TEST_F(SinglePeak, OkKeepsAndCancelTakesOut) {
   EXPECT_EQ(ws.npeaks, 200);
 }
 
+// Wavelength, 180 / pi and geometric factor over the cosine of theta and what the width of 0.11
+// exceeds the instrument's by.
+TEST_F(SinglePeak, TellsTheSizeOfParticles) {
+  const struct {
+    int mode;
+    float width, u, v, w;
+    double net;  // 0: none
+  } table[] = {
+      {1, 0.08f, 0, 0, 1, 0.03},  {1, 0.2f, 0, 0, 1, -0.09},
+      {1, 0.11f, 0, 0, 1, 0},     {2, 0.2f, -0.02f, 0.01f, 0.004f, 0.11 - std::sqrt(0.0052398)},
+      {2, 0.2f, 0, 0, -1, 0.109},  // not below 0.001
+  };
+  ws.spgeom = 0.8f;
+  for (const auto& row : table) {
+    ws.spmode = row.mode;
+    ws.spminhw = row.width;
+    ws.spu = row.u, ws.spv = row.v, ws.spw = row.w;
+    Fit("OK");
+    const double size = ws.wavelen(1) * 180 / M_PI * 0.8 / std::cos(15.25 * M_PI / 180) / row.net;
+    EXPECT_NEAR(ws.spsize, row.net == 0 ? 0 : size, std::fabs(row.net == 0 ? 0 : size) * 0.01);
+  }
+}
+
 TEST_F(SinglePeak, WhatCannotBeFittedChangesNothing) {
   const std::pair<const char*, std::function<void()>> table[] = {
       {"top at the first point", [] { ws.plotxmin = 30.5f; }},

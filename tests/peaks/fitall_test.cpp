@@ -190,6 +190,8 @@ TEST_F(FitAll, RowsKeepTheirIndicesAndTheBadOnesAll) {
   }
   EXPECT_NEAR(ws.peaks(ptth, 1), 30, 4 * ws.peakesd(1, 1));
   EXPECT_NEAR(ws.peaks(pint, 3), peaks[1].area, 4 * ws.peakesd(2, 3));
+  for (int field : {pshape, pshaper}) EXPECT_NEAR(ws.peaks(field, 1), 0.5, 0.2);
+  EXPECT_NEAR(ws.peaks(pfwhmr, 1), 0.1, 0.02);
   const float kept[] = {40, 32, 33, 34, 35, 36};
   for (int field = ptth; field <= pshaper; ++field) EXPECT_EQ(ws.peaks(field, 2), kept[field - 1]);
   EXPECT_EQ(ws.peakesd(1, 2), 0.25f);
@@ -217,10 +219,14 @@ TEST_F(FitAll, BeginsWithWhatThePatternShows) {
     float row;
     double fwhm, height;
   } table[] = {
-      {"left side", {10, 10, 10, 40, 60, 110, 100, 90, 80, 70, 60, 10}, 20.1f, 0.04, 100},
+      {"left side, at the start",
+       {60, 70, 110, 105, 100, 90, 80, 70, 62, 10, 10, 10},
+       20,
+       0.08,
+       100},
       {"right side, at the end",
        {70, 70, 70, 80, 80, 80, 90, 90, 100, 110, 90, 20},
-       20.18f,
+       20 + 0.02f * 11,
        0.08,
        100},
       {"flat top", {10, 10, 10, 10, 110, 110, 110, 10, 10, 10, 10, 10}, 20.1f, 0.08, 100},
@@ -243,6 +249,30 @@ TEST_F(FitAll, BeginsWithWhatThePatternShows) {
   }
 }
 
+// Near peaks the curve is the pattern; further off it goes from the lines under the groups, five
+// FWHM to both sides of a peak, to the estimate, over as many points as these have or there are.
+TEST_F(FitAll, TheCurveJoinsLinesAndEstimate) {
+  const std::vector<float> positions = {22, 40, 58}, estimate(2001, 60);
+  Pattern pattern{.start = 20, .points = 2001, .background = 100, .slope = 0.5};
+  for (float place : positions) pattern.peaks.push_back(Symmetric(place, 1000, 0.19, 0));
+  Load(pattern);
+  std::vector<int> told;
+  const auto report = [&](int done, int) { return told.push_back(done), true; };
+  const auto x = ws.xval.row(AxisTth, SlotInput).first(2001);
+  const PeakFits fits =
+      FitPeaks({x, ws.yval.row(SlotInput).first(2001), estimate}, positions, {}, report);
+  EXPECT_EQ(told, (std::vector{0, 0, 1, 1, 2, 2}));  // two rounds are one count
+  for (double u : {21.1, 22.0, 22.1, 40.06, 57.96, 58.9})
+    EXPECT_NEAR(fits.curve[std::lround((u - 20) * 50)], simulate::Intensity(pattern, u), 1) << u;
+  // Groups of 101 points, give or take one; half of them at either end of the pattern.
+  const std::pair<double, double> between[] = {
+      {20, 40.5 / 51},       {20.5, 40.5 * 26 / 51}, {24, 41.5 * 52 / 102}, {30, 0},
+      {38, 49.5 * 52 / 102}, {42, 50.5 * 52 / 102},  {56, 58.5 * 52 / 102}, {59.5, 59.5 * 26 / 51},
+      {60, 59.5 / 51}};
+  for (const auto& [u, above] : between)
+    EXPECT_NEAR(fits.curve[std::lround((u - 20) * 50)], 60 + above, 0.04 * above + 0.01) << u;
+}
+
 // One peak may reach over the next one to a third.
 TEST_F(FitAll, BroadPeaksJoinWhatLiesWithinThem) {
   const auto peak = [](double position, double fwhm) {
@@ -262,7 +292,7 @@ TEST_F(FitAll, GroupsAreWhatOverlaps) {
   for (int i = 0; i < 9; ++i)
     rows.push_back(40 + 0.2f * static_cast<float>(i) + (i > 4 ? 0.1f : 0));
   Pattern pattern{.background = 0};
-  for (float row : rows) pattern.peaks.push_back(Symmetric(row, 1000, 0.09, 0));
+  for (float row : rows) pattern.peaks.push_back(Symmetric(row, 1000, row == 30 ? 0.17 : 0.09, 0));
   Load(pattern);
   const std::vector<float> background(4001, 0);
   const auto x = ws.xval.row(AxisTth, SlotInput).first(4001);
@@ -270,8 +300,11 @@ TEST_F(FitAll, GroupsAreWhatOverlaps) {
   const auto peaks = StartPeaks({x, ws.yval.row(SlotInput).first(4001), background}, rows);
   ASSERT_EQ(peaks.size(), rows.size());
   for (const ListedPeak& one : peaks) {
-    EXPECT_NEAR(one.peak.Fwhm(), 0.12, 1e-3) << one.row;  // below the half from the third point on
-    EXPECT_NEAR(one.peak.area, 1000 / simulate::PseudoVoigt(0, 0.12, 0.5), 5) << one.row;
+    const double fwhm = one.row == 2 ? 0.2 : 0.12;  // below the half from the third point on
+    EXPECT_NEAR(one.peak.Fwhm(), fwhm, 1e-3) << one.row;
+    EXPECT_NEAR(one.peak.area, 1000 / simulate::PseudoVoigt(0, fwhm, 0.5), 5) << one.row;
+    EXPECT_NEAR(one.limits.narrowest, 0.12 / 5, 1e-3) << one.row;  // of its own and the usual
+    EXPECT_NEAR(one.limits.broadest, fwhm * 5, 1e-2) << one.row;
   }
   EXPECT_NEAR(peaks[0].limits.highest, 20.075, 1e-4);  // three quarters of the way
   EXPECT_NEAR(peaks[1].limits.lowest, 20.025, 1e-4);
@@ -281,8 +314,8 @@ TEST_F(FitAll, GroupsAreWhatOverlaps) {
   ASSERT_EQ(groups.size(), 4u);
   const int sizes[] = {2, 1, 5, 4};
   for (int k = 0; k < 4; ++k) EXPECT_EQ(std::ssize(groups[k].peaks), sizes[k]) << k;
-  EXPECT_NEAR(groups[1].from, 30 - 5 * peaks[2].peak.Fwhm(), 1e-4);
-  EXPECT_NEAR(groups[1].to, simulate::Alpha2Position(30) + 5 * peaks[2].peak.Fwhm(), 1e-4);
+  EXPECT_NEAR(groups[1].from, 29, 1e-4);
+  EXPECT_NEAR(groups[1].to, simulate::Alpha2Position(30) + 1, 1e-4);
   // The fifth of the row has its alpha2 line on the way to the sixth, which keeps a FWHM.
   EXPECT_NEAR(groups[2].to, (simulate::Alpha2Position(40.8) + 41.1) / 2, 1e-4);
   EXPECT_NEAR(groups[3].from, 41.1 - 0.12, 1e-3);

@@ -39,6 +39,23 @@ TEST_F(PeakList, SavesFixedColumnsInOrder) {
   EXPECT_EQ(Events(), std::vector<std::string>{"box\tError\tNo peaks in list"});
 }
 
+// By its own width, and not beyond the pattern, at whose end all of it is shown.
+TEST_F(PeakList, TheViewPansWhilePeaksArePicked) {
+  const struct {
+    float from, to;
+    const char* button;
+    float first, last;
+  } table[] = {{20, 30, "<", 10, 20}, {12, 30, "<", 10, 12}, {10, 30, "<", 10, 90},
+               {20, 30, ">", 30, 40}, {70, 85, ">", 85, 90}, {80, 90, ">", 10, 90}};
+  for (const auto& row : table) {
+    ws.viewxmin = ws.plotxmin = row.from, ws.viewxmax = ws.plotxmax = row.to;
+    Answer(std::string("press ") + row.button + "\npress OK");
+    ManualPeakSearch();
+    EXPECT_NEAR(ws.viewxmin, row.first, 1e-4) << row.from << row.button;
+    EXPECT_NEAR(ws.viewxmax, row.last, 1e-4) << row.from << row.button;
+  }
+}
+
 TEST_F(PeakList, LoadsWhatIsThereAndEndsCleanly) {
   std::string lines;
   for (int i = 1; i <= 300; ++i) lines += std::to_string(i) + " 1 1\n";

@@ -41,6 +41,16 @@ TEST(PeakProfileFit, TellsHowItEnded) {
   const float line = y[0] + (y[n - 1] - y[0]) * (x[top] - x[0]) / (x[n - 1] - x[0]);
   const float height = (std::sqrt(std::log(2.0) / M_PI) + 1 / M_PI) / 0.8;
   EXPECT_NEAR(calc[top], line + (y[top] - (y[0] + y[n - 1]) / 2) * height, 1);
+  // A side that does not fall to half of the height is as wide as the points are, 100 and 99.
+  Values step(n, 900);
+  step[100] = 1000;
+  std::fill(step.begin() + 200, step.end(), 0.0f);
+  for (int half : {200, 99}) {
+    fit(x, step, 1);
+    const double ends = 450 + 450 * (half == 200 ? 1 - 400 / 299.0 : -1 + 198 / 299.0);
+    EXPECT_NEAR(calc[half], ends + 550 * height / 2, 1) << half;
+    std::ranges::reverse(step);
+  }
   const FitResult done = fit(x, y, 999);
   EXPECT_EQ(done.end, FitEnd::Done);
   EXPECT_GT(done.cycles, 2);

@@ -99,6 +99,7 @@ TEST_F(PeakSearch, BackgroundIsLeftAndIsReadAtTheOrdinalNumber) {
   Load({.background = 400, .slope = -3.75, .peaks = {Symmetric(70, 60, 0.12)}});
   Search(15);  // 60 counts above 175, but 400 at the start
   EXPECT_EQ(ws.npeaks, 0);
+  EXPECT_EQ(ws.plotmask, 1);
   Load({.background = 100, .slope = 3.75, .peaks = {Symmetric(70, 10, 0.12)}});
   Search(15);  // 10 counts above 325 are below two sigma, but 235 above the start
   EXPECT_EQ(ws.npeaks, 1);
