@@ -14,12 +14,15 @@
 #include "toolkit/displaylist.h"
 #include "toolkit/replay/image.h"
 #include "toolkit/toolkit.h"
+#include "toolkit/vectorpath.h"
 
 namespace {
 
-// A list of 100 by 200 units on a target of 200 by 400 points: two points a unit.
+// A list of 100 by 200 units on a target of 400 by 800 points: two points a unit, and 100 points to
+// the left of the area and below it.
 DisplayList Page() {
   DisplayList list;
+  list.area = {0.25f, 0.125f, 0.75f, 0.625f};
   list.units = {0, 0, 100, 200};
   return list;
 }
@@ -106,6 +109,7 @@ TEST_F(Drawing, UnitsTurnInQuarters) {
                {"H", 270, {20, 50}, 1.27f / 1.8f},   {"H", 0, {75, 40}, 0.9f / 2.54f}};
   for (const auto& c : cases) {
     IGrInit(c.mode);
+    IGrArea(0.25f, 0.5f, 0.75f, 1);
     IGrUnits(-10, 30, 90, 230);
     IGrUnitsRotate(c.degrees);
     EXPECT_FLOAT_EQ(WInfoGrReal(GraphicsGlyphX), c.glyph) << c.degrees;
@@ -117,29 +121,41 @@ TEST_F(Drawing, UnitsTurnInQuarters) {
     EXPECT_EQ(list.points[0], (DrawPoint{c.place.x - 10, c.place.y + 30})) << c.degrees;
   }
   IGrInit("");
+  IGrArea(0, 0, 1, 1);
 }
 
 TEST_F(Drawing, EpsIsTightAndPlain) {
   DisplayList list = Page();
-  AddStroke(list, {.linetype = 0, .width = 4, .colour = 0xff00ff}, {{10, 20}, {90, 150.25f}});
+  AddStroke(list, {.linetype = 3, .width = 4, .colour = 0xff00ff}, {{10, 20}, {90, 150.25f}});
   list.texts.push_back({50, 100, 10, 0, 0, 0, "Fe(2) \xc3\xa4 \xe2\x82\xac\n"});
-  list.texts.push_back({50, 100, 10, 90, 0, 0, "Fe"});
+  list.texts.push_back({50, 100, 10, 90, 1, 0, "Fe"});
   const std::string path = work_.file("a.eps");
-  ASSERT_TRUE(WriteEps(list, path, "Fe(2)\\ \xc3\xb6\n%%EOF", 200, 400));
+  ASSERT_TRUE(WriteEps(list, path, "Fe(2)\\ \xc3\xb6\n%%EOF", 400, 800));
   const std::string eps = ReadFile(path);
-  // From (20, 40) to (180, 300.5), widened by half of a pen of 4 times 0.5 points.
+  // From (120, 140) to (280, 400.5), widened by half of a pen of 4 times 0.5 points.
   EXPECT_TRUE(Contains(eps,
-                       "%!PS-Adobe-3.0 EPSF-3.0\n%%BoundingBox: 19 39 181 302\n"
-                       "%%HiResBoundingBox: 19 39 181 301.5\n"));
+                       "%!PS-Adobe-3.0 EPSF-3.0\n%%BoundingBox: 119 139 281 402\n"
+                       "%%HiResBoundingBox: 119 139 281 401.5\n"));
   EXPECT_TRUE(Contains(eps, "%%Title: (Fe\\0502\\051\\134 \\303\\266\\012%%EOF)\n"));
-  EXPECT_TRUE(Contains(eps, "1 0 1 RG\n2 w\n20 40 m\n180 300.5 l\nS\n"));
-  // Around (100, 200) ten letters of 0.55 of 20 points, those of Latin-1 and "?" for others.
-  EXPECT_TRUE(Contains(eps, "20 Tf 1 0 0 1 45 200 Tm (Fe\\(2\\) \xe4 ?\?) Tj ET\n")) << eps;
-  EXPECT_TRUE(Contains(eps, "20 Tf 0 1 -1 0 100 189 Tm (Fe) Tj ET\n")) << eps;
+  EXPECT_TRUE(Contains(eps, "1 0 1 RG\n2 w\n[9 4 ] 0 d\n120 140 m\n280 400.5 l\nS\n"));
+  // Around (200, 300) ten letters of 0.55 of 20 points, those of Latin-1 and "?" for others; two
+  // end there.
+  EXPECT_TRUE(Contains(eps, "20 Tf 1 0 0 1 145 300 Tm (Fe\\(2\\) \xe4 ?\?) Tj ET\n")) << eps;
+  EXPECT_TRUE(Contains(eps, "20 Tf 0 1 -1 0 200 278 Tm (Fe) Tj ET\n")) << eps;
   EXPECT_EQ(Count(eps, "\n%%EOF\n"), 1u);
-  // The same box, from above.
-  ASSERT_TRUE(WriteSvg(list, path, "", 200, 400));
-  EXPECT_TRUE(Contains(ReadFile(path), "viewBox=\"19 98.5 162 262.5\""));
+  // The same from above.
+  const std::string svg = SvgText(list, "", 400, 800);
+  EXPECT_TRUE(Contains(svg, "viewBox=\"119 398.5 162 262.5\""));
+  EXPECT_TRUE(Contains(svg, "width=\"2\" stroke-dasharray=\"9 4 \" d=\"M120 660 L280 399.5 \""));
+  EXPECT_TRUE(Contains(svg, "size=\"20\" transform=\"translate(200 500 ) rotate(-90)\">Fe<"));
+  // Texts alone: those letters downward, and 0.8 of their height around.
+  list.strokes.clear();
+  list.texts.erase(list.texts.begin());
+  const PageBox up = CoveredBox(list, PageMap(list, 400, 800), 400, 800),
+                down = CoveredBox(list, PageMap(list, 400, 800, false), 400, 800);
+  EXPECT_NEAR(up.x1 * 1000 + up.x2, 184216, 0.01);
+  EXPECT_NEAR(up.y1 * 1000 + up.y2, 262316, 0.01);
+  EXPECT_NEAR(down.y1 * 1000 + down.y2, 484538, 0.01);
 }
 
 // Bytes that are no UTF-8, as in the names of old files, stand for the letters of Latin-1.
@@ -147,7 +163,7 @@ TEST_F(Drawing, SvgTextsAreUtf8) {
   const std::string path = work_.file("a.svg");
   ASSERT_TRUE(WriteSvg(Page(), path,
                        "\xc3\xa4 \xe0\xb8\x81 \xf0\x9d\x9b\xbc <&>\n\xb5 \xed\xa0\x80 \xe2\x88",
-                       200, 400));
+                       400, 800));
   EXPECT_TRUE(Contains(ReadFile(path),
                        ">\xc3\xa4 \xe0\xb8\x81 \xf0\x9d\x9b\xbc &lt;&amp;>\xc2\xb5 "
                        "\xc3\xad\xc2\xa0\xc2\x80 \xc3\xa2\xc2\x88<"))
@@ -185,10 +201,10 @@ TEST_F(Drawing, PdfTableOfPlacesIsRight) {
   DisplayList list = Page();
   AddStroke(list, {}, {{0, 0}, {100, 200}});
   const std::string path = work_.file("a.pdf");
-  ASSERT_TRUE(WritePdf(list, path, "\xc3\xa9", 200, 400, 300, 500));
+  ASSERT_TRUE(WritePdf(list, path, "\xc3\xa9\xf0\x90\x80\x80", 400, 800, 300, 500));
   const std::string pdf = ReadFile(path);
-  EXPECT_TRUE(Contains(pdf, "\n1 0 0 1 50 50 cm\n"));  // in the middle of the page
-  EXPECT_TRUE(Contains(pdf, "<FEFF00E9>"));
+  EXPECT_TRUE(Contains(pdf, "\n0.625 0 0 0.625 25 0 cm\n"));  // in the middle of the page
+  EXPECT_TRUE(Contains(pdf, "<FEFF00E9D800DC00>"));
   const std::size_t table = std::atoi(pdf.c_str() + pdf.rfind("startxref\n") + 10);
   ASSERT_EQ(pdf.substr(table, 4), "xref");
   const int objects = std::atoi(pdf.c_str() + table + 7);
@@ -210,6 +226,9 @@ TEST_F(Drawing, PicturesShowTheStrokes) {
   ASSERT_TRUE(IGrSaveImage(work_.file("a.bmp")));
   const std::string bmp = ReadFile(work_.file("a.bmp"));
   ASSERT_EQ(bmp.size(), 54u + 1536 * 3 * 864);
+  EXPECT_TRUE(bmp.starts_with(std::string("BM\x36\xc0\x3c\0\0\0\0\0\x36\0\0\0\x28", 15)));
+  EXPECT_TRUE(replay::BmpFile({1, 2, {1, 2, 3, 4, 5, 6}})
+                  .ends_with(std::string("\6\5\4\0\3\2\1\0", 8)));  // rows of whole words
   const auto pixel = [&](int x, int y) { return bmp.substr(54 + (y * 1536 + x) * 3, 3); };
   for (int x : {0, 768, 1535}) {
     EXPECT_EQ(pixel(x, 432), std::string("\0\0\xff", 3));
@@ -226,6 +245,20 @@ TEST_F(Drawing, PicturesShowTheStrokes) {
   EXPECT_EQ(Events(), (std::vector<std::string>{
                           "box\tError\tCannot write /nowhere/a%s.bmp: No such file or directory",
                           "box\tError\tCannot write " + work_.file("a.gif")}));
+}
+
+// Nine pixels and a gap of four, along a side of 200 to the bend and behind it.
+TEST_F(Drawing, DashesGoOnAroundBends) {
+  DisplayList list;
+  list.units = {0, 0, 200, 200};
+  AddStroke(list, {.linetype = 3}, {{20, 180}, {140, 20}, {190, 20}});
+  const replay::Image image = replay::Rasterise(list, 200, 200);
+  for (int s = 0; s < 250; ++s) {
+    const int x = s < 200 ? 20 + s * 6 / 10 : s - 60, y = s < 200 ? 20 + s * 8 / 10 : 180;
+    const int red = image.rgb[(y * 200 + x) * 3], along = s % 13;
+    if (along == 11) EXPECT_EQ(red, 255) << s;
+    if (along > 1 && along < 8) EXPECT_LT(red, 200) << s;
+  }
 }
 
 unsigned BigEndian(const std::string& bytes, std::size_t at) {
@@ -337,7 +370,14 @@ TEST_F(Drawing, HardcopiesThatFailSayWhere) {
   EXPECT_EQ(print(DriverEps), "select\tSave EPS file\tEPS file|*.eps|\tjob.eps");
   EXPECT_EQ(WInfoDialog(4), 2);
   print(DriverPrinter);
-  EXPECT_TRUE(ReadFile(work_.file("a.pdf")).starts_with("%PDF-"));
+  // A page of 180 by 254 mm in the middle of 210 by 297.
+  const std::string pdf = ReadFile(work_.file("a.pdf"));
+  EXPECT_TRUE(Contains(pdf, "/MediaBox [0 0 595.276 841.89 ]") &&
+              Contains(pdf, "\n1 0 0 1 42.52 60.945 cm\n"));
+  // The window's 1536 by 864.
+  IGrAreaClear();
+  EXPECT_TRUE(IGrSaveImage(work_.file("a.svg")));
+  EXPECT_TRUE(Contains(ReadFile(work_.file("a.svg")), "width=\"720pt\" height=\"405pt\""));
 }
 
 }  // namespace

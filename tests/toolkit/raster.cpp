@@ -103,6 +103,22 @@ TEST_F(RasterMedia, VectorFilesHoldTheCells) {
   EXPECT_TRUE(Contains(eps, "/Width 4 /Height 1 "));
   EXPECT_TRUE(Contains(eps, " image\n 9jqo^~>\nQ\n"));
   EXPECT_LT(eps.find("9jqo^"), eps.find("\n200 400 l"));
+  // Zeros are short, lines not long, and no title is too long for its line.
+  DisplayList large;
+  large.rasters.push_back({Cells(4, 60, std::string(40, '\0') + std::string(200, 'M')),
+                           Colours(),
+                           {0, 0, 9, 9},
+                           {0, 0, 9, 9},
+                           0});
+  ASSERT_TRUE(WriteEps(large, work_.file("b.eps"), std::string(300, '('), 200, 400));
+  const std::string text = ReadFile(work_.file("b.eps"));
+  EXPECT_TRUE(Contains(text, "zzzzzzzzzz~>\n"));
+  const auto lines = LinesOf(text);
+  for (const std::string& line : lines)
+    if (!line.starts_with("[/Indexed")) EXPECT_LT(line.size(), 256u) << line;
+  const auto data = std::ranges::find_if(lines, [](const auto& l) { return l.ends_with("image"); });
+  ASSERT_GT(lines.end() - data, 4);
+  for (int k = 1; k <= 4; ++k) EXPECT_TRUE(data[k][0] == ' ' && data[k].size() <= 81) << data[k];
 
   const std::string pdf =
       written([&](const std::string& path) { return WritePdf(list, path, "", 200, 400, 200, 400); },

@@ -64,6 +64,8 @@ TEST(Transcript, WhatCannotBeDoneEndsTheRun) {
       {"key up down\n", "error\t1\tkey has too many words"},
       {"key sideways\n", "error\t1\t\"sideways\" is not known here"},
       {"file \"x.xy\n", "error\t1\tquote is not closed"},
+      {"file \"x\".xy\n", "error\t1\ttext behind a closing quote"},
+      {"menu \"Nothing/Smooth\"\n", "error\t1\tno menu item Nothing/Smooth"},
       {"menu 99\n", "error\t1\tno menu item 99"},
       {"menu 40001\n", "error\t1\tmenu File is not an item"},
       {"menu \"Modify/Smooth\"\n", "error\t1\tmenu item Modify/Smooth is disabled"},
