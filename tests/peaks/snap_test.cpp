@@ -38,7 +38,7 @@ TEST(Snap, StaysWhereThereIsNoTop) {
   EXPECT_NEAR(SnapToMaximum(curve.x, curve.y, 0.2f), 0.4, 1e-6);    // ten points
   EXPECT_EQ(SnapToMaximum(curve.x, curve.y, 0.18f), 0.18f);         // eleven
   EXPECT_EQ(SnapToMaximum(curve.x, curve.y, 5.0f), 5.0f);           // behind the end
-  curve.y[16] = curve.y[20];                                        // over a dip of three points
+  curve.y[16] = 497;                                                // between those at 18 and 19
   EXPECT_NEAR(SnapToMaximum(curve.x, curve.y, 0.27f), 0.32, 0.01);  // stops at the first top
   curve.y[19] = curve.y[20];
   EXPECT_NEAR(SnapToMaximum(curve.x, curve.y, 0.42f), 0.39, 1e-5);  // between two of one height

@@ -94,6 +94,8 @@ TEST_F(Drawing, WaitsUntilSomebodyLooks) {
   EXPECT_TRUE(PaperList().points.empty());
   IGrShow(draw);
   EXPECT_EQ(PaperList().strokes.size(), 1u);
+  IGrInit("H");
+  EXPECT_TRUE(PaperList().strokes.empty());  // another page
   IGrInit("");
   EXPECT_EQ(ScreenList().strokes.size(), 1u);
 }
