@@ -106,23 +106,19 @@ TEST_F(SinglePeak, OkKeepsAndCancelTakesOut) {
 // Wavelength, 180 / pi and geometric factor over the cosine of theta and what the width of 0.11
 // exceeds the instrument's by.
 TEST_F(SinglePeak, TellsTheSizeOfParticles) {
-  const struct {
-    int mode;
-    float width, u, v, w;
-    double net;  // 0: none
-  } table[] = {
-      {1, 0.08f, 0, 0, 1, 0.03},  {1, 0.2f, 0, 0, 1, -0.09},
-      {1, 0.11f, 0, 0, 1, 0},     {2, 0.2f, -0.02f, 0.01f, 0.004f, 0.11 - std::sqrt(0.0052398)},
-      {2, 0.2f, 0, 0, -1, 0.109},  // not below 0.001
+  const std::pair<std::tuple<int, float, float, float, float>, double> table[] = {
+      {{1, 0.08f, 0, 0, 1}, 0.03},
+      {{1, 0.2f, 0, 0, 1}, -0.09},
+      {{1, 0.11f, 0, 0, 1}, INFINITY},  // no size
+      {{2, 0.2f, -0.02f, 0.01f, 0.004f}, 0.11 - std::sqrt(0.0052398)},
+      {{2, 0.2f, 0, 0, -1}, 0.109},  // not below 0.001
   };
   ws.spgeom = 0.8f;
-  for (const auto& row : table) {
-    ws.spmode = row.mode;
-    ws.spminhw = row.width;
-    ws.spu = row.u, ws.spv = row.v, ws.spw = row.w;
+  for (const auto& [options, net] : table) {
+    std::tie(ws.spmode, ws.spminhw, ws.spu, ws.spv, ws.spw) = options;
     Fit("OK");
-    const double size = ws.wavelen(1) * 180 / M_PI * 0.8 / std::cos(15.25 * M_PI / 180) / row.net;
-    EXPECT_NEAR(ws.spsize, row.net == 0 ? 0 : size, std::fabs(row.net == 0 ? 0 : size) * 0.01);
+    const double size = ws.wavelen(1) * 180 / M_PI * 0.8 / std::cos(15.25 * M_PI / 180) / net;
+    EXPECT_NEAR(ws.spsize, size, std::fabs(size) * 0.01);
   }
 }
 

@@ -55,6 +55,12 @@ class Dialogs : public testing::Test {
     WDialogGetReal(field, value);
     return value;
   }
+  // Column and row of the cell that a grid has picked.
+  static std::pair<int, int> Cell(int field) {
+    std::pair<int, int> cell(-1, -1);
+    WGridPos(field, cell.first, cell.second);
+    return cell;
+  }
   static int Integer(int field) {
     int value = -1;
     WDialogGetInteger(field, value);
@@ -200,17 +206,12 @@ TEST_F(Dialogs, GridsAreFilledByCellsAndPicked) {
   WGridPutCellInteger(70, 3, 1, 42);
   WGridPutCellInteger(70, 4, 1, 7);  // no such column
   WGridColourRow(70, 2, 0xffffff, 0xff0000);
-  int column = -1, row = -1;
-  WGridPos(70, column, row);
-  EXPECT_EQ(column, 0);
-  EXPECT_EQ(row, 0);
+  EXPECT_EQ(Cell(70), std::pair(0, 0));
   Answer("set 70 2,2\npress OK");
   int picked = 0;
   WDialogShow(-1, -1, 0, Modal, [&](int field) { picked = field; });
   EXPECT_EQ(picked, 70);
-  WGridPos(70, column, row);
-  EXPECT_EQ(column, 2);
-  EXPECT_EQ(row, 2);
+  EXPECT_EQ(Cell(70), std::pair(2, 2));
   EXPECT_EQ(Events()[2], "field\t70\ta|b|M(20)\t  42\\n5.431  \t1");
   // Beside the plot a message tells of the cell.
   WDialogShow(-1, -1, 0, SemiModeless);
@@ -225,8 +226,7 @@ TEST_F(Dialogs, GridsAreFilledByCellsAndPicked) {
   WDialogHide();
   // With other columns it begins anew.
   WGridPutHeads(70, {"x", "y"});
-  WGridPos(70, column, row);
-  EXPECT_EQ(std::pair(column, row), std::pair(0, 0));
+  EXPECT_EQ(Cell(70), std::pair(0, 0));
   WGridPutRows(70, {{"1", "2", "3"}, {"4"}}, 0);
   Events();
   Answer("set 70 2,2\npress OK");
@@ -249,18 +249,15 @@ TEST_F(Dialogs, HeadsOfAGridArePicked) {
   WDialogShow(-1, -1, 0, SemiModeless);
   WTakeJournal();
   Message message;
-  int column = 0, row = 0;
   for (const char* cell : {"1,2", "2,0", "2,0", "1,2", "1,2"}) {
     Answer("set 70 " + std::string(cell));
     EXPECT_EQ(WMessage(message), MessageFieldChanged);
-    WGridPos(70, column, row);
-    EXPECT_EQ(std::to_string(column) + "," + std::to_string(row), cell);
+    EXPECT_EQ(std::to_string(Cell(70).first) + "," + std::to_string(Cell(70).second), cell);
   }
   EXPECT_EQ(WTakeJournal().size(), 5u);
   WGridPick(70, 2, 3);
   WGridPutRows(70, {{"1", "x", "no such column"}}, -2);
-  WGridPos(70, column, row);
-  EXPECT_EQ(std::pair(column, row), std::pair(2, 0));
+  EXPECT_EQ(Cell(70), std::pair(2, 0));
   for (const char* gone : {"1,2", "3,0", "x,0", "1,", "1,-1"}) {
     Answer(std::string("set 70 ") + gone);
     EXPECT_THROW(WMessage(message), std::runtime_error) << gone;

@@ -113,12 +113,8 @@ TEST_F(RasterMedia, VectorFilesHoldTheCells) {
   ASSERT_TRUE(WriteEps(large, work_.file("b.eps"), std::string(300, '('), 200, 400));
   const std::string text = ReadFile(work_.file("b.eps"));
   EXPECT_TRUE(Contains(text, "zzzzzzzzzz~>\n"));
-  const auto lines = LinesOf(text);
-  for (const std::string& line : lines)
-    if (!line.starts_with("[/Indexed")) EXPECT_LT(line.size(), 256u) << line;
-  const auto data = std::ranges::find_if(lines, [](const auto& l) { return l.ends_with("image"); });
-  ASSERT_GT(lines.end() - data, 4);
-  for (int k = 1; k <= 4; ++k) EXPECT_TRUE(data[k][0] == ' ' && data[k].size() <= 81) << data[k];
+  for (const std::string& line : LinesOf(text))
+    EXPECT_LE(line.size(), line[0] == ' ' ? 81u : line[0] == '[' ? 1600u : 255u) << line;
 
   const std::string pdf =
       written([&](const std::string& path) { return WritePdf(list, path, "", 200, 400, 200, 400); },
