@@ -264,12 +264,8 @@ TEST_F(FitAll, TheCurveJoinsLinesAndEstimate) {
 
 // One peak may reach over the next one to a third.
 TEST_F(FitAll, BroadPeaksJoinWhatLiesWithinThem) {
-  const auto peak = [](double position, double fwhm) {
-    ListedPeak one;
-    one.peak = {.area = 1, .position = position, .left = fwhm, .right = fwhm};
-    return one;
-  };
-  const std::vector<ListedPeak> peaks = {peak(30, 1), peak(31, 0.1), peak(32, 0.1), peak(33, 0.1)};
+  std::vector<ListedPeak> peaks(4);
+  for (int k = 0; k < 4; ++k) peaks[k].peak = {1, 30.0 + k, k ? 0.1 : 1, 0.5, k ? 0.1 : 1, 0.5};
   const auto groups = GroupPeaks(peaks, {});
   ASSERT_EQ(groups.size(), 2u);
   EXPECT_EQ(groups[0].peaks.size(), 3u);

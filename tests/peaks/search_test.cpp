@@ -63,16 +63,16 @@ TEST_F(PeakSearch, FindsKnownPeaksInNoise) {
     for (int seed = 1; seed <= 5; ++seed) {
       Load(pattern, seed);
       Search(kind.smooth, kind.minfwhm, kind.maxfwhm, kind.sigma);
-      std::vector<int> finds(lines.size() + 1);  // those of no line last
-      for (int j = 1; j <= ws.npeaks; ++j)
-        ++finds[std::ranges::find_if(lines,
-                                     [&](double line) {
-                                       return std::fabs(ws.peaks(ptth, j) - 0.02 - line) <
-                                              kind.fwhm / 3;
-                                     }) -
-                lines.begin()];
-      missed += std::count(finds.begin(), finds.begin() + pattern.peaks.size(), 0);
-      invented += finds.back();
+      std::vector<double> found;
+      for (int j = 1; j <= ws.npeaks; ++j) found.push_back(ws.peaks(ptth, j) - 0.02);
+      const auto alone = [&](const std::vector<double>& others) {
+        return [&](double place) {
+          const auto near = [&](double at) { return std::fabs(at - place) < kind.fwhm / 3; };
+          return std::ranges::none_of(others, near);
+        };
+      };
+      missed += std::count_if(lines.begin(), lines.begin() + pattern.peaks.size(), alone(found));
+      invented += std::ranges::count_if(found, alone(lines));
     }
     EXPECT_LE(missed, 5) << kind.name;
     EXPECT_LE(invented, 5) << kind.name;
