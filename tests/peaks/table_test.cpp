@@ -95,7 +95,7 @@ TEST_F(PeakTable, GivesErrorsAndNothingForWhatIsNoNumber) {
 TEST_F(PeakTable, SortsByAnyColumnWithBlanksLast) {
   for (const float tth : {12.0f, 13.0f, 14.0f, 15.0f}) AddRow(tth, PeakFitted);
   NotePeak(2, PeakPicked);
-  const float widths[] = {0.2f, 0, 0.1f, 0.2f}, h[] = {2, 0, -1, 1};
+  const float widths[] = {0.2f, 0, 0.1f, 0}, h[] = {2, 0, -1, 1};
   for (int j = 1; j <= 4; ++j) {
     ws.peaks(pfwhm, j) = widths[j - 1];
     ws.peaks(phkl, j) = static_cast<float>(PackHkl({static_cast<int>(h[j - 1]), 0, 5 - j}));
@@ -104,8 +104,8 @@ TEST_F(PeakTable, SortsByAnyColumnWithBlanksLast) {
   EXPECT_EQ(PeaksBy(ColumnTth), (Rows{1, 2, 3, 4}));
   EXPECT_EQ(PeaksBy(-ColumnTth), (Rows{4, 3, 2, 1}));
   EXPECT_EQ(PeaksBy(ColumnD), (Rows{4, 3, 2, 1}));
-  EXPECT_EQ(PeaksBy(ColumnFwhm), (Rows{3, 1, 4, 2}));
-  EXPECT_EQ(PeaksBy(-ColumnFwhm), (Rows{1, 4, 3, 2}));
+  EXPECT_EQ(PeaksBy(ColumnFwhm), (Rows{3, 1, 2, 4}));
+  EXPECT_EQ(PeaksBy(-ColumnFwhm), (Rows{1, 3, 2, 4}));
   EXPECT_EQ(PeaksBy(ColumnHkl), (Rows{3, 4, 1, 2}));
   EXPECT_EQ(PeaksBy(ColumnOrigin), (Rows{2, 1, 3, 4}));
 }

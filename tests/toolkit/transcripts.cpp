@@ -24,24 +24,22 @@ std::pair<std::string, int> LastEvent(const std::string& lines) {
 
 TEST(Transcript, WordsAreSplitAtBlanksOutsideQuotes) {
   FreshWorkspace();
-  const std::pair<const char*, std::vector<replay::Word>> cases[] = {
-      {"menu 40105", {{"menu"}, {"40105"}}},
-      {"\t set  \"Min FWHM\"\t0,05 \r", {{"set"}, {"Min FWHM", true}, {"0,05"}}},
-      {"file a#1.xy # the first", {{"file"}, {"a#1.xy"}}},
-      {"file \"# is no comment\"", {{"file"}, {"# is no comment", true}}},
-      {"set 5 \"\"", {{"set"}, {"5"}, {"", true}}},
-      {"file \"a \"\"b\"\" c\"", {{"file"}, {"a \"b\" c", true}}},
-      {"# nothing\n\n  \nfile", {{"file"}}},
+  const std::pair<const char*, Lines> cases[] = {
+      {"menu 40105", {"menu", "40105"}},
+      {"\t set  \"Min FWHM\"\t0,05 \r", {"set", "\"Min FWHM", "0,05"}},
+      {"file a#1.xy # the first", {"file", "a#1.xy"}},
+      {"file \"# is no comment\"", {"file", "\"# is no comment"}},
+      {"set 5 \"\"", {"set", "5", "\""}},
+      {"file \"a \"\"b\"\" c\"", {"file", "\"a \"b\" c"}},
+      {"# nothing\n\n  \nfile", {"file"}},
   };
   for (const auto& [line, words] : cases) {
     Answer(line);
     std::vector<replay::Word> got;
     ASSERT_TRUE(replay::NextLine(got)) << line;
-    ASSERT_EQ(got.size(), words.size()) << line;
-    for (std::size_t i = 0; i < words.size(); ++i) {
-      EXPECT_EQ(got[i].text, words[i].text) << line;
-      EXPECT_EQ(got[i].quoted, words[i].quoted) << line;
-    }
+    Lines texts;  // those that stood in quotes with one in front
+    for (const auto& word : got) texts.push_back((word.quoted ? "\"" : "") + word.text);
+    EXPECT_EQ(texts, words) << line;
   }
 }
 
