@@ -22,15 +22,6 @@ struct FitAll : testing::Test {
   FitAll() { FreshWorkspace(); }
 };
 
-// The list as a search leaves it: on the points, and a step high.
-void ListPeaks(const std::vector<Peak>& peaks, double step = 0.02, double high = 1) {
-  ws.npeaks = static_cast<int>(peaks.size());
-  for (int j = 1; j <= ws.npeaks; ++j) {
-    const double point = std::round(peaks[j - 1].position / step) + high;
-    ws.peaks(ptth, j) = static_cast<float>(point * step);
-  }
-}
-
 void ListAt(const std::vector<float>& positions) {
   ws.npeaks = static_cast<int>(positions.size());
   std::ranges::copy(positions, ws.peaks.row(ptth).begin());
@@ -100,7 +91,7 @@ struct Kind {
 
 std::vector<Peak> PeaksOf(const Kind& kind) {
   std::vector<Peak> peaks;
-  const Peak shape = simulate::Symmetric(0, 1, (kind.left + kind.right) / 2, kind.shape);
+  const Peak shape = Symmetric(0, 1, (kind.left + kind.right) / 2, kind.shape);
   for (int i = 0; i < 40; ++i) {
     Peak p{12.003 + 1.91 * i, kind.height * shape.area, kind.left, kind.shape, kind.right,
            kind.shape};
@@ -127,6 +118,8 @@ TEST_F(FitAll, FindsTheTruthWithinHonestErrors) {
   };
   for (const Kind& kind : kinds) {
     const std::vector<Peak> peaks = PeaksOf(kind);
+    std::vector<float> rows;  // on the points and a step high, as a search leaves them
+    for (const Peak& p : peaks) rows.push_back(0.02f * std::round(float(p.position) / 0.02f + 1));
     Spread spread;
     for (int seed = 1; seed <= 5; ++seed) {
       Load({.background = 400,
@@ -137,7 +130,7 @@ TEST_F(FitAll, FindsTheTruthWithinHonestErrors) {
            seed);
       for (float& y : ws.yval.row(SlotInput)) y *= static_cast<float>(kind.unit);
       ws.peakfailed.fill(0);
-      ListPeaks(peaks);
+      ListAt(rows);
       FitAllPeaks();
       spread.Add(peaks, kind.unit);
     }

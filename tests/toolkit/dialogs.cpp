@@ -270,8 +270,7 @@ TEST_F(Dialogs, BesideThePlotEventsAreMessages) {
   Answer("set Scale 2\nkey up\npress Fit\nmenu 40008\n");
   Message message;
   EXPECT_EQ(WMessage(message), MessageFieldChanged);
-  EXPECT_EQ(message.value1, 11);
-  EXPECT_EQ(message.value2, 11);
+  EXPECT_EQ(std::pair(message.value1, message.value2), std::pair(11, 11));
   EXPECT_EQ(Real(11), 2);
   EXPECT_EQ(WMessage(message), MessageKey);
   EXPECT_EQ(WMessage(message), MessageButton);

@@ -66,7 +66,6 @@ TEST_F(Drawing, StrokesGoOnWhilePenAndPlaceDo) {
   EXPECT_EQ(list.points.size(), 7u);
 }
 
-// Paper is fed sideways, so that 270 degrees put it upright; each 90 less turn it further.
 TEST_F(Drawing, WaitsUntilSomebodyLooks) {
   static int times;
   times = 0;
@@ -100,6 +99,7 @@ TEST_F(Drawing, WaitsUntilSomebodyLooks) {
   EXPECT_EQ(ScreenList().strokes.size(), 1u);
 }
 
+// Paper is fed sideways, so that 270 degrees put it upright; each 90 less turn it further.
 TEST_F(Drawing, UnitsTurnInQuarters) {
   const struct {
     const char* mode;

@@ -105,11 +105,9 @@ TEST_F(RasterMedia, VectorFilesHoldTheCells) {
   EXPECT_LT(eps.find("9jqo^"), eps.find("\n200 400 l"));
   // Zeros are short, lines not long, and no title is too long for its line.
   DisplayList large;
-  large.rasters.push_back({Cells(4, 60, std::string(40, '\0') + std::string(200, 'M')),
-                           Colours(),
-                           {0, 0, 9, 9},
-                           {0, 0, 9, 9},
-                           0});
+  const DrawRect all{0, 0, 9, 9};
+  const std::string levels = std::string(40, '\0') + std::string(200, 'M');
+  large.rasters.push_back({Cells(4, 60, levels), Colours(), all, all, 0});
   ASSERT_TRUE(WriteEps(large, work_.file("b.eps"), std::string(300, '('), 200, 400));
   const std::string text = ReadFile(work_.file("b.eps"));
   EXPECT_TRUE(Contains(text, "zzzzzzzzzz~>\n"));
