@@ -124,6 +124,7 @@ TEST_F(Drawing, UnitsTurnInQuarters) {
   }
   IGrInit("");
   IGrArea(0, 0, 1, 1);
+  EXPECT_EQ(std::pair(WInfoScreen(1), WInfoScreen(2)), std::pair(1920, 1080));
 }
 
 TEST_F(Drawing, EpsIsTightAndPlain) {
