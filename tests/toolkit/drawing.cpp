@@ -261,12 +261,6 @@ TEST_F(Drawing, DashesGoOnAroundBends) {
   }
 }
 
-unsigned BigEndian(const std::string& bytes, std::size_t at) {
-  unsigned value = 0;
-  for (int i = 0; i < 4; ++i) value = value << 8 | static_cast<unsigned char>(bytes[at + i]);
-  return value;
-}
-
 // Stored blocks of at most 65535 bytes, between a head of two bytes and the sums of zlib.
 TEST_F(Drawing, PngHoldsTheRowsAsTheyAre) {
   replay::Image image{200, 150, std::vector<std::uint8_t>(200 * 150 * 3)};
@@ -282,7 +276,7 @@ TEST_F(Drawing, PngHoldsTheRowsAsTheyAre) {
   // 150 rows of 601 bytes in blocks of 65535 and 24615, each behind its size and what that lacks.
   EXPECT_EQ(png.substr(43, 5), std::string("\0\xff\xff\0\0", 5));
   EXPECT_EQ(png.substr(65583, 5), "\1\x27\x60\xd8\x9f");
-  const std::size_t at = 65588 + 24615;
+  std::size_t at = 65588 + 24615;
   const std::string rows = png.substr(48, 65535) + png.substr(65588, 24615);
   ASSERT_EQ(rows.size(), 150u * 601);
   std::uint64_t a = 1, b = rows.size();
@@ -295,8 +289,9 @@ TEST_F(Drawing, PngHoldsTheRowsAsTheyAre) {
     else
       ASSERT_EQ(byte, image.rgb[i / 601 * 600 + i % 601 - 1]) << i;
   }
-  EXPECT_EQ(BigEndian(png, at), b % 65521 << 16 | a % 65521);
-  EXPECT_EQ(BigEndian(png, 33), at + 4 - 41) << "length of the chunk";
+  for (const std::uint64_t sum : {b % 65521, a % 65521})
+    for (int shift : {8, 0}) EXPECT_EQ(png[at++], static_cast<char>(sum >> shift));
+  EXPECT_EQ(png.substr(33, 4), std::string("\0\1\x60\x36", 4));  // the rows, and 16 around them
 }
 
 // The picture in the bytes of a .jpg file. A faulty one ends the test program.
