@@ -315,7 +315,6 @@ TEST(Series, WhatCannotBeIsToldBeforeTheFirstFile) {
 TEST(Series, AFileThatTakesTooLongIsARow) {
   const TempDir folder;
   WriteFile(folder.file("a.xy"), PatternWithLine(23, 1000));
-  WriteFile(folder.file("b.xy"), PatternWithLine(23, 1000).substr(0, 200));
   std::string recipe = "open {file}\nget npts(1) as points\n";
   for (int k = 0; k < 100000; ++k) recipe += "menu 40105\n";
   WriteFile(folder.file("long"), recipe + "get npeaks as peaks\n");
